@@ -1,0 +1,31 @@
+#include "Parloquin/Parloquin.h"
+
+#include "Parloquin/Controller/Base/ParloquinNavigationController.h"
+#include "Parloquin/Controller/ParloquinMainViewController.h"
+#include "Parloquin/Manager/LogManager.h"
+#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Platform/Telephony.h"
+#include "Parloquin/Protocol/ParloquinSingleton.h"
+
+using namespace parloquin;
+
+Parloquin::Parloquin()
+    : options(ParloquinEnvironment::debug, true,
+        { QColor(Qt::blue), ParloquinStatusBarStyle::lightContent })
+{
+}
+
+Parloquin::Parloquin(const ParloquinOptions &options)
+    : options(options)
+{
+    ParloquinSingleton::shared().options = options;
+    LogManager::shared().isActive = options.logActive;
+}
+
+ParloquinViewController *Parloquin::viewControllerForLogin()
+{
+    // Both answer later than they are asked; asked now, they are ready when a request needs them.
+    ApiSessionHelper::shared();
+    Telephony::shared().ask();
+    return new ParloquinNavigationController(new ParloquinMainViewController);
+}

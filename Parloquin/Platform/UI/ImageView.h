@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QtGui/QImage>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+class QSvgRenderer;
+
+namespace parloquin {
+
+enum class ContentMode { scaleToFill, aspectFit };
+
+/// \brief Shows a picture, sharp at any scale when it is one of the kit's own.
+///
+/// Decoration to a screen reader; transparent for the mouse.
+class ImageView : public QWidget {
+    Q_OBJECT
+public:
+    explicit ImageView(QWidget *parent = nullptr);
+    ~ImageView() override;
+
+    /// \param name one of the kit's SVG images, as "icon-sms"; an unknown name stops the program
+    /// \param mirrored turned with the layout direction (chevrons)
+    void setImageNamed(const QString &name, bool mirrored = false);
+    void setImage(const QImage &image);
+    [[nodiscard]] QImage image() const { return m_image; }
+
+    void setContentMode(ContentMode mode);
+    [[nodiscard]] ContentMode contentMode() const { return m_mode; }
+    /// Where the picture sits when it does not fill the view; centred at first.
+    void setAlignment(Qt::Alignment alignment);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QImage m_image;
+    std::unique_ptr<QSvgRenderer> m_renderer;
+    ContentMode m_mode = ContentMode::scaleToFill;
+    Qt::Alignment m_alignment = Qt::AlignCenter;
+    bool m_mirrored = false;
+};
+
+} // namespace parloquin

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+namespace parloquin {
+
+class BarButtonItem;
+class NavigationController;
+
+/// \brief What the navigation bar shows while a screen is on top.
+///
+/// The items are widgets that the bar adopts when it shows them; the one replaced is deleted.
+class NavigationItem : public QObject {
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] QString title() const { return m_title; }
+    void setTitle(const QString &title);
+
+    /// Leading end of the bar.
+    [[nodiscard]] BarButtonItem *leftBarButtonItem() const;
+    /// \param item null removes it; otherwise ownership passes to this object or the bar
+    void setLeftBarButtonItem(BarButtonItem *item);
+
+    /// Trailing end of the bar.
+    [[nodiscard]] BarButtonItem *rightBarButtonItem() const;
+    void setRightBarButtonItem(BarButtonItem *item);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void replace(QPointer<BarButtonItem> &slot, BarButtonItem *item);
+
+    QString m_title;
+    QPointer<BarButtonItem> m_left;
+    QPointer<BarButtonItem> m_right;
+};
+
+/// \brief One full page of the container: all of it below the navigation bar.
+///
+/// Loads once, when the container first shows it. Main thread only; owned by its
+/// NavigationController from the push on.
+class Screen : public QWidget {
+    Q_OBJECT
+public:
+    explicit Screen(QWidget *parent = nullptr);
+    ~Screen() override;
+
+    /// Null until pushed, and after the pop.
+    [[nodiscard]] NavigationController *navigationController() const;
+    [[nodiscard]] NavigationItem &navigationItem() { return m_navigationItem; }
+    void setTitle(const QString &title) { m_navigationItem.setTitle(title); }
+    [[nodiscard]] bool isViewLoaded() const { return m_loaded; }
+
+protected:
+    /// Builds the screen; called once, before it first appears.
+    virtual void viewDidLoad() { }
+    /// Called before every appearance: shown, pushed, or uncovered by a pop.
+    virtual void viewWillAppear(bool /*animated*/) { }
+    /// Called before every disappearance: covered, popped, or hidden with its container.
+    virtual void viewWillDisappear(bool /*animated*/) { }
+
+private:
+    friend class NavigationController;
+    void loadViewIfNeeded();
+
+    NavigationItem m_navigationItem;
+    QPointer<NavigationController> m_navigationController;
+    bool m_loaded = false;
+};
+
+} // namespace parloquin

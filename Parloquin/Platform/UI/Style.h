@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtGui/QColor>
+
+#include <chrono>
+
+/// \brief The look that all screens share, each value decided once.
+namespace parloquin::Style {
+
+inline constexpr QColor blue { 0, 0, 255 };
+inline constexpr QColor pressedBlue { 0, 0, 204 };
+inline constexpr QColor ink { 0x11, 0x13, 0x22 };
+inline constexpr QColor secondInk { 0x4a, 0x4f, 0x66 };
+inline constexpr QColor placeholder { 0x6b, 0x70, 0x85 };
+inline constexpr QColor grey { 0x80, 0x80, 0x80 };
+inline constexpr QColor hairline { 0xd3, 0xd6, 0xe2 };
+inline constexpr QColor pressedRow { 0xe9, 0xea, 0xff };
+inline constexpr QColor headerBackground { 0xf1, 0xf2, 0xf8 };
+inline constexpr QColor headerInk { 0x3c, 0x40, 0x58 };
+
+inline constexpr std::chrono::milliseconds push { 320 };
+inline constexpr std::chrono::milliseconds pop { 280 };
+inline constexpr std::chrono::milliseconds titleFade { 200 };
+inline constexpr std::chrono::milliseconds pressFade { 180 };
+inline constexpr std::chrono::milliseconds veilFade { 120 };
+inline constexpr std::chrono::milliseconds scrollThumb { 800 };
+
+} // namespace parloquin::Style

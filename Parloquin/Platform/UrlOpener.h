@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtCore/QUrl>
+
+namespace parloquin {
+
+/// \brief Opens another app through the desktop's handler for a link's scheme. Main thread only.
+namespace UrlOpener {
+
+/// \brief Strict parse of a link. \return an invalid url where the text is no url (empty included)
+[[nodiscard]] QUrl parse(const QString &text);
+
+/// \return whether an installed app handles the url's scheme; never true for `file:`
+[[nodiscard]] bool canOpen(const QUrl &url);
+
+/// \brief Hands the url to its handler as exactly one argument. Failures are logged.
+void open(const QUrl &url);
+
+} // namespace UrlOpener
+} // namespace parloquin

@@ -1,0 +1,3 @@
+#include "Parloquin/Protocol/ParloquinDelegate.h"
+
+ParloquinDelegate::~ParloquinDelegate() = default;

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Parloquin/Reference/ParloquinEnvironment.h"
+#include "Parloquin/Reference/ParloquinTheme.h"
+
+/// \brief What a host decides when it creates Parloquin.
+///
+/// A plain value. The environment is given once, here, and cannot be read back.
+/// \since 1.0
+class ParloquinOptions {
+public:
+    ParloquinOptions(ParloquinEnvironment environment, bool logActive, const ParloquinTheme &theme)
+        : logActive(logActive)
+        , theme(theme)
+        , m_environment(environment)
+    {
+    }
+
+    /// Carried with the options. The kit's console lines print whatever it says.
+    bool logActive;
+    ParloquinTheme theme;
+
+private:
+    ParloquinEnvironment m_environment;
+};

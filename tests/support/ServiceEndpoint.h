@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <chrono>
+
+/// Points the kit at a server of the test; stands in for the address fixed at build time.
+void setServiceHost(const QString &hostAndPort);
+/// The 60 seconds of a call, shortened.
+void setServiceTimeout(std::chrono::milliseconds timeout);
