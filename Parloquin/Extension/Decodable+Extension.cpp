@@ -1,0 +1,185 @@
+#include "Parloquin/Extension/Decodable+Extension.h"
+
+#include <simdjson.h>
+
+#include <array>
+
+namespace parloquin {
+
+namespace {
+
+namespace dom = simdjson::dom;
+
+constexpr std::size_t maxMembers = 16; // of one model
+
+/// Filled only on the way out of a failed read, innermost name first.
+struct Fault {
+    QString path;
+    QString what;
+};
+
+QString toText(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+bool expected(const char *what, Fault &fault)
+{
+    fault.what = QStringLiteral("expected ") + QLatin1String(what);
+    return false;
+}
+
+bool unknown(const QString &value, Fault &fault)
+{
+    fault.what = QStringLiteral("unknown value ") + value;
+    return false;
+}
+
+bool read(const dom::element &json, const JsonType &type, void *into, Fault &fault);
+
+bool readIntegerEnum(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+{
+    if (json.is_uint64() && !json.is_int64()) // too large for any case
+        return unknown(QString::number(json.get_uint64().value_unsafe()), fault);
+    std::int64_t value = 0;
+    if (json.get_int64().get(value) != simdjson::SUCCESS)
+        return expected("integer", fault);
+    for (std::size_t row = 0; row < type.rows.count; ++row) {
+        if (type.rows.integer(row) == value) {
+            type.rows.assign(into, row);
+            return true;
+        }
+    }
+    return unknown(QString::number(value), fault);
+}
+
+bool readTextEnum(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+{
+    std::string_view value;
+    if (json.get_string().get(value) != simdjson::SUCCESS)
+        return expected("string", fault);
+    for (std::size_t row = 0; row < type.rows.count; ++row) {
+        if (type.rows.text(row) == value) {
+            type.rows.assign(into, row);
+            return true;
+        }
+    }
+    constexpr qsizetype legible = 64;
+    return unknown(u'"' + toText(value).left(legible) + u'"', fault);
+}
+
+bool readList(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+{
+    dom::array array;
+    if (json.get_array().get(array) != simdjson::SUCCESS)
+        return expected("array", fault);
+    type.list.reserve(into, static_cast<qsizetype>(array.size()));
+    qsizetype index = 0;
+    for (const dom::element item : array) {
+        if (!read(item, *type.list.item, type.list.append(into), fault)) {
+            fault.path.prepend(u'[' + QString::number(index) + u']');
+            return false;
+        }
+        ++index;
+    }
+    return true;
+}
+
+/// Members mostly come in the order of the list, so the search starts behind the last one found.
+std::size_t memberOf(std::span<const JsonMember> members, std::string_view key, std::size_t start)
+{
+    for (std::size_t i = start; i < members.size(); ++i) {
+        if (members[i].key == key)
+            return i;
+    }
+    for (std::size_t i = 0; i < start; ++i) {
+        if (members[i].key == key)
+            return i;
+    }
+    return members.size();
+}
+
+bool readModel(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+{
+    dom::object object;
+    if (json.get_object().get(object) != simdjson::SUCCESS)
+        return expected("object", fault);
+
+    // Gathered first, read after: of a key given twice only the last value may count, or fail.
+    std::array<dom::element, maxMembers> values;
+    std::array<bool, maxMembers> isGiven {};
+    std::size_t next = 0;
+    for (const dom::key_value_pair pair : object) {
+        const std::size_t i = memberOf(type.members, pair.key, next);
+        if (i == type.members.size())
+            continue;
+        values[i] = pair.value;
+        isGiven[i] = true;
+        next = i + 1;
+    }
+
+    for (std::size_t i = 0; i < type.members.size(); ++i) {
+        const JsonMember &member = type.members[i];
+        if (member.isOptional && (!isGiven[i] || values[i].is_null()))
+            continue; // a new model's optionals are empty
+        if (!isGiven[i])
+            fault.what = QStringLiteral("missing");
+        else if (read(values[i], *member.type, member.make(into), fault))
+            continue;
+        fault.path.prepend(u'.' + toText(member.key));
+        return false;
+    }
+    return true;
+}
+
+bool read(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+{
+    switch (type.kind) {
+    case JsonType::Kind::text: {
+        std::string_view text;
+        if (json.get_string().get(text) != simdjson::SUCCESS)
+            return expected("string", fault);
+        *static_cast<QString *>(into) = toText(text);
+        return true;
+    }
+    case JsonType::Kind::boolean:
+        if (json.get_bool().get(*static_cast<bool *>(into)) != simdjson::SUCCESS)
+            return expected("boolean", fault);
+        return true;
+    case JsonType::Kind::integerEnum:
+        return readIntegerEnum(json, type, into, fault);
+    case JsonType::Kind::textEnum:
+        return readTextEnum(json, type, into, fault);
+    case JsonType::Kind::list:
+        return readList(json, type, into, fault);
+    case JsonType::Kind::model:
+        return readModel(json, type, into, fault);
+    }
+    return false;
+}
+
+} // namespace
+
+bool decodeModel(const QByteArray &body, void *model, const JsonType &type, QString *fault)
+{
+    Q_ASSERT(type.members.size() <= maxMembers);
+
+    dom::parser parser;
+    dom::element root;
+    Fault found;
+    const auto error =
+        parser.parse(body.constData(), static_cast<std::size_t>(body.size())).get(root);
+    if (error != simdjson::SUCCESS)
+        found.what = QStringLiteral("no JSON: ") + QLatin1String(simdjson::error_message(error));
+    else if (readModel(root, type, model, found))
+        return true;
+
+    if (fault) {
+        // Every path starts with a dot or is that of the body itself.
+        const QString place = found.path.isEmpty() ? QStringLiteral("body") : found.path.mid(1);
+        *fault = place + QStringLiteral(": ") + found.what;
+    }
+    return false;
+}
+
+} // namespace parloquin

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Parloquin/Extension/JsonType.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QJsonObject>
+#include <QtCore/QString>
+
+namespace parloquin {
+
+/// Of any model, by its table; dictionary() and dump() are the way in.
+[[nodiscard]] QJsonObject encodedModel(const void *model, const JsonType &type);
+[[nodiscard]] QString dumpedModel(const void *model, const JsonType &type);
+
+/// \brief A model as a JSON object: empty optionals left out, enumerations as their raw values.
+///
+/// Any thread; cannot fail.
+template <class Model> [[nodiscard]] QJsonObject dictionary(const Model &model)
+{
+    return encodedModel(&model, jsonType<Model>);
+}
+
+/// \brief Every field of a model for the console, a line each, nested by indentation.
+///
+/// Any thread. Empty optionals show as `nil`; there is no limit of depth or items. Ends without a
+/// line break.
+template <class Model> [[nodiscard]] QString dump(const Model &model)
+{
+    return dumpedModel(&model, jsonType<Model>);
+}
+
+/// \brief The text of an object, the one form that is signed, encrypted and sent: UTF-8, compact,
+/// keys sorted, every `/` written as `\/`. Any thread.
+[[nodiscard]] QByteArray jsonText(const QJsonObject &object);
+
+} // namespace parloquin
