@@ -1,0 +1,180 @@
+#include "Parloquin/Platform/InfoDictionary.h"
+
+#include "Parloquin/Platform/Linux/BinaryPropertyList.h"
+
+#include <QtCore/QByteArray>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+#include <fcntl.h>
+#include <plist/plist.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <variant>
+
+namespace parloquin {
+
+namespace {
+
+constexpr size_t sizeLimit = 64 * 1024; // bytes; a list is a few hundred
+
+/// Why a list cannot be read. The empty fault: there is none.
+using Fault = QString;
+using Contents = std::variant<QByteArray, Fault>;
+
+struct FreePlist {
+    void operator()(plist_t node) const { plist_free(node); }
+};
+using Plist = std::unique_ptr<std::remove_pointer_t<plist_t>, FreePlist>;
+
+class Descriptor {
+public:
+    explicit Descriptor(int fd)
+        : m_fd(fd)
+    {
+    }
+    ~Descriptor()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    Q_DISABLE_COPY_MOVE(Descriptor)
+    [[nodiscard]] int get() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+QString systemText(int code) { return QString::fromLocal8Bit(std::strerror(code)); }
+
+Fault oversized() { return QStringLiteral("is over 64 KiB; leave only the keys that are needed"); }
+
+// Every request asks, so a fault would otherwise fill the console.
+void reportOnce(const QString &file, const Fault &fault)
+{
+    static std::mutex mutex;
+    static std::set<QString> reported;
+    const QString line = QStringLiteral("Parloquin: %1 %2.\n").arg(file, fault);
+    const std::lock_guard lock(mutex);
+    if (reported.insert(line).second)
+        std::fputs(line.toUtf8().constData(), stderr);
+}
+
+Contents readFile(const QString &program, const QString &path)
+{
+    // Not blocking: opening a pipe that nobody writes to would never return.
+    const Descriptor file(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (file.get() < 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return Fault();
+        return QStringLiteral("cannot be read (%1); let this user read it").arg(systemText(errno));
+    }
+
+    struct stat info { };
+    struct stat own { };
+    if (::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode))
+        return QStringLiteral("is no regular file; put a property list there");
+    // Keys of someone else's making would send this host's users to them.
+    const bool knowsOwn = ::stat(QFile::encodeName(program).constData(), &own) == 0;
+    if (info.st_uid != 0 && info.st_uid != ::geteuid() && !(knowsOwn && info.st_uid == own.st_uid))
+        return QStringLiteral("belongs to another user; give it to the owner of the program");
+    if (static_cast<size_t>(info.st_size) > sizeLimit)
+        return oversized();
+
+    QByteArray bytes;
+    std::array<char, 4096> block {};
+    for (;;) {
+        const ssize_t count = ::read(file.get(), block.data(), block.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return QStringLiteral("cannot be read (%1)").arg(systemText(errno));
+        if (count == 0)
+            return bytes;
+        bytes.append(block.data(), count);
+        if (static_cast<size_t>(bytes.size()) > sizeLimit) // it grew since it was measured
+            return oversized();
+    }
+}
+
+Contents readResource(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return Fault();
+    if (static_cast<size_t>(file.size()) > sizeLimit)
+        return oversized();
+    return file.readAll();
+}
+
+std::variant<Plist, Fault> parse(const QByteArray &bytes)
+{
+    plist_t node = nullptr;
+    const auto size = static_cast<uint32_t>(bytes.size());
+    if (bytes.startsWith("bplist")) {
+        // The reader follows references as deep and as often as they go: looked through before.
+        if (!isPlainBinaryPropertyList(bytes))
+            return QStringLiteral("is a broken binary property list; check it with plutil -lint");
+        plist_from_bin(bytes.constData(), size, &node);
+    } else {
+        const QByteArray mark = QByteArrayLiteral("\xEF\xBB\xBF");
+        const QByteArray text = bytes.startsWith(mark) ? bytes.mid(mark.size()) : bytes;
+        if (text.trimmed().startsWith('<'))
+            plist_from_xml(text.constData(), static_cast<uint32_t>(text.size()), &node);
+    }
+    Plist root(node);
+    if (!root)
+        return QStringLiteral(
+            "is no property list in XML or binary form; check it with plutil -lint");
+    if (plist_get_node_type(root.get()) != PLIST_DICT)
+        return QStringLiteral("holds no dictionary; put the keys into a <dict>");
+    return root;
+}
+
+/// \return the list, or nothing where there is none or its fault is told
+Plist load(const QString &file, const Contents &contents)
+{
+    if (const auto *bytes = std::get_if<QByteArray>(&contents)) {
+        auto parsed = parse(*bytes);
+        if (auto *root = std::get_if<Plist>(&parsed))
+            return std::move(*root);
+        reportOnce(file, std::get<Fault>(parsed));
+    } else if (const auto &fault = std::get<Fault>(contents); !fault.isEmpty()) {
+        reportOnce(file, fault);
+    }
+    return {};
+}
+
+} // namespace
+
+std::optional<QString> infoDictionaryText(const QString &key)
+{
+    const QString resource = QStringLiteral(":/Info.plist");
+    Plist root = load(resource, readResource(resource));
+    if (!root) {
+        // Not Qt's application path: it is worked out and kept without a lock.
+        const QString program = QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget();
+        const QString path = QFileInfo(program).path() + QStringLiteral("/Info.plist");
+        root = load(path, readFile(program, path));
+    }
+    if (!root)
+        return std::nullopt;
+
+    const plist_t value = plist_dict_get_item(root.get(), key.toUtf8().constData());
+    if (value == nullptr || plist_get_node_type(value) != PLIST_STRING)
+        return std::nullopt;
+    uint64_t length = 0;
+    const char *text = plist_get_string_ptr(value, &length);
+    return text ? QString::fromUtf8(text, static_cast<qsizetype>(length)) : QString();
+}
+
+} // namespace parloquin
