@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+
+#include <optional>
+
+namespace parloquin {
+
+/// \brief The standard algorithms of bodies and signatures, by libcrypto.
+///
+/// Any thread; no state. Failures leave nothing in the thread's error queue of libcrypto, where a
+/// host's own TLS would trip over it.
+namespace Crypto {
+
+/// \return whether a key of this many bytes selects a cipher: 16, 24 or 32
+[[nodiscard]] bool isAesKeySize(qsizetype bytes);
+
+/// \brief AES in ECB mode with PKCS#7 padding; the key's length selects 128, 192 or 256 bits.
+/// \return nothing when the key has another length, the text exceeds what libcrypto takes at once
+/// (2 GiB) or memory is short
+[[nodiscard]] std::optional<QByteArray> aesEncrypt(
+    const QByteArray &plainText, const QByteArray &key);
+
+/// \return nothing on any failure. Which one is not told: an answer that differs by the kind of
+/// failure is what padding attacks feed on.
+[[nodiscard]] std::optional<QByteArray> aesDecrypt(
+    const QByteArray &cipherText, const QByteArray &key);
+
+/// \return the code's 32 bytes; nothing when libcrypto cannot compute it
+[[nodiscard]] std::optional<QByteArray> hmacSha256(const QByteArray &text, const QByteArray &key);
+
+/// \brief Standard alphabet, padded, in one line.
+[[nodiscard]] QByteArray toBase64(const QByteArray &bytes);
+
+/// \brief Strict reverse of toBase64(): no blanks or line breaks, padding required, no stray bits.
+/// \return nothing for any other text
+[[nodiscard]] std::optional<QByteArray> fromBase64(QByteArrayView text);
+
+} // namespace Crypto
+} // namespace parloquin
