@@ -1,0 +1,8 @@
+#pragma once
+
+namespace parloquin {
+
+/// \brief Holds nothing: calls need no authentication beyond their signature.
+class ApiAuthenticationHelper { };
+
+} // namespace parloquin

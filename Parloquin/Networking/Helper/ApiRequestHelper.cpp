@@ -1,0 +1,111 @@
+#include "Parloquin/Networking/Helper/ApiRequestHelper.h"
+
+#include "Parloquin/Extension/Encodable+Extension.h"
+#include "Parloquin/Extension/RawValues.h"
+#include "Parloquin/Extension/String+Extension.h"
+#include "Parloquin/Manager/EncryptManager.h"
+#include "Parloquin/Manager/LogManager.h"
+#include "Parloquin/Platform/Crypto.h"
+
+#include <utility>
+
+namespace parloquin {
+
+namespace {
+
+// Of the protocol, not of a host: the service checks every host's signature with the same text.
+QByteArray signingKey()
+{
+    return QByteArrayLiteral("GPzEyoL8,?Es,]|$aJd#wy$XxQPpl+H)8ACyjkz,4;)jmBQlm.7k)nI4]+pS(hZ/");
+}
+
+} // namespace
+
+ApiRequestHelper::ApiRequestHelper(
+    std::optional<QJsonObject> parametersToSend, std::optional<QJsonObject> headersToSend)
+    : parameters(std::move(parametersToSend))
+    , headers(std::move(headersToSend))
+{
+}
+
+std::optional<QJsonObject> ApiRequestHelper::requestHeaders() const
+{
+    const std::optional<QString> signature = requestSignature();
+    if (!headers || !signature)
+        return {};
+    QJsonObject signedHeaders = *headers;
+    signedHeaders.insert(QStringLiteral("X-TRZ-Req-Signature"), *signature);
+    return signedHeaders;
+}
+
+std::optional<QJsonObject> ApiRequestHelper::requestParameters() const
+{
+    return encryptStatus() == EncryptedState::active ? encryptedParameters() : cleanedParameters();
+}
+
+std::optional<EncryptedState> ApiRequestHelper::encryptStatus() const
+{
+    if (!headers)
+        return {};
+    return fromRaw<EncryptedState>(headers->value(u"X-TRZ-Encrypted").toString());
+}
+
+std::optional<QJsonObject> ApiRequestHelper::cleanedParameters() const
+{
+    if (!parameters)
+        return {};
+    // The top level alone: what is empty further down is the caller's to judge.
+    QJsonObject cleaned = *parameters;
+    for (auto it = cleaned.begin(); it != cleaned.end();) {
+        const QJsonValue value = *it;
+        if (value.isNull() || (value.isString() && value.toString().isEmpty()))
+            it = cleaned.erase(it);
+        else
+            ++it;
+    }
+    return cleaned;
+}
+
+std::optional<QJsonObject> ApiRequestHelper::encryptedParameters() const
+{
+    const std::optional<QJsonObject> cleaned = cleanedParameters();
+    if (!cleaned)
+        return {};
+    // Without a key the body says so by null, and the service refuses in its own words.
+    const std::optional<QString> cipherText = EncryptManager::shared().encrypt(*cleaned);
+    return QJsonObject {
+        { QStringLiteral("data"), cipherText ? QJsonValue(*cipherText) : QJsonValue() },
+    };
+}
+
+std::optional<QString> ApiRequestHelper::requestSignature() const
+{
+    const std::optional<QJsonObject> cleaned = cleanedParameters();
+    if (!cleaned || !headers)
+        return {};
+    const QJsonValue timeStamp = headers->value(u"X-TRZ-Req-Timestamp");
+    if (!timeStamp.isString())
+        return {};
+
+    QByteArray text = timeStamp.toString().toUtf8() + '-' + jsonText(*cleaned);
+    text.replace("\\/", "/");
+    const std::optional<QByteArray> mac = Crypto::hmacSha256(text, signingKey());
+    if (!mac)
+        return {};
+    const QString signature = QString::fromLatin1(Crypto::toBase64(*mac));
+    logHMAC(QString::fromUtf8(text), signature);
+    return signature;
+}
+
+void ApiRequestHelper::logHMAC(const QString &text, const std::optional<QString> &signature)
+{
+    const QString cyclones = QStringLiteral("\U0001F300").repeated(5);
+    print(QStringLiteral("\n\n\n") + cyclones);
+    print(QStringLiteral("[HMAC/SIGNATURE Start]"));
+    print(QStringLiteral("HMAC: ") + text);
+    print(QStringLiteral("HMAC with SHA: ") + optionalDescription(signature));
+    print(QStringLiteral("[HMAC/SIGNATURE End]"));
+    print(cyclones + QStringLiteral("\n\n\n"));
+}
+
+} // namespace parloquin
