@@ -10,13 +10,13 @@
 using namespace parloquin;
 
 Parloquin::Parloquin()
-    : options(ParloquinEnvironment::debug, true,
+    : m_options(ParloquinEnvironment::debug, true,
         { QColor(Qt::blue), ParloquinStatusBarStyle::lightContent })
 {
 }
 
 Parloquin::Parloquin(const ParloquinOptions &options)
-    : options(options)
+    : m_options(options)
 {
     ParloquinSingleton::shared().options = options;
     LogManager::shared().isActive = options.logActive;

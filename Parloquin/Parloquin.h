@@ -36,5 +36,5 @@ public:
     [[nodiscard]] ParloquinViewController *viewControllerForLogin();
 
 private:
-    ParloquinOptions options;
+    ParloquinOptions m_options;
 };

@@ -9,10 +9,11 @@
 /// \since 1.0
 class ParloquinOptions {
 public:
-    ParloquinOptions(ParloquinEnvironment environment, bool logActive, const ParloquinTheme &theme)
-        : logActive(logActive)
-        , theme(theme)
-        , m_environment(environment)
+    ParloquinOptions(ParloquinEnvironment serviceEnvironment, bool isLogActive,
+        const ParloquinTheme &containerTheme)
+        : logActive(isLogActive)
+        , theme(containerTheme)
+        , m_environment(serviceEnvironment)
     {
     }
 
