@@ -1,0 +1,254 @@
+#include "Parloquin/Manager/HudManager.h"
+
+#include "Parloquin/Platform/MainQueue.h"
+#include "Parloquin/Platform/UI/ActivityIndicator.h"
+#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Platform/UI/Screen.h"
+#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Protocol/Updateable.h"
+
+#include <QtCore/QPropertyAnimation>
+#include <QtGui/QPainter>
+#include <QtWidgets/QAccessibleWidget>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QGraphicsOpacityEffect>
+#include <QtWidgets/QStyle>
+
+#include <utility>
+
+namespace parloquin {
+namespace {
+
+constexpr QSize plateSize(80, 80); // px
+constexpr QSize spinnerSize(40, 40); // px
+constexpr qreal plateRadius = 10; // px
+
+/// The veil: swallows whatever is meant for the widgets under it.
+class VeilView : public QWidget {
+public:
+    VeilView()
+    {
+        setObjectName(QStringLiteral("container"));
+        setAccessibleName(QStringLiteral("Loading"));
+        setFocusPolicy(Qt::TabFocus);
+        setAttribute(Qt::WA_AcceptTouchEvents);
+    }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu:
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::TabletPress:
+        case QEvent::TabletMove:
+        case QEvent::TabletRelease:
+        case QEvent::KeyRelease:
+            event->accept();
+            return true;
+        case QEvent::KeyPress:
+            QWidget::event(event); // Tab leaves for the host's own widgets
+            event->accept();
+            return true;
+        default:
+            return QWidget::event(event);
+        }
+    }
+
+    bool focusNextPrevChild(bool next) override
+    {
+        const auto step = [next](const QWidget *widget) {
+            return next ? widget->nextInFocusChain() : widget->previousInFocusChain();
+        };
+        for (QWidget *widget = step(this); widget != this; widget = step(widget)) {
+            const bool takesTab = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled()
+                && widget->isVisible() && widget->window() == window();
+            if (takesTab && !parentWidget()->isAncestorOf(widget)) {
+                widget->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+                break;
+            }
+        }
+        return true; // never to what lies under the veil
+    }
+
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter(this).fillRect(rect(), QColor::fromRgbF(1, 1, 1, 0.3F));
+    }
+};
+
+class PlateView : public QWidget {
+public:
+    explicit PlateView(QWidget *parent)
+        : QWidget(parent)
+    {
+        setObjectName(QStringLiteral("loadingView"));
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        resize(plateSize);
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor::fromRgbF(68 / 255.0F, 68 / 255.0F, 68 / 255.0F, 0.7F));
+        painter.drawRoundedRect(rect(), plateRadius, plateRadius);
+    }
+};
+
+/// Tells a screen reader that what it reads is busy, for as long as the veil is up.
+class VeilAccessible : public QAccessibleWidget {
+public:
+    explicit VeilAccessible(QWidget *veil)
+        : QAccessibleWidget(veil, QAccessible::AlertMessage)
+    {
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.busy = widget()->isVisible();
+        return state;
+    }
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    auto *veil = dynamic_cast<VeilView *>(object);
+    return veil ? new VeilAccessible(veil) : nullptr; // owned by the registry of interfaces
+}
+
+} // namespace
+
+HudManager::HudManager()
+{
+    // An answer's thread may be the first to ask for the overlay; its work is the main thread's.
+    moveToThread(QCoreApplication::instance()->thread());
+    QAccessible::installFactory(makeAccessible);
+}
+
+HudManager &HudManager::shared()
+{
+    static HudManager instance;
+    return instance;
+}
+
+void HudManager::show(std::weak_ptr<Updateable> screen)
+{
+    onMain([this, screen = std::move(screen)] {
+        auto *const view = dynamic_cast<Screen *>(screen.lock().get());
+        if (!view)
+            return;
+        NavigationController *const navigation = view->navigationController();
+        showActivityIndicator(navigation ? static_cast<QWidget *>(navigation) : view);
+    });
+}
+
+void HudManager::hide(std::weak_ptr<Updateable>)
+{
+    onMain([this] { removeFromSuperview(); });
+}
+
+void HudManager::showActivityIndicator(QWidget *uiView)
+{
+    if (!container) {
+        container = new VeilView;
+        loadingView = new PlateView(container);
+        activityIndicator = new ActivityIndicator(loadingView);
+        activityIndicator->setObjectName(QStringLiteral("activityIndicator"));
+        activityIndicator->resize(spinnerSize);
+    }
+    const bool arrives = container->parentWidget() != uiView || container->isHidden();
+    if (arrives) {
+        removeFromSuperview();
+        container->setParent(uiView);
+        uiView->installEventFilter(this);
+    }
+    layOut();
+    container->raise();
+    activityIndicator->startAnimating();
+    if (!arrives)
+        return;
+
+    if (container->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, container)) {
+        auto *const effect = new QGraphicsOpacityEffect(container);
+        effect->setOpacity(0);
+        container->setGraphicsEffect(effect);
+        auto *const fade = new QPropertyAnimation(effect, "opacity", effect);
+        fade->setDuration(static_cast<int>(Style::veilFade.count()));
+        fade->setEndValue(1.0);
+        connect(fade, &QAbstractAnimation::finished, container,
+            [veil = container.data()] { veil->setGraphicsEffect(nullptr); });
+        fade->start();
+    }
+    container->show();
+
+    QWidget *const focus = uiView->window()->focusWidget();
+    if (!focus || uiView->isAncestorOf(focus)) {
+        m_focusBefore = focus;
+        container->setFocus();
+    }
+    connect(qApp, &QApplication::focusChanged, this,
+        [this](QWidget *, QWidget *now) { keepFocus(now); });
+}
+
+void HudManager::removeFromSuperview()
+{
+    if (!container || container->isHidden())
+        return;
+    disconnect(qApp, &QApplication::focusChanged, this, nullptr);
+    container->parentWidget()->removeEventFilter(this);
+    activityIndicator->stopAnimating();
+    container->setGraphicsEffect(nullptr);
+    // The keyboard moves before the veil hides: hiding the widget that has it moves it on unasked.
+    if (container->window()->focusWidget() == container) {
+        if (m_focusBefore && m_focusBefore->isVisible())
+            m_focusBefore->setFocus();
+        else
+            container->clearFocus();
+    }
+    m_focusBefore.clear();
+    container->hide();
+}
+
+void HudManager::layOut()
+{
+    const QRect bounds = container->parentWidget()->rect();
+    container->setGeometry(bounds);
+    loadingView->move(
+        (bounds.width() - plateSize.width()) / 2, (bounds.height() - plateSize.height()) / 2);
+    activityIndicator->move((plateSize.width() - spinnerSize.width()) / 2,
+        (plateSize.height() - spinnerSize.height()) / 2);
+}
+
+void HudManager::keepFocus(QWidget *now)
+{
+    if (!container || !now || now == container)
+        return;
+    if (container->parentWidget()->isAncestorOf(now)) {
+        m_focusBefore = now;
+        container->setFocus();
+    }
+}
+
+bool HudManager::eventFilter(QObject *watched, QEvent *event)
+{
+    if (container && watched == container->parentWidget()) {
+        if (event->type() == QEvent::Resize)
+            layOut();
+        else if (event->type() == QEvent::ChildAdded)
+            container->raise();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace parloquin
