@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Parloquin/Extension/Fatal.h"
 #include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Platform/UI/Screen.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
@@ -23,6 +24,15 @@ public:
 protected:
     /// Null until the screen has loaded, and for ever in one that is no Updateable.
     std::shared_ptr<ViewModel> viewModel;
+
+    /// The same for screens that never work without one: its absence stops the program.
+    [[nodiscard]] ViewModel &requiredViewModel() const
+    {
+        if (!viewModel)
+            fatal(QStringLiteral("%1: no view model yet; show the screen first")
+                      .arg(QLatin1String(metaObject()->className())));
+        return *viewModel;
+    }
 
     /// Hooks of viewDidLoad(): texts first, then the views, then what starts work.
     virtual void setBinding() { }

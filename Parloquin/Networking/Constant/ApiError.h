@@ -1,5 +1,10 @@
 #pragma once
 
+#include "Parloquin/Extension/JsonField.h"
+
+#include <array>
+#include <utility>
+
 namespace parloquin {
 
 /// \brief Why a request brought no answer that can be read.
@@ -10,6 +15,18 @@ enum class ApiError {
     noSuchFile, ///< no data; the transport's code is 4
     timeOutEtc, ///< no data; any other code of the transport
     connection, ///< no network: known beforehand, or the transport's code is -1009
+};
+
+/// Their names, for the console.
+template <> struct RawValues<ApiError> {
+    static constexpr std::array rows {
+        std::pair { ApiError::general, "general" },
+        std::pair { ApiError::requestObjectCreate, "requestObjectCreate" },
+        std::pair { ApiError::jsonDecode, "jsonDecode" },
+        std::pair { ApiError::noSuchFile, "noSuchFile" },
+        std::pair { ApiError::timeOutEtc, "timeOutEtc" },
+        std::pair { ApiError::connection, "connection" },
+    };
 };
 
 } // namespace parloquin

@@ -1,5 +1,7 @@
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
+#include "Parloquin/Extension/Fatal.h"
+
 #include <utility>
 
 namespace parloquin {
@@ -10,5 +12,13 @@ BaseViewModel::BaseViewModel(std::weak_ptr<Updateable> screen)
 }
 
 BaseViewModel::~BaseViewModel() = default;
+
+void BaseViewModel::rebindScreen() const
+{
+    const auto screen = presentedViewController.lock();
+    if (!screen)
+        fatal(QStringLiteral("View model: no screen to show the data; pass one when creating it"));
+    screen->rebindData();
+}
 
 } // namespace parloquin

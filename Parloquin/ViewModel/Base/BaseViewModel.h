@@ -19,6 +19,10 @@ public:
     Q_DISABLE_COPY_MOVE(BaseViewModel)
 
 protected:
+    /// \brief Tells the screen of new data. Main thread; a view model without a screen stops the
+    /// program.
+    void rebindScreen() const;
+
     /// Never changes: any thread may copy it or ask expired(); lock it on the main thread only.
     const std::weak_ptr<Updateable> presentedViewController;
 };
