@@ -1,0 +1,93 @@
+#include "Parloquin/Cell/CountryTableCell.h"
+
+#include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/ImageView.h"
+#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Platform/UI/Style.h"
+
+#include <QtGui/QPainter>
+
+namespace parloquin {
+
+namespace {
+constexpr int fontSize = 17; // px
+constexpr int ringWidth = 2; // px
+constexpr int ringInset = 2; // px
+constexpr int ringRadius = 4; // px
+}
+
+CountryTableCell::CountryTableCell(QWidget *parent)
+    : TableCell(parent)
+    , iconTick(new ImageView(this))
+    , lblTitle(new Label(this))
+    , lblPhoneCode(new Label(this))
+{
+    setObjectName(QStringLiteral("CountryTableCell"));
+
+    iconTick->setObjectName(QStringLiteral("iconTick"));
+    iconTick->setImageNamed(QStringLiteral("icon-tick-blue"));
+    iconTick->setContentMode(ContentMode::aspectFit);
+    iconTick->hide();
+
+    lblTitle->setObjectName(QStringLiteral("lblTitle"));
+    lblTitle->setFontSize(fontSize);
+    lblTitle->setTextColor(Style::ink);
+    lblTitle->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+
+    lblPhoneCode->setObjectName(QStringLiteral("lblPhoneCode"));
+    lblPhoneCode->setFontSize(fontSize);
+    lblPhoneCode->setTextColor(Style::secondInk);
+    lblPhoneCode->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    lblPhoneCode->setShrinksToFit(true);
+
+    using parloquin::height; // not the cell's own
+    using parloquin::width;
+    // clang-format off
+    activate(this, {
+        trailing(lblPhoneCode) == trailing(this)        - 15,
+        width(lblPhoneCode)    == 53,
+        height(lblPhoneCode)   == 30,
+        centerY(lblPhoneCode)  == centerY(this),
+
+        trailing(iconTick)     == leading(lblPhoneCode) - 7,
+        width(iconTick)        == 20,
+        height(iconTick)       == 20,
+        centerY(iconTick)      == centerY(this),
+
+        leading(lblTitle)      == leading(this)         + 15,
+        trailing(lblTitle)     == leading(iconTick)     - 7,
+        height(lblTitle)       == 30,
+        centerY(lblTitle)      == centerY(this),
+    });
+    // clang-format on
+}
+
+void CountryTableCell::setCell(const CountryModel &model)
+{
+    lblTitle->setText(
+        model.title.value_or(QStringLiteral(" (%1)").arg(model.countryCode.value_or(QString()))));
+    lblPhoneCode->setText(model.phoneCode.value_or(QString()));
+    m_country = model;
+    setAccessibleName(QStringLiteral("%1, %2").arg(lblTitle->text(), lblPhoneCode->text()));
+}
+
+void CountryTableCell::setSelectedState(bool selected)
+{
+    m_selected = selected;
+    iconTick->setVisible(selected);
+}
+
+void CountryTableCell::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), isPressed() ? Style::pressedRow : QColor(Qt::white));
+    if (!hasKeyboardFocus())
+        return;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Style::blue, ringWidth));
+    const qreal edge = ringInset + ringWidth / 2.0;
+    painter.drawRoundedRect(
+        QRectF(rect()).adjusted(edge, edge, -edge, -edge), ringRadius, ringRadius);
+}
+
+} // namespace parloquin

@@ -1,0 +1,64 @@
+#include "Parloquin/Controller/CountryListViewController.h"
+
+#include "Parloquin/Cell/CountryTableCell.h"
+#include "Parloquin/Extension/ClassName.h"
+#include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/BarButtonItem.h"
+
+namespace parloquin {
+
+namespace {
+constexpr int rowHeight = 44; // px
+}
+
+void CountryListViewController::setUI()
+{
+    setAutoFillBackground(true);
+    setPalette([look = palette()]() mutable {
+        look.setColor(QPalette::Window, Qt::white);
+        return look;
+    }());
+    setCloseButton();
+    setTableView();
+    setAnchorsForTableView();
+    setupTableView();
+}
+
+void CountryListViewController::setCloseButton()
+{
+    btnClose = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnClose"));
+    btnClose->setTintColor(Qt::white);
+    connect(btnClose, &BarButtonItem::clicked, this, [this] { actionButtonClose(); });
+    navigationItem().setLeftBarButtonItem(btnClose);
+}
+
+void CountryListViewController::setTableView()
+{
+    tblCountries = new TableView(this);
+    tblCountries->setObjectName(QStringLiteral("tblCountries"));
+    tblCountries->setAccessibleName(QStringLiteral("Country List"));
+    tblCountries->setRowHeight(rowHeight);
+    tblCountries->setSeparatorStyle(TableView::SeparatorStyle::singleLine);
+}
+
+void CountryListViewController::setAnchorsForTableView()
+{
+    // clang-format off
+    activate(this, {
+        leading(tblCountries)  == leading(this),
+        trailing(tblCountries) == trailing(this),
+        top(tblCountries)      == top(this),
+        bottom(tblCountries)   == bottom(this),
+    });
+    // clang-format on
+}
+
+void CountryListViewController::setupTableView()
+{
+    tblCountries->registerCell(
+        nameOfClass<CountryTableCell>(), [] { return new CountryTableCell; });
+    tblCountries->setDelegate(this);
+    tblCountries->setDataSource(this);
+}
+
+} // namespace parloquin

@@ -1,0 +1,168 @@
+#include "Parloquin/Controller/OtpCheckViewController.h"
+
+#include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/BarButtonItem.h"
+#include "Parloquin/Platform/UI/Button.h"
+#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Platform/UI/ScrollView.h"
+#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Platform/UI/TextField.h"
+#include "Parloquin/Platform/UI/View.h"
+
+namespace parloquin {
+
+void OtpCheckViewController::setUI()
+{
+    setAutoFillBackground(true);
+    setPalette([look = palette()]() mutable {
+        look.setColor(QPalette::Window, Qt::white);
+        return look;
+    }());
+    m_page = new ScrollView(this);
+    setDescLabel();
+    setViewFieldsBack();
+    setButtonCheck();
+    setButtonTryAgain();
+    setAnchorsForDescLabel();
+    setAnchorsForFields();
+    setAnchorsForButtonCheck();
+    setAnchorsForButtonTryAgain();
+    m_page->setConcludingButton(btnCheck);
+    m_page->setLastWidget(btnTryAgain, 20);
+}
+
+void OtpCheckViewController::setDescLabel()
+{
+    // Stays empty, and so takes no height.
+    lblDescription = new Label(m_page->contentView());
+    lblDescription->setObjectName(QStringLiteral("lblDescription"));
+    lblDescription->setFontSize(18);
+    lblDescription->setTextColor(Style::ink);
+    lblDescription->setNumberOfLines(0);
+    lblDescription->setAlignment(Qt::AlignCenter);
+}
+
+void OtpCheckViewController::setViewFieldsBack()
+{
+    viewFieldsBack = new View(m_page->contentView());
+    viewFieldsBack->setObjectName(QStringLiteral("viewFieldsBack"));
+    viewFieldsBack->setBorder(1, Style::blue);
+    viewFieldsBack->setCornerRadius(6);
+
+    stackTextFields = new QWidget(viewFieldsBack);
+    stackTextFields->setObjectName(QStringLiteral("stackTextFields"));
+
+    int number = 0;
+    for (TextField **box : { &txtCode0, &txtCode1, &txtCode2 }) {
+        TextField *field = *box = new TextField(stackTextFields);
+        field->setObjectName(QStringLiteral("txtCode%1").arg(number++));
+        field->setAccessibleName(QStringLiteral("Digit %1 of 3").arg(number));
+        field->setFontSize(19, QFont::DemiBold);
+        field->setTextColor(Style::ink);
+        field->setAlignment(Qt::AlignCenter);
+        field->setBorder(0.5, Style::grey, 4);
+        field->setPhonePadKeyboard();
+        connect(field, &QLineEdit::textEdited, this, [this, field] { textFieldDidChange(field); });
+        // Enter only closes the keyboard: a code cut short is not to be sent by it.
+        connect(field, &QLineEdit::returnPressed, field, [field] { field->clearFocus(); });
+    }
+}
+
+void OtpCheckViewController::setButtonCheck()
+{
+    btnCheck = new Button(m_page->contentView());
+    btnCheck->setObjectName(QStringLiteral("btnCheck"));
+    btnCheck->setBackgroundColor(Style::blue);
+    btnCheck->setTitleColor(Qt::white);
+    btnCheck->setFontSize(16, QFont::DemiBold);
+    btnCheck->setCornerRadius(6);
+    btnCheck->setText(QStringLiteral("Send Code"));
+    connect(btnCheck, &Button::clicked, this, [this] { actionButtonCheck(); });
+}
+
+void OtpCheckViewController::setButtonTryAgain()
+{
+    // Leads nowhere, and shows no press: a new code is sent from the screen before.
+    btnTryAgain = new Button(m_page->contentView());
+    btnTryAgain->setObjectName(QStringLiteral("btnTryAgain"));
+    btnTryAgain->setBackgroundColor(Qt::transparent);
+    btnTryAgain->setTitleColor(Style::blue);
+    btnTryAgain->setFontSize(17, QFont::Normal);
+    btnTryAgain->setShowsPress(false);
+    btnTryAgain->setText(QStringLiteral("Didn't you receive the code? Tap here to try again"));
+}
+
+// Inside a widget its own width() and height() hide the anchors of these names.
+// clang-format off
+void OtpCheckViewController::setAnchorsForDescLabel()
+{
+    QWidget *safeArea = m_page->contentView();
+    activate(safeArea, {
+        leading(lblDescription)  == leading(safeArea)  + 15,
+        trailing(lblDescription) == trailing(safeArea) - 15,
+        top(lblDescription)      == top(safeArea)      + 30,
+    });
+}
+
+void OtpCheckViewController::setAnchorsForFields()
+{
+    using parloquin::height;
+    using parloquin::width;
+    QWidget *safeArea = m_page->contentView();
+    activate(safeArea, {
+        leading(viewFieldsBack)  == leading(safeArea)      + 20,
+        trailing(viewFieldsBack) == trailing(safeArea)     - 20,
+        top(viewFieldsBack)      == bottom(lblDescription) + 20,
+        height(viewFieldsBack)   == 75,
+
+        // three boxes and the two gaps between them
+        width(stackTextFields)   == 3 * 54 + 2 * 15,
+        height(stackTextFields)  == 54,
+        centerX(stackTextFields) == centerX(viewFieldsBack),
+        centerY(stackTextFields) == centerY(viewFieldsBack),
+
+        leading(txtCode0)        == leading(stackTextFields),
+        leading(txtCode1)        == trailing(txtCode0)     + 15,
+        leading(txtCode2)        == trailing(txtCode1)     + 15,
+    });
+    for (TextField *box : { txtCode0, txtCode1, txtCode2 }) {
+        activate(safeArea, {
+            width(box)  == 54,
+            height(box) == 54,
+            top(box)    == top(stackTextFields),
+        });
+    }
+}
+
+void OtpCheckViewController::setAnchorsForButtonCheck()
+{
+    using parloquin::height;
+    QWidget *safeArea = m_page->contentView();
+    activate(safeArea, {
+        leading(btnCheck)  == leading(safeArea)      + 20,
+        trailing(btnCheck) == trailing(safeArea)     - 20,
+        top(btnCheck)      == bottom(viewFieldsBack) + 25,
+        height(btnCheck)   == 55,
+    });
+}
+
+void OtpCheckViewController::setAnchorsForButtonTryAgain()
+{
+    QWidget *safeArea = m_page->contentView();
+    activate(safeArea, {
+        leading(btnTryAgain)  == leading(safeArea)  + 15,
+        trailing(btnTryAgain) == trailing(safeArea) - 15,
+        top(btnTryAgain)      == bottom(btnCheck)   + 35,
+    });
+}
+// clang-format on
+
+void OtpCheckViewController::setBackButton()
+{
+    btnBack = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack"));
+    btnBack->setTintColor(Qt::white);
+    connect(btnBack, &BarButtonItem::clicked, this, [this] { actionButtonBack(); });
+    navigationItem().setLeftBarButtonItem(btnBack);
+}
+
+} // namespace parloquin

@@ -1,0 +1,95 @@
+#include "Parloquin/Controller/OtpCheckViewController.h"
+
+#include "Parloquin/Extension/QString+Characters.h"
+#include "Parloquin/Platform/MainQueue.h"
+#include "Parloquin/Platform/UI/BarButtonItem.h"
+#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Platform/UI/TextField.h"
+
+namespace parloquin {
+
+namespace {
+void focus(TextField *box)
+{
+    box->setFocus(Qt::OtherFocusReason);
+    // Behind the digit, so that the next key adds to it or deletes it.
+    box->end(false);
+}
+
+// One character per edit: of a longer paste all but the last stay.
+void shorten(TextField *box)
+{
+    const QString shortened = shortenedByOne(box->text());
+    if (shortened != box->text())
+        box->setText(shortened);
+}
+}
+
+OtpCheckViewController::OtpCheckViewController(QWidget *parent)
+    : BaseViewController(parent)
+{
+}
+
+OtpCheckViewController::~OtpCheckViewController() = default;
+
+void OtpCheckViewController::viewDidLoad()
+{
+    BaseViewController::viewDidLoad();
+    // Once the screen has slid in, so that the keyboard does not rise during the motion.
+    onMainAfter(std::chrono::milliseconds(350), this, [this] {
+        if (txtCode0)
+            focus(txtCode0);
+    });
+}
+
+void OtpCheckViewController::setBinding()
+{
+    OtpCheckViewModel &model = requiredViewModel();
+    model.reference = reference;
+    model.countryCode = countryCode;
+    model.phoneNumber = phoneNumber;
+}
+
+void OtpCheckViewController::setLocalization() { setTitle(QStringLiteral("SMS")); }
+
+void OtpCheckViewController::viewWillAppear(bool animated)
+{
+    BaseViewController::viewWillAppear(animated);
+    setBackButton();
+}
+
+void OtpCheckViewController::viewWillDisappear(bool animated)
+{
+    BaseViewController::viewWillDisappear(animated);
+    navigationItem().setLeftBarButtonItem(nullptr);
+}
+
+void OtpCheckViewController::actionButtonBack()
+{
+    if (NavigationController *navigation = navigationController())
+        navigation->popViewController(true);
+}
+
+void OtpCheckViewController::actionButtonCheck() { requiredViewModel().requestCheckOtp(); }
+
+void OtpCheckViewController::textFieldDidChange(const TextField *field)
+{
+    if (field == txtCode0 && !txtCode0->text().isEmpty()) {
+        shorten(txtCode0);
+        focus(txtCode1);
+    }
+    if (field == txtCode1) {
+        shorten(txtCode1);
+        focus(txtCode1->text().isEmpty() ? txtCode0 : txtCode2);
+    }
+    if (field == txtCode2) {
+        shorten(txtCode2);
+        if (txtCode2->text().isEmpty())
+            focus(txtCode1);
+        else
+            txtCode2->clearFocus();
+    }
+    requiredViewModel().otpCode = txtCode0->text() + txtCode1->text() + txtCode2->text();
+}
+
+} // namespace parloquin

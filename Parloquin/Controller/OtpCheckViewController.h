@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Parloquin/Controller/Base/BaseViewController.h"
+#include "Parloquin/Protocol/Updateable.h"
+#include "Parloquin/ViewModel/OtpCheckViewModel.h"
+
+#include <QtCore/QPointer>
+
+namespace parloquin {
+
+class BarButtonItem;
+class Button;
+class Label;
+class ScrollView;
+class TextField;
+class View;
+
+/// \brief The second screen of the road by SMS: three boxes for the code that was sent.
+///
+/// Stays open whatever the outcome: closing is the host's. Main thread only.
+class OtpCheckViewController : public BaseViewController<OtpCheckViewModel>, public Updateable {
+    Q_OBJECT
+public:
+    explicit OtpCheckViewController(QWidget *parent = nullptr);
+    ~OtpCheckViewController() override;
+
+    // Set before the push.
+    std::optional<QString> reference; ///< of the code sent
+    std::optional<QString> countryCode;
+    std::optional<QString> phoneNumber; ///< as typed, without the dialling prefix
+
+    void actionButtonBack();
+    void actionButtonCheck();
+
+    void rebindData() override { } // the outcome goes to the host; nothing changes here
+
+protected:
+    void viewDidLoad() override;
+    void setBinding() override;
+    void setLocalization() override;
+    void setUI() override;
+    void viewWillAppear(bool animated) override;
+    void viewWillDisappear(bool animated) override;
+
+private:
+    void setDescLabel();
+    void setViewFieldsBack();
+    void setButtonCheck();
+    void setButtonTryAgain();
+    void setAnchorsForDescLabel();
+    void setAnchorsForFields();
+    void setAnchorsForButtonCheck();
+    void setAnchorsForButtonTryAgain();
+    void setBackButton();
+
+    void textFieldDidChange(const TextField *field);
+
+    QPointer<BarButtonItem> btnBack;
+    Label *lblDescription = nullptr;
+    View *viewFieldsBack = nullptr;
+    QWidget *stackTextFields = nullptr;
+    TextField *txtCode0 = nullptr;
+    TextField *txtCode1 = nullptr;
+    TextField *txtCode2 = nullptr;
+    Button *btnCheck = nullptr;
+    Button *btnTryAgain = nullptr;
+
+    ScrollView *m_page = nullptr;
+};
+
+} // namespace parloquin

@@ -1,0 +1,195 @@
+#include "Parloquin/Controller/OtpMainViewController.h"
+
+#include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/BarButtonItem.h"
+#include "Parloquin/Platform/UI/Button.h"
+#include "Parloquin/Platform/UI/ImageView.h"
+#include "Parloquin/Platform/UI/ScrollView.h"
+#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Platform/UI/TapGestureRecognizer.h"
+#include "Parloquin/Platform/UI/TextField.h"
+#include "Parloquin/Platform/UI/View.h"
+
+namespace parloquin {
+
+namespace {
+constexpr int fieldFont = 17; // px
+
+View *makeBox(QWidget *parent, const QString &name)
+{
+    auto *box = new View(parent);
+    box->setObjectName(name);
+    box->setBorder(1, Qt::black);
+    box->setCornerRadius(6);
+    return box;
+}
+
+TextField *makeField(QWidget *box, const QString &name, const QString &placeholder)
+{
+    auto *field = new TextField(box);
+    field->setObjectName(name);
+    field->setFontSize(fieldFont);
+    field->setTextColor(Style::ink);
+    field->setPlaceholderText(placeholder);
+    field->setAccessibleName(placeholder);
+    return field;
+}
+}
+
+void OtpMainViewController::setUI()
+{
+    setAutoFillBackground(true);
+    setPalette([look = palette()]() mutable {
+        look.setColor(QPalette::Window, Qt::white);
+        return look;
+    }());
+    m_page = new ScrollView(this);
+    setViewCountry();
+    setViewPhoneNumber();
+    setButtonContinue();
+    setAnchorsForViewCountry();
+    setAnchorsForViewPhoneNumber();
+    setAnchorsForButtonContinue();
+    alignNumbers();
+    m_page->setConcludingButton(btnContinue);
+    m_page->setLastWidget(btnContinue, 20);
+}
+
+void OtpMainViewController::setViewCountry()
+{
+    viewCountryBack = makeBox(m_page->contentView(), QStringLiteral("viewCountryBack"));
+    viewCountryBack->setPressedColor(Style::pressedRow);
+    viewCountryBack->setTappable(true);
+    connect(viewCountryBack, &View::clicked, this, [this] { actionButtonSelectCountry(); });
+
+    txtCountryName = makeField(
+        viewCountryBack, QStringLiteral("txtCountryName"), QStringLiteral("Select Country.."));
+    txtCountryName->setUserInteractionEnabled(false);
+    // The box is what a screen reader finds and presses, so it says which country is chosen.
+    viewCountryBack->setAccessibleName(txtCountryName->placeholderText());
+    connect(txtCountryName, &QLineEdit::textChanged, viewCountryBack, [this](const QString &title) {
+        viewCountryBack->setAccessibleName(
+            title.isEmpty() ? txtCountryName->placeholderText() : title);
+    });
+
+    iconArrowDown = new ImageView(viewCountryBack);
+    iconArrowDown->setObjectName(QStringLiteral("iconArrowDown"));
+    iconArrowDown->setImageNamed(QStringLiteral("icon-arrow-down"));
+}
+
+void OtpMainViewController::setViewPhoneNumber()
+{
+    viewPhoneBack = makeBox(m_page->contentView(), QStringLiteral("viewPhoneBack"));
+
+    txtCountryCode =
+        makeField(viewPhoneBack, QStringLiteral("txtCountryCode"), QStringLiteral("+(Code)"));
+    txtCountryCode->setUserInteractionEnabled(false);
+
+    txtPhoneNumber = makeField(
+        viewPhoneBack, QStringLiteral("txtPhoneNumber"), QStringLiteral("Phone Number.."));
+    txtPhoneNumber->setPhonePadKeyboard();
+    viewPhoneBack->setRingsFor(txtPhoneNumber);
+    connect(txtPhoneNumber, &QLineEdit::textEdited, this,
+        [this] { textFieldDidChange(txtPhoneNumber); });
+    connect(txtPhoneNumber, &TextField::beganEditing, this, [this] { textFieldDidBeginEditing(); });
+    connect(txtPhoneNumber, &TextField::endedEditing, this, [this] { textFieldDidEndEditing(); });
+    // The keyboard's done key.
+    connect(txtPhoneNumber, &QLineEdit::returnPressed, this, [this] { dismissKeyboard(); });
+
+    keyboardDismisser = new TapGestureRecognizer(this);
+    keyboardDismisser->setObjectName(QStringLiteral("keyboardDismisser"));
+    connect(keyboardDismisser, &TapGestureRecognizer::tapped, this, [this] { dismissKeyboard(); });
+}
+
+void OtpMainViewController::setButtonContinue()
+{
+    btnContinue = new Button(m_page->contentView());
+    btnContinue->setObjectName(QStringLiteral("btnContinue"));
+    btnContinue->setBackgroundColor(Style::blue);
+    btnContinue->setTitleColor(Qt::white);
+    btnContinue->setFontSize(16, QFont::DemiBold);
+    btnContinue->setCornerRadius(6);
+    btnContinue->setText(QStringLiteral("Send SMS"));
+    connect(btnContinue, &Button::clicked, this, [this] { actionButtonContinue(); });
+}
+
+// Inside a widget its own width() and height() hide the anchors of these names.
+// clang-format off
+void OtpMainViewController::setAnchorsForViewCountry()
+{
+    using parloquin::height;
+    using parloquin::width;
+    QWidget *safeArea = m_page->contentView();
+    activate(safeArea, {
+        leading(viewCountryBack)  == leading(safeArea)         + 20,
+        trailing(viewCountryBack) == trailing(safeArea)        - 20,
+        top(viewCountryBack)      == top(safeArea)             + 30,
+        height(viewCountryBack)   == 60,
+
+        trailing(iconArrowDown)   == trailing(viewCountryBack) - 5,
+        height(iconArrowDown)     == 12,
+        width(iconArrowDown)      == 17,
+        centerY(iconArrowDown)    == centerY(viewCountryBack),
+
+        leading(txtCountryName)   == leading(viewCountryBack)  + 15,
+        trailing(txtCountryName)  == leading(iconArrowDown)    - 10,
+        centerY(txtCountryName)   == centerY(viewCountryBack),
+        height(txtCountryName)    == 40,
+    });
+}
+
+void OtpMainViewController::setAnchorsForViewPhoneNumber()
+{
+    using parloquin::height;
+    using parloquin::width;
+    QWidget *safeArea = m_page->contentView();
+    activate(safeArea, {
+        leading(viewPhoneBack)   == leading(safeArea)       + 20,
+        trailing(viewPhoneBack)  == trailing(safeArea)      - 20,
+        top(viewPhoneBack)       == bottom(viewCountryBack) + 20,
+        height(viewPhoneBack)    == 60,
+
+        leading(txtCountryCode)  == leading(viewPhoneBack)  + 15,
+        width(txtCountryCode)    == 90,
+        height(txtCountryCode)   == 40,
+        centerY(txtCountryCode)  == centerY(viewPhoneBack),
+
+        leading(txtPhoneNumber)  == trailing(txtCountryCode),
+        trailing(txtPhoneNumber) == trailing(viewPhoneBack) - 10,
+        height(txtPhoneNumber)   == 40,
+        centerY(txtPhoneNumber)  == centerY(viewPhoneBack),
+    });
+}
+
+void OtpMainViewController::setAnchorsForButtonContinue()
+{
+    using parloquin::height;
+    QWidget *safeArea = m_page->contentView();
+    activate(safeArea, {
+        leading(btnContinue)  == leading(safeArea)     + 20,
+        trailing(btnContinue) == trailing(safeArea)    - 20,
+        top(btnContinue)      == bottom(viewPhoneBack) + 30,
+        height(btnContinue)   == 55,
+    });
+}
+// clang-format on
+
+void OtpMainViewController::setBackButton()
+{
+    btnBack = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack"));
+    btnBack->setTintColor(Qt::white);
+    connect(btnBack, &BarButtonItem::clicked, this, [this] { actionButtonBack(); });
+    navigationItem().setLeftBarButtonItem(btnBack);
+}
+
+void OtpMainViewController::alignNumbers()
+{
+    // Numbers run from left to right in every language, plus first, but stand at the leading edge.
+    const Qt::Alignment leadingEdge = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+    for (TextField *field : { txtCountryCode, txtPhoneNumber }) {
+        field->setLayoutDirection(Qt::LeftToRight);
+        field->setAlignment(leadingEdge | Qt::AlignVCenter);
+    }
+}
+
+} // namespace parloquin

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Parloquin/Networking/Client/Result.h"
+#include "Parloquin/Networking/Model/Response/CheckOtpResponseModel.h"
+#include "Parloquin/ViewModel/Base/BaseViewModel.h"
+
+#include <QtCore/QString>
+
+#include <memory>
+#include <optional>
+
+namespace parloquin {
+
+/// \brief Has the typed code checked and tells the host the outcome. Main thread only.
+class OtpCheckViewModel : public BaseViewModel,
+                          public std::enable_shared_from_this<OtpCheckViewModel> {
+public:
+    using BaseViewModel::BaseViewModel;
+
+    std::optional<QString> reference; ///< of the code sent
+    std::optional<QString> countryCode;
+    std::optional<QString> phoneNumber; ///< as typed, without the dialling prefix
+    std::optional<QString> otpCode; ///< all boxes in one
+
+    /// \brief Sends the code, whatever its length; refuses in silence while it is empty.
+    ///
+    /// The outcome goes to the host's delegate, on the network thread. A call that failed is
+    /// reported even when the screen is gone by then; an answer is not.
+    void requestCheckOtp();
+
+private:
+    // Any thread.
+    static void receive(const std::weak_ptr<OtpCheckViewModel> &weak,
+        const std::weak_ptr<Updateable> &screen, const Result<CheckOtpResponseModel> &result);
+};
+
+} // namespace parloquin
