@@ -1,0 +1,185 @@
+#include "sandbox/service/Scenario.h"
+
+#include "sandbox/service/CallForm.h"
+#include "sandbox/service/Cipher.h"
+#include "sandbox/service/OutcomeReader.h"
+#include "sandbox/service/ScenarioReader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <set>
+
+namespace sandbox {
+namespace {
+using nlohmann::json;
+constexpr int day = 24 * 60 * 60; // s
+
+Keys readKeys(const ScenarioReader &reader)
+{
+    reader.expectKeys({ "secret", "client" });
+    const auto secret = reader.at("secret");
+    auto bytes = fromHex(secret.text());
+    if (!bytes || bytes->size() != 32)
+        secret.fail("expected 64 hexadecimal digits");
+    return { std::move(*bytes), reader.at("client").nonEmptyText() };
+}
+
+Texts readTexts(const ScenarioReader &reader)
+{
+    reader.expectKeys({ "description", "alternative", "message", "recipient" });
+    const auto message = reader.at("message");
+    if (message.text().find("{code}") == std::string::npos)
+        message.fail("expected a text with {code} in it, which tells one message from another");
+    return { reader.at("description").text(), reader.at("alternative").text(), message.text(),
+        reader.at("recipient").nonEmptyText() };
+}
+
+std::string readScheme(const ScenarioReader &reader)
+{
+    const auto text = reader.nonEmptyText();
+    if (text.find("://") == std::string::npos)
+        reader.fail("expected a URL scheme such as \"parlo://\"");
+    return text;
+}
+
+std::optional<std::string> readColour(const ScenarioReader &reader, std::string_view key)
+{
+    auto text = reader.optionalText(key);
+    if (text && (text->size() != 6 || !fromHex(*text)))
+        reader.at(key).fail("expected six hexadecimal digits");
+    return text;
+}
+
+std::vector<App> readApps(const ScenarioReader &reader)
+{
+    std::vector<App> apps;
+    std::set<std::string> seen;
+    for (const auto &item : reader.items()) {
+        item.expectKeys({ "app", "name", "appPackage", "text", "icon", "bgColour", "textColour" });
+        App app;
+        app.app = item.at("app").nonEmptyText();
+        if (!seen.insert(app.app).second)
+            item.at("app").fail("\"" + app.app + "\" stands twice");
+        app.name = item.at("name").nonEmptyText();
+        if (item.optionalText("appPackage"))
+            app.appPackage = readScheme(item.at("appPackage"));
+        app.text = item.optionalText("text");
+        app.icon = item.optionalText("icon");
+        app.bgColour = readColour(item, "bgColour");
+        app.textColour = readColour(item, "textColour");
+        apps.push_back(std::move(app));
+    }
+    return apps;
+}
+
+std::vector<Country> readCountries(const ScenarioReader &reader)
+{
+    std::vector<Country> countries;
+    for (const auto &item : reader.items()) {
+        item.expectKeys({ "countryCode", "title", "phoneCode" });
+        const auto code = item.at("phoneCode");
+        if (!code.text().starts_with('+') || code.text().size() < 2)
+            code.fail("expected a plus and digits");
+        countries.push_back({ item.at("countryCode").nonEmptyText(),
+            item.at("title").nonEmptyText(), code.text() });
+    }
+    return countries;
+}
+
+Codes readCodes(const ScenarioReader &reader)
+{
+    reader.expectKeys({ "fixed", "alphabet", "expirySeconds", "attempts" });
+    Codes codes;
+    codes.fixed = reader.optionalText("fixed");
+    if (codes.fixed && codes.fixed->empty())
+        reader.at("fixed").fail("empty; null draws a code for each number");
+    codes.alphabet = reader.at("alphabet").nonEmptyText();
+    codes.expiry = std::chrono::seconds(reader.at("expirySeconds").number(0, day));
+    codes.attempts = reader.at("attempts").number(1, 1000);
+    return codes;
+}
+
+std::string readMethod(const ScenarioReader &reader)
+{
+    static constexpr std::string_view methods[] = { "accountkit", "otp", "call", "3rdparty",
+        "whatsapp", "telegram", "viber" };
+    auto text = reader.text();
+    if (std::find(std::begin(methods), std::end(methods), text) == std::end(methods))
+        reader.fail("no validation method");
+    return text;
+}
+}
+
+Scenario Scenario::fromJson(const json &given)
+{
+    const ScenarioReader top(given, {});
+    top.expectKeys({ "keys", "clockToleranceSeconds", "validation", "alternative", "texts", "apps",
+        "appPackageList", "countries", "codes", "messageExpirySeconds", "outcomes" });
+    const auto keys = top.at("keys");
+
+    // Merged deeply, so that a scenario says only what it changes; lists are taken whole.
+    auto merged = json::parse(builtInScenarioText());
+    const auto ownPackages = given.contains("appPackageList");
+    for (const auto &[key, value] : given.items()) {
+        if (value.is_object() && key != "outcomes" && key != "keys")
+            merged[key].update(value);
+        else
+            merged[key] = value;
+    }
+    const ScenarioReader reader(merged, {});
+
+    Scenario scenario;
+    scenario.keys = readKeys(keys);
+    scenario.clockTolerance =
+        std::chrono::seconds(reader.at("clockToleranceSeconds").number(1, day));
+    scenario.validation = readMethod(reader.at("validation"));
+    if (reader.optionalText("alternative"))
+        scenario.alternative = readMethod(reader.at("alternative"));
+    scenario.texts = readTexts(reader.at("texts"));
+    scenario.apps = readApps(reader.at("apps"));
+    if (ownPackages) {
+        for (const auto &item : reader.at("appPackageList").items())
+            scenario.appPackageList.push_back(item.text());
+    } else {
+        for (const auto &app : scenario.apps)
+            if (app.appPackage)
+                scenario.appPackageList.push_back(*app.appPackage);
+    }
+    scenario.countries = readCountries(reader.at("countries"));
+    scenario.codes = readCodes(reader.at("codes"));
+    scenario.messageExpiry = std::chrono::seconds(reader.at("messageExpirySeconds").number(0, day));
+    const auto outcomes = reader.at("outcomes");
+    for (const auto &call : outcomes.keys()) {
+        if (!isCall(call))
+            outcomes.at(call).fail("no call has this name");
+        scenario.outcomes[call] = readOutcomes(outcomes.at(call));
+    }
+    return scenario;
+}
+
+Scenario Scenario::fromFile(const std::string &path)
+{
+    std::ifstream file(path);
+    std::string text;
+    if (file)
+        text.assign(std::istreambuf_iterator<char>(file), {});
+    if (!file)
+        throw ScenarioError(path + ": " + std::strerror(errno));
+    try {
+        return fromJson(json::parse(text));
+    } catch (const json::parse_error &error) {
+        // The library's own code and class lead its message; the place and the complaint follow.
+        const std::string what = error.what();
+        throw ScenarioError(path + ": " + what.substr(what.find("] ") + 2));
+    } catch (const ScenarioError &error) {
+        throw ScenarioError(path + ": " + error.what());
+    }
+}
+
+Scenario Scenario::builtIn() { return fromJson(json::parse(builtInScenarioText())); }
+
+}

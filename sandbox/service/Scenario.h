@@ -1,0 +1,102 @@
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace sandbox {
+
+struct Keys {
+    std::string secret; ///< 32 bytes
+    std::string client;
+};
+
+/// A messaging app on offer. What is absent is left out of the answer.
+struct App {
+    std::string app;
+    std::string name;
+    std::optional<std::string> appPackage;
+    std::optional<std::string> text;
+    std::optional<std::string> icon; ///< a URL, or a path on this service
+    std::optional<std::string> bgColour;
+    std::optional<std::string> textColour;
+};
+
+struct Country {
+    std::string countryCode;
+    std::string title;
+    std::string phoneCode; ///< with the plus
+};
+
+struct Texts {
+    std::string description;
+    std::string alternative;
+    std::string message; ///< "{code}" stands for the code of the attempt
+    std::string recipient;
+};
+
+struct Codes {
+    std::optional<std::string> fixed;
+    std::string alphabet;
+    std::chrono::seconds expiry {};
+    int attempts = 0; ///< wrong ones, before the reference is void
+};
+
+/// How one request that passed the judge is answered.
+struct Outcome {
+    enum class Fault {
+        none,
+        silence, ///< the request is read and never answered
+        drip, ///< the answer begins and goes on a byte a second, for ever
+        cut, ///< the connection closes in the middle of the answer
+        garbage, ///< the answer is no JSON
+    };
+
+    int status = 200;
+    std::string errorCode;
+    std::string message;
+    std::vector<std::string> without; ///< keys left out of the result; "result" leaves out all
+    std::chrono::milliseconds delay {};
+    bool plain = false; ///< not encrypted
+    Fault fault = Fault::none;
+
+    bool refuses() const { return status >= 400; }
+};
+
+/// Says what is wrong with a scenario: the path of the field, then what was expected there.
+class ScenarioError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// \brief What the service offers and how it answers: all that a developer may want to set.
+struct Scenario {
+    Keys keys;
+    std::chrono::seconds clockTolerance {};
+    std::string validation;
+    std::optional<std::string> alternative;
+    Texts texts;
+    std::vector<App> apps;
+    std::vector<std::string> appPackageList;
+    std::vector<Country> countries;
+    Codes codes;
+    std::chrono::seconds messageExpiry {};
+    /// By call: the first request takes the first, the last stands for all that follow.
+    std::map<std::string, std::vector<Outcome>> outcomes;
+
+    /// Fields that \p json lacks come from the built-in scenario; "keys" it must have.
+    /// \throws ScenarioError
+    static Scenario fromJson(const nlohmann::json &json);
+    /// \throws ScenarioError, also when the file cannot be read; the message begins with its path
+    static Scenario fromFile(const std::string &path);
+    static Scenario builtIn();
+};
+
+/// The built-in scenario as text: whole, so that it can be saved and edited.
+std::string builtInScenarioText();
+
+}
