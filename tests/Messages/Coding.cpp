@@ -1,0 +1,273 @@
+#include "Parloquin/Extension/Decodable+Extension.h"
+#include "Parloquin/Extension/Encodable+Extension.h"
+#include "Parloquin/Extension/RawValues.h"
+#include "Parloquin/Extension/String+Extension.h"
+#include "Parloquin/Networking/Model/Base/BaseRequestHeaderModel.h"
+#include "Parloquin/Networking/Model/Base/BaseResponseModel.h"
+#include "Parloquin/Networking/Model/Response/CheckOtpResponseModel.h"
+#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
+#include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
+#include "Parloquin/Networking/Model/Response/SendOtpResponseModel.h"
+#include "Parloquin/Networking/Model/Response/StartResponseModel.h"
+#include "Parloquin/Networking/Router/ApiRouter.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+
+#include <gtest/gtest.h>
+
+using namespace parloquin;
+
+namespace {
+
+/// What a model makes of a body: its own JSON text again, or the fault.
+template <class Model> QByteArray outcome(const QByteArray &body)
+{
+    QString fault;
+    const std::optional<Model> model = decode<Model>(body, &fault);
+    return model ? jsonText(dictionary(*model)) : fault.toUtf8();
+}
+
+using Read = QByteArray (*)(const QByteArray &body);
+constexpr Read init = outcome<BaseResponseModel<InitResponseModel>>;
+constexpr Read start = outcome<BaseResponseModel<StartResponseModel>>;
+constexpr Read check = outcome<BaseResponseModel<CheckResponseModel>>;
+constexpr Read sendOtp = outcome<BaseResponseModel<SendOtpResponseModel>>;
+constexpr Read checkOtp = outcome<BaseResponseModel<CheckOtpResponseModel>>;
+constexpr Read country = outcome<BaseResponseModel<CountryResponseModel>>;
+
+struct Row {
+    const char *name;
+    Read read;
+    QByteArray body;
+    QByteArray outcome;
+};
+
+class Decoding : public testing::TestWithParam<Row> { };
+
+TEST_P(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
+{
+    const QByteArray got = GetParam().read(GetParam().body);
+    if (GetParam().outcome.endsWith('*')) {
+        EXPECT_TRUE(got.startsWith(GetParam().outcome.chopped(1))) << got.constData();
+    } else {
+        EXPECT_EQ(got, GetParam().outcome);
+    }
+}
+
+const char *rowName(const testing::TestParamInfo<Row> &row) { return row.param.name; }
+
+const QByteArray kit = R"({"app":"parlo","appPackage":"parlo:\/\/","bgColour":"#12ab34",)"
+                       R"("icon":"http:\/\/x\/i.png","name":"Parlo","text":"Use Parlo",)"
+                       R"("textColour":"ffffff"})";
+const QByteArray wholeInit =
+    R"({"meta":{"errorCode":"403026","errorMessage":"m","httpStatusCode":404,"requestId":"r"},)"
+    R"("result":{"alternativeValidation":"otp","alternativeValidationDescription":"d",)"
+    R"("appPackageList":[{"package":"parlo:\/\/"},{}],"countryCode":"TR","description":"D",)"
+    R"("list":[)"
+    + kit + "," + kit
+    + R"(],"localizationList":[{"key":"k","value":"v"}],"validation":"3rdparty"}})";
+const QByteArray wholeStart =
+    R"({"result":{"countryList":[{"countryCode":"TR","phoneCode":"+90","title":"T"}],)"
+    R"("deeplink":"parlo:\/\/send","reference":"r","type":"t"}})";
+
+const Row accepted[] = {
+    { "Nothing", init, "{}", "{}" },
+    { "Nulls", init, R"({"meta":null,"result":null})", "{}" },
+    { "WholeInit", init, wholeInit, wholeInit },
+    { "WholeStart", start, wholeStart, wholeStart },
+    { "EmptyList", init, R"({"result":{"list":[]}})", R"({"result":{"list":[]}})" },
+    { "NullInside", check, R"({"result":{"sessionId":null,"validationStatus":false}})",
+        R"({"result":{"validationStatus":false}})" },
+    { "EmptyText", checkOtp, R"({"result":{"sessionId":"","validationStatus":true}})",
+        R"({"result":{"sessionId":"","validationStatus":true}})" },
+    { "NoCountryList", country, R"({"result":{}})", R"({"result":{}})" },
+    { "NoPhoneCode", country, R"({"result":{"list":[{"title":"\u00c5land"}]}})",
+        R"({"result":{"list":[{"title":"Åland"}]}})" },
+    { "UnknownKeys", sendOtp, R"({"x":[1,{"y":2.5}],"result":{"Reference":1,"reference":"r"}})",
+        R"({"result":{"reference":"r"}})" },
+    { "EscapedKey", sendOtp, R"({"result":{"\u0072eference":"r"}})",
+        R"({"result":{"reference":"r"}})" },
+    { "LastOfTwoKeys", sendOtp, R"({"result":{"reference":5,"reference":"b"}})",
+        R"({"result":{"reference":"b"}})" },
+    { "LastOfTwoResults", check,
+        R"({"result":{"sessionId":"a"},"result":{"validationStatus":true}})",
+        R"({"result":{"validationStatus":true}})" },
+    { "LastOfTwoIsNull", sendOtp, R"({"result":{"reference":"a","reference":null}})",
+        R"({"result":{}})" },
+    { "BlanksAround", check, " \n\t{ } \r\n", "{}" },
+    { "SurrogatePair", sendOtp, R"({"result":{"reference":"\ud83c\udf00"}})",
+        "{\"result\":{\"reference\":\"\U0001F300\"}}" },
+    { "Required", outcome<CountryRequestModel>, R"({"countryCode":""})", R"({"countryCode":""})" },
+    { "Header", outcome<BaseRequestHeaderModel>,
+        R"({"User-Agent":"a","X-TRZ-Client-Device-Id":"","X-TRZ-Client-Key":"","X-TRZ-Encrypted":"0",)"
+        R"("X-TRZ-Lang":"","X-TRZ-Os":"","X-TRZ-Req-Signature":"","X-TRZ-Req-Timestamp":"",)"
+        R"("X-TRZ-Sdk-Version":""})",
+        R"({"User-Agent":"a","X-TRZ-Client-Device-Id":"","X-TRZ-Client-Key":"","X-TRZ-Encrypted":"0",)"
+        R"("X-TRZ-Lang":"","X-TRZ-Os":"","X-TRZ-Req-Signature":"","X-TRZ-Req-Timestamp":"",)"
+        R"("X-TRZ-Sdk-Version":""})" },
+};
+INSTANTIATE_TEST_SUITE_P(Accepts, Decoding, testing::ValuesIn(accepted), rowName);
+
+const Row faults[] = {
+    { "TextForInteger", init, R"({"meta":{"httpStatusCode":"200"}})",
+        "meta.httpStatusCode: expected integer" },
+    { "Fraction", init, R"({"meta":{"httpStatusCode":200.5}})",
+        "meta.httpStatusCode: expected integer" },
+    { "UnknownStatus", init, R"({"meta":{"httpStatusCode":401}})",
+        "meta.httpStatusCode: unknown value 401" },
+    { "HugeStatus", init, R"({"meta":{"httpStatusCode":18446744073709551615}})",
+        "meta.httpStatusCode: unknown value 18446744073709551615" },
+    { "StatusBeyond32Bits", init, R"({"meta":{"httpStatusCode":4294967496}})",
+        "meta.httpStatusCode: unknown value 4294967496" },
+    { "UnknownErrorCode", check, R"({"meta":{"errorCode":"403004"}})",
+        R"(meta.errorCode: unknown value "403004")" },
+    { "IntegerErrorCode", check, R"({"meta":{"errorCode":403001}})",
+        "meta.errorCode: expected string" },
+    { "Meta", check, R"({"meta":[]})", "meta: expected object" },
+    { "RequestId", check, R"({"meta":{"requestId":5}})", "meta.requestId: expected string" },
+    { "ErrorMessage", check, R"({"meta":{"errorMessage":{}}})",
+        "meta.errorMessage: expected string" },
+    { "Result", check, R"({"result":"x"})", "result: expected object" },
+    { "LaterResult", check, R"({"result":{},"result":1})", "result: expected object" },
+    { "MethodInOtherCase", init, R"({"result":{"validation":"Otp"}})",
+        R"(result.validation: unknown value "Otp")" },
+    { "Alternative", init, R"({"result":{"alternativeValidation":"thirdParty"}})",
+        R"(result.alternativeValidation: unknown value "thirdParty")" },
+    { "InitList", init, R"({"result":{"list":{}}})", "result.list: expected array" },
+    { "InitListItem", init, R"({"result":{"list":[{},null]}})", "result.list[1]: expected object" },
+    { "KitApp", init, R"({"result":{"list":[{},{},{"app":7}]}})",
+        "result.list[2].app: expected string" },
+    { "KitColour", init, R"({"result":{"list":[{"bgColour":255}]}})",
+        "result.list[0].bgColour: expected string" },
+    { "Package", init, R"({"result":{"appPackageList":[{"package":true}]}})",
+        "result.appPackageList[0].package: expected string" },
+    { "Localization", init, R"({"result":{"localizationList":[{"key":"k","value":1}]}})",
+        "result.localizationList[0].value: expected string" },
+    { "StartCountry", start, R"({"result":{"countryList":[{"phoneCode":90}]}})",
+        "result.countryList[0].phoneCode: expected string" },
+    { "Deeplink", start, R"({"result":{"deeplink":["x"]}})", "result.deeplink: expected string" },
+    { "Status", check, R"({"result":{"validationStatus":1}})",
+        "result.validationStatus: expected boolean" },
+    { "SessionId", checkOtp, R"({"result":{"sessionId":5}})", "result.sessionId: expected string" },
+    { "OtpStatus", checkOtp, R"({"result":{"validationStatus":"true"}})",
+        "result.validationStatus: expected boolean" },
+    { "Reference", sendOtp, R"({"result":{"reference":false}})",
+        "result.reference: expected string" },
+    { "CountryTitle", country, R"({"result":{"list":[{"title":"a"},{"title":1.5}]}})",
+        "result.list[1].title: expected string" },
+    { "RequiredMissing", outcome<CountryRequestModel>, "{}", "countryCode: missing" },
+    { "RequiredNull", outcome<CountryRequestModel>, R"({"countryCode":null})",
+        "countryCode: expected string" },
+    { "TopLevelArray", check, "[]", "body: expected object" },
+    { "TopLevelNull", check, "null", "body: expected object" },
+    { "Empty", check, "", "body: no JSON*" },
+    { "Page", check, "<html></html>", "body: no JSON*" },
+    { "CutShort", check, R"({"meta":{"requestId":"a)", "body: no JSON*" },
+    { "TextBehind", check, "{} {}", "body: no JSON*" },
+    { "TrailingComma", check, R"({"meta":null,})", "body: no JSON*" },
+    { "BadInUnknownKey", check, R"({"x":[1,]})", "body: no JSON*" },
+    { "LoneSurrogate", check, R"({"result":{"sessionId":"\ud800"}})", "body: no JSON*" },
+    { "BrokenUtf8", check, "{\"result\":{\"sessionId\":\"\xff\"}}", "body: no JSON*" },
+    { "RawControl", check, "{\"result\":{\"sessionId\":\"\x01\"}}", "body: no JSON*" },
+    { "TooDeep", check, R"({"x":)" + QByteArray(100000, '[') + QByteArray(100000, ']') + '}',
+        "body: no JSON*" },
+};
+INSTANTIATE_TEST_SUITE_P(Faults, Decoding, testing::ValuesIn(faults), rowName);
+
+TEST(RawValue, IsExactlyOneOfItsTable)
+{
+    for (int status = 0; status < 1000; ++status) {
+        const bool isKnown = QList { 200, 201, 400, 403, 404, 429, 500 }.contains(status);
+        EXPECT_EQ(fromRaw<HttpStatusCode>(status).has_value(), isKnown) << status;
+        if (isKnown) {
+            EXPECT_EQ(rawValue(*fromRaw<HttpStatusCode>(status)), status);
+        }
+    }
+    EXPECT_EQ(fromRaw<HttpStatusCode>(404), HttpStatusCode::notFoundError);
+    EXPECT_EQ(
+        fromRaw<ResponseErrorCode>(u"403026"), ResponseErrorCode::forbiddenEncryptionRequired);
+    EXPECT_EQ(fromRaw<ResponseErrorCode>(u" 403026"), std::nullopt);
+    EXPECT_EQ(fromRaw<ValidationMethodEnum>(u"3rdparty"), ValidationMethodEnum::thirdParty);
+    EXPECT_EQ(rawValue(ValidationMethodEnum::thirdParty), QStringLiteral("3rdparty"));
+    EXPECT_EQ(fromRaw<ValidationMethodEnum>(u"Viber"), std::nullopt);
+    // The order of the cases is theirs on the wire of neither, but of whoever stores an index.
+    EXPECT_LT(HttpStatusCode::notFoundError, HttpStatusCode::forbiddenError);
+}
+
+TEST(Success, IsDecidedByTheStatusAlone)
+{
+    const std::pair<const char *, bool> rows[] = {
+        { "{}", false },
+        { R"({"result":{"sessionId":"s"}})", false },
+        { R"({"meta":{}})", false },
+        { R"({"meta":{"httpStatusCode":200,"errorCode":"403002"}})", true },
+        { R"({"meta":{"httpStatusCode":201}})", true },
+        { R"({"meta":{"httpStatusCode":400},"result":{"sessionId":"s"}})", false },
+        { R"({"meta":{"httpStatusCode":500}})", false },
+    };
+    for (const auto &[body, isSuccess] : rows)
+        EXPECT_EQ(decode<BaseResponseModel<CheckResponseModel>>(body)->isSuccess(), isSuccess);
+}
+
+TEST(Encoding, LeavesOutWhatIsEmptyAndKeepsWhatIsRequired)
+{
+    const std::pair<ApiRouter, const char *> rows[] = {
+        { ApiRouter::start({ QString(), {}, {} }), R"({"countryCode":""})" },
+        { ApiRouter::start({ QStringLiteral("tr"), QString(), QStringLiteral("{}") }),
+            R"({"app":"","countryCode":"tr","installedApps":"{}"})" },
+        { ApiRouter::check({}), "{}" },
+        { ApiRouter::sendOTP({ QStringLiteral("1"), {} }), R"({"phoneNumber":"1"})" },
+        { ApiRouter::checkOTP({ {}, {}, QStringLiteral("abc"), {} }), R"({"code":"abc"})" },
+        { ApiRouter::checkResult({ QStringLiteral("s") }), R"({"session_id":"s"})" },
+        { ApiRouter::country({ QStringLiteral("DE") }), R"({"countryCode":"DE"})" },
+    };
+    for (const auto &[route, text] : rows)
+        EXPECT_EQ(jsonText(route.parameters()), text);
+    EXPECT_EQ(ApiRouter::initializer({}).parameters().keys(),
+        (QStringList { QStringLiteral("countryCode"), QStringLiteral("deviceName"),
+            QStringLiteral("timezone") }));
+}
+
+TEST(JsonText, EscapesEachSlashOnceAndSortsItsKeys)
+{
+    const QJsonObject object { { QStringLiteral("b/"), QStringLiteral("/\\/\n\u0001é") },
+        { QStringLiteral("a"), QJsonArray { 1, QStringLiteral("//") } } };
+    EXPECT_EQ(jsonText(object), R"({"a":[1,"\/\/"],"b\/":"\/\\\/\n\u0001é"})");
+    EXPECT_EQ(QJsonDocument::fromJson(jsonText(object)).object(), object);
+}
+
+TEST(Dump, ShowsEveryFieldOfEveryLevel)
+{
+    const auto model = decode<BaseResponseModel<StartResponseModel>>(
+        R"({"meta":{"httpStatusCode":200,"errorCode":"403001"},"result":{"countryList":[{"title":"a"},{}]}})");
+    EXPECT_EQ(dump(*model).toStdString(),
+        "- meta:\n"
+        "  - requestId: nil\n"
+        "  - httpStatusCode: 200\n"
+        "  - errorCode: \"403001\"\n"
+        "  - errorMessage: nil\n"
+        "- result:\n"
+        "  - countryList: 2 elements\n"
+        "    - [0]:\n"
+        "      - phoneCode: nil\n"
+        "      - countryCode: nil\n"
+        "      - title: \"a\"\n"
+        "    - [1]:\n"
+        "      - phoneCode: nil\n"
+        "      - countryCode: nil\n"
+        "      - title: nil\n"
+        "  - deeplink: nil\n"
+        "  - reference: nil\n"
+        "  - type: nil");
+}
+
+TEST(OptionalDescription, QuotesItsText)
+{
+    EXPECT_EQ(optionalDescription(QStringLiteral("{\"a\":\"\\n\"}\n")),
+        QStringLiteral(R"(Optional("{\"a\":\"\\n\"}\n"))"));
+    EXPECT_EQ(optionalDescription({}), QStringLiteral("nil"));
+}
+
+} // namespace
