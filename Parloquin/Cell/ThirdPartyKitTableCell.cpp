@@ -1,0 +1,128 @@
+#include "Parloquin/Cell/ThirdPartyKitTableCell.h"
+
+#include "Parloquin/Extension/ClassName.h"
+#include "Parloquin/Extension/QColor+Extension.h"
+#include "Parloquin/Extension/QImage+Extension.h"
+#include "Parloquin/Model/ThirdPartyKitModel.h"
+#include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Platform/UI/View.h"
+#include "Parloquin/Platform/UrlOpener.h"
+
+#include <QtGui/QPainter>
+#include <QtWidgets/QStyle>
+
+namespace parloquin {
+namespace {
+
+constexpr qreal cornerRadius = 6; // px
+constexpr qreal pressDepth = 0.2; // share of black over a pressed row
+constexpr qreal ringWidth = 2; // px
+constexpr qreal ringGap = 2; // px
+
+} // namespace
+
+ThirdPartyKitTableCell::ThirdPartyKitTableCell(QWidget *parent)
+    : TableCell(parent)
+    , viewBack(new View(this))
+    , imgKitIcon(new ImageView(viewBack))
+    , lblKitName(new Label(viewBack))
+{
+    setObjectName(nameOfClass<ThirdPartyKitTableCell>());
+    viewBack->setObjectName(QStringLiteral("viewBack"));
+    viewBack->setCornerRadius(cornerRadius);
+    imgKitIcon->setObjectName(QStringLiteral("imgKitIcon"));
+    imgKitIcon->setContentMode(ContentMode::aspectFit);
+    lblKitName->setObjectName(QStringLiteral("lblKitName"));
+    lblKitName->setTextColor(Qt::white);
+    lblKitName->setFontSize(20, QFont::Medium);
+    lblKitName->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    setAnchors();
+
+    m_press.setEasingCurve(QEasingCurve::OutCubic);
+    m_press.setStartValue(1.0);
+    m_press.setEndValue(0.0);
+    connect(&m_press, &QVariantAnimation::valueChanged, this, [this] { showBackground(); });
+}
+
+void ThirdPartyKitTableCell::setAnchors()
+{
+    using parloquin::height; // not the cell's own
+    using parloquin::width;
+    // clang-format off
+    activate(this, {
+        leading(viewBack)    == leading(this) + 20,
+        trailing(viewBack)   == trailing(this) - 20,
+        height(viewBack)     == 60,
+        centerY(viewBack)    == centerY(this),
+
+        leading(imgKitIcon)  == leading(viewBack) + 20,
+        width(imgKitIcon)    == 25,
+        height(imgKitIcon)   == 25,
+        centerY(imgKitIcon)  == centerY(viewBack),
+
+        leading(lblKitName)  == trailing(imgKitIcon) + 20,
+        trailing(lblKitName) == trailing(viewBack) - 20,
+        top(lblKitName)      == top(viewBack) + 10,
+        bottom(lblKitName)   == bottom(viewBack) - 10,
+    });
+    // clang-format on
+}
+
+void ThirdPartyKitTableCell::configure(const ThirdPartyKitModel &kit)
+{
+    m_color = colorFromHexString(kit.bgColour.value_or(QStringLiteral("0000ff")));
+    m_press.stop();
+    showBackground();
+    lblKitName->setTextColor(colorFromHexString(kit.textColour.value_or(QStringLiteral("ffffff"))));
+    lblKitName->setText(kit.text.value_or(QString()));
+    setAccessibleName(lblKitName->text());
+
+    // Another app's icon must not stand beside this app's name while its own is on the way.
+    const QString icon = kit.icon.value_or(QString());
+    if (icon != m_icon)
+        imgKitIcon->setImage({});
+    m_icon = icon;
+    if (const QUrl url = UrlOpener::parse(icon); url.isValid())
+        download(imgKitIcon, url, ContentMode::aspectFit);
+}
+
+void ThirdPartyKitTableCell::stateChanged()
+{
+    m_press.stop();
+    // On at once; off gently, so that a quick tap is seen.
+    if (!isPressed()
+        && style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0) {
+        m_press.setDuration(static_cast<int>(Style::pressFade.count()));
+        m_press.start();
+    }
+    showBackground();
+    update();
+}
+
+void ThirdPartyKitTableCell::showBackground()
+{
+    const bool fading = m_press.state() == QAbstractAnimation::Running;
+    const qreal press = isPressed() ? 1.0 : (fading ? m_press.currentValue().toReal() : 0.0);
+    const auto mixed = [press](int channel) { return qRound(channel * (1 - pressDepth * press)); };
+    viewBack->setBackgroundColor(QColor(
+        mixed(m_color.red()), mixed(m_color.green()), mixed(m_color.blue()), m_color.alpha()));
+}
+
+void ThirdPartyKitTableCell::paintEvent(QPaintEvent *event)
+{
+    TableCell::paintEvent(event);
+    if (!hasKeyboardFocus())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Style::blue, ringWidth));
+    painter.setBrush(Qt::NoBrush);
+    const qreal outset = ringGap + ringWidth / 2;
+    const qreal radius = cornerRadius + outset;
+    painter.drawRoundedRect(
+        QRectF(viewBack->geometry()).adjusted(-outset, -outset, outset, outset), radius, radius);
+}
+
+} // namespace parloquin

@@ -1,0 +1,78 @@
+#include "Parloquin/Controller/Base/ParloquinNavigationController.h"
+
+#include "Parloquin/Platform/UI/NavigationBar.h"
+#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Protocol/ParloquinDelegate.h"
+#include "Parloquin/Protocol/ParloquinSingleton.h"
+
+#include <QtGui/QResizeEvent>
+
+#include <utility>
+
+namespace parloquin {
+namespace {
+
+constexpr QSize phoneSize(390, 844); // px, what a window of its own opens with
+
+} // namespace
+
+ParloquinNavigationController::ParloquinNavigationController(
+    Screen *rootViewController, QWidget *parent)
+    : ParloquinViewController(parent)
+    , m_navigation(new NavigationController(rootViewController, this))
+{
+    setup();
+}
+
+ParloquinNavigationController::~ParloquinNavigationController() = default;
+
+void ParloquinNavigationController::setup()
+{
+    setWindowTitle(QStringLiteral("Parloquin"));
+    setAccessibleName(QStringLiteral("Parloquin"));
+    setAccessibleDescription(QStringLiteral("Phone number verification"));
+    resize(sizeHint());
+
+    // Fixed: the theme drives the status area alone.
+    m_navigation->navigationBar().setBarTintColor(Style::blue);
+    m_navigation->navigationBar().setTitleColor(Qt::white);
+    m_navigation->setStatusAreaHeight(contentsMargins().top());
+    connect(m_navigation, &NavigationController::dismissRequested, this, &QWidget::close);
+}
+
+std::shared_ptr<ParloquinDelegate> ParloquinNavigationController::kitDelegate() const
+{
+    return m_kitDelegate;
+}
+
+void ParloquinNavigationController::setKitDelegate(std::shared_ptr<ParloquinDelegate> kitDelegate)
+{
+    // Kept until both places hold the new one: the destructor of the old may come back here.
+    const auto old = std::exchange(m_kitDelegate, std::move(kitDelegate));
+    ParloquinSingleton::shared().setDelegate(m_kitDelegate);
+}
+
+ParloquinStatusBarStyle ParloquinNavigationController::preferredStatusBarStyle() const
+{
+    const auto &options = ParloquinSingleton::shared().options;
+    return options ? options->theme.statusBarColor : ParloquinStatusBarStyle::lightContent;
+}
+
+QSize ParloquinNavigationController::sizeHint() const { return phoneSize; }
+
+bool ParloquinNavigationController::event(QEvent *event)
+{
+    if (event->type() == QEvent::ContentsRectChange)
+        m_navigation->setStatusAreaHeight(contentsMargins().top());
+    return ParloquinViewController::event(event);
+}
+
+void ParloquinNavigationController::resizeEvent(QResizeEvent *event)
+{
+    // Up to the very top: the bar's blue fills the status area as well.
+    m_navigation->setGeometry(rect());
+    ParloquinViewController::resizeEvent(event);
+}
+
+} // namespace parloquin

@@ -1,0 +1,171 @@
+#include "Parloquin/Controller/ParloquinMainViewController.h"
+
+#include "Parloquin/Cell/ThirdPartyKitTableCell.h"
+#include "Parloquin/Extension/ClassName.h"
+#include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/BarButtonItem.h"
+#include "Parloquin/Platform/UI/ImageView.h"
+#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Platform/UI/View.h"
+
+namespace parloquin {
+namespace {
+
+constexpr int kitRowHeight = 80; // px
+
+} // namespace
+
+void ParloquinMainViewController::setUI()
+{
+    QPalette white = palette();
+    white.setColor(QPalette::Window, Qt::white);
+    setPalette(white);
+    setAutoFillBackground(true);
+
+    setDescriptionLabel();
+    setKitsTable();
+    setAlternativePanel();
+    setTableBinding();
+    setAnchorsForDescriptionLabel();
+    setAnchorsForKitsTable();
+    setAnchorsForAlternativePanel();
+}
+
+void ParloquinMainViewController::setCloseButton()
+{
+    btnClose = new BarButtonItem(QStringLiteral("Close"), QStringLiteral("btnClose"));
+    btnClose->setTintColor(Qt::white);
+    connect(btnClose, &QAbstractButton::clicked, this,
+        &ParloquinMainViewController::actionTapCloseButton);
+    navigationItem().setRightBarButtonItem(btnClose);
+}
+
+void ParloquinMainViewController::setDescriptionLabel()
+{
+    lblDescription = new Label(this);
+    lblDescription->setObjectName(QStringLiteral("lblDescription"));
+    lblDescription->setFontSize(16);
+    lblDescription->setTextColor(Style::ink);
+    lblDescription->setNumberOfLines(0);
+    lblDescription->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+}
+
+void ParloquinMainViewController::setKitsTable()
+{
+    tblKits = new TableView(this);
+    tblKits->setObjectName(QStringLiteral("tblKits"));
+    tblKits->setAccessibleName(QStringLiteral("Messaging apps"));
+    tblKits->setRowHeight(kitRowHeight);
+    tblKits->setSeparatorStyle(TableView::SeparatorStyle::none);
+}
+
+void ParloquinMainViewController::setAlternativePanel()
+{
+    viewAlternativeKit = new View(this);
+    viewAlternativeKit->setObjectName(QStringLiteral("viewAlternativeKit"));
+    viewAlternativeKit->setBackgroundColor(Qt::white);
+    viewAlternativeKit->setPressedColor(Style::pressedRow);
+    viewAlternativeKit->setRingInside(true);
+    viewAlternativeKit->setTappable(true);
+    viewAlternativeKit->hide();
+    connect(viewAlternativeKit, &QAbstractButton::clicked, this,
+        &ParloquinMainViewController::actionTapGoToOTP);
+
+    lineAlternateViewTop = new View(viewAlternativeKit);
+    lineAlternateViewTop->setObjectName(QStringLiteral("lineAlternateViewTop"));
+    lineAlternateViewTop->setBackgroundColor(QColor::fromRgbF(0, 0, 0, 0.4F));
+
+    lblAlternateKitTitle = new Label(viewAlternativeKit);
+    lblAlternateKitTitle->setObjectName(QStringLiteral("lblAlternateKitTitle"));
+    lblAlternateKitTitle->setFontSize(12, QFont::Medium);
+    lblAlternateKitTitle->setTextColor(Style::grey);
+    lblAlternateKitTitle->setText(QStringLiteral("Don't use any of these apps?"));
+    lblAlternateKitTitle->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+
+    iconSms = new ImageView(viewAlternativeKit);
+    iconSms->setObjectName(QStringLiteral("iconSms"));
+    iconSms->setContentMode(ContentMode::aspectFit);
+    iconSms->setImageNamed(QStringLiteral("icon-sms"));
+
+    iconArrowRight = new ImageView(viewAlternativeKit);
+    iconArrowRight->setObjectName(QStringLiteral("iconArrowRight"));
+    iconArrowRight->setContentMode(ContentMode::aspectFit);
+    iconArrowRight->setImageNamed(QStringLiteral("icon-arrow-right-mini-black"), true);
+
+    lblAlternateKitDesc = new Label(viewAlternativeKit);
+    lblAlternateKitDesc->setObjectName(QStringLiteral("lblAlternateKitDesc"));
+    lblAlternateKitDesc->setFontSize(14);
+    lblAlternateKitDesc->setTextColor(Style::ink);
+    lblAlternateKitDesc->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+}
+
+void ParloquinMainViewController::setTableBinding()
+{
+    tblKits->registerCell(
+        nameOfClass<ThirdPartyKitTableCell>(), [] { return new ThirdPartyKitTableCell; });
+    tblKits->setDelegate(this);
+    tblKits->setDataSource(this);
+}
+
+// clang-format off
+void ParloquinMainViewController::setAnchorsForDescriptionLabel()
+{
+    activate(this, {
+        leading(lblDescription)  == leading(this) + 25,
+        trailing(lblDescription) == trailing(this) - 25,
+        top(lblDescription)      == top(this) + 30,
+    });
+}
+
+// The table stands on the panel and the panel on the bottom edge: laid out together.
+void ParloquinMainViewController::setAnchorsForKitsTable()
+{
+    using parloquin::height; // not the screen's own
+    activate(this, {
+        leading(viewAlternativeKit)  == leading(this),
+        trailing(viewAlternativeKit) == trailing(this),
+        bottom(viewAlternativeKit)   == bottom(this),
+        height(viewAlternativeKit)   == 105,
+
+        leading(tblKits)             == leading(this),
+        trailing(tblKits)            == trailing(this),
+        top(tblKits)                 == bottom(lblDescription) + 30,
+        bottom(tblKits)              == top(viewAlternativeKit),
+    });
+}
+
+void ParloquinMainViewController::setAnchorsForAlternativePanel()
+{
+    using parloquin::height; // not the screen's own
+    using parloquin::width;
+    activate(this, {
+        leading(lineAlternateViewTop)  == leading(viewAlternativeKit),
+        trailing(lineAlternateViewTop) == trailing(viewAlternativeKit),
+        top(lineAlternateViewTop)      == top(viewAlternativeKit),
+        height(lineAlternateViewTop)   == 0.5,
+
+        leading(lblAlternateKitTitle)  == leading(viewAlternativeKit) + 25,
+        trailing(lblAlternateKitTitle) == trailing(viewAlternativeKit) - 25,
+        top(lblAlternateKitTitle)      == top(viewAlternativeKit) + 15,
+        height(lblAlternateKitTitle)   == 20,
+
+        leading(iconSms)               == leading(viewAlternativeKit) + 25,
+        bottom(iconSms)                == bottom(viewAlternativeKit) - 25,
+        width(iconSms)                 == 30,
+        height(iconSms)                == 30,
+
+        trailing(iconArrowRight)       == trailing(viewAlternativeKit) - 20,
+        width(iconArrowRight)          == 10,
+        height(iconArrowRight)         == 15,
+        centerY(iconArrowRight)        == centerY(iconSms),
+
+        leading(lblAlternateKitDesc)   == trailing(iconSms) + 10,
+        trailing(lblAlternateKitDesc)  == leading(iconArrowRight) - 10,
+        centerY(lblAlternateKitDesc)   == centerY(iconSms),
+        height(lblAlternateKitDesc)    == height(iconSms),
+    });
+}
+// clang-format on
+
+} // namespace parloquin

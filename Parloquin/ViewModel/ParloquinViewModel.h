@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Parloquin/Model/ThirdPartyKitModel.h"
+#include "Parloquin/Networking/Client/Result.h"
+#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
+#include "Parloquin/Networking/Model/Response/StartResponseModel.h"
+#include "Parloquin/ViewModel/Base/BaseViewModel.h"
+
+#include <QtCore/QList>
+#include <QtCore/QString>
+
+#include <memory>
+#include <optional>
+
+namespace parloquin {
+
+/// \brief The road by messaging app: which apps there are, the way to one, the outcome.
+///
+/// Main thread only. Outcomes go to the host's delegate on the network thread; those of a failed
+/// call also when the view model is gone by then.
+class ParloquinViewModel : public BaseViewModel,
+                           public std::enable_shared_from_this<ParloquinViewModel> {
+public:
+    using BaseViewModel::BaseViewModel;
+
+    QList<ThirdPartyKitModel> kits; ///< the rows, in the service's order
+    std::optional<InitResponseModel> initResponse; ///< of the last `init`
+    std::optional<QString> startReference; ///< of the last `start`; the key of every `check`
+
+    /// \brief Asks which apps to offer; the screen hears of the answer by rebindData().
+    void requestInit();
+
+    /// \brief Begins a verification with an app and goes to it.
+    ///
+    /// Does nothing at all, deliberately, where the app is not on the device.
+    void start(const ThirdPartyKitModel &kit);
+
+    /// \brief Asks for the outcome, every time the user comes back; not before a start succeeded.
+    void checkStatusAfterThirdPartyApp();
+
+private:
+    /// The way back from the network thread, where neither may be locked.
+    struct Origin {
+        std::weak_ptr<ParloquinViewModel> viewModel;
+        std::weak_ptr<Updateable> screen;
+
+        /// Takes the progress overlay away, if both are still there.
+        void hideProgress() const;
+    };
+    [[nodiscard]] Origin origin();
+
+    static void receive(const Origin &origin, const Result<InitResponseModel> &result);
+    static void receive(const Origin &origin, const Result<StartResponseModel> &result);
+    static void receive(const Origin &origin, const Result<CheckResponseModel> &result);
+    static void openDeeplink(const QString &deeplink);
+};
+
+} // namespace parloquin
