@@ -126,8 +126,9 @@ TEST(Crypto, WritesAndReadsBase64)
         for (int byte = 0; byte < 256; ++byte) {
             QByteArray text = "Zm9vYg==";
             text[place] = static_cast<char>(byte);
-            if (const auto bytes = Crypto::fromBase64(text))
+            if (const auto bytes = Crypto::fromBase64(text)) {
                 EXPECT_EQ(Crypto::toBase64(*bytes), text);
+            }
         }
     }
 }
