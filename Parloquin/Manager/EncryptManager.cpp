@@ -6,7 +6,7 @@
 #include "Parloquin/Platform/Crypto.h"
 #include "Parloquin/Platform/InfoDictionary.h"
 
-#include <simdjson.h>
+#include <QtCore/QStringDecoder>
 
 namespace parloquin {
 
@@ -19,7 +19,10 @@ void logError(const QString &operation, const QString &reason)
 
 bool isUtf8(const QByteArray &text)
 {
-    return simdjson::validate_utf8(text.constData(), static_cast<std::size_t>(text.size()));
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString ignored(decoder.requiredSpace(text.size()), Qt::Uninitialized);
+    decoder.appendToBuffer(ignored.data(), text);
+    return !decoder.hasError();
 }
 
 } // namespace

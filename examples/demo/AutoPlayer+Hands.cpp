@@ -1,0 +1,175 @@
+#include "AutoPlayer.h"
+
+#include "DemoWindow.h"
+
+#include <QtCore/QDeadlineTimer>
+#include <QtCore/QDir>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+#include <QtGui/QWheelEvent>
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+
+#include <cstdio>
+
+using namespace std::chrono_literals;
+
+namespace demo {
+
+namespace {
+
+constexpr auto usualPatience = 10s;
+constexpr auto glance = 20ms; // between two looks
+
+/// Without the marks that keep a text's direction on a mixed page.
+QString bare(QString text)
+{
+    for (const char16_t mark : u"\u200e\u200f\u2066\u2067\u2068\u2069")
+        text.remove(QChar(mark));
+    return text;
+}
+
+} // namespace
+
+bool AutoPlayer::waitFor(
+    const QString &what, const Condition &come, std::chrono::milliseconds patience)
+{
+    const QDeadlineTimer deadline(patience);
+    QEventLoop loop;
+    QTimer look;
+    bool came = false;
+    connect(&look, &QTimer::timeout, &loop, [&] {
+        came = m_window && m_window->isVisible() && come();
+        if (came || deadline.hasExpired() || !m_window || !m_window->isVisible())
+            loop.quit();
+    });
+    look.start(glance);
+    loop.exec();
+    if (!came && (!m_window || !m_window->isVisible()))
+        return fail(tr("the window was closed while waiting: %1").arg(what));
+    if (!came)
+        return fail(tr("not within %1 s: %2").arg(double(patience.count()) / 1000).arg(what));
+    step(what);
+    return true;
+}
+
+bool AutoPlayer::waitFor(const QString &what, const Condition &come)
+{
+    return waitFor(what, come, usualPatience);
+}
+
+bool AutoPlayer::fail(const QString &why)
+{
+    std::fprintf(
+        stderr, "demo: FAILED on the road by %s: %s\n", qPrintable(m_road), qPrintable(why));
+    if (m_window)
+        frame().save(QDir(m_pictures).filePath(QStringLiteral("failed-here.png")));
+    return false;
+}
+
+// The kit's own lines go to standard output; steps keep apart from them.
+void AutoPlayer::step(const QString &words) const
+{
+    std::fprintf(stderr, "demo: %s\n", qPrintable(words));
+}
+
+QWidget *AutoPlayer::visible(const QString &name) const
+{
+    const auto found = m_window->findChildren<QWidget *>(name);
+    for (QWidget *widget : found) {
+        // Of two screens that slide, the one in the middle of the window is meant.
+        if (widget->isVisible() && m_window->rect().contains(middleOf(widget)))
+            return widget;
+    }
+    return nullptr;
+}
+
+QWidget *AutoPlayer::visibleWithText(
+    const QString &cell, const QString &part, const QString &text) const
+{
+    const auto cells = m_window->findChildren<QWidget *>(cell);
+    for (QWidget *candidate : cells) {
+        const auto *label = candidate->findChild<QWidget *>(part);
+        if (!candidate->isVisible() || !label)
+            continue;
+        const QString shown = bare(label->property("text").toString());
+        // Hidden below a neighbour or cut by the table's edge counts as out of view.
+        const QPoint middle = middleOf(candidate);
+        const bool inView = candidate->visibleRegion().contains(candidate->rect().center());
+        if ((shown == text || shown.endsWith(QLatin1Char(' ') + text)) && inView
+            && m_window->rect().contains(middle))
+            return candidate;
+    }
+    return nullptr;
+}
+
+QPoint AutoPlayer::middleOf(const QWidget *widget) const
+{
+    return widget->mapTo(m_window.data(), widget->rect().center());
+}
+
+bool AutoPlayer::see(const QString &name, QWidget *&found)
+{
+    return waitFor(tr("%1 is on the screen").arg(name), [&, this] {
+        found = visible(name);
+        return found && settled();
+    });
+}
+
+bool AutoPlayer::click(const QString &name)
+{
+    QWidget *target = nullptr;
+    if (!see(name, target))
+        return false;
+    QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, middleOf(target));
+    step(tr("tapped %1").arg(name));
+    return true;
+}
+
+void AutoPlayer::turnWheel(const QWidget *target, int eighths)
+{
+    const QPoint at = middleOf(target);
+    QWheelEvent turn(at, m_window->mapToGlobal(at), {}, QPoint(0, eighths), Qt::NoButton, {},
+        Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(m_window->windowHandle(), &turn);
+}
+
+bool AutoPlayer::type(const QString &text)
+{
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, m_window->windowHandle(), Qt::Key(letter.unicode()),
+            letter, Qt::NoModifier);
+    step(tr("typed %1").arg(text));
+    return true;
+}
+
+QImage AutoPlayer::frame() const { return m_window->grab().toImage(); }
+
+bool AutoPlayer::settled(QImage *last)
+{
+    static QImage previous;
+    QImage now = frame();
+    const bool same = now == previous;
+    previous = now;
+    if (last)
+        *last = now;
+    return same;
+}
+
+bool AutoPlayer::picture(const QString &name)
+{
+    QImage image;
+    if (!waitFor(
+            tr("screen \"%1\" has come to rest").arg(name), [&, this] { return settled(&image); }))
+        return false;
+    const QString file =
+        QDir(m_pictures)
+            .filePath(
+                QStringLiteral("%1-%2.png").arg(++m_number, 2, 10, QLatin1Char('0')).arg(name));
+    if (!image.save(file))
+        return fail(tr("cannot write %1").arg(file));
+    step(tr("picture %1").arg(file));
+    return true;
+}
+
+} // namespace demo

@@ -1,0 +1,196 @@
+#include "AutoPlayer.h"
+
+#include "DemoWindow.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QStyleHints>
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+
+using namespace std::chrono_literals;
+
+namespace demo {
+
+namespace {
+
+// What the player looks for in the sandbox's built-in scenario.
+const QString app = QStringLiteral("Parlo");
+const QString phoneCode = QStringLiteral("+32");
+const QString number = QStringLiteral("470123456");
+
+QString textOf(const QWidget *widget) { return widget->property("text").toString(); }
+
+} // namespace
+
+AutoPlayer::AutoPlayer(DemoWindow &window, const QString &pictures)
+    : m_window(&window)
+    , m_pictures(pictures)
+{
+}
+
+bool AutoPlayer::play()
+{
+    // A blinking caret would keep two frames from ever being equal.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    return waitFor(tr("the host's window is in front"),
+               [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; })
+        && playMessaging() && playSms();
+}
+
+bool AutoPlayer::playMessaging()
+{
+    m_road = QStringLiteral("messaging app");
+    if (!presentKit())
+        return false;
+
+    QWidget *row = nullptr;
+    const auto findRow = [this, &row] {
+        row = visibleWithText(
+            QStringLiteral("ThirdPartyKitTableCell"), QStringLiteral("lblKitName"), app);
+        return row != nullptr;
+    };
+    if (!waitFor(tr("the app list shows %1").arg(app), findRow))
+        return false;
+    if (!picture(QStringLiteral("app-list")))
+        return false;
+
+    QWindow *target = m_window->windowHandle();
+    QTest::mousePress(target, Qt::LeftButton, {}, middleOf(row));
+    if (!picture(QStringLiteral("app-list-pressed")))
+        return false;
+    if (!findRow())
+        return fail(tr("the row of %1 went away under the finger").arg(app));
+    QTest::mouseRelease(target, Qt::LeftButton, {}, middleOf(row));
+    step(tr("tapped the row of %1").arg(app));
+
+    const auto state = [](Qt::ApplicationState wanted) {
+        return [wanted] { return QGuiApplication::applicationState() == wanted; };
+    };
+    return waitFor(tr("the messenger is in front"), state(Qt::ApplicationInactive), 20s)
+        && waitFor(
+            tr("the message is sent and the host is back"), state(Qt::ApplicationActive), 20s)
+        && confirmed();
+}
+
+bool AutoPlayer::playSms()
+{
+    m_road = QStringLiteral("SMS code");
+    if (!presentKit() || !click(QStringLiteral("viewAlternativeKit")))
+        return false;
+
+    QWidget *field = nullptr;
+    if (!see(QStringLiteral("txtPhoneNumber"), field) || !picture(QStringLiteral("phone-entry"))
+        || !click(QStringLiteral("viewCountryBack")) || !pickCountry()
+        || !click(QStringLiteral("txtPhoneNumber")) || !type(number)
+        || !picture(QStringLiteral("phone-entry-filled")) || !click(QStringLiteral("btnContinue")))
+        return false;
+
+    QWidget *box = nullptr;
+    if (!see(QStringLiteral("txtCode0"), box)
+        || !waitFor(tr("the first box has the caret"), [&box] { return box->hasFocus(); })
+        || !picture(QStringLiteral("code-entry")))
+        return false;
+
+    QString code;
+    bool asking = false;
+    const auto codeCame = [&, this] {
+        if (code.isEmpty() && !std::exchange(asking, true)) {
+            m_window->backEnd().askCode(
+                phoneCode.mid(1) + number, [&code, &asking](const QString &answer) {
+                    code = answer;
+                    asking = false;
+                });
+        }
+        return !asking && !code.isEmpty();
+    };
+    if (!waitFor(tr("the code has come by SMS"), codeCame, 10s))
+        return false;
+    return typeCode(code) && picture(QStringLiteral("code-entry-filled"))
+        && click(QStringLiteral("btnCheck")) && confirmed();
+}
+
+bool AutoPlayer::presentKit()
+{
+    QWidget *button = nullptr;
+    return waitFor(tr("the sandbox is running"),
+               [this, &button] {
+                   button = visible(QStringLiteral("btnVerify"));
+                   return button && button->isEnabled();
+               })
+        && (m_number > 0 || picture(QStringLiteral("start"))) && click(QStringLiteral("btnVerify"))
+        && waitFor(tr("the kit is open, its first answer is in"), [this] {
+               const QWidget *panel = visible(QStringLiteral("viewAlternativeKit"));
+               return panel && settled();
+           });
+}
+
+bool AutoPlayer::pickCountry()
+{
+    const QString cell = QStringLiteral("CountryTableCell");
+    if (!waitFor(tr("the countries are listed"), [&, this] { return visible(cell) != nullptr; })
+        || !picture(QStringLiteral("country-picker")))
+        return false;
+
+    QWidget *row = nullptr;
+    const auto findRow = [&, this] {
+        row = visibleWithText(cell, QStringLiteral("lblPhoneCode"), phoneCode);
+        if (row)
+            return true;
+        const QWidget *table = visible(QStringLiteral("tblCountries"));
+        if (table)
+            turnWheel(table, -240);
+        return false;
+    };
+    if (!waitFor(tr("the country with %1 is in view").arg(phoneCode), findRow, 20s)
+        || !picture(QStringLiteral("country-picker-scrolled")) || !findRow())
+        return false;
+    QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, middleOf(row));
+
+    QWidget *shown = nullptr;
+    return see(QStringLiteral("txtCountryCode"), shown)
+        && waitFor(tr("the phone entry shows the country"),
+            [&shown] { return textOf(shown).contains(phoneCode); });
+}
+
+bool AutoPlayer::typeCode(const QString &code)
+{
+    for (int i = 0; i < code.size(); ++i) {
+        const QString name = QStringLiteral("txtCode%1").arg(i);
+        const auto focused = [this, &name] {
+            const QWidget *box = visible(name);
+            return box && box->hasFocus();
+        };
+        if (!waitFor(tr("the caret is in box %1").arg(i + 1), focused) || !type(code.mid(i, 1)))
+            return false;
+    }
+    return true;
+}
+
+bool AutoPlayer::confirmed()
+{
+    QWidget *page = nullptr;
+    if (!see(QStringLiteral("pageOutcome"), page))
+        return false;
+    const auto state = [page] { return page->property("state").toString(); };
+    if (!waitFor(tr("the kit has reported, the back end has answered"),
+            [&state] { return state() != QStringLiteral("asking"); }))
+        return false;
+    if (!picture(state()))
+        return false;
+    const auto told = [this](const QString &name) {
+        const QWidget *label = visible(name);
+        return label ? textOf(label) : QString();
+    };
+    if (state() != QStringLiteral("verified"))
+        return fail(told(QStringLiteral("lblOutcome")) + QStringLiteral(": ")
+            + told(QStringLiteral("lblOutcomeWords")));
+
+    const QString session = told(QStringLiteral("lblSessionId")).remove(QLatin1Char('\n'));
+    if (session.isEmpty() || m_sessions.contains(session))
+        return fail(tr("no new session id on the page, but \"%1\"").arg(session));
+    m_sessions.insert(session);
+    step(tr("the back end has confirmed session %1").arg(session));
+    return click(QStringLiteral("btnDone"));
+}
+
+} // namespace demo

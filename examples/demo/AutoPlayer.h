@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
+#include <QtCore/QString>
+
+#include <chrono>
+#include <functional>
+
+class QImage;
+class QWidget;
+
+namespace demo {
+
+class DemoWindow;
+
+/// \brief Plays both roads by itself, as a user would: with a mouse, a wheel and keys.
+///
+/// Finds everything by objectName and texts, knows no type of the kit, and so shows how any host
+/// may be automated. Prints a line a step, saves a picture of every screen, and stops at the first
+/// step that does not come true within its deadline. Main thread only.
+class AutoPlayer : public QObject {
+    Q_OBJECT
+public:
+    /// \param pictures folder for the pictures; must exist
+    AutoPlayer(DemoWindow &window, const QString &pictures);
+
+    /// \brief Plays; returns when done, turning the event loop meanwhile.
+    /// \return true once the back end has confirmed a session on each road
+    [[nodiscard]] bool play();
+
+private:
+    [[nodiscard]] bool playMessaging();
+    [[nodiscard]] bool playSms();
+    [[nodiscard]] bool presentKit();
+    [[nodiscard]] bool pickCountry();
+    [[nodiscard]] bool typeCode(const QString &code);
+    [[nodiscard]] bool confirmed();
+
+    // The player's eyes and hands. Each that returns a bool names the step at fault when false.
+    using Condition = std::function<bool()>;
+    [[nodiscard]] bool waitFor(
+        const QString &what, const Condition &come, std::chrono::milliseconds patience);
+    [[nodiscard]] bool waitFor(const QString &what, const Condition &come);
+    [[nodiscard]] bool see(const QString &name, QWidget *&found);
+    [[nodiscard]] bool click(const QString &name);
+    void turnWheel(const QWidget *target, int eighths);
+    [[nodiscard]] bool type(const QString &text);
+    [[nodiscard]] bool picture(const QString &name);
+    [[nodiscard]] bool settled(QImage *last = nullptr);
+    [[nodiscard]] bool fail(const QString &why);
+    void step(const QString &words) const;
+
+    [[nodiscard]] QWidget *visible(const QString &name) const;
+    [[nodiscard]] QWidget *visibleWithText(
+        const QString &cell, const QString &part, const QString &text) const;
+    [[nodiscard]] QPoint middleOf(const QWidget *widget) const;
+    [[nodiscard]] QImage frame() const;
+
+    QPointer<DemoWindow> m_window;
+    QString m_pictures;
+    int m_number = 0; // of the next picture
+    QString m_road;
+    QSet<QString> m_sessions; // confirmed so far
+};
+
+} // namespace demo
