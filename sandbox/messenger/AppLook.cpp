@@ -1,0 +1,48 @@
+#include "sandbox/messenger/AppLook.h"
+
+#include <QtCore/QList>
+
+#include <algorithm>
+
+namespace messenger {
+namespace {
+const QList<AppLook> &looks()
+{
+    static const QList<AppLook> all {
+        { QStringLiteral("parlo"), QStringLiteral("Parlo"), QColor(0x1b, 0x7a, 0x4b), Qt::white },
+        { QStringLiteral("kite"), QStringLiteral("Kite"), QColor(0x15, 0x65, 0xc0), Qt::white },
+        { QStringLiteral("murmur"), QStringLiteral("Murmur"), QColor(0x6a, 0x45, 0xc2), Qt::white },
+        { QStringLiteral("wrenly"), QStringLiteral("Wrenly"), QColor(0xff, 0xd2, 0x4a),
+            QColor(0x2b, 0x21, 0x00) },
+        { QStringLiteral("hushbell"), QStringLiteral("Hushbell"), QColor(0x00, 0x00, 0xff),
+            Qt::white },
+    };
+    return all;
+}
+}
+
+QString AppLook::icon() const { return QStringLiteral(":/messenger/%1.svg").arg(app); }
+
+QColor AppLook::tint(qreal share) const
+{
+    const auto thinned = [share](
+                             int channel) { return qRound(channel * share + 255 * (1 - share)); };
+    return { thinned(colour.red()), thinned(colour.green()), thinned(colour.blue()) };
+}
+
+AppLook AppLook::of(const QString &app)
+{
+    const auto found = std::find_if(
+        looks().begin(), looks().end(), [&app](const AppLook &look) { return look.app == app; });
+    return found == looks().end() ? looks().first() : *found;
+}
+
+QStringList AppLook::apps()
+{
+    QStringList names;
+    for (const auto &look : looks())
+        names.append(look.app);
+    return names;
+}
+
+}
