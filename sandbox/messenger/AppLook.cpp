@@ -19,15 +19,24 @@ const QList<AppLook> &looks()
     };
     return all;
 }
+
+QColor thinned(const QColor &colour, qreal share)
+{
+    const auto thin = [share](int channel) { return qRound(channel * share + 255 * (1 - share)); };
+    return { thin(colour.red()), thin(colour.green()), thin(colour.blue()) };
+}
 }
 
 QString AppLook::icon() const { return QStringLiteral(":/messenger/%1.svg").arg(app); }
 
-QColor AppLook::tint(qreal share) const
+QColor AppLook::tint(qreal share) const { return thinned(colour, share); }
+
+QColor AppLook::quietTint(qreal share) const
 {
-    const auto thinned = [share](
-                             int channel) { return qRound(channel * share + 255 * (1 - share)); };
-    return { thinned(colour.red()), thinned(colour.green()), thinned(colour.blue()) };
+    const auto grey = qGray(colour.rgb());
+    return thinned(
+        QColor((colour.red() + grey) / 2, (colour.green() + grey) / 2, (colour.blue() + grey) / 2),
+        share);
 }
 
 AppLook AppLook::of(const QString &app)

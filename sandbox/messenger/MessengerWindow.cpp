@@ -77,10 +77,11 @@ QWidget *MessengerWindow::makeBar()
 
     auto *row = new QHBoxLayout(bar);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(8);
+    row->setSpacing(0);
     row->addWidget(btnClose);
     row->addStretch(1);
     row->addWidget(icon);
+    row->addSpacing(9);
     row->addWidget(title);
     row->addStretch(1);
     // As wide as the button, so that the title stands in the middle of the bar.
@@ -95,6 +96,7 @@ QWidget *MessengerWindow::makeHeader()
     header->setLine(Qt::BottomEdge, hairline);
     auto *names = new QVBoxLayout;
     names->setSpacing(1);
+    names->setContentsMargins(0, 0, 0, 3); // the lines look centred when they stand a little high
     names->addStretch(1);
     names->addWidget(makeLabel(m_link.recipient, 16, QFont::DemiBold, ink, header));
     names->addWidget(makeLabel(
@@ -110,10 +112,12 @@ QWidget *MessengerWindow::makeHeader()
 
 QWidget *MessengerWindow::makeChat()
 {
-    auto *chat = new Panel(m_look.tint(0.055), this);
-    m_lblEmpty =
-        makeLabel(QStringLiteral("No messages yet.\nTap Send, then go back to the other app."), 15,
-            QFont::Normal, quietInk, chat);
+    auto *chat = new Panel(m_look.quietTint(0.062), this);
+    chat->setShadeAtBottom(12);
+    m_lblEmpty = makeLabel({}, 15, QFont::Normal, quietInk, chat);
+    m_lblEmpty->setTextFormat(Qt::RichText); // for the distance of the lines
+    m_lblEmpty->setText(QStringLiteral("<p style=\"line-height:21px;margin:0\">No messages yet.<br>"
+                                       "Tap Send, then go back to the other app.</p>"));
     m_lblEmpty->setAlignment(Qt::AlignCenter);
     m_bubble = new Bubble(m_link.text, m_look.colour, m_look.colour, m_look.ink, chat);
     m_bubble->hide();
@@ -125,9 +129,9 @@ QWidget *MessengerWindow::makeChat()
     auto *column = new QVBoxLayout(chat);
     column->setContentsMargins(margin, 24, margin, margin);
     column->setSpacing(6);
-    column->addWidget(
-        new Pill(QStringLiteral("Stand-in messenger, for development"), m_look.tint(0.14), chat), 0,
-        Qt::AlignHCenter);
+    column->addWidget(new Pill(QStringLiteral("Stand-in messenger, for development"),
+                          m_look.quietTint(0.145), chat),
+        0, Qt::AlignHCenter);
     column->addStretch(1);
     column->addWidget(m_lblEmpty);
     column->addStretch(1);

@@ -2,6 +2,7 @@
 
 #include <QtCore/QRegularExpression>
 #include <QtGui/QPainter>
+#include <QtWidgets/QVBoxLayout>
 
 namespace messenger {
 namespace {
@@ -54,34 +55,34 @@ void Panel::paintEvent(QPaintEvent *)
 
 Bubble::Bubble(const QString &text, const QColor &fill, const QColor &border, const QColor &ink,
     QWidget *parent)
-    : QLabel(parent)
+    : QWidget(parent)
     , m_fill(fill)
     , m_border(border)
 {
-    setTextFormat(Qt::RichText);
-    setText(markUp(text));
-    setAccessibleName(text);
-    setWordWrap(true);
-    auto colours = palette();
+    auto *label = new QLabel(this);
+    label->setTextFormat(Qt::RichText);
+    label->setText(markUp(text));
+    label->setAccessibleName(text);
+    label->setWordWrap(true);
+    auto colours = label->palette();
     colours.setColor(QPalette::WindowText, ink);
-    setPalette(colours);
-    auto ownFont = font();
+    label->setPalette(colours);
+    auto ownFont = label->font();
     ownFont.setPixelSize(16);
-    setFont(ownFont);
-    setContentsMargins(17, 16, 17, 16);
+    label->setFont(ownFont);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(17, 15, 17, 17);
+    column->addWidget(label);
 }
 
-void Bubble::paintEvent(QPaintEvent *event)
+void Bubble::paintEvent(QPaintEvent *)
 {
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(m_border, 1));
-        painter.setBrush(m_fill);
-        painter.drawRoundedRect(
-            QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), bubbleRadius, bubbleRadius);
-    }
-    QLabel::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_border, 1));
+    painter.setBrush(m_fill);
+    painter.drawRoundedRect(
+        QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), bubbleRadius, bubbleRadius);
 }
 
 TickDisc::TickDisc(QWidget *parent)

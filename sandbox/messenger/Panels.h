@@ -26,7 +26,7 @@ private:
 };
 
 /// A rounded box around wrapped text; what looks like a code in it stands out.
-class Bubble : public QLabel {
+class Bubble : public QWidget {
 public:
     Bubble(const QString &text, const QColor &fill, const QColor &border, const QColor &ink,
         QWidget *parent);

@@ -11,8 +11,8 @@ constexpr int solidHeight = 55;
 constexpr int barHeight = 48;
 constexpr int barMargin = 16;
 constexpr int leastBarWidth = 60;
-constexpr qreal glyphWidth = 17;
-constexpr qreal glyphGap = 11;
+constexpr qreal glyphWidth = 15.5;
+constexpr qreal glyphGap = 11.5;
 
 /// A paper plane in a square of one.
 QPainterPath plane()
