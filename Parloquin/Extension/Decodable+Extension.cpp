@@ -10,8 +10,6 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-constexpr std::size_t maxMembers = 16; // of one model
-
 /// Filled only on the way out of a failed read, innermost name first.
 struct Fault {
     QString path;
@@ -106,8 +104,8 @@ bool readModel(const dom::element &json, const JsonType &type, void *into, Fault
         return expected("object", fault);
 
     // Gathered first, read after: of a key given twice only the last value may count, or fail.
-    std::array<dom::element, maxMembers> values;
-    std::array<bool, maxMembers> isGiven {};
+    std::array<dom::element, JsonType::maxMembers> values;
+    std::array<bool, JsonType::maxMembers> isGiven {};
     std::size_t next = 0;
     for (const dom::key_value_pair pair : object) {
         const std::size_t i = memberOf(type.members, pair.key, next);
@@ -162,8 +160,6 @@ bool read(const dom::element &json, const JsonType &type, void *into, Fault &fau
 
 bool decodeModel(const QByteArray &body, void *model, const JsonType &type, QString *fault)
 {
-    Q_ASSERT(type.members.size() <= maxMembers);
-
     dom::parser parser;
     dom::element root;
     Fault found;

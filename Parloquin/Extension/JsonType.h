@@ -31,6 +31,9 @@ struct JsonMember {
 /// Tables rather than templates: coder, decoder and dump are compiled once, and a model costs each
 /// file that uses it no more than its table.
 struct JsonType {
+    /// What a decoder holds room for, per model.
+    static constexpr std::size_t maxMembers = 16;
+
     enum class Kind { text, boolean, integerEnum, textEnum, list, model };
 
     struct Rows { // of an enumeration
@@ -98,6 +101,7 @@ template <class Model, std::size_t index> constexpr JsonMember jsonMember()
 template <class Model, class Indices> struct JsonMembersOf;
 template <class Model, std::size_t... indices>
 struct JsonMembersOf<Model, std::index_sequence<indices...>> {
+    static_assert(sizeof...(indices) <= JsonType::maxMembers);
     static constexpr std::array members { jsonMember<Model, indices>()... };
 };
 

@@ -6,7 +6,7 @@
 #include "Parloquin/Platform/Crypto.h"
 #include "Parloquin/Platform/InfoDictionary.h"
 
-#include <QtCore/QStringDecoder>
+#include <simdjson.h>
 
 namespace parloquin {
 
@@ -19,10 +19,7 @@ void logError(const QString &operation, const QString &reason)
 
 bool isUtf8(const QByteArray &text)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    QString ignored(decoder.requiredSpace(text.size()), Qt::Uninitialized);
-    decoder.appendToBuffer(ignored.data(), text);
-    return !decoder.hasError();
+    return simdjson::validate_utf8(text.constData(), static_cast<std::size_t>(text.size()));
 }
 
 } // namespace

@@ -4,20 +4,18 @@
 
 #include <optional>
 
-namespace parloquin {
-
 /// \brief The standard algorithms of bodies and signatures, by libcrypto.
 ///
 /// Any thread; no state. Failures leave nothing in the thread's error queue of libcrypto, where a
 /// host's own TLS would trip over it.
-namespace Crypto {
+namespace parloquin::Crypto {
 
 /// \return whether a key of this many bytes selects a cipher: 16, 24 or 32
 [[nodiscard]] bool isAesKeySize(qsizetype bytes);
 
 /// \brief AES in ECB mode with PKCS#7 padding; the key's length selects 128, 192 or 256 bits.
 /// \return nothing when the key has another length, the text exceeds what libcrypto takes at once
-/// (2 GiB) or memory is short
+/// (1 GiB) or memory is short
 [[nodiscard]] std::optional<QByteArray> aesEncrypt(
     const QByteArray &plainText, const QByteArray &key);
 
@@ -36,5 +34,4 @@ namespace Crypto {
 /// \return nothing for any other text
 [[nodiscard]] std::optional<QByteArray> fromBase64(QByteArrayView text);
 
-} // namespace Crypto
-} // namespace parloquin
+} // namespace parloquin::Crypto

@@ -17,13 +17,13 @@ template <class Fields> auto find(Fields &fields, const QByteArray &name)
 QByteArray sendable(QByteArray value)
 {
     if (value.isEmpty())
-        return QByteArray("", 0);
+        return { "", 0 };
     const auto isBreak = [](char c) { return c == '\r' || c == '\n' || c == '\0'; };
     if (std::none_of(value.cbegin(), value.cend(), isBreak))
         return value;
     std::replace_if(value.begin(), value.end(), isBreak, ' ');
     value = value.trimmed();
-    return value.isEmpty() ? QByteArray("", 0) : value;
+    return value.isNull() ? QByteArrayLiteral("") : value;
 }
 
 } // namespace

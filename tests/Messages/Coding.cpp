@@ -176,6 +176,12 @@ const Row faults[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Faults, Decoding, testing::ValuesIn(faults), rowName);
 
+TEST(CutAnswer, IsNotReadWhereverItIsCut)
+{
+    for (qsizetype size = 0; size < wholeInit.size(); ++size)
+        ASSERT_TRUE(init(wholeInit.first(size)).startsWith("body: no JSON")) << size;
+}
+
 TEST(RawValue, IsExactlyOneOfItsTable)
 {
     for (int status = 0; status < 1000; ++status) {

@@ -76,7 +76,8 @@ TEST(Crypto, RefusesWhatCannotBeDecryptedAndLeavesNoErrorBehind)
     ERR_clear_error();
     ERR_raise(ERR_LIB_USER, 77);
     for (const auto &[cipherText, withKey] : rows)
-        EXPECT_EQ(Crypto::aesDecrypt(cipherText, withKey), std::nullopt) << cipherText.toHex().constData();
+        EXPECT_EQ(Crypto::aesDecrypt(cipherText, withKey), std::nullopt)
+            << cipherText.toHex().constData();
     EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 77);
     EXPECT_EQ(ERR_get_error(), 0U);
 }
@@ -120,6 +121,16 @@ TEST(Crypto, WritesAndReadsBase64)
              "Zm9vZg==Zm9v", "Zm9v\n", " Zm9vZg=", "Zm9v  ==", "Zm9v----", "Zm 9", "Zm\n9", "-_8A",
              "Zh==", "Zm9=", "Zm\xc3\xa9" })
         EXPECT_EQ(Crypto::fromBase64(text), std::nullopt) << text;
+    // Whatever is read is the one text of its bytes.
+    for (int place = 0; place < 8; ++place) {
+        for (int byte = 0; byte < 256; ++byte) {
+            QByteArray text = "Zm9vYg==";
+            text[place] = static_cast<char>(byte);
+            if (const auto bytes = Crypto::fromBase64(text)) {
+                EXPECT_EQ(Crypto::toBase64(*bytes), text);
+            }
+        }
+    }
 }
 
 } // namespace
