@@ -7,6 +7,7 @@
 #include <array>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 namespace parloquin::Crypto {
 
@@ -141,15 +142,12 @@ std::optional<QByteArray> fromBase64(QByteArrayView text)
     if (text.isEmpty())
         return QByteArray("", 0);
 
-    // libcrypto's decoder passes over blanks at both ends, reads "=" as a digit anywhere and keeps
-    // the padding's zero bytes: the last four characters are therefore judged here, and the rest
-    // must hold digits alone.
+    // libcrypto's decoder passes over blanks at both ends, which shows in the size below, but reads
+    // "=" as a digit anywhere and drops bits that the padding leaves over.
     const qsizetype padding = text.endsWith("==") ? 2 : text.endsWith('=') ? 1 : 0;
     const QByteArrayView digits = text.chopped(padding);
-    const int lastDigit = base64Value(digits.back());
     const int strayBits = padding == 2 ? 0xf : padding == 1 ? 0x3 : 0;
-    if (base64Value(digits.front()) < 0 || lastDigit < 0 || (lastDigit & strayBits) != 0
-        || digits.contains('='))
+    if ((base64Value(digits.back()) & strayBits) != 0 || digits.contains('='))
         return {};
 
     const ErrorScope errors;
@@ -158,7 +156,7 @@ std::optional<QByteArray> fromBase64(QByteArrayView text)
         EVP_DecodeBlock(writable(bytes), readable(text), static_cast<int>(text.size()));
     if (size != bytes.size())
         return {};
-    bytes.chop(padding);
+    bytes.chop(padding); // zeros that stand for the padding
     return bytes;
 }
 

@@ -22,8 +22,7 @@ QByteArray sendable(QByteArray value)
     if (std::none_of(value.cbegin(), value.cend(), isBreak))
         return value;
     std::replace_if(value.begin(), value.end(), isBreak, ' ');
-    value = value.trimmed();
-    return value.isNull() ? QByteArrayLiteral("") : value;
+    return value.trimmed();
 }
 
 } // namespace
