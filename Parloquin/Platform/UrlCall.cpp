@@ -74,6 +74,14 @@ QNetworkRequest networkRequest(const UrlRequest &request)
     return result;
 }
 
+/// An answer that ends with its connection, and came so fast that the stack was still about to wait
+/// for it: the stack then believes it has to send again.
+bool endedWithItsConnection(const QNetworkReply &reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
+        && !reply.hasRawHeader("Content-Length") && !reply.hasRawHeader("Transfer-Encoding");
+}
+
 /// Nothing where the reply has a whole answer: a status of 400 and above is an error to the stack
 /// only.
 std::optional<TransportError> transportError(const QNetworkReply &reply)
@@ -81,6 +89,7 @@ std::optional<TransportError> transportError(const QNetworkReply &reply)
     const auto error = [&reply](int code) { return TransportError { code, reply.errorString() }; };
     switch (reply.error()) {
     case QNetworkReply::NoError:
+    case QNetworkReply::ProxyAuthenticationRequiredError: // a status like any other
         return {};
     case QNetworkReply::OperationCanceledError:
         return error(TransportError::cancelled);
@@ -103,6 +112,8 @@ std::optional<TransportError> transportError(const QNetworkReply &reply)
     case QNetworkReply::SslHandshakeFailedError:
         return error(TransportError::secureConnectionFailed);
     case QNetworkReply::ContentReSendError: // closed before the first byte: see UploadBody
+        if (endedWithItsConnection(reply))
+            return {};
         return error(TransportError::networkConnectionLost);
     default:
         if (reply.error() < QNetworkReply::ContentAccessDenied)

@@ -35,7 +35,8 @@ struct UrlSession::Private {
     std::thread thread;
     std::mutex mutex; ///< of `loop`
     QEventLoop *loop = nullptr; ///< the thread's, while it takes blocks
-    QNetworkAccessManager *manager = nullptr; ///< the thread's
+    QNetworkAccessManager *uploads = nullptr; ///< the thread's
+    QNetworkAccessManager *downloads = nullptr; ///< the thread's
     QObject *calls = nullptr; ///< the thread's; parent of those under way
 };
 
@@ -59,10 +60,14 @@ void UrlSession::Private::post(std::function<void()> block)
 
 void UrlSession::Private::run(std::promise<void> started)
 {
-    QNetworkAccessManager threadManager;
-    QObject threadCalls; // goes before the manager: its calls abort their replies
+    // A manager opens six connections to a host and lets further requests wait. Two of them, so
+    // that slow pictures never stand in a call's way.
+    QNetworkAccessManager threadUploads;
+    QNetworkAccessManager threadDownloads;
+    QObject threadCalls; // goes before the managers: its calls abort their replies
     QEventLoop threadLoop;
-    manager = &threadManager;
+    uploads = &threadUploads;
+    downloads = &threadDownloads;
     calls = &threadCalls;
     loop = &threadLoop;
     started.set_value();
@@ -122,7 +127,7 @@ void UrlSessionTask::resume()
     session.post(
         [&session, state = d, request = std::move(d->request), handler = std::move(d->handler)] {
             state->call = new UrlCall(request, handler, state->maximumBytes, session.calls);
-            state->call->start(*session.manager);
+            state->call->start(request.body ? *session.uploads : *session.downloads);
         });
 }
 

@@ -17,7 +17,37 @@ std::vector<ApiErrorAction> permittedActions(ApiRouter::Route route)
     return { ApiErrorAction::alert };
 }
 
+// A field name is visible ASCII; what holds anything else cannot be looked up by name.
+bool isReadable(const HeaderFields &fields)
+{
+    return std::all_of(fields.cbegin(), fields.cend(), [](const auto &field) {
+        return std::all_of(
+            field.first.cbegin(), field.first.cend(), [](char c) { return c > ' ' && c < '\x7f'; });
+    });
+}
+
 } // namespace
+
+std::optional<ApiError> ApiClient::transportFailure(const std::optional<QByteArray> &data,
+    const std::optional<UrlResponse> &response, const std::optional<TransportError> &error) const
+{
+    if (!response || !isReadable(response->headers))
+        return ApiError::general;
+    if (data)
+        return {};
+    printServerError(error);
+    if (!error)
+        return ApiError::general;
+    constexpr int noSuchFile = 4; // of the platform's file errors; the domain is not looked at
+    switch (error->code) {
+    case TransportError::notConnectedToInternet:
+        return ApiError::connection;
+    case noSuchFile:
+        return ApiError::noSuchFile;
+    default:
+        return ApiError::timeOutEtc;
+    }
+}
 
 std::atomic<qint64> ApiClient::TokenExpiredTryCount::current = 0;
 

@@ -2,36 +2,9 @@
 
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 
-#include <algorithm>
 #include <exception>
 
 namespace parloquin {
-
-namespace {
-
-// A field name is visible ASCII; what holds anything else cannot be looked up by name.
-bool isReadable(const HeaderFields &fields)
-{
-    return std::all_of(fields.cbegin(), fields.cend(), [](const auto &field) {
-        return std::all_of(
-            field.first.cbegin(), field.first.cend(), [](char c) { return c > ' ' && c < '\x7f'; });
-    });
-}
-
-ApiError apiError(const TransportError &error)
-{
-    constexpr int noSuchFile = 4; // in the platform's file errors; the domain is not looked at
-    switch (error.code) {
-    case TransportError::notConnectedToInternet:
-        return ApiError::connection;
-    case noSuchFile:
-        return ApiError::noSuchFile;
-    default:
-        return ApiError::timeOutEtc;
-    }
-}
-
-} // namespace
 
 void ApiClient::send(std::optional<ApiRouter> route, Decoder decoder, Failure fail)
 {
@@ -70,18 +43,12 @@ void ApiClient::handleRequest(const UrlRequest &urlRequest, Decoder decoder, Fai
         dataTask->resume();
 }
 
-// The order of the tests is part of the behaviour: a time-out without a response is `general`.
 void ApiClient::handleAnswer(std::optional<QByteArray> data,
     const std::optional<UrlResponse> &response, const std::optional<TransportError> &error,
     const UrlRequest &urlRequest, const Decoder &decoder, const Failure &fail)
 {
-    if (!response || !isReadable(response->headers)) {
-        fail(ApiError::general);
-        return;
-    }
-    if (!data) {
-        printServerError(error);
-        fail(error ? apiError(*error) : ApiError::general);
+    if (const auto failure = transportFailure(data, response, error)) {
+        fail(*failure);
         return;
     }
 

@@ -50,6 +50,15 @@ public:
     /// Ends the call under way, if any; its completion runs with the failure `general`.
     void cancelRequest();
 
+    /// \brief Whether the transport brought an answer with data; logs the loss of the data.
+    ///
+    /// Any thread. The order of the tests is part of the behaviour: a time-out before the answer's
+    /// head has come is `general`.
+    /// \return nothing where there is data to decode
+    [[nodiscard]] std::optional<ApiError> transportFailure(const std::optional<QByteArray> &data,
+        const std::optional<UrlResponse> &response,
+        const std::optional<TransportError> &error) const;
+
     /// Classifies an answer that is no success; the only effect is on TokenExpiredTryCount.
     void handleResponseError(const std::optional<MetaModel> &metaResponse);
 
