@@ -62,6 +62,7 @@ private:
     QString m_pictures;
     int m_number = 0; // of the next picture
     QString m_road;
+    bool m_left = false; // another program came to the front
     QSet<QString> m_sessions; // confirmed so far
 };
 
