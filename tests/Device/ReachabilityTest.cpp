@@ -1,0 +1,279 @@
+#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Networking/Helper/Reachability.h"
+#include "Parloquin/Platform/NotificationCenter.h"
+
+#include <QtTest/QTest>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+using namespace parloquin;
+
+namespace {
+
+/// What the test does to a target and sees of it; outlives it.
+struct Script {
+    std::optional<ReachabilityFlags> flags = reachable;
+    bool setsCallback = true;
+    bool setsQueue = true;
+    std::shared_ptr<ReachabilityContext> context;
+    SerialQueue *queue = nullptr;
+    int attached = 0;
+
+    void change(ReachabilityFlags now) const
+    {
+        queue->async([now, told = context] { told->changed(now); });
+    }
+};
+
+class ScriptedTarget final : public ReachabilityTarget {
+public:
+    explicit ScriptedTarget(Script &script)
+        : m_script(script)
+    {
+    }
+
+    bool setCallback(std::shared_ptr<ReachabilityContext> context) override
+    {
+        setLastError(context ? 71 : 1); // clearing leaves another code behind
+        m_script.context = std::move(context);
+        return !m_script.context || m_script.setsCallback;
+    }
+
+    bool setDispatchQueue(SerialQueue *queue) override
+    {
+        setLastError(queue ? 72 : 2);
+        m_script.queue = queue;
+        m_script.attached += queue ? 1 : 0;
+        return !queue || m_script.setsQueue;
+    }
+
+    std::optional<ReachabilityFlags> flags() override
+    {
+        setLastError(73);
+        return m_script.flags;
+    }
+
+private:
+    Script &m_script;
+};
+
+std::shared_ptr<Reachability> watch(
+    Script &script, std::shared_ptr<DispatchQueue> notificationQueue = DispatchQueue::main())
+{
+    return Reachability::create(std::make_unique<ScriptedTarget>(script), QualityOfService::utility,
+        nullptr, std::move(notificationQueue));
+}
+
+struct FlagRow {
+    const char *name;
+    std::optional<ReachabilityFlags> flags;
+    bool allowsCellular;
+    const char *connection;
+    const char *description;
+    bool isReachable, isViaWwan, isViaWiFi;
+};
+
+class ReachabilityFlagRules : public testing::TestWithParam<FlagRow> { };
+
+TEST_P(ReachabilityFlagRules, MakeTheConnection)
+{
+    const FlagRow &row = GetParam();
+    Script script;
+    script.flags = row.flags;
+    const auto reachability = watch(script);
+    reachability->allowsCellularConnection = row.allowsCellular;
+    QString told;
+    reachability->whenReachable = [&](Reachability &) { told = QStringLiteral("reachable"); };
+    reachability->whenUnreachable = [&](Reachability &) { told = QStringLiteral("unreachable"); };
+
+    EXPECT_EQ(reachability->currentReachabilityString().toStdString(), row.connection);
+    EXPECT_EQ(reachability->isReachable(), row.isReachable);
+    EXPECT_EQ(reachability->isReachableViaWWAN(), row.isViaWwan);
+    EXPECT_EQ(reachability->isReachableViaWiFi(), row.isViaWiFi);
+    EXPECT_EQ(reachability->description().toStdString(), row.description);
+    if (!row.flags)
+        return;
+    // The read is the first the object knows, so it is a change, told later on the main queue.
+    EXPECT_EQ(told, QString());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !told.isEmpty(); }));
+    EXPECT_EQ(told == QStringLiteral("reachable"), row.isReachable);
+}
+
+constexpr ReachabilityFlags everyFlag = transientConnection | reachable | connectionRequired
+    | connectionOnTraffic | interventionRequired | connectionOnDemand | isLocalAddress | isDirect
+    | isWWAN;
+const FlagRow flagRows[] = {
+    { "Unknown", {}, true, "No Connection", "unavailable flags", false, false, false },
+    { "Nothing", 0, true, "No Connection", "-- -------", false, false, false },
+    { "Reachable", reachable, true, "WiFi", "-R -------", true, false, true },
+    { "Modem", reachable | isWWAN, true, "Cellular", "WR -------", true, true, false },
+    { "ModemNotAllowed", reachable | isWWAN, false, "No Connection", "WR -------", false, false,
+        false },
+    { "ModemUnreachable", isWWAN, true, "No Connection", "W- -------", false, false, false },
+    { "ModemToBeConnected", reachable | isWWAN | connectionRequired, true, "Cellular", "WR c------",
+        true, true, false },
+    { "ToBeConnected", reachable | connectionRequired, true, "No Connection", "-R c------", false,
+        false, false },
+    { "ConnectsOnTraffic", reachable | connectionRequired | connectionOnTraffic, true, "WiFi",
+        "-R c--C---", true, false, true },
+    { "ConnectsOnDemand", reachable | connectionRequired | connectionOnDemand, true, "WiFi",
+        "-R c---D--", true, false, true },
+    { "ConnectsOnTrafficByHand",
+        reachable | connectionRequired | connectionOnTraffic | interventionRequired, true,
+        "No Connection", "-R c-iC---", false, false, false },
+    { "InterventionAlone", reachable | interventionRequired | transientConnection, true, "WiFi",
+        "-R -ti----", true, false, true },
+    { "LocalAndDirect", reachable | isLocalAddress | isDirect, true, "WiFi", "-R -----ld", true,
+        false, true },
+    { "Every", everyFlag, true, "Cellular", "WR ctiCDld", true, true, false },
+};
+INSTANTIATE_TEST_SUITE_P(Flags, ReachabilityFlagRules, testing::ValuesIn(flagRows),
+    [](const auto &row) { return row.param.name; });
+
+TEST(Reachability, TellsEachChangeOnce)
+{
+    Script script;
+    const auto reachability = watch(script);
+    NotificationCenter center;
+    reachability->notificationCenter = &center;
+    QStringList told;
+    QObject::connect(&center, &NotificationCenter::posted, &center,
+        [&](const QString &name, const void *sender) {
+            EXPECT_EQ(sender, reachability.get());
+            told << name;
+        });
+    reachability->whenReachable = [&](Reachability &) { told << QStringLiteral("up"); };
+    reachability->whenUnreachable = [&](Reachability &) { told << QStringLiteral("down"); };
+
+    ASSERT_FALSE(reachability->startNotifier());
+    ASSERT_FALSE(reachability->startNotifier());
+    EXPECT_EQ(script.attached, 1);
+    for (const ReachabilityFlags flags : { reachable + 0U, 0U, 0U, 0U, reachable + 0U, 0U })
+        script.change(flags);
+    const QString posted = QStringLiteral("reachabilityChanged");
+    const QStringList expected { QStringLiteral("up"), posted, QStringLiteral("down"), posted,
+        QStringLiteral("up"), posted, QStringLiteral("down"), posted };
+    // Delivery looks at the flags of its own moment: queued changes may have run ahead of it.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.size() == expected.size(); }));
+    EXPECT_EQ(told.filter(posted).size(), 4);
+    EXPECT_EQ(told.at(6), QStringLiteral("down"));
+
+    reachability->stopNotifier();
+    EXPECT_EQ(script.context, nullptr);
+    EXPECT_EQ(script.queue, nullptr);
+    ASSERT_FALSE(reachability->startNotifier()); // can be started again
+    EXPECT_EQ(script.attached, 2);
+}
+
+struct FaultRow {
+    const char *name;
+    void (*breakIt)(Script &);
+    size_t error; // index of the error's case
+    qint32 code;
+};
+
+class ReachabilityFaults : public testing::TestWithParam<FaultRow> { };
+
+TEST_P(ReachabilityFaults, LeaveItStoppedAndTheGateOpen)
+{
+    Script script;
+    GetParam().breakIt(script);
+    const auto reachability = watch(script);
+    const auto error = reachability->startNotifier();
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->index(), GetParam().error);
+    EXPECT_EQ(std::visit([](const auto &fault) { return fault.code; }, *error), GetParam().code);
+    EXPECT_EQ(script.context, nullptr);
+    EXPECT_EQ(script.queue, nullptr);
+
+    testing::internal::CaptureStdout();
+    const ApiSessionHelper helper(reachability);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+        "\n\n[Parloquin]\nUnable to start network reachability notifier.\n[Parloquin]\n\n\n");
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(helper.isNetworkReachable);
+}
+
+const FaultRow faultRows[] = {
+    { "Callback", [](Script &script) { script.setsCallback = false; }, 2, 71 },
+    { "Queue", [](Script &script) { script.setsQueue = false; }, 3, 72 },
+    { "Flags", [](Script &script) { script.flags.reset(); }, 4, 73 },
+};
+INSTANTIATE_TEST_SUITE_P(Start, ReachabilityFaults, testing::ValuesIn(faultRows),
+    [](const auto &row) { return row.param.name; });
+
+TEST(Reachability, RefusesAHostNameThatIsNone)
+{
+    for (const QString &host : { QString(), QStringLiteral("two words") }) {
+        const auto created =
+            Reachability::create(host, QualityOfService::standard, nullptr, nullptr);
+        ASSERT_TRUE(std::holds_alternative<ReachabilityError>(created));
+        const auto &error = std::get<ReachabilityErrorCase::failedToCreateWithHostname>(
+            std::get<ReachabilityError>(created));
+        EXPECT_EQ(error.hostname, host);
+        EXPECT_EQ(error.code, EINVAL);
+    }
+}
+
+TEST(Reachability, TheTargetDoesNotKeepItAlive)
+{
+    Script script;
+    auto reachability = watch(script);
+    ASSERT_FALSE(reachability->startNotifier());
+    const auto context = script.context;
+    EXPECT_EQ(context->description(), QStringLiteral("-R -------"));
+    reachability.reset(); // with its first notice still on the main queue
+    EXPECT_EQ(script.queue, nullptr);
+    EXPECT_EQ(context->description(), QStringLiteral("nil"));
+    context->changed(0);
+    QCoreApplication::processEvents();
+}
+
+// Without a notification queue callbacks run on the serial queue; the last owner may let go there.
+TEST(Reachability, MayEndInItsOwnCallback)
+{
+    Script script;
+    std::atomic<bool> isGone = false;
+    auto reachability = watch(script, nullptr);
+    std::weak_ptr<Reachability> weak = reachability;
+    ASSERT_FALSE(reachability->startNotifier());
+    QThread *const caller = QThread::currentThread();
+    reachability->whenUnreachable = [&, last = std::shared_ptr<Reachability>()](
+                                        Reachability &) mutable {
+        EXPECT_NE(QThread::currentThread(), caller);
+        last.swap(reachability);
+        last.reset();
+        isGone = true;
+    };
+    script.change(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isGone && weak.expired(); }));
+    // Its thread is waited for by the main queue.
+    QCoreApplication::processEvents();
+}
+
+TEST(SerialQueue, RunsInOrderOnItsOwnOrItsTargetsThread)
+{
+    const auto target = std::make_shared<SerialQueue>(QStringLiteral("target"));
+    for (const auto &given :
+        { std::shared_ptr<DispatchQueue>(), std::shared_ptr<DispatchQueue>(target) }) {
+        std::vector<int> order;
+        {
+            SerialQueue queue(QStringLiteral("queue"), QualityOfService::background, given);
+            EXPECT_EQ(queue.thread() == target->thread(), given != nullptr);
+            for (int i = 0; i < 100; ++i)
+                queue.async([&order, i] { order.push_back(i); });
+            queue.sync([&] { queue.sync([&] { order.push_back(100); }); });
+            ASSERT_EQ(order.size(), 101U);
+            // What has not begun when the queue ends is dropped, what has is waited for.
+            queue.async([&] {
+                QThread::yieldCurrentThread();
+                order.push_back(101);
+            });
+        }
+        EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    }
+}
+
+} // namespace
