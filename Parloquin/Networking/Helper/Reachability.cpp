@@ -94,12 +94,12 @@ QString Reachability::description(ReachabilityFlags flags)
 }
 
 Reachability::Reachability(std::unique_ptr<ReachabilityTarget> target, QualityOfService qos,
-    std::shared_ptr<DispatchQueue> targetQueue,
+    const std::shared_ptr<SerialQueue> &targetQueue,
     std::shared_ptr<DispatchQueue> notificationQueueGiven)
     : notificationCenter(NotificationCenter::defaultCenter())
     , reachabilityRef(std::move(target))
     , reachabilitySerialQueue(std::make_unique<SerialQueue>(
-          QStringLiteral("com.parloquin.reachability"), qos, std::move(targetQueue)))
+          QStringLiteral("com.parloquin.reachability"), qos, targetQueue))
     , notificationQueue(std::move(notificationQueueGiven))
     , flags(unknownFlags)
 {
@@ -109,33 +109,34 @@ Reachability::~Reachability() { stopNotifier(); }
 
 std::shared_ptr<Reachability> Reachability::create(
     std::unique_ptr<ReachabilityTarget> reachabilityRef, QualityOfService queueQoS,
-    std::shared_ptr<DispatchQueue> targetQueue, std::shared_ptr<DispatchQueue> notificationQueue)
+    const std::shared_ptr<SerialQueue> &targetQueue,
+    std::shared_ptr<DispatchQueue> notificationQueue)
 {
-    return std::shared_ptr<Reachability>(new Reachability(std::move(reachabilityRef), queueQoS,
-        std::move(targetQueue), std::move(notificationQueue)));
+    return std::shared_ptr<Reachability>(new Reachability(
+        std::move(reachabilityRef), queueQoS, targetQueue, std::move(notificationQueue)));
 }
 
 Reachability::Created Reachability::create(const QString &hostname, QualityOfService queueQoS,
-    std::shared_ptr<DispatchQueue> targetQueue, std::shared_ptr<DispatchQueue> notificationQueue)
+    const std::shared_ptr<SerialQueue> &targetQueue,
+    std::shared_ptr<DispatchQueue> notificationQueue)
 {
     auto target = ReachabilityTarget::createWithName(hostname);
     if (!target)
         return ReachabilityErrorCase::failedToCreateWithHostname { hostname,
             ReachabilityTarget::lastError() };
-    return create(
-        std::move(target), queueQoS, std::move(targetQueue), std::move(notificationQueue));
+    return create(std::move(target), queueQoS, targetQueue, std::move(notificationQueue));
 }
 
 Reachability::Created Reachability::create(QualityOfService queueQoS,
-    std::shared_ptr<DispatchQueue> targetQueue, std::shared_ptr<DispatchQueue> notificationQueue)
+    const std::shared_ptr<SerialQueue> &targetQueue,
+    std::shared_ptr<DispatchQueue> notificationQueue)
 {
     const ReachabilityAddress zero;
     auto target = ReachabilityTarget::createWithAddress(zero);
     if (!target)
         return ReachabilityErrorCase::failedToCreateWithAddress { zero,
             ReachabilityTarget::lastError() };
-    return create(
-        std::move(target), queueQoS, std::move(targetQueue), std::move(notificationQueue));
+    return create(std::move(target), queueQoS, targetQueue, std::move(notificationQueue));
 }
 
 std::optional<ReachabilityError> Reachability::startNotifier()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Parloquin/Platform/DispatchQueue.h"
 #include "Parloquin/Platform/ReachabilityTarget.h"
+#include "Parloquin/Platform/SerialQueue.h"
 
 #include <QtCore/QString>
 
@@ -72,14 +72,14 @@ public:
 
     [[nodiscard]] static std::shared_ptr<Reachability> create(
         std::unique_ptr<ReachabilityTarget> reachabilityRef, QualityOfService queueQoS,
-        std::shared_ptr<DispatchQueue> targetQueue,
+        const std::shared_ptr<SerialQueue> &targetQueue,
         std::shared_ptr<DispatchQueue> notificationQueue);
     [[nodiscard]] static Created create(const QString &hostname, QualityOfService queueQoS,
-        std::shared_ptr<DispatchQueue> targetQueue,
+        const std::shared_ptr<SerialQueue> &targetQueue,
         std::shared_ptr<DispatchQueue> notificationQueue);
     /// The internet in general.
     [[nodiscard]] static Created create(QualityOfService queueQoS,
-        std::shared_ptr<DispatchQueue> targetQueue,
+        const std::shared_ptr<SerialQueue> &targetQueue,
         std::shared_ptr<DispatchQueue> notificationQueue);
     ~Reachability();
     Q_DISABLE_COPY_MOVE(Reachability)
@@ -114,7 +114,7 @@ private:
     class ReachabilityWeakifier;
 
     Reachability(std::unique_ptr<ReachabilityTarget> target, QualityOfService qos,
-        std::shared_ptr<DispatchQueue> targetQueue,
+        const std::shared_ptr<SerialQueue> &targetQueue,
         std::shared_ptr<DispatchQueue> notificationQueueGiven);
 
     [[nodiscard]] std::optional<ReachabilityFlags> knownFlags() const;

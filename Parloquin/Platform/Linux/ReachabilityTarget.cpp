@@ -1,10 +1,7 @@
 #include "Parloquin/Platform/ReachabilityTarget.h"
 
-#include "Parloquin/Platform/DispatchQueue.h"
 #include "Parloquin/Platform/Linux/RouteSnapshot.h"
-
-#include <QtCore/QSocketNotifier>
-#include <QtCore/QTimer>
+#include "Parloquin/Platform/SerialQueue.h"
 
 #include <libmnl/libmnl.h>
 #include <linux/rtnetlink.h>
@@ -125,35 +122,25 @@ std::optional<ReachabilityFlags> readFlags()
 class RouteWatch {
 public:
     /// \return nothing with errno where the system refuses
-    static std::unique_ptr<RouteWatch> start(std::function<void()> changed)
+    static std::shared_ptr<RouteWatch> start(SerialQueue &queue, std::function<void()> changed)
     {
         Socket socket = openSocket(RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR
                 | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE,
             SOCK_NONBLOCK);
         if (!socket)
             return nullptr;
-        return std::unique_ptr<RouteWatch>(new RouteWatch(std::move(socket), std::move(changed)));
-    }
-
-    /// Runs the block on the queue after a while, unless the watch has ended by then.
-    void later(std::function<void()> block)
-    {
-        QTimer::singleShot(retryDelay, &m_notifier, std::move(block));
+        auto watch = std::make_shared<RouteWatch>();
+        watch->m_socket = std::move(socket);
+        watch->m_events = queue.watch(mnl_socket_get_fd(watch->m_socket.get()),
+            [self = watch.get(), told = std::move(changed)] {
+                // Lost events change nothing: what holds now is read afresh in any case.
+                if (self->drain())
+                    told();
+            });
+        return watch;
     }
 
 private:
-    RouteWatch(Socket socket, std::function<void()> changed)
-        : m_socket(std::move(socket))
-        , m_notifier(mnl_socket_get_fd(m_socket.get()), QSocketNotifier::Read)
-    {
-        QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier,
-            [this, told = std::move(changed)] {
-                // Lost events change nothing: what holds now is read afresh in any case.
-                if (drain())
-                    told();
-            });
-    }
-
     /// \return whether anything has changed
     bool drain()
     {
@@ -170,14 +157,14 @@ private:
                 continue;
             }
             if (errno != EAGAIN)
-                m_notifier.setEnabled(false); // it would be ready for ever
+                m_events.reset(); // it would be ready for ever
             break;
         }
         return isChanged;
     }
 
     Socket m_socket;
-    QSocketNotifier m_notifier; // before the socket closes it stops
+    std::shared_ptr<void> m_events; // goes before the socket closes
 };
 
 class DefaultRouteTarget final : public ReachabilityTarget {
@@ -204,7 +191,7 @@ public:
             return true;
         qint32 code = 0;
         m_queue->sync([&] {
-            m_watch = RouteWatch::start([this] { tell(); });
+            m_watch = RouteWatch::start(*m_queue, [this] { tell(); });
             code = m_watch ? 0 : errno;
         });
         setLastError(code);
@@ -228,13 +215,16 @@ private:
             return;
         if (const auto flags = readFlags())
             context->changed(*flags);
-        else if (m_watch)
-            m_watch->later([this] { tell(); });
+        else
+            m_queue->asyncAfter(retryDelay, [this, weak = std::weak_ptr(m_watch)] {
+                if (weak.lock())
+                    tell();
+            });
     }
 
     SerialQueue *m_queue = nullptr;
     std::shared_ptr<ReachabilityContext> m_context; // touched on the queue while there is one
-    std::unique_ptr<RouteWatch> m_watch; // on the queue
+    std::shared_ptr<RouteWatch> m_watch; // on the queue
 };
 
 } // namespace

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Parloquin/Platform/DispatchQueue.h"
+
+#include <QtCore/QString>
+
+#include <chrono>
+
+namespace parloquin {
+
+/// How urgent the work of a queue is.
+enum class QualityOfService {
+    userInteractive,
+    userInitiated,
+    standard,
+    utility,
+    background,
+    unspecified,
+};
+
+/// \brief A queue with a thread of its own, or sharing that of a target queue.
+///
+/// Destroying the queue waits for the block that runs and drops those that have not begun; a block
+/// may itself destroy its queue, whose thread then ends behind it.
+class SerialQueue final : public DispatchQueue {
+public:
+    explicit SerialQueue(const QString &label, QualityOfService qos = QualityOfService::standard,
+        const std::shared_ptr<SerialQueue> &target = {});
+    ~SerialQueue() override;
+    Q_DISABLE_COPY_MOVE(SerialQueue)
+
+    void async(std::function<void()> block) override;
+    void asyncAfter(std::chrono::milliseconds delay, std::function<void()> block);
+
+    /// \brief Runs the block on the queue and waits for its end; from the queue itself at once.
+    void sync(const std::function<void()> &block);
+
+    [[nodiscard]] bool isCurrent() const;
+
+    /// \brief Calls the block on the queue whenever the descriptor can be read.
+    ///
+    /// On the queue only, and the handle is let go of there too: that ends the watch. The
+    /// descriptor stays open until then.
+    [[nodiscard]] std::shared_ptr<void> watch(int descriptor, std::function<void()> readable);
+
+private:
+    class Loop;
+    class Thread;
+
+    std::shared_ptr<Thread> m_thread;
+};
+
+} // namespace parloquin
