@@ -1,9 +1,96 @@
 #include "Parloquin/Platform/Telephony.h"
 
+#include "Parloquin/Platform/Linux/MobileCountryCodes.h"
+#include "Parloquin/Platform/Linux/ModemService.h"
+#include "Parloquin/Platform/MainQueue.h"
+#include "Parloquin/Platform/SerialQueue.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QTimer>
+
+#include <atomic>
+#include <chrono>
+#include <utility>
+
 namespace parloquin {
+
+namespace {
+
+constexpr std::chrono::milliseconds connectPatience { 1500 };
+
+/// One question under way: what its threads share.
+struct Question {
+    GLibPointer<GCancellable> cancelled { g_cancellable_new() };
+    std::atomic<bool> isConnected { false };
+};
+
+} // namespace
 
 struct Telephony::Private {
     std::optional<QString> isoCountryCode;
+    std::unique_ptr<SerialQueue> queue;
+    std::shared_ptr<Question> question; // while there is one
+    bool asksAgain = false;
+    std::unique_ptr<ModemService> service; // touched on the queue only
+
+    void ask()
+    {
+        if (question) {
+            asksAgain = true; // what changed in between may not be in its answer
+            return;
+        }
+        if (!queue) {
+            queue = std::make_unique<SerialQueue>(QStringLiteral("telephony"));
+            qAddPostRoutine([] { shared().d->end(); });
+        }
+        question = std::make_shared<Question>();
+        // Connecting knows no time limit of its own.
+        QTimer::singleShot(
+            connectPatience, QCoreApplication::instance(), [asked = std::weak_ptr(question)] {
+                const auto late = asked.lock();
+                if (late && !late->isConnected)
+                    g_cancellable_cancel(late->cancelled.get());
+            });
+        queue->async([this, asked = question] {
+            auto country = answer(*asked);
+            onMain([this, asked, found = std::move(country)] {
+                if (asked == question)
+                    finish(found);
+            });
+        });
+    }
+
+    void finish(const std::optional<QString> &country)
+    {
+        isoCountryCode = country;
+        question.reset();
+        if (std::exchange(asksAgain, false))
+            ask();
+    }
+
+    /// On the queue.
+    std::optional<QString> answer(Question &asked)
+    {
+        if (!service)
+            service = std::make_unique<ModemService>([] { onMain([] { shared().ask(); }); });
+        const bool isConnected = service->connect(asked.cancelled.get());
+        asked.isConnected = true;
+        if (!isConnected)
+            return std::nullopt;
+        const auto identifier = service->operatorIdentifier(asked.cancelled.get());
+        return identifier ? countryOfOperator(*identifier) : std::nullopt;
+    }
+
+    // Before the application object goes; ends every wait.
+    void end()
+    {
+        if (question)
+            g_cancellable_cancel(question->cancelled.get());
+        queue->sync([this] { service.reset(); });
+        queue.reset();
+        question.reset();
+        asksAgain = false;
+    }
 };
 
 Telephony::Telephony()
@@ -19,7 +106,11 @@ Telephony &Telephony::shared()
     return instance;
 }
 
-void Telephony::ask() { }
+void Telephony::ask()
+{
+    if (QCoreApplication::instance() && !QCoreApplication::closingDown())
+        d->ask();
+}
 
 std::optional<QString> Telephony::isoCountryCode() const { return d->isoCountryCode; }
 

@@ -1,19 +1,13 @@
 #include "Parloquin/Platform/UrlOpener.h"
 
 #include "Parloquin/Manager/LogManager.h"
-
-#include <gio/gio.h>
-
-#include <memory>
+#include "Parloquin/Platform/Linux/GLibPointers.h"
 
 namespace parloquin::UrlOpener {
 
 namespace {
 
-struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-using AppInfo = std::unique_ptr<GAppInfo, Unref>;
+using AppInfo = GLibPointer<GAppInfo>;
 
 AppInfo handler(const QUrl &url)
 {
