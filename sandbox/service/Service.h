@@ -47,6 +47,7 @@ private:
     Calls m_calls;
     Judge m_judge;
     httplib::Server m_server;
+    int m_socket = -1; // the one it listens on; borrowed
 
     std::mutex m_mutex;
     std::condition_variable m_stopping;

@@ -25,7 +25,7 @@ struct Options {
 Options optionsFrom(int argc, char **argv)
 {
     Options options;
-    for (int i = 1; i < argc; ++i) {
+    for (int i = 1; i < argc && options.fault.empty(); ++i) {
         const std::string name = argv[i];
         const std::string value = i + 1 < argc ? argv[i + 1] : "";
         if (name == "--help") {

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "Process.h"
+
+#include <httplib.h>
+
+#include <functional>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+
+extern const std::string secret; // 32 bytes
+std::string encrypted(const std::string &plain, const std::string &key);
+std::string decrypted(const std::string &base64, const std::string &key);
+std::string signature(const std::string &timeStamp, const std::string &signedJson);
+
+/// One request, every piece open to be spoilt.
+struct Request {
+    std::string method = "POST";
+    std::string path;
+    httplib::Headers headers;
+    std::string body;
+
+    void set(const std::string &header, const std::string &value);
+};
+
+struct Reply {
+    int status = 0; ///< 0: there was no answer
+    bool wasEncrypted = false;
+    std::string body; ///< decrypted
+    nlohmann::json envelope;
+
+    int metaStatus() const;
+    std::string errorCode() const;
+    std::string errorMessage() const;
+    nlohmann::json result() const { return envelope.value("result", nlohmann::json()); }
+};
+
+/// A running service and a client that does everything right.
+class Sandbox {
+public:
+    /// \param scenario merged into one that holds the keys only
+    explicit Sandbox(const nlohmann::json &scenario = nlohmann::json::object());
+
+    /// What a right client sends now. \param json the parameters, sorted and escaped
+    Request request(const std::string &call, const std::string &json) const;
+    Reply send(const Request &request) const;
+    Reply call(const std::string &name, const nlohmann::json &parameters) const;
+
+    Process &process() { return *m_process; }
+    httplib::Client client() const;
+    int port() const { return m_port; }
+
+private:
+    std::unique_ptr<TemporaryFile> m_scenario;
+    std::unique_ptr<Process> m_process;
+    int m_port = 0;
+};
+
+/// Compact, sorted, slashes escaped.
+std::string canonical(const nlohmann::json &json);
+/// "<seconds>000" of now and \p offset seconds.
+std::string timeStampOf(long offset = 0);

@@ -1,0 +1,77 @@
+#include "Client.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <set>
+
+using nlohmann::json;
+
+namespace {
+json offeredCountries()
+{
+    const Sandbox sandbox;
+    return sandbox.call("country", json::object()).result().at("list");
+}
+}
+
+TEST(SandboxCountries, AreThoseOfTheStandard)
+{
+    // Where the standard turns a name round or spells out a form of state, the list reads as people
+    // say it.
+    const std::map<std::string, std::string> spoken {
+        { "VG", "British Virgin Islands" },
+        { "VI", "U.S. Virgin Islands" },
+        { "CD", "Congo (Democratic Republic)" },
+        { "FM", "Micronesia" },
+        { "PS", "Palestine" },
+    };
+    // Uninhabited, or without numbers of their own.
+    const std::set<std::string> silent { "AQ", "BV", "GS", "HM", "PN", "TF", "UM" };
+
+    std::ifstream file("/usr/share/iso-codes/json/iso_3166-1.json");
+    ASSERT_TRUE(file) << "the package iso-codes is missing";
+    const auto standard = json::parse(file);
+    std::map<std::string, std::string> expected;
+    for (const auto &entry : standard.at("3166-1")) {
+        const auto code = entry.at("alpha_2").get<std::string>();
+        if (silent.count(code) == 0)
+            expected[code] = spoken.count(code) != 0
+                ? spoken.at(code)
+                : entry.value("common_name", entry.at("name").get<std::string>());
+    }
+    std::map<std::string, std::string> offered;
+    const auto list = offeredCountries();
+    for (const auto &country : list)
+        offered[country.at("countryCode")] = country.at("title");
+    EXPECT_EQ(offered, expected);
+    EXPECT_EQ(list.size(), expected.size()) << "a country stands twice";
+}
+
+TEST(SandboxCountries, HaveThePrefixesOfTheNumberingPlan)
+{
+    // Asked of a library that knows the numbering plan: prefix, then the area code where the
+    // country has just one.
+    Process ask({ "/usr/bin/python3", "-c", R"(
+import phonenumbers
+for region in sorted(phonenumbers.SUPPORTED_REGIONS):
+    data = phonenumbers.PhoneMetadata.metadata_for_region(region)
+    area = data.leading_digits or ''
+    print(region, '+%d' % data.country_code, area if area.isdigit() else '-')
+)" });
+    ASSERT_EQ(ask.waitForEnd(), EXIT_SUCCESS) << ask.output();
+    std::map<std::string, std::pair<std::string, std::string>> plan;
+    std::istringstream lines(ask.output());
+    for (std::string region, prefix, area; lines >> region >> prefix >> area;)
+        plan[region] = { prefix, area == "-" ? "" : area };
+    ASSERT_GT(plan.size(), 240U);
+
+    for (const auto &country : offeredCountries()) {
+        const auto code = country.at("countryCode").get<std::string>();
+        ASSERT_EQ(plan.count(code), 1U) << code;
+        const auto &[prefix, area] = plan.at(code);
+        // Only prefix +1 is shared by countries that are told apart by the area code alone.
+        EXPECT_EQ(country.at("phoneCode"), prefix == "+1" ? prefix + area : prefix) << code;
+    }
+}

@@ -1,0 +1,66 @@
+#include "Client.h"
+
+#include <gtest/gtest.h>
+
+using nlohmann::json;
+
+namespace {
+std::string serviceOf(const Sandbox &sandbox)
+{
+    return "127.0.0.1:" + std::to_string(sandbox.port());
+}
+}
+
+TEST(Messenger, SendsThePreparedMessageAndEnds)
+{
+    const Sandbox sandbox(
+        json { { "texts", { { "message", "Grüße & 100 % <b>{code}</b> \"so\"\n+1?" } } } });
+    for (const auto *app : { "parlo", "kite", "murmur", "wrenly", "hushbell" }) {
+        const auto started = sandbox.call("start", { { "app", app } }).result();
+        const TemporaryFile picture("");
+        const auto pictureFile = picture.path() + ".png";
+        Process messenger({ MESSENGER_PROGRAM, "--service", serviceOf(sandbox), "--auto-send",
+            "--picture", pictureFile, started.at("deeplink") });
+        EXPECT_EQ(messenger.waitForEnd(), 0) << messenger.output();
+        EXPECT_TRUE(sandbox.call("check", { { "reference", started.at("reference") } })
+                        .result()
+                        .contains("sessionId"))
+            << app;
+        std::ifstream file(pictureFile);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}).substr(1, 3), "PNG");
+        std::remove(pictureFile.c_str());
+    }
+}
+
+TEST(Messenger, StaysWithItsMessageWhenNobodyTakesIt)
+{
+    const Sandbox sandbox;
+    Process messenger({ MESSENGER_PROGRAM, "--service", serviceOf(sandbox), "--auto-send",
+        "parlo://send?app=parlo&to=a&text=nobody%20waits" });
+    EXPECT_EQ(messenger.waitForEnd(std::chrono::milliseconds(2500)), std::nullopt);
+}
+
+TEST(Messenger, RefusesLinksThatAreNotItsOwn)
+{
+    const std::pair<std::string, const char *> links[] = {
+        { "", "no link" },
+        { "nonsense", "no link" },
+        { "https://send?app=https&to=a&text=b", "unknown scheme" },
+        { "parlo://open?app=parlo&to=a&text=b", "expected parlo://send" },
+        { "parlo://send/x?app=parlo&to=a&text=b", "expected parlo://send" },
+        { "parlo://send?app=kite&to=a&text=b", "not for the app" },
+        { "parlo://send?app=parlo&to=a", "no message" },
+        { "parlo://send?app=parlo&text=b", "no recipient" },
+        { "parlo://send?app=parlo&to=a&text=b&text=c", "\"text\" is unknown or stands twice" },
+        { "parlo://send?app=parlo&to=a&text=b&run=c", "\"run\" is unknown" },
+        { "parlo://send?app=parlo&to=a&text=" + std::string(1001, 'x'), "too long" },
+    };
+    for (const auto &[link, complaint] : links) {
+        Process messenger({ MESSENGER_PROGRAM, link });
+        EXPECT_EQ(messenger.waitForEnd(), 2) << link;
+        EXPECT_NE(messenger.output().find(complaint), std::string::npos) << messenger.output();
+    }
+    Process none({ MESSENGER_PROGRAM });
+    EXPECT_EQ(none.waitForEnd(), 2);
+    EXPECT_NE(none.output().find("expected one link"), std::string::npos) << none.output();
+}

@@ -1,0 +1,113 @@
+#include "Client.h"
+
+#include <gtest/gtest.h>
+
+using nlohmann::json;
+
+namespace {
+struct Row {
+    const char *name;
+    json outcome;
+    std::function<void(const Reply &)> expect;
+};
+
+std::function<void(const Reply &)> refusal(int status, const char *code, const char *message)
+{
+    return [=](const Reply &reply) {
+        EXPECT_TRUE(reply.wasEncrypted);
+        EXPECT_EQ(reply.status, status);
+        EXPECT_EQ(reply.metaStatus(), status);
+        EXPECT_EQ(reply.errorCode(), code);
+        EXPECT_EQ(reply.errorMessage(), message);
+        EXPECT_TRUE(reply.result().is_null());
+    };
+}
+
+std::function<void(const Reply &)> lacking(const char *key)
+{
+    return [=](const Reply &reply) {
+        EXPECT_EQ(reply.metaStatus(), 200);
+        EXPECT_FALSE(reply.result().is_null());
+        EXPECT_FALSE(reply.result().contains(key));
+    };
+}
+
+const Row rows[] = {
+    { "NoReference", "noReference", lacking("reference") },
+    { "NoResult", "noResult",
+        [](const Reply &reply) {
+            EXPECT_EQ(reply.metaStatus(), 200);
+            EXPECT_FALSE(reply.envelope.contains("result"));
+        } },
+    { "OtherKeyLeftOut", { { "without", { "deeplink" } } }, lacking("deeplink") },
+    { "Created", { { "status", 201 } },
+        [](const Reply &reply) { EXPECT_EQ(reply.metaStatus(), 201); } },
+    { "WrongCode", "wrongCode", refusal(400, "", "This code is not right.") },
+    { "Limit", "limit", refusal(429, "", "Too many attempts.") },
+    { "Refusal", { { "status", 403 }, { "errorCode", "403002" }, { "message", "Who are you?" } },
+        refusal(403, "403002", "Who are you?") },
+    { "CommonOneChanged", { { "like", "serverError" }, { "message", "Later." } },
+        refusal(500, "", "Later.") },
+    { "Plain", { { "plain", true } },
+        [](const Reply &reply) {
+            EXPECT_FALSE(reply.wasEncrypted);
+            EXPECT_TRUE(reply.result().contains("deeplink"));
+        } },
+    { "Garbage", "garbage",
+        [](const Reply &reply) {
+            EXPECT_EQ(reply.status, 200);
+            EXPECT_TRUE(reply.envelope.is_discarded());
+        } },
+    { "Cut", "cut", [](const Reply &reply) { EXPECT_EQ(reply.status, 0); } },
+};
+}
+
+class SandboxOutcome : public testing::TestWithParam<Row> { };
+
+TEST_P(SandboxOutcome, AnswersAsSet)
+{
+    const Sandbox sandbox(json { { "outcomes", { { "start", GetParam().outcome } } } });
+    GetParam().expect(sandbox.call("start", { { "app", "parlo" } }));
+    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 200) << "only start was set";
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenario, SandboxOutcome, testing::ValuesIn(rows),
+    [](const auto &row) { return row.param.name; });
+
+TEST(SandboxOutcomes, FollowTheirOrderAndTheLastStays)
+{
+    const Sandbox sandbox(
+        json { { "outcomes", { { "country", { "serverError", "success", "limit" } } } } });
+    for (const auto status : { 500, 200, 429, 429 })
+        EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), status);
+}
+
+TEST(SandboxOutcomes, DelayHoldsTheAnswerBack)
+{
+    const Sandbox sandbox(json { { "outcomes", { { "country", { { "delayMs", 300 } } } } } });
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 200);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(300));
+}
+
+// What is never answered must neither stop the others nor keep the service from ending.
+class SandboxEndless : public testing::TestWithParam<const char *> { };
+
+TEST_P(SandboxEndless, LeavesOthersServedAndEndsAtOnce)
+{
+    Sandbox sandbox(json { { "outcomes", { { "check", GetParam() }, { "start", GetParam() } } } });
+    std::vector<std::thread> waiting;
+    for (int i = 0; i < 10; ++i)
+        waiting.emplace_back([&] {
+            EXPECT_FALSE(sandbox.call("start", { { "app", "parlo" } }).envelope.is_object());
+        });
+    sandbox.process().waitForOutput("accepted: Parlo");
+    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 200);
+    sandbox.process().signal(SIGTERM);
+    EXPECT_EQ(sandbox.process().waitForEnd(std::chrono::seconds(3)), 0);
+    for (auto &thread : waiting)
+        thread.join();
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, SandboxEndless, testing::Values("silence", "drip"),
+    [](const auto &row) { return std::string(row.param); });

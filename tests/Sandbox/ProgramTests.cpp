@@ -1,0 +1,128 @@
+#include "Client.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using nlohmann::json;
+
+namespace {
+constexpr auto keysText = R"("keys":{"client":"c","secret":
+    "8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e"})";
+
+struct Row {
+    const char *name;
+    std::string scenario;
+    const char *complaint;
+};
+
+std::string beside(const char *fields) { return "{" + std::string(keysText) + "," + fields + "}"; }
+
+const Row rows[] = {
+    { "NoJson", "{\n\"keys\": }", "line 2" },
+    { "List", "[]", "scenario: expected an object" },
+    { "NoKeys", "{}", "keys: missing" },
+    { "NoSecret", R"({"keys":{"client":"c"}})", "keys.secret: missing" },
+    { "NoClientKey",
+        R"({"keys":{"secret":"8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e"}})",
+        "keys.client: missing" },
+    { "ShortSecret", R"({"keys":{"client":"c","secret":"8f2d"}})",
+        "keys.secret: expected 64 hexadecimal digits" },
+    { "UnknownField", beside(R"("app":[])"), "app: unknown field" },
+    { "WrongType", beside(R"("apps":[{"app":"a","name":"A"},{"app":5}])"),
+        "apps[1].app: expected text" },
+    { "TwiceAnApp", beside(R"("apps":[{"app":"a","name":"A"},{"app":"a","name":"B"}])"),
+        "apps[1].app: \"a\" stands twice" },
+    { "Colour", beside(R"("apps":[{"app":"a","name":"A","bgColour":"green"}])"),
+        "apps[0].bgColour: expected six" },
+    { "MessageWithoutCode", beside(R"("texts":{"message":"hello"})"), "texts.message: expected" },
+    { "Country", beside(R"("countries":[{"countryCode":"TR","title":"T","phoneCode":"90"}])"),
+        "countries[0].phoneCode: expected" },
+    { "Expiry", beside(R"("codes":{"expirySeconds":-1})"),
+        "codes.expirySeconds: expected a whole" },
+    { "UnknownCall", beside(R"("outcomes":{"begin":"success"})"), "outcomes.begin: no call" },
+    { "UnknownOutcome", beside(R"("outcomes":{"check":["success","maybe"]})"),
+        "outcomes.check[1]: no outcome" },
+    { "UnknownStatus", beside(R"("outcomes":{"check":{"status":401}})"),
+        "outcomes.check.status: expected" },
+};
+}
+
+class SandboxScenario : public testing::TestWithParam<Row> { };
+
+TEST_P(SandboxScenario, NamesTheFieldAtFault)
+{
+    const TemporaryFile file(GetParam().scenario);
+    Process program({ SANDBOX_PROGRAM, "--port", "0", "--scenario", file.path() });
+    EXPECT_EQ(program.waitForEnd(), EXIT_FAILURE);
+    EXPECT_NE(program.output().find(file.path() + ": "), std::string::npos) << program.output();
+    EXPECT_NE(program.output().find(GetParam().complaint), std::string::npos) << program.output();
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, SandboxScenario, testing::ValuesIn(rows),
+    [](const auto &row) { return row.param.name; });
+
+TEST(SandboxProgram, TakesTheScenarioThatItPrints)
+{
+    Process print({ SANDBOX_PROGRAM, "--print-scenario" });
+    ASSERT_EQ(print.waitForEnd(), EXIT_SUCCESS);
+    const auto scenario = json::parse(print.output());
+    const Sandbox sandbox(scenario);
+    EXPECT_EQ(
+        sandbox.call("country", json::object()).result().at("list"), scenario.at("countries"));
+}
+
+TEST(SandboxProgram, SaysThatItsPortIsTaken)
+{
+    const Sandbox first;
+    Process second({ SANDBOX_PROGRAM, "--port", std::to_string(first.port()) });
+    EXPECT_EQ(second.waitForEnd(), EXIT_FAILURE);
+    EXPECT_NE(second.output().find("port " + std::to_string(first.port())), std::string::npos);
+    EXPECT_NE(second.output().find("in use"), std::string::npos) << second.output();
+}
+
+TEST(SandboxProgram, RefusesWhatItDoesNotUnderstand)
+{
+    const std::pair<std::vector<std::string>, const char *> calls[] = {
+        { { "--port", "x" }, "--port: expected" },
+        { { "--port", "65536" }, "--port: expected" },
+        { { "--scenario", "/nowhere.json" }, "/nowhere.json: No such file" },
+        { { "--scenario" }, "--scenario: expected a file" },
+        { { "--prot", "1" }, "--prot: unknown option" },
+    };
+    for (const auto &[arguments, complaint] : calls) {
+        std::vector<std::string> words { SANDBOX_PROGRAM };
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        Process program(words);
+        EXPECT_NE(program.waitForEnd().value_or(0), 0);
+        EXPECT_NE(program.output().find(complaint), std::string::npos) << program.output();
+    }
+}
+
+TEST(SandboxProgram, EndsCleanlyOnSignals)
+{
+    for (const auto number : { SIGINT, SIGTERM }) {
+        Sandbox sandbox;
+        sandbox.process().signal(number);
+        EXPECT_EQ(sandbox.process().waitForEnd(std::chrono::seconds(3)), EXIT_SUCCESS);
+    }
+}
+
+TEST(SandboxProgram, SurvivesRequestsThatAreNone)
+{
+    Sandbox sandbox;
+    const auto huge =
+        sandbox.client().Post("/v1.0/init", std::string(2 * 1024 * 1024, 'x'), "application/json");
+    if (huge) { // the service may hang up before it has read all
+        EXPECT_GE(huge->status, 400);
+    }
+    auto forged = sandbox.request("init", "{}");
+    forged.path = "/v1.0/x%0A12:00:00%20init%20accepted";
+    EXPECT_EQ(sandbox.send(forged).status, 404);
+    auto lengthy = forged;
+    lengthy.path = "/v1.0/" + std::string(8000, 'x');
+    EXPECT_EQ(sandbox.send(lengthy).status, 404);
+    EXPECT_EQ(
+        sandbox.process().waitForOutput("no such call").find("\n12:00:00"), std::string::npos);
+    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 200);
+}
