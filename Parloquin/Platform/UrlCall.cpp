@@ -74,17 +74,22 @@ QNetworkRequest networkRequest(const UrlRequest &request)
     return result;
 }
 
-/// An answer that ends with its connection, and came so fast that the stack was still about to wait
-/// for it: the stack then believes it has to send again.
-bool endedWithItsConnection(const QNetworkReply &reply)
+/// Whether the answer is whole although the stack wants to send again: it does so too for an answer
+/// that ended with its connection and came fast, and for a 307 or 308, which it would not follow.
+bool isWhole(const QNetworkReply &reply, qint64 received)
 {
-    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
-        && !reply.hasRawHeader("Content-Length") && !reply.hasRawHeader("Transfer-Encoding");
+    const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    if (!status.isValid())
+        return false;
+    if (reply.hasRawHeader("Transfer-Encoding"))
+        return status == 307 || status == 308;
+    return !reply.hasRawHeader("Content-Length")
+        || reply.rawHeader("Content-Length").toLongLong() == received;
 }
 
 /// Nothing where the reply has a whole answer: a status of 400 and above is an error to the stack
 /// only.
-std::optional<TransportError> transportError(const QNetworkReply &reply)
+std::optional<TransportError> transportError(const QNetworkReply &reply, qint64 received)
 {
     const auto error = [&reply](int code) { return TransportError { code, reply.errorString() }; };
     switch (reply.error()) {
@@ -112,7 +117,7 @@ std::optional<TransportError> transportError(const QNetworkReply &reply)
     case QNetworkReply::SslHandshakeFailedError:
         return error(TransportError::secureConnectionFailed);
     case QNetworkReply::ContentReSendError: // closed before the first byte: see UploadBody
-        if (endedWithItsConnection(reply))
+        if (isWhole(reply, received))
             return {};
         return error(TransportError::networkConnectionLost);
     default:
@@ -131,7 +136,7 @@ std::optional<UrlResponse> urlResponse(const QNetworkReply &reply)
     for (const auto &field : reply.rawHeaderPairs())
         response.headers.append({ field.first, field.second });
     const QByteArray type = reply.rawHeader("Content-Type");
-    response.mimeType = type.left(type.indexOf(';')).trimmed().toLower();
+    response.mimeType = type.split(';').constFirst().trimmed().toLower();
     return response;
 }
 
@@ -176,7 +181,7 @@ void UrlCall::start(QNetworkAccessManager &manager)
     connect(m_reply, &QNetworkReply::finished, this, [this] {
         read();
         if (m_reply)
-            finish(transportError(*m_reply));
+            finish(transportError(*m_reply, m_data.size()));
     });
 }
 

@@ -146,13 +146,13 @@ std::vector<Weather> weathers()
     };
     // The transport's status decides nothing, with or without what else goes with it.
     static std::vector<std::string> names;
-    const int statuses[] = { 300, 304, 400, 401, 403, 404, 405, 407, 408, 409, 410, 413, 418, 429,
-        500, 501, 503, 599 };
+    const int statuses[] = { 300, 301, 302, 303, 304, 307, 308, 400, 401, 403, 404, 405, 407, 408,
+        409, 410, 413, 418, 429, 500, 501, 503, 599 };
     names.reserve(std::size(statuses));
     for (const int status : statuses) {
         names.push_back("Status" + std::to_string(status));
-        const QByteArray challenge =
-            "WWW-Authenticate: Basic realm=\"x\"\r\nProxy-Authenticate: Basic realm=\"x\"\r\n";
+        const QByteArray challenge = "Location: /moved\r\nWWW-Authenticate: Basic "
+                                     "realm=\"x\"\r\nProxy-Authenticate: Basic realm=\"x\"\r\n";
         rows.push_back(
             { names.back().c_str(), answered(json(status, status == 304 ? "" : success, challenge)),
                 status == 304 ? "jsonDecode" : "success", status == 304 ? unreadable : logged });

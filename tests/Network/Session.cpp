@@ -1,0 +1,148 @@
+// The shared session by itself: pictures use it too.
+#include "Network/Awaited.h"
+#include "Parloquin/Platform/UrlSession.h"
+#include "support/RawServer.h"
+
+#include <gtest/gtest.h>
+
+using namespace parloquin;
+using namespace std::chrono_literals;
+
+namespace {
+
+// "200 image/png 4" of a whole answer, else "error -1005", with the status where there is one.
+std::string shown(const std::optional<QByteArray> &data, const std::optional<UrlResponse> &response,
+    const std::optional<TransportError> &error)
+{
+    std::string text = response ? std::to_string(response->statusCode) + ' ' : "";
+    if (data && response)
+        text += response->mimeType.toStdString() + ' ' + std::to_string(data->size());
+    if (error)
+        text += "error " + std::to_string(error->code);
+    return text;
+}
+
+struct Get : Awaited<std::optional<QByteArray>, std::optional<UrlResponse>,
+                 std::optional<TransportError>> {
+    explicit Get(const QString &url, qint64 maximumBytes = 1000)
+        : Awaited(shown)
+    {
+        UrlRequest request;
+        request.url = QUrl(url);
+        request.method = "GET";
+        request.timeout = 30s;
+        task = UrlSession::shared().dataTask(request, handler(), maximumBytes);
+    }
+
+    std::shared_ptr<UrlSessionTask> task;
+};
+
+TEST(UrlSession, FetchesWhatHttpBringsAndNoMoreThanAllowed)
+{
+    RawServer server;
+    const auto picture = [](int size) {
+        return RawServer::http(
+            200, QByteArray(size, 'x'), "Content-Type: Image/PNG; charset=x\r\n");
+    };
+    server.answer("/fits", picture(1000));
+    server.answer("/large", picture(1001));
+    server.answer("/untyped", RawServer::http(200, "1234", ""));
+    server.answer("/gzip", RawServer::http(200, "\x1f\x8b\x08", "Content-Encoding: gzip\r\n"));
+    const struct {
+        QString url;
+        std::string outcome;
+    } rows[] = {
+        { server.url(QStringLiteral("/fits")), "200 image/png 1000" },
+        { server.url(QStringLiteral("/large")), "200 error -1005" },
+        { server.url(QStringLiteral("/untyped")), "200  4" },
+        { server.url(QStringLiteral("/gzip")), "200  3" },
+        { server.url(QStringLiteral("/missing")), "404 application/json 31" },
+        { QStringLiteral("http://") + RawServer::refusingHostAndPort(), "error -1004" },
+        { QStringLiteral("file:///etc/hostname"), "error -1002" },
+        { QStringLiteral("data:image/png,x"), "error -1002" },
+        { QString(), "error -1002" },
+    };
+    for (const auto &row : rows) {
+        Get get(row.url);
+        get.task->resume();
+        EXPECT_EQ(get.wait(), row.outcome) << row.url.toStdString();
+        EXPECT_EQ(get.count(), 1);
+    }
+}
+
+TEST(UrlSession, FollowsNoRedirectAndKeepsNoCookie)
+{
+    RawServer elsewhere;
+    RawServer server;
+    for (const int status : { 301, 302, 303, 307, 308 }) {
+        server.answer("/moved",
+            RawServer::http(status, "moved",
+                "Location: " + elsewhere.url(QStringLiteral("/")).toLatin1()
+                    + "\r\nSet-Cookie: a=b; Path=/\r\n"));
+        for (const char *method : { "GET", "POST" }) {
+            UrlRequest request { QUrl(server.url(QStringLiteral("/moved"))), method,
+                { { "Content-Type", "x" } },
+                method == QByteArray("POST") ? std::optional<QByteArray>("x") : std::nullopt, 30s };
+            Get get({});
+            get.task = UrlSession::shared().dataTask(request, get.handler());
+            get.task->resume();
+            EXPECT_EQ(get.wait(), std::to_string(status) + "  5");
+        }
+    }
+    EXPECT_EQ(server.requests().size(), 10U);
+    for (const RawRequest &request : server.requests())
+        EXPECT_EQ(request.header("Cookie"), "");
+    EXPECT_EQ(elsewhere.connections(), 0);
+}
+
+TEST(UrlSession, CancelsOnce)
+{
+    RawServer server;
+    server.answer("/", RawServer::http(200, "1234", ""));
+    Get unsent(server.url(QStringLiteral("/")));
+    unsent.task->cancel();
+    unsent.task->resume();
+    EXPECT_EQ(unsent.wait(), "error -999");
+    EXPECT_EQ(server.connections(), 0);
+
+    server.pause();
+    Get underWay(server.url(QStringLiteral("/")));
+    underWay.task->resume();
+    underWay.task->resume();
+    ASSERT_TRUE(server.waitForRequests(1));
+    underWay.task->cancel();
+    underWay.task->cancel();
+    EXPECT_EQ(underWay.wait(), "error -999");
+
+    server.proceed();
+    Get whole(server.url(QStringLiteral("/")));
+    whole.task->resume();
+    EXPECT_EQ(whole.wait(), "200  4");
+    whole.task->cancel();
+
+    Get last(server.url(QStringLiteral("/"))); // whatever was still to come has come before it
+    last.task->resume();
+    EXPECT_EQ(last.wait(), "200  4");
+    for (const Get *get : { &unsent, &underWay, &whole })
+        EXPECT_EQ(get->count(), 1);
+    EXPECT_EQ(server.requests().size(), 3U);
+}
+
+TEST(UrlSession, KeepsNoCallWaitingBehindSlowPictures)
+{
+    RawServer server;
+    server.play({ RawServer::read(), RawServer::hold() });
+    std::vector<std::unique_ptr<Get>> pictures;
+    for (int i = 0; i < 20; ++i) {
+        pictures.push_back(std::make_unique<Get>(server.url(QStringLiteral("/"))));
+        pictures.back()->task->resume();
+    }
+    ASSERT_TRUE(server.waitForRequests(6));
+    UrlRequest request { QUrl(server.url(QStringLiteral("/call"))), "POST",
+        { { "Content-Type", "x" } }, "x", 30s };
+    UrlSession::shared().dataTask(request, [](auto...) {})->resume();
+    EXPECT_TRUE(server.waitForRequests(7));
+    EXPECT_EQ(server.posts(), 1);
+}
+
+} // namespace
