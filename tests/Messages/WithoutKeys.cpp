@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+// HOST, the suite of each program of this file, is set where the programs are listed.
+
 using namespace parloquin;
 
 namespace {
@@ -15,7 +17,7 @@ int count(const std::string &text, const std::string &part)
     return found;
 }
 
-TEST(HostWithoutKeys, SendsANullBodyThatIsSignedAllTheSame)
+TEST(HOST, SendsANullBodyThatIsSignedAllTheSame)
 {
     testing::internal::CaptureStdout();
     const UrlRequest request = ApiRouter::check({ QStringLiteral("r") }).asURLRequest();
@@ -32,7 +34,7 @@ TEST(HostWithoutKeys, SendsANullBodyThatIsSignedAllTheSame)
     EXPECT_FALSE(clientKey->isNull());
 }
 
-TEST(HostWithoutKeys, ReadsNoEncryptedAnswer)
+TEST(HOST, ReadsNoEncryptedAnswer)
 {
     testing::internal::CaptureStdout();
     EXPECT_EQ(EncryptManager::shared().decrypt("PCn32vl2nKe93hNwJLVXSA=="), std::nullopt);
