@@ -10,7 +10,9 @@
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 
+#include <algorithm>
 #include <cstdio>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -18,7 +20,6 @@ namespace demo {
 
 namespace {
 
-constexpr auto usualPatience = 10s;
 constexpr auto glance = 20ms; // between two looks
 
 /// Without the marks that keep a text's direction on a mixed page.
@@ -31,7 +32,7 @@ QString bare(QString text)
 
 } // namespace
 
-bool AutoPlayer::waitFor(
+bool AutoPlayer::waitQuietlyFor(
     const QString &what, const Condition &come, std::chrono::milliseconds patience)
 {
     const QDeadlineTimer deadline(patience);
@@ -49,13 +50,16 @@ bool AutoPlayer::waitFor(
         return fail(tr("the window was closed while waiting: %1").arg(what));
     if (!came)
         return fail(tr("not within %1 s: %2").arg(double(patience.count()) / 1000).arg(what));
-    step(what);
     return true;
 }
 
-bool AutoPlayer::waitFor(const QString &what, const Condition &come)
+bool AutoPlayer::waitFor(
+    const QString &what, const Condition &come, std::chrono::milliseconds patience)
 {
-    return waitFor(what, come, usualPatience);
+    if (!waitQuietlyFor(what, come, patience))
+        return false;
+    step(what);
+    return true;
 }
 
 bool AutoPlayer::fail(const QString &why)
@@ -110,7 +114,7 @@ QPoint AutoPlayer::middleOf(const QWidget *widget) const
 
 bool AutoPlayer::see(const QString &name, QWidget *&found)
 {
-    return waitFor(tr("%1 is on the screen").arg(name), [&, this] {
+    return waitQuietlyFor(tr("%1 is on the screen").arg(name), [&, this] {
         found = visible(name);
         return found && settled();
     });
@@ -145,28 +149,45 @@ bool AutoPlayer::type(const QString &text)
 
 QImage AutoPlayer::frame() const { return m_window->grab().toImage(); }
 
-bool AutoPlayer::settled(QImage *last)
+bool AutoPlayer::settled()
 {
-    static QImage previous;
-    QImage now = frame();
-    const bool same = now == previous;
-    previous = now;
-    if (last)
-        *last = now;
-    return same;
+    const QImage now = frame();
+    return now == std::exchange(m_frame, now);
+}
+
+bool AutoPlayer::iconsShown() const
+{
+    const QImage image = frame();
+    const qreal ratio = image.devicePixelRatio();
+    const auto icons = m_window->findChildren<QWidget *>(QStringLiteral("imgKitIcon"));
+    return std::all_of(icons.begin(), icons.end(), [&](const QWidget *icon) {
+        if (!icon->isVisible())
+            return true;
+        const QRectF place(icon->mapTo(m_window.data(), QPoint()), icon->size());
+        const QImage part =
+            image.copy(QRectF(place.topLeft() * ratio, place.size() * ratio).toAlignedRect());
+        // An icon that is not there leaves its place in the one colour of the row.
+        QSet<QRgb> colours;
+        for (int y = 0; y < part.height(); ++y)
+            for (int x = 0; x < part.width(); ++x)
+                colours.insert(part.pixel(x, y));
+        return colours.size() > 1;
+    });
 }
 
 bool AutoPlayer::picture(const QString &name)
 {
-    QImage image;
-    if (!waitFor(
-            tr("screen \"%1\" has come to rest").arg(name), [&, this] { return settled(&image); }))
+    if (m_pictured.contains(name))
+        return true;
+    m_pictured.insert(name);
+    if (!waitQuietlyFor(
+            tr("screen \"%1\" has come to rest").arg(name), [this] { return settled(); }))
         return false;
     const QString file =
         QDir(m_pictures)
             .filePath(
                 QStringLiteral("%1-%2.png").arg(++m_number, 2, 10, QLatin1Char('0')).arg(name));
-    if (!image.save(file))
+    if (!m_frame.save(file))
         return fail(tr("cannot write %1").arg(file));
     step(tr("picture %1").arg(file));
     return true;

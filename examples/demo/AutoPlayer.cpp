@@ -7,6 +7,9 @@
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 
+#include <memory>
+#include <utility>
+
 using namespace std::chrono_literals;
 
 namespace demo {
@@ -19,6 +22,14 @@ const QString phoneCode = QStringLiteral("+32");
 const QString number = QStringLiteral("470123456");
 
 QString textOf(const QWidget *widget) { return widget->property("text").toString(); }
+
+/// Of the same length, and different in every character.
+QString wrongFor(QString code)
+{
+    for (QChar &digit : code)
+        digit = digit == QLatin1Char('9') ? QLatin1Char('0') : QChar(digit.unicode() + 1);
+    return code;
+}
 
 } // namespace
 
@@ -54,7 +65,8 @@ bool AutoPlayer::playMessaging()
     };
     if (!waitFor(tr("the app list shows %1").arg(app), findRow))
         return false;
-    if (!picture(QStringLiteral("app-list")))
+    if (!waitFor(tr("every app has its icon"), [this] { return iconsShown(); })
+        || !picture(QStringLiteral("app-list")))
         return false;
 
     QWindow *target = m_window->windowHandle();
@@ -72,17 +84,25 @@ bool AutoPlayer::playMessaging()
         && waitFor(
             tr("the message is sent, the host is in front again"),
             [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; }, 20s)
-        && confirmed();
+        && confirmed(QStringLiteral("verified-by-message"));
 }
 
 bool AutoPlayer::playSms()
 {
     m_road = QStringLiteral("SMS code");
-    if (!presentKit() || !click(QStringLiteral("viewAlternativeKit")))
+    QString code;
+    if (!askForCode(code) || !typeCode(wrongFor(code)) || !click(QStringLiteral("btnCheck"))
+        || !refused())
         return false;
+    return askForCode(code) && typeCode(code) && picture(QStringLiteral("code-entry-filled"))
+        && click(QStringLiteral("btnCheck")) && confirmed(QStringLiteral("verified-by-code"));
+}
 
+bool AutoPlayer::askForCode(QString &code)
+{
     QWidget *field = nullptr;
-    if (!see(QStringLiteral("txtPhoneNumber"), field) || !picture(QStringLiteral("phone-entry"))
+    if (!presentKit() || !click(QStringLiteral("viewAlternativeKit"))
+        || !see(QStringLiteral("txtPhoneNumber"), field) || !picture(QStringLiteral("phone-entry"))
         || !click(QStringLiteral("viewCountryBack")) || !pickCountry()
         || !click(QStringLiteral("txtPhoneNumber")) || !type(number)
         || !picture(QStringLiteral("phone-entry-filled")) || !click(QStringLiteral("btnContinue")))
@@ -94,22 +114,24 @@ bool AutoPlayer::playSms()
         || !picture(QStringLiteral("code-entry")))
         return false;
 
-    QString code;
-    bool asking = false;
-    const auto codeCame = [&, this] {
-        if (code.isEmpty() && !std::exchange(asking, true)) {
-            m_window->backEnd().askCode(
-                phoneCode.mid(1) + number, [&code, &asking](const QString &answer) {
-                    code = answer;
-                    asking = false;
-                });
-        }
-        return !asking && !code.isEmpty();
+    // Shared: an answer may still come when the wait for it is over.
+    struct Asked {
+        QString code;
+        bool waiting = false;
     };
-    if (!waitFor(tr("the code has come by SMS"), codeCame, 10s))
+    const auto asked = std::make_shared<Asked>();
+    const auto codeCame = [asked, this] {
+        if (asked->code.isEmpty() && !std::exchange(asked->waiting, true)) {
+            m_window->backEnd().askCode(phoneCode.mid(1) + number, [asked](const QString &answer) {
+                *asked = { answer, false };
+            });
+        }
+        return !asked->code.isEmpty();
+    };
+    if (!waitFor(tr("the code has come by SMS"), codeCame))
         return false;
-    return typeCode(code) && picture(QStringLiteral("code-entry-filled"))
-        && click(QStringLiteral("btnCheck")) && confirmed();
+    code = asked->code;
+    return true;
 }
 
 bool AutoPlayer::presentKit()
@@ -120,7 +142,7 @@ bool AutoPlayer::presentKit()
                    button = visible(QStringLiteral("btnVerify"));
                    return button && button->isEnabled();
                })
-        && (m_number > 0 || picture(QStringLiteral("start"))) && click(QStringLiteral("btnVerify"))
+        && picture(QStringLiteral("start")) && click(QStringLiteral("btnVerify"))
         && waitFor(tr("the kit is open, its first answer is in"), [this] {
                const QWidget *panel = visible(QStringLiteral("viewAlternativeKit"));
                return panel && settled();
@@ -169,22 +191,38 @@ bool AutoPlayer::typeCode(const QString &code)
     return true;
 }
 
-bool AutoPlayer::confirmed()
+bool AutoPlayer::outcome(QString &state)
 {
     QWidget *page = nullptr;
     if (!see(QStringLiteral("pageOutcome"), page))
         return false;
-    const auto state = [page] { return page->property("state").toString(); };
-    if (!waitFor(tr("the kit has reported, the back end has answered"),
-            [&state] { return state() != QStringLiteral("asking"); }))
+    return waitFor(tr("the outcome is in"), [&state, page] {
+        state = page->property("state").toString();
+        return state != QStringLiteral("asking");
+    });
+}
+
+bool AutoPlayer::refused()
+{
+    QString state;
+    if (!outcome(state) || !picture(QStringLiteral("not-verified")))
         return false;
-    if (!picture(state()))
+    if (state != QStringLiteral("failed"))
+        return fail(tr("a wrong code was not refused, the outcome is: %1").arg(state));
+    step(tr("the wrong code was refused, as it should be"));
+    return click(QStringLiteral("btnAgain")); // "Not now": back to the start
+}
+
+bool AutoPlayer::confirmed(const QString &name)
+{
+    QString state;
+    if (!outcome(state) || !picture(name))
         return false;
-    const auto told = [this](const QString &name) {
-        const QWidget *label = visible(name);
+    const auto told = [this](const QString &part) {
+        const QWidget *label = visible(part);
         return label ? textOf(label) : QString();
     };
-    if (state() != QStringLiteral("verified"))
+    if (state != QStringLiteral("verified"))
         return fail(told(QStringLiteral("lblOutcome")) + QStringLiteral(": ")
             + told(QStringLiteral("lblOutcomeWords")));
 

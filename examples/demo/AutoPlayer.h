@@ -4,11 +4,11 @@
 #include <QtCore/QPointer>
 #include <QtCore/QSet>
 #include <QtCore/QString>
+#include <QtGui/QImage>
 
 #include <chrono>
 #include <functional>
 
-class QImage;
 class QWidget;
 
 namespace demo {
@@ -36,19 +36,26 @@ private:
     [[nodiscard]] bool presentKit();
     [[nodiscard]] bool pickCountry();
     [[nodiscard]] bool typeCode(const QString &code);
-    [[nodiscard]] bool confirmed();
+    [[nodiscard]] bool askForCode(QString &code);
+    [[nodiscard]] bool outcome(QString &state);
+    [[nodiscard]] bool refused();
+    [[nodiscard]] bool confirmed(const QString &name);
 
     // The player's eyes and hands. Each that returns a bool names the step at fault when false.
     using Condition = std::function<bool()>;
-    [[nodiscard]] bool waitFor(
-        const QString &what, const Condition &come, std::chrono::milliseconds patience);
-    [[nodiscard]] bool waitFor(const QString &what, const Condition &come);
+    static constexpr std::chrono::seconds usualPatience { 10 };
+    [[nodiscard]] bool waitFor(const QString &what, const Condition &come,
+        std::chrono::milliseconds patience = usualPatience);
+    [[nodiscard]] bool waitQuietlyFor(const QString &what, const Condition &come,
+        std::chrono::milliseconds patience = usualPatience);
     [[nodiscard]] bool see(const QString &name, QWidget *&found);
     [[nodiscard]] bool click(const QString &name);
     void turnWheel(const QWidget *target, int eighths);
     [[nodiscard]] bool type(const QString &text);
+    /// Once for each name: a road walked again is not pictured again.
     [[nodiscard]] bool picture(const QString &name);
-    [[nodiscard]] bool settled(QImage *last = nullptr);
+    [[nodiscard]] bool settled();
+    [[nodiscard]] bool iconsShown() const;
     [[nodiscard]] bool fail(const QString &why);
     void step(const QString &words) const;
 
@@ -63,6 +70,8 @@ private:
     int m_number = 0; // of the next picture
     QString m_road;
     bool m_left = false; // another program came to the front
+    QImage m_frame; // the last one looked at
+    QSet<QString> m_pictured;
     QSet<QString> m_sessions; // confirmed so far
 };
 
