@@ -1,0 +1,161 @@
+#include "Parloquin/Platform/Linux/BinaryPropertyList.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <functional>
+
+namespace {
+
+QByteArray xml(const QByteArray &inner)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + inner
+        + "</plist>\n";
+}
+
+QByteArray dictionary(const QByteArray &inner) { return xml("<dict>" + inner + "</dict>"); }
+
+/// A binary list of the objects given, the first on top; offsets and references are a byte each.
+QByteArray binary(const QList<QByteArray> &objects)
+{
+    QByteArray bytes = "bplist00";
+    QByteArray table;
+    for (const QByteArray &object : objects) {
+        table += static_cast<char>(bytes.size());
+        bytes += object;
+    }
+    const auto start = static_cast<char>(bytes.size());
+    bytes += table + QByteArray(6, '\0') + "\x01\x01" + QByteArray(7, '\0')
+        + static_cast<char>(objects.size()) + QByteArray(8, '\0') + QByteArray(7, '\0') + start;
+    return bytes;
+}
+
+using Place = std::function<void(const QByteArray &path)>;
+
+Place file(const QByteArray &bytes)
+{
+    return [bytes](const QByteArray &path) {
+        QFile out(QFile::decodeName(path));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(bytes);
+    };
+}
+
+struct ListRow {
+    const char *name;
+    Place place;
+    const char *value; // under "key"
+    const char *fault; // part of what stands on standard error; empty for a silent one
+};
+
+class PropertyList : public testing::TestWithParam<ListRow> { };
+
+TEST_P(PropertyList, GivesTheTextOrNamesTheFault)
+{
+    // The list lies beside the program, so the program gets a place of its own.
+    const QTemporaryDir folder(
+        QCoreApplication::applicationDirPath() + QStringLiteral("/list-XXXXXX"));
+    const QString program = folder.filePath(QStringLiteral("probe"));
+    ASSERT_EQ(::link(DEVICE_PROBE, QFile::encodeName(program).constData()), 0);
+    const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("Info.plist")));
+    GetParam().place(path);
+
+    QProcess process;
+    process.start(program, { QStringLiteral("key"), QStringLiteral("key") });
+    ASSERT_TRUE(process.waitForFinished(10000)) << "it waits for ever";
+    ASSERT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+    EXPECT_EQ(process.readAllStandardOutput(),
+        QByteArray(GetParam().value) + "\n" + GetParam().value + "\n");
+    const QByteArray said = process.readAllStandardError();
+    const QByteArray fault = GetParam().fault;
+    if (fault.isEmpty()) {
+        EXPECT_EQ(said, "");
+    } else {
+        // Named with its file, and once.
+        EXPECT_TRUE(said.contains(path) && said.contains(fault)) << said.constData();
+        EXPECT_EQ(said.count('\n'), 1);
+    }
+}
+
+constexpr char absent[] = "(absent)";
+const QByteArray key = "\x53key";
+const ListRow listRows[] = {
+    { "NoFile", [](const QByteArray &) {}, absent, "" },
+    { "Xml", file(dictionary("<key>key</key><string>a &amp; \xC3\xA9</string>")), "a & \xC3\xA9",
+        "" },
+    { "XmlWithMark", file("\xEF\xBB\xBF" + dictionary("<key>key</key><string>x</string>")), "x",
+        "" },
+    { "Binary", file(binary({ "\xD1\x01\x02", key, "\x55value" })), "value", "" },
+    { "BinaryUtf16", file(binary({ "\xD1\x01\x02", key, QByteArray("\x61\x20\xAC", 3) })),
+        "\xE2\x82\xAC", "" },
+    { "EmptyText", file(dictionary("<key>key</key><string></string>")), "", "" },
+    { "OtherKeys", file(dictionary("<key>k</key><string>x</string>")), absent, "" },
+    { "NoText", file(dictionary("<key>key</key><integer>7</integer>")), absent, "" },
+    { "Empty", file(""), absent, "is no property list" },
+    { "Garbage", file("key = value\n"), absent, "is no property list" },
+    { "XmlCut", file(dictionary("<key>key</key><string>x</string>").left(90)), absent,
+        "is no property list" },
+    { "NoDictionary", file(xml("<array><string>key</string></array>")), absent,
+        "holds no dictionary" },
+    { "DeepXml",
+        file(xml(QByteArray("<array>").repeated(4000) + QByteArray("</array>").repeated(4000))),
+        absent, "holds no dictionary" },
+    { "Oversized",
+        file(dictionary("<key>key</key><string>" + QByteArray(64 * 1024, 'x') + "</string>")),
+        absent, "over 64 KiB" },
+    { "BinaryCut", file(binary({ "\xD1\x01\x02", key, "\x55value" }).chopped(1)), absent,
+        "broken binary" },
+    { "BinaryHeaderOnly", file("bplist00"), absent, "broken binary" },
+    { "Cyclic", file(binary({ "\xD1\x01\x02", key, QByteArray("\xA1\x00", 2) })), absent,
+        "broken binary" },
+    { "Pipe", [](const QByteArray &path) { ASSERT_EQ(::mkfifo(path.constData(), 0600), 0); },
+        absent, "no regular file" },
+    { "Folder", [](const QByteArray &path) { ASSERT_EQ(::mkdir(path.constData(), 0700), 0); },
+        absent, "no regular file" },
+    { "Device",
+        [](const QByteArray &path) { ASSERT_EQ(::symlink("/dev/zero", path.constData()), 0); },
+        absent, "no regular file" },
+    { "LinkToItself",
+        [](const QByteArray &path) { ASSERT_EQ(::symlink(path.constData(), path.constData()), 0); },
+        absent, "cannot be read" },
+};
+INSTANTIATE_TEST_SUITE_P(Files, PropertyList, testing::ValuesIn(listRows),
+    [](const auto &row) { return row.param.name; });
+
+// Few bytes that unfold to more nodes than any memory holds.
+TEST(BinaryPropertyList, RefusesToUnfoldWithoutEnd)
+{
+    QList<QByteArray> doubling { "\xD1\x01\x02", key };
+    for (char next = 3; next < 40; ++next)
+        doubling << QByteArray("\xA2") + next + next;
+    doubling << "\x51x";
+    EXPECT_FALSE(parloquin::isPlainBinaryPropertyList(binary(doubling)));
+    doubling.erase(doubling.begin() + 8, doubling.end() - 1);
+    doubling[7] = "\x51x";
+    EXPECT_TRUE(parloquin::isPlainBinaryPropertyList(binary(doubling)));
+}
+
+// Every byte of a list set to every extreme: never a read beyond its end (the sanitizer watches).
+TEST(BinaryPropertyList, SurvivesAnyByte)
+{
+    const QByteArray whole = binary(
+        { "\xD1\x01\x02", key, "\xA1\x03", QByteArray("\x5F\x10\x10", 3) + QByteArray(16, 'v') });
+    ASSERT_TRUE(parloquin::isPlainBinaryPropertyList(whole));
+    for (qsizetype i = 0; i < whole.size(); ++i) {
+        for (int value = 0; value < 256; ++value) {
+            QByteArray damaged = whole;
+            damaged[i] = static_cast<char>(value);
+            damaged.detach();
+            static_cast<void>(parloquin::isPlainBinaryPropertyList(damaged));
+        }
+        EXPECT_FALSE(parloquin::isPlainBinaryPropertyList(whole.left(i)));
+    }
+}
+
+} // namespace
