@@ -1,12 +1,14 @@
 #pragma once
 
-#include <QtWidgets/QAbstractButton>
+#include "Parloquin/Platform/UI/Tappable.h"
+
+#include <QtGui/QColor>
 
 namespace parloquin {
 
 /// \brief A text button of the navigation bar: 17 px, white unless tinted, 48 high, at least 60
 /// wide.
-class BarButtonItem : public QAbstractButton {
+class BarButtonItem : public Tappable {
     Q_OBJECT
 public:
     /// \param name becomes objectName and, with the title, what automation finds it by

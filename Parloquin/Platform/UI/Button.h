@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QtWidgets/QAbstractButton>
+#include "Parloquin/Platform/UI/Tappable.h"
 
 namespace parloquin {
 
 /// \brief A button of the screens: filled and rounded, or a plain text link that may wrap.
-class Button : public QAbstractButton {
+class Button : public Tappable {
     Q_OBJECT
 public:
     explicit Button(QWidget *parent = nullptr);
@@ -16,6 +16,7 @@ public:
     void setCornerRadius(qreal radius);
     /// Off where a press leads to nothing and must not look as if it did.
     void setShowsPress(bool shows);
+    [[nodiscard]] qreal cornerRadius() const { return m_radius; }
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;

@@ -22,6 +22,8 @@ public:
     void setTitleColor(const QColor &color);
     [[nodiscard]] QColor titleColor() const;
 
+    /// Keeps a picture of what the bar shows now, for the next show() to fade from.
+    void rememberLook();
     /// \param item what to show; the texts cross-fade when animated
     void show(NavigationItem *item, bool animated);
     using QWidget::show;
@@ -29,6 +31,7 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     struct Private;

@@ -45,9 +45,11 @@ protected:
     void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     struct Private;
+    friend struct Private;
     std::unique_ptr<Private> d;
 };
 

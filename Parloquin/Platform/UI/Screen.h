@@ -15,6 +15,7 @@ class NavigationItem : public QObject {
     Q_OBJECT
 public:
     using QObject::QObject;
+    ~NavigationItem() override;
 
     [[nodiscard]] QString title() const { return m_title; }
     void setTitle(const QString &title);
@@ -69,6 +70,8 @@ private:
 
     NavigationItem m_navigationItem;
     QPointer<NavigationController> m_navigationController;
+    QPointer<QWidget> m_focus; // what had the focus when the screen was covered
+    bool m_focusRings = false;
     bool m_loaded = false;
 };
 

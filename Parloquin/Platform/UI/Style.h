@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QtGui/QColor>
+#include <QtGui/QFont>
 
 #include <chrono>
+
+class QWidget;
 
 /// \brief The look that all screens share, each value decided once.
 namespace parloquin::Style {
@@ -18,11 +21,22 @@ inline constexpr QColor pressedRow { 0xe9, 0xea, 0xff };
 inline constexpr QColor headerBackground { 0xf1, 0xf2, 0xf8 };
 inline constexpr QColor headerInk { 0x3c, 0x40, 0x58 };
 
+inline constexpr int strayDistance = 10; // px a finger may move and still tap
+
 inline constexpr std::chrono::milliseconds push { 320 };
 inline constexpr std::chrono::milliseconds pop { 280 };
 inline constexpr std::chrono::milliseconds titleFade { 200 };
 inline constexpr std::chrono::milliseconds pressFade { 180 };
 inline constexpr std::chrono::milliseconds veilFade { 120 };
 inline constexpr std::chrono::milliseconds scrollThumb { 800 };
+
+/// The application's font at this size (px) and weight; family and the rest are inherited.
+[[nodiscard]] QFont font(int pixels, QFont::Weight weight);
+/// Distance from line to line (px) of text in this font; Arabic needs more than Latin.
+[[nodiscard]] int lineSpacing(const QFont &font, const QString &text);
+/// Milliseconds that a motion takes for this widget: 0 where its style asks for no animation.
+[[nodiscard]] int duration(const QWidget *widget, std::chrono::milliseconds motion);
+/// One device pixel; at ratio 1 half a pixel, which antialiasing draws at half strength.
+[[nodiscard]] qreal hairlineWidth(const QWidget *widget);
 
 } // namespace parloquin::Style

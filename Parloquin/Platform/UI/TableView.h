@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Parloquin/Platform/UI/PressFade.h"
+
 #include <QtCore/QStringList>
 #include <QtWidgets/QWidget>
 
@@ -27,6 +29,10 @@ public:
     [[nodiscard]] IndexPath indexPath() const { return m_path; }
     [[nodiscard]] bool isPressed() const { return m_pressed; }
     [[nodiscard]] bool hasKeyboardFocus() const { return m_focused; }
+    /// How strongly the press shows, 0..1: it fades out when it ends.
+    [[nodiscard]] qreal pressStrength() const { return m_fade.strength(); }
+    /// Selects the row, as a tap does.
+    void select();
 
 protected:
     /// Pressed or keyboard focus has changed; the default repaints.
@@ -34,6 +40,10 @@ protected:
 
 private:
     friend class TableView;
+    void setState(bool pressed, bool focused);
+
+    PressFade m_fade;
+    QString m_identifier;
     IndexPath m_path;
     bool m_pressed = false;
     bool m_focused = false;
@@ -100,7 +110,11 @@ public:
 
 protected:
     bool event(QEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
@@ -110,6 +124,7 @@ protected:
 
 private:
     struct Private;
+    friend class TableCell;
     std::unique_ptr<Private> d;
 };
 

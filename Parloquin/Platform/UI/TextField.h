@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtWidgets/QLineEdit>
 
 namespace parloquin {
@@ -20,6 +22,7 @@ public:
     void setPhonePadKeyboard();
     /// Off: shows a text only; no focus, transparent for the mouse.
     void setUserInteractionEnabled(bool enabled);
+    [[nodiscard]] qreal cornerRadius() const { return m_radius; }
 
 Q_SIGNALS:
     void beganEditing();
@@ -29,11 +32,20 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void followDirection();
+    void watchParent();
+    void restartCaret();
+
     QColor m_borderColor;
     qreal m_borderWidth = 0;
     qreal m_radius = 0;
+    QTimer m_blink;
+    bool m_caretShown = false;
+    QPointer<QWidget> m_watchedParent;
 };
 
 } // namespace parloquin

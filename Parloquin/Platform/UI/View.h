@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Parloquin/Platform/UI/Tappable.h"
+
+#include <QtCore/QPointer>
 #include <QtGui/QColor>
-#include <QtWidgets/QAbstractButton>
 
 namespace parloquin {
 
@@ -9,7 +11,7 @@ namespace parloquin {
 ///
 /// A tappable view shows the pressed tint, takes keyboard focus with a ring, and is a button to a
 /// screen reader; the accessible name is then its to set.
-class View : public QAbstractButton {
+class View : public Tappable {
     Q_OBJECT
 public:
     explicit View(QWidget *parent = nullptr);
@@ -29,6 +31,11 @@ public:
     /// A box with a field in it rings while that field has the focus.
     void setRingsFor(QWidget *field);
 
+    [[nodiscard]] bool isTappable() const { return m_tappable; }
+    [[nodiscard]] qreal cornerRadius() const { return m_radius; }
+    [[nodiscard]] bool ringsInside() const { return m_ringInside; }
+    [[nodiscard]] QWidget *ringField() const { return m_ringField; }
+
 protected:
     void paintEvent(QPaintEvent *event) override;
 
@@ -38,6 +45,9 @@ private:
     QColor m_pressed;
     qreal m_borderWidth = 0;
     qreal m_radius = 0;
+    QPointer<QWidget> m_ringField;
+    bool m_tappable = false;
+    bool m_ringInside = false;
 };
 
 } // namespace parloquin

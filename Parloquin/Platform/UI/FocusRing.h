@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtGui/QColor>
+#include <QtWidgets/QWidget>
+
+class QPainter;
+
+namespace parloquin {
+
+/// \brief The ring around whatever has the focus on a screen, over everything else there.
+///
+/// Boxes clip what they hold, so a field cannot draw its own ring; the screen's overlay can.
+/// Fields ring on any focus, everything else on keyboard focus only. Rows draw their own.
+class FocusRing : public QWidget {
+    Q_OBJECT
+public:
+    explicit FocusRing(QWidget *screen);
+
+    /// \brief Draws a ring around rect (2 px, 2 px off), or 2 px inside of it.
+    /// \param radius corner radius of rect, px
+    static void paint(
+        QPainter &painter, const QRectF &rect, qreal radius, bool inside, const QColor &color);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void follow(QWidget *focused);
+    void place();
+
+    QWidget *m_screen;
+    QPointer<QWidget> m_target;
+    qreal m_radius = 0;
+    bool m_inside = false;
+};
+
+} // namespace parloquin

@@ -1,0 +1,336 @@
+#include "Parloquin/Platform/UI/TableView.h"
+
+#include "Parloquin/Extension/Fatal.h"
+#include "Parloquin/Platform/UI/Accessibility.h"
+#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Platform/UI/TableViewPrivate.h"
+
+#include <QtCore/QEvent>
+#include <QtCore/QScopedValueRollback>
+#include <QtGui/QPainter>
+#include <QtWidgets/QScroller>
+
+#include <algorithm>
+
+namespace parloquin {
+
+namespace {
+constexpr int separatorMargin = 15; // px
+constexpr int jumpTime = 250; // ms
+}
+
+TableView::Private::Private(TableView *owner)
+    : table(owner)
+    , shadow(new TableShadow(owner))
+    , index(new TableIndex(owner))
+    , thumb(new TableThumb(owner))
+{
+    shadow->hide();
+    index->hide();
+    motion.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&motion, &QVariantAnimation::valueChanged, table,
+        [this](const QVariant &value) { setOffset(value.toInt()); });
+    connect(index, &TableIndex::chosen, table, [this](int letter) { jumpToSection(letter); });
+}
+
+void TableView::Private::reload()
+{
+    cancelPress();
+    for (const auto &[key, cell] : cells)
+        recycle(cell);
+    cells.clear();
+    geometry.load(*table, source, rowHeight);
+    const auto letters = source ? source->sectionIndexTitles(*table) : QStringList();
+    hasIndex = !letters.isEmpty();
+    index->setLetters(letters);
+    index->setVisible(hasIndex);
+    if (current && !geometry.contains(*current))
+        current = geometry.last();
+    offset = std::clamp(offset, 0, maxOffset());
+    arrange();
+}
+
+int TableView::Private::maxOffset() const
+{
+    return std::max(geometry.height() - table->height(), 0);
+}
+
+int TableView::Private::contentWidth() const
+{
+    return std::max(table->width() - (hasIndex ? TableIndex::stripWidth : 0), 0);
+}
+
+void TableView::Private::setOffset(int value)
+{
+    value = std::clamp(value, 0, maxOffset());
+    if (value == offset)
+        return;
+    offset = value;
+    arrange();
+    if (!hasIndex)
+        thumb->showFor(offset, geometry.height());
+}
+
+void TableView::Private::arrange()
+{
+    if (arranging)
+        return; // a cell being filled asked for it
+    const QScopedValueRollback guard(arranging, true);
+    placeCells();
+    placeHeaders();
+    if (hasIndex) {
+        const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
+        index->setGeometry(
+            mirrored ? 0 : contentWidth(), 0, TableIndex::stripWidth, table->height());
+        index->raise();
+    }
+    updateStates();
+    table->update();
+}
+
+void TableView::Private::recycle(TableCell *cell)
+{
+    cell->m_fade.reset();
+    cell->m_pressed = false;
+    cell->m_focused = false;
+    cell->hide();
+    waiting[cell->m_identifier].append(cell);
+}
+
+void TableView::Private::placeCells()
+{
+    const int bottom = offset + table->height();
+    for (auto it = cells.begin(); it != cells.end();) {
+        const int y = geometry.topOf({ it->first.first, it->first.second });
+        if (y + rowHeight <= offset || y >= bottom) {
+            recycle(it->second);
+            it = cells.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
+    const int x = mirrored && hasIndex ? TableIndex::stripWidth : 0;
+    for (int section = geometry.sectionAt(offset);
+         section >= 0 && section < static_cast<int>(geometry.sections().size()); ++section) {
+        const auto &found = geometry.sections()[static_cast<std::size_t>(section)];
+        const int rowsTop = found.top + found.header;
+        if (found.top >= bottom)
+            break;
+        for (int row = std::max((offset - rowsTop) / rowHeight, 0); row < found.rows; ++row) {
+            const int y = rowsTop + row * rowHeight;
+            if (y >= bottom)
+                break;
+            auto &cell = cells[{ section, row }];
+            if (!cell) {
+                cell = source->cellForRow(*table, { section, row });
+                cell->m_path = { section, row };
+                cell->lower();
+            }
+            cell->setGeometry(x, y - offset, contentWidth(), rowHeight);
+            cell->show();
+        }
+    }
+}
+
+void TableView::Private::placeHeaders()
+{
+    int used = 0;
+    shadow->hide();
+    for (int section = geometry.sectionAt(offset);
+         section >= 0 && section < static_cast<int>(geometry.sections().size()); ++section) {
+        const auto &found = geometry.sections()[static_cast<std::size_t>(section)];
+        if (found.top >= offset + table->height())
+            break;
+        if (found.header == 0)
+            continue;
+        // Stuck to the top until the next section pushes it off.
+        const int y = std::max(found.top - offset, std::min(0, found.end - found.header - offset));
+        if (used == headers.size())
+            headers.append(new TableHeader(table));
+        auto *header = headers[used++];
+        header->setText(found.title);
+        header->setGeometry(0, y, table->width(), found.header);
+        header->raise();
+        header->show();
+        if (found.top < offset) {
+            shadow->setGeometry(0, y + found.header, table->width(), TableShadow::reach);
+            shadow->raise();
+            shadow->show();
+        }
+    }
+    for (; used < headers.size(); ++used)
+        headers[used]->hide();
+}
+
+void TableView::Private::scrollTo(const IndexPath &path, bool animated)
+{
+    if (!geometry.contains(path))
+        return;
+    const auto &section = geometry.sections()[static_cast<std::size_t>(path.section)];
+    const int target = std::clamp(geometry.topOf(path) - section.header, 0, maxOffset());
+    motion.stop();
+    const int length = animated ? Style::duration(table, std::chrono::milliseconds(jumpTime)) : 0;
+    if (length == 0) {
+        setOffset(target);
+        return;
+    }
+    motion.setStartValue(offset);
+    motion.setEndValue(target);
+    motion.setDuration(length);
+    motion.start();
+}
+
+void TableView::Private::jumpToSection(int section)
+{
+    if (section < 0 || section >= static_cast<int>(geometry.sections().size()))
+        return;
+    motion.stop();
+    QScroller::scroller(table)->stop();
+    cancelPress();
+    setOffset(geometry.sections()[static_cast<std::size_t>(section)].top);
+}
+
+void TableView::Private::reveal(const IndexPath &path)
+{
+    const auto &section = geometry.sections()[static_cast<std::size_t>(path.section)];
+    const int top = geometry.topOf(path);
+    motion.stop();
+    if (top - section.header < offset)
+        setOffset(top - section.header);
+    else if (top + rowHeight > offset + table->height())
+        setOffset(top + rowHeight - table->height());
+}
+
+TableView::TableView(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<Private>(this))
+{
+    installAccessibility();
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_AcceptTouchEvents);
+    auto *scroller = QScroller::scroller(this);
+    auto properties = scroller->scrollerProperties();
+    // Stretched past its ends, a table under a fixed panel looks torn off.
+    properties.setScrollMetric(
+        QScrollerProperties::VerticalOvershootPolicy, QScrollerProperties::OvershootAlwaysOff);
+    properties.setScrollMetric(
+        QScrollerProperties::HorizontalOvershootPolicy, QScrollerProperties::OvershootAlwaysOff);
+    scroller->setScrollerProperties(properties);
+    connect(scroller, &QScroller::stateChanged, this, [this](QScroller::State state) {
+        if (state == QScroller::Dragging || state == QScroller::Scrolling)
+            d->cancelPress();
+    });
+}
+
+TableView::~TableView() = default;
+
+void TableView::setDataSource(TableViewDataSource *source)
+{
+    d->source = source;
+    d->reload();
+}
+
+void TableView::setDelegate(TableViewDelegate *delegate) { d->delegate = delegate; }
+
+void TableView::setRowHeight(int height)
+{
+    d->rowHeight = std::max(height, 1);
+    d->reload();
+}
+
+void TableView::setSeparatorStyle(SeparatorStyle style)
+{
+    d->separators = style;
+    update();
+}
+
+void TableView::registerCell(const QString &identifier, std::function<TableCell *()> make)
+{
+    d->makers.insert(identifier, std::move(make));
+}
+
+TableCell *TableView::dequeueReusableCell(const QString &identifier)
+{
+    auto &waiting = d->waiting[identifier];
+    if (!waiting.isEmpty())
+        return waiting.takeLast();
+    const auto maker = d->makers.constFind(identifier);
+    if (maker == d->makers.constEnd()) {
+        fatal(QStringLiteral("the table %1 knows no cell \"%2\"; register it first")
+                  .arg(objectName(), identifier));
+    }
+    auto *cell = (*maker)();
+    cell->setParent(this);
+    cell->m_identifier = identifier;
+    return cell;
+}
+
+void TableView::reloadData() { d->reload(); }
+
+TableCell *TableView::cellForRow(const IndexPath &path) const
+{
+    const auto found = d->cells.find({ path.section, path.row });
+    return found == d->cells.end() ? nullptr : found->second;
+}
+
+QList<TableCell *> TableView::visibleCells() const
+{
+    QList<TableCell *> cells;
+    for (const auto &[key, cell] : d->cells)
+        cells.append(cell);
+    return cells;
+}
+
+void TableView::scrollToRow(const IndexPath &path, bool animated) { d->scrollTo(path, animated); }
+
+int TableView::contentOffset() const { return d->offset; }
+
+void TableView::setContentOffset(int offset)
+{
+    d->motion.stop();
+    d->setOffset(offset);
+}
+
+void TableView::resizeEvent(QResizeEvent *)
+{
+    d->offset = std::clamp(d->offset, 0, d->maxOffset());
+    d->thumb->hide();
+    d->arrange();
+}
+
+void TableView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        d->arrange();
+}
+
+void TableView::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    d->cancelPress();
+    d->motion.stop();
+    QScroller::scroller(this)->stop();
+}
+
+void TableView::paintEvent(QPaintEvent *)
+{
+    if (d->separators == SeparatorStyle::none)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal line = Style::hairlineWidth(this);
+    const bool mirrored = layoutDirection() == Qt::RightToLeft;
+    for (const auto &[key, cell] : d->cells) {
+        const auto &section = d->geometry.sections()[static_cast<std::size_t>(key.first)];
+        if (key.second == section.rows - 1)
+            continue;
+        const QRect row = cell->geometry();
+        const int x = mirrored ? row.left() : row.left() + separatorMargin;
+        painter.fillRect(QRectF(x, row.bottom() + 1 - line, row.width() - separatorMargin, line),
+            Style::hairline);
+    }
+}
+
+} // namespace parloquin

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QtCore/QRectF>
+#include <QtCore/QString>
+#include <QtGui/QFont>
+
+#include <vector>
+
+class QPainter;
+
+namespace parloquin {
+
+/// \brief A text set into lines of a width: wrapped at words, elided at the end of the last one.
+///
+/// The text itself decides its direction, the caller its side: an English sentence on a page from
+/// right to left stands at the right, and its question mark still ends it.
+class TextBlock {
+public:
+    /// \param lines how many at most; 0: as many as the text needs
+    TextBlock(const QString &text, const QFont &font, qreal width, int lines);
+
+    /// Breaks two-line texts after their first sentence where both halves fit.
+    static TextBlock brokenAtSentence(const QString &text, const QFont &font, qreal width);
+
+    [[nodiscard]] int height() const;
+    [[nodiscard]] qreal naturalWidth() const;
+    [[nodiscard]] const std::vector<QString> &lines() const { return m_lines; }
+    /// \param alignment absolute: left and right are meant as they stand
+    void draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignment) const;
+
+private:
+    QFont m_font;
+    std::vector<QString> m_lines;
+    int m_spacing = 0;
+    bool m_rightToLeft = false;
+};
+
+} // namespace parloquin
