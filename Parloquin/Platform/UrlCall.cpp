@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 namespace parloquin {
@@ -17,9 +18,8 @@ namespace {
 /// the peer closes before the first byte of an answer; a message might be sent twice.
 class UploadBody : public QIODevice {
 public:
-    UploadBody(QByteArray bytes, QObject *parent)
-        : QIODevice(parent)
-        , m_bytes(std::move(bytes))
+    explicit UploadBody(QByteArray bytes)
+        : m_bytes(std::move(bytes))
     {
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
@@ -171,11 +171,12 @@ void UrlCall::start(QNetworkAccessManager &manager)
     if (m_request.method == "GET") {
         m_reply = manager.get(request);
     } else {
-        const QByteArray body = m_request.body.value_or(QByteArray());
+        const QByteArray bytes = m_request.body.value_or(QByteArray());
         // Without a length the stack would buffer the body, and could rewind it.
-        request.setHeader(QNetworkRequest::ContentLengthHeader, body.size());
-        m_reply = manager.sendCustomRequest(
-            request, m_request.method, new UploadBody(body, this)); // NOLINT: this owns it
+        request.setHeader(QNetworkRequest::ContentLengthHeader, bytes.size());
+        auto body = std::make_unique<UploadBody>(bytes);
+        m_reply = manager.sendCustomRequest(request, m_request.method, body.get());
+        body.release()->setParent(m_reply);
     }
     connect(m_reply, &QNetworkReply::readyRead, this, &UrlCall::read);
     connect(m_reply, &QNetworkReply::finished, this, [this] {

@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <initializer_list>
+
 using namespace parloquin;
 using namespace std::chrono_literals;
 
@@ -39,9 +42,30 @@ QByteArray chunked(const QByteArray &body, const QByteArray &end)
 
 constexpr qsizetype most = 16 * 1024 * 1024;
 
+// What the server does; large answers are made only when they are needed.
+class Scripted {
+public:
+    Scripted(std::initializer_list<RawServer::Step> steps)
+        : Scripted(RawServer::Script(steps))
+    {
+    }
+    Scripted(RawServer::Script script)
+        : make([script = std::move(script)] { return script; })
+    {
+    }
+    explicit Scripted(std::function<QByteArray()> answer)
+        : make([answer = std::move(answer)] {
+            return RawServer::Script { RawServer::read(), RawServer::send(answer()) };
+        })
+    {
+    }
+
+    std::function<RawServer::Script()> make;
+};
+
 struct Weather {
     const char *name;
-    RawServer::Script script;
+    Scripted script;
     std::string outcome;
     std::string log; // part of the console's text; empty: none of the client's lines
     size_t requests = 1;
@@ -84,10 +108,13 @@ std::vector<Weather> weathers()
         { "DrippingBody", { S::read(), S::send(head(900)), S::drip(padded(success, 900), 50ms) },
             "timeOutEtc", lost, 1, 400ms },
         { "LastChunkMissing", answered(chunked(success, "")), "timeOutEtc", lost },
-        { "TooLong", answered(json(200, padded(success, most + 1))), "timeOutEtc", lost },
-        { "TooLongInOneChunk", answered(chunked(padded(success, most + 1), "0\r\n\r\n")),
-            "timeOutEtc", lost },
-        { "TooLongWithoutLength", answered("HTTP/1.1 200 OK\r\n\r\n" + padded(success, most + 1)),
+        { "TooLong", Scripted([] { return json(200, padded(success, most + 1)); }), "timeOutEtc",
+            lost },
+        { "TooLongInOneChunk",
+            Scripted([] { return chunked(padded(success, most + 1), "0\r\n\r\n"); }), "timeOutEtc",
+            lost },
+        { "TooLongWithoutLength",
+            Scripted([] { return "HTTP/1.1 200 OK\r\n\r\n" + padded(success, most + 1); }),
             "timeOutEtc", lost },
 
         // Data that is no envelope.
@@ -123,7 +150,8 @@ std::vector<Weather> weathers()
         { "Chunked", answered(chunked(success, "0\r\n\r\n")), "success", logged },
         { "WithoutLength", answered("HTTP/1.1 200 OK\r\n\r\n" + success), "success", logged },
         { "WithoutLengthAndOld", answered("HTTP/1.0 200 OK\r\n\r\n" + success), "success", logged },
-        { "WithoutLengthAndLarge", answered("HTTP/1.0 200 OK\r\n\r\n" + padded(success, 5'000'000)),
+        { "WithoutLengthAndLarge",
+            Scripted([] { return "HTTP/1.0 200 OK\r\n\r\n" + padded(success, 5'000'000); }),
             "success", logged },
         { "MoreThanItsLength", answered(json(200, success) + "HTTP/1.1 500 No\r\n\r\n"), "success",
             logged },
@@ -133,15 +161,18 @@ std::vector<Weather> weathers()
         { "ThenKeptOpen", { S::read(), S::send(json(200, success)), S::hold() }, "success",
             logged },
         { "InSmallPieces", { S::read(), S::drip(json(200, success), 1ms) }, "success", logged },
-        { "FiveMegabytes", answered(json(200, padded(success, 5'000'000))), "success", logged },
-        { "AsLongAsMayBe", answered(json(200, padded(success, most))), "success", logged },
-        { "Encrypted",
-            answered(json(200,
-                RawServer::encrypted(
-                    { { QStringLiteral("meta"),
-                          QJsonObject { { QStringLiteral("httpStatusCode"), 201 } } },
-                        { QStringLiteral("padding"), QString(5'000'000, QLatin1Char('x')) } }),
-                "X-TRZ-Encrypted: 1\r\n")),
+        { "FiveMegabytes", Scripted([] { return json(200, padded(success, 5'000'000)); }),
+            "success", logged },
+        { "AsLongAsMayBe", Scripted([] { return json(200, padded(success, most)); }), "success",
+            logged },
+        { "Encrypted", Scripted([] {
+             return json(200,
+                 RawServer::encrypted(
+                     { { QStringLiteral("meta"),
+                           QJsonObject { { QStringLiteral("httpStatusCode"), 201 } } },
+                         { QStringLiteral("padding"), QString(5'000'000, QLatin1Char('x')) } }),
+                 "X-TRZ-Encrypted: 1\r\n");
+         }),
             "success", logged },
     };
     // The transport's status decides nothing, with or without what else goes with it.
@@ -166,7 +197,7 @@ TEST_P(BadWeather, EndsInOneOutcomeAfterOneRequest)
 {
     const Weather &weather = GetParam();
     RawServer server;
-    server.play(weather.script);
+    server.play(weather.script.make());
     setServiceHost(server.hostAndPort());
     setServiceTimeout(weather.timeout);
 
