@@ -29,10 +29,10 @@ QPainterPath plane()
 }
 }
 
-TapButton::TapButton(Kind kind, const AppLook &look, const QString &text, QWidget *parent)
+TapButton::TapButton(Kind kind, AppLook look, const QString &text, QWidget *parent)
     : QAbstractButton(parent)
     , m_kind(kind)
-    , m_look(look)
+    , m_look(std::move(look))
 {
     setText(text);
     setAccessibleName(text);

@@ -15,7 +15,7 @@ class TapButton : public QAbstractButton {
 public:
     enum class Kind { solid, plain };
 
-    TapButton(Kind kind, const AppLook &look, const QString &text, QWidget *parent);
+    TapButton(Kind kind, AppLook look, const QString &text, QWidget *parent);
 
     QSize sizeHint() const override;
 

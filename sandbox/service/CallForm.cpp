@@ -15,7 +15,10 @@ struct Key {
     std::function<Fault(const std::string &)> test = {};
 };
 
-Fault anyOf(bool right, std::string_view expected)
+std::string inQuotes(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+/// Nothing when \p right, else what was expected.
+Fault expecting(bool right, std::string_view expected)
 {
     return right ? Fault() : Fault("expected " + std::string(expected));
 }
@@ -23,7 +26,7 @@ Fault anyOf(bool right, std::string_view expected)
 Fault testCountryCode(const std::string &text)
 {
     const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-    return anyOf(
+    return expecting(
         text.size() == 2 && std::all_of(text.begin(), text.end(), isLetter), "two letters");
 }
 
@@ -33,7 +36,7 @@ Fault testTimeZone(const std::string &text)
         return (std::isalnum(static_cast<unsigned char>(c)) != 0) || c == '/' || c == '_'
             || c == '-' || c == '+' || c == ':';
     };
-    return anyOf(std::all_of(text.begin(), text.end(), isPart), "the name of a time zone");
+    return expecting(std::all_of(text.begin(), text.end(), isPart), "the name of a time zone");
 }
 
 /// The report is a text that itself holds JSON: a scheme to "1" (installed) or "0".
@@ -44,8 +47,8 @@ Fault testInstalledApps(const std::string &text)
         return "expected the text of a JSON object";
     for (const auto &[scheme, installed] : report.items())
         if (installed != "0" && installed != "1")
-            return "\"" + scheme + "\": expected \"0\" or \"1\"";
-    return anyOf(
+            return inQuotes(scheme) + R"(: expected "0" or "1")";
+    return expecting(
         canonicalText(report) == text, "compact JSON with sorted keys and escaped slashes");
 }
 
@@ -82,22 +85,24 @@ bool isCall(std::string_view name)
 Fault faultOfParameters(std::string_view call, const json &parameters)
 {
     const auto &keys = keysOf(call);
-    for (const auto &[name, value] : parameters.items()) {
+    for (const auto &item : parameters.items()) {
+        const auto &name = item.key();
+        const auto &value = item.value();
         const auto key = std::find_if(
             keys.begin(), keys.end(), [&name](const Key &each) { return each.name == name; });
         if (key == keys.end())
-            return "\"" + name + "\": not a key of this call";
+            return inQuotes(name) + ": not a key of this call";
         if (!value.is_string())
-            return "\"" + name + "\": expected text, got " + value.type_name();
+            return inQuotes(name) + ": expected text, got " + value.type_name();
         const auto text = value.get<std::string>();
         if (text.empty())
-            return "\"" + name + "\": empty; leave the key out";
+            return inQuotes(name) + ": empty; leave the key out";
         if (const auto fault = key->test ? key->test(text) : Fault())
-            return "\"" + name + "\": " + *fault;
+            return inQuotes(name) + ": " + *fault;
     }
     for (const auto &key : keys)
         if (key.required && !parameters.contains(std::string(key.name)))
-            return "\"" + std::string(key.name) + "\": missing";
+            return inQuotes(key.name) + ": missing";
     return std::nullopt;
 }
 

@@ -106,8 +106,8 @@ std::string signatureOf(const std::string &timeStamp, const std::string &plain)
 Refusal forbidden(const char *code, std::string reason) { return { 403, code, std::move(reason) }; }
 }
 
-Judge::Judge(const Keys &keys, std::chrono::seconds tolerance)
-    : m_keys(keys)
+Judge::Judge(Keys keys, std::chrono::seconds tolerance)
+    : m_keys(std::move(keys))
     , m_tolerance(tolerance)
 {
 }

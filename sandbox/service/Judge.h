@@ -27,7 +27,7 @@ struct Judgement {
 /// Any thread; holds no state but the keys.
 class Judge {
 public:
-    Judge(const Keys &keys, std::chrono::seconds tolerance);
+    Judge(Keys keys, std::chrono::seconds tolerance);
 
     /// Tests in the order in which a developer would look: headers, age, keys, body, signature,
     /// parameters. The first fault is the one reported.

@@ -58,9 +58,8 @@ void Service::routeSandbox()
         const auto message = json::parse(request.body, nullptr, false);
         if (!message.is_object() || !message.contains("app") || !message["app"].is_string()
             || !message.contains("text") || !message["text"].is_string()) {
-            say("message", "refused: expected the texts \"app\" and \"text\"");
-            return answer(
-                response, 400, { { "error", "expected the texts \"app\" and \"text\"" } });
+            say("message", R"(refused: expected the texts "app" and "text")");
+            return answer(response, 400, { { "error", R"(expected the texts "app" and "text")" } });
         }
         const auto app = message["app"].get<std::string>();
         if (const auto refusal = m_state.receiveMessage(app, message["text"].get<std::string>())) {

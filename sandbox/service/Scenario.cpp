@@ -40,7 +40,7 @@ Texts readTexts(const ScenarioReader &reader)
 
 std::string readScheme(const ScenarioReader &reader)
 {
-    const auto text = reader.nonEmptyText();
+    auto text = reader.nonEmptyText();
     if (text.find("://") == std::string::npos)
         reader.fail("expected a URL scheme such as \"parlo://\"");
     return text;

@@ -15,7 +15,7 @@ using nlohmann::json;
 
 constexpr std::size_t threads = 32;
 constexpr int waitingCallers = 128;
-constexpr std::size_t mostBytes = 1024 * 1024; // of a request; a real one has a few hundred
+constexpr std::size_t mostBytes = 1048576; // of a request; a real one has a few hundred
 
 json envelopeOf(int status, const std::string &errorCode, const std::string &message)
 {

@@ -20,7 +20,7 @@ State::State(const Scenario &scenario)
 std::string State::confirm(const std::string &method, const std::string &app)
 {
     Session session { randomUuid(), method, app, Clock::now() };
-    const auto id = session.id;
+    auto id = session.id;
     m_sessions.emplace(id, std::move(session));
     return id;
 }
