@@ -2,10 +2,8 @@
 
 #include <QtCore/QString>
 
-namespace parloquin {
-
 /// \brief What the device says of itself. Any thread; read afresh on every call.
-namespace Device {
+namespace parloquin::Device {
 
 /// The name the user gave the device, else the host name.
 [[nodiscard]] QString name();
@@ -26,5 +24,4 @@ namespace Device {
 /// IANA name of the current time zone.
 [[nodiscard]] QString timeZone();
 
-} // namespace Device
-} // namespace parloquin
+} // namespace parloquin::Device

@@ -2,10 +2,8 @@
 
 #include <QtCore/QUrl>
 
-namespace parloquin {
-
 /// \brief Opens another app through the desktop's handler for a link's scheme. Main thread only.
-namespace UrlOpener {
+namespace parloquin::UrlOpener {
 
 /// \brief Strict parse of a link. \return an invalid url where the text is no url (empty included)
 [[nodiscard]] QUrl parse(const QString &text);
@@ -16,5 +14,4 @@ namespace UrlOpener {
 /// \brief Hands the url to its handler as exactly one argument. Failures are logged.
 void open(const QUrl &url);
 
-} // namespace UrlOpener
-} // namespace parloquin
+} // namespace parloquin::UrlOpener

@@ -16,7 +16,7 @@ namespace parloquin::Device {
 
 namespace {
 
-constexpr qint64 machineInfoLimit = 64 * 1024; // bytes; the file holds a handful of lines
+constexpr qint64 machineInfoLimit = 65536; // bytes; the file holds a handful of lines
 
 bool isMachineId(const QByteArray &id)
 {

@@ -24,7 +24,7 @@ namespace parloquin {
 
 namespace {
 
-constexpr size_t sizeLimit = 64 * 1024; // bytes; a list is a few hundred
+constexpr size_t sizeLimit = 65536; // bytes; a list is a few hundred
 
 /// Why a list cannot be read. The empty fault: there is none.
 using Fault = QString;
