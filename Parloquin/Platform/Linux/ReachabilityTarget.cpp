@@ -76,7 +76,7 @@ RouteSnapshot::Progress dump(
     if (mnl_socket_sendto(socket.get(), header, header->nlmsg_len) < 0)
         return RouteSnapshot::Progress::failed;
 
-    alignas(nlmsghdr) std::array<char, 64 * 1024> buffer; // the kernel fills at most half of it
+    alignas(nlmsghdr) std::array<char, 65536> buffer; // the kernel fills at most half of it
     for (;;) {
         const Datagram datagram = receive(socket, buffer);
         if (datagram.size < 0 && errno == ENOBUFS)
