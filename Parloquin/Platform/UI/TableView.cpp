@@ -8,6 +8,7 @@
 #include <QtCore/QEvent>
 #include <QtCore/QScopedValueRollback>
 #include <QtGui/QPainter>
+#include <QtGui/QShowEvent>
 #include <QtWidgets/QScroller>
 
 #include <algorithm>
@@ -73,8 +74,10 @@ void TableView::Private::setOffset(int value)
 
 void TableView::Private::arrange()
 {
-    if (arranging)
-        return; // a cell being filled asked for it
+    // Out of view no row is needed yet (its cell may not even be registered); showing asks again.
+    // And a cell being filled may ask for what is under way.
+    if (arranging || !table->isVisible())
+        return;
     const QScopedValueRollback guard(arranging, true);
     placeCells();
     placeHeaders();
@@ -304,6 +307,13 @@ void TableView::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LayoutDirectionChange)
         d->arrange();
+}
+
+void TableView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        d->reload();
 }
 
 void TableView::hideEvent(QHideEvent *event)

@@ -105,6 +105,7 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
     else if (alignment & Qt::AlignBottom)
         y += rect.height() - height();
 
+    const QFontMetricsF metrics(m_font);
     for (const auto &text : m_lines) {
         QTextLayout layout(text, m_font);
         layOut(layout, m_rightToLeft);
@@ -115,7 +116,9 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
             x += free / 2;
         else if (alignment & Qt::AlignRight)
             x += free;
-        layout.draw(&painter, { x, y + (m_spacing - line.height()) / 2 });
+        // Not by the line's height: Qt rounds ascent and descent up, each for itself.
+        const qreal baseline = y + (m_spacing + metrics.ascent() - metrics.descent()) / 2;
+        layout.draw(&painter, { x, baseline - line.ascent() });
         y += m_spacing;
     }
 }

@@ -147,9 +147,10 @@ void TextField::paintEvent(QPaintEvent *event)
     QLineEdit::paintEvent(event);
     if (m_caretShown && hasFocus() && !isReadOnly()) {
         const auto caret = cursorRect();
-        // The rectangle is wider than the caret to repaint safely; its middle is the place.
-        const int x = std::clamp(
-            caret.x() + caret.width() / 2 - caretWidth / 2, 0, std::max(width() - caretWidth, 0));
+        // Qt widens the rectangle by 5 px at the left to repaint safely. Beside a digit the caret
+        // keeps 1 px off it; alone in a centred box it stands in the middle.
+        const int place = caret.x() + 5 + (text().isEmpty() ? -caretWidth / 2 : 1);
+        const int x = std::clamp(place, 0, std::max(width() - caretWidth, 0));
         QPainter(this).fillRect(QRect(x, caret.y(), caretWidth, caret.height()), Style::blue);
     }
 }

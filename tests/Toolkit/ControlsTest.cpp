@@ -1,0 +1,209 @@
+#include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/Button.h"
+#include "Parloquin/Platform/UI/ImageView.h"
+#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Platform/UI/Screen.h"
+#include "Parloquin/Platform/UI/TextField.h"
+#include "Parloquin/Platform/UI/View.h"
+
+#include <QtGui/QMouseEvent>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+#include <gtest/gtest.h>
+
+using namespace parloquin;
+
+namespace {
+
+struct Lines {
+    const char *name;
+    int pixels;
+    int limit;
+    const char *text;
+    int width;
+    int height;
+};
+
+void PrintTo(const Lines &row, std::ostream *out) { *out << row.name; }
+
+class LabelLines : public testing::TestWithParam<Lines> { };
+
+TEST_P(LabelLines, TakeTheirSpacing)
+{
+    Label label;
+    label.setFontSize(GetParam().pixels);
+    label.setNumberOfLines(GetParam().limit);
+    label.setText(QString::fromUtf8(GetParam().text));
+    EXPECT_EQ(label.heightForWidth(GetParam().width), GetParam().height);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, LabelLines,
+    testing::Values(Lines { "Empty", 18, 0, "", 300, 0 }, Lines { "One", 16, 0, "one", 300, 20 },
+        Lines { "Seventeen", 17, 1, "one", 300, 22 }, Lines { "Twenty", 20, 1, "one", 300, 25 },
+        Lines { "Arabic", 16, 0, "رمز", 300, 28 },
+        Lines { "BrokenByHand", 16, 0, "one\ntwo\nthree", 300, 60 },
+        Lines { "Limited", 16, 2, "one\ntwo\nthree", 300, 40 },
+        Lines { "Markup", 16, 0, "<b>one</b><br>two", 300, 20 }),
+    [](const auto &row) { return std::string(row.param.name); });
+
+// The columns that anything was drawn in.
+std::pair<int, int> inked(QWidget &widget)
+{
+    const auto image = widget.grab().toImage();
+    std::pair<int, int> span { image.width(), -1 };
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            if (qGray(image.pixel(x, y)) < 128) {
+                span.first = std::min(span.first, x);
+                span.second = x;
+            }
+        }
+    }
+    return span;
+}
+
+TEST(Label, ElidesShrinksAndKeepsItsSide)
+{
+    Label label;
+    label.setStyleSheet({});
+    auto colors = label.palette();
+    colors.setColor(QPalette::Window, Qt::white);
+    label.setPalette(colors);
+    label.resize(53, 30);
+    label.setText(QStringLiteral("+1 684 684 684"));
+    EXPECT_LT(inked(label).second, 53) << "elided inside";
+    label.setShrinksToFit(true);
+    const auto shrunk = inked(label);
+    EXPECT_GT(shrunk.second, 45) << "smaller, but whole";
+
+    label.resize(300, 30);
+    EXPECT_LT(inked(label).first, 10);
+    label.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_GT(inked(label).second, 290) << "English stands at the leading edge, the right one";
+}
+
+class Page : public Screen {
+public:
+    Page()
+    {
+        resize(390, 700);
+        box = new View(this);
+        box->setObjectName(QStringLiteral("viewPhoneBack"));
+        box->setCornerRadius(6);
+        field = new TextField(box);
+        field->setObjectName(QStringLiteral("txtPhoneNumber"));
+        other = new TextField(this);
+        other->setObjectName(QStringLiteral("txtCode0"));
+        button = new Button(this);
+        button->setObjectName(QStringLiteral("btnContinue"));
+        button->setBackgroundColor(Qt::blue);
+        box->setRingsFor(field);
+        // clang-format off
+        parloquin::activate(this, {
+            leading(box) == leading(this) + 20, trailing(box) == trailing(this) - 20,
+            top(box) == top(this) + 30, parloquin::height(box) == 60,
+            leading(field) == leading(box) + 15, trailing(field) == trailing(box) - 15,
+            top(field) == top(box) + 10, bottom(field) == bottom(box) - 10,
+            leading(other) == leading(this) + 20, parloquin::width(other) == 54,
+            top(other) == bottom(box) + 20, parloquin::height(other) == 54,
+            leading(button) == leading(this) + 20, trailing(button) == trailing(this) - 20,
+            top(button) == bottom(other) + 20, parloquin::height(button) == 55,
+        });
+        // clang-format on
+        show();
+        ring = findChild<QWidget *>(QStringLiteral("focusRing"));
+    }
+
+    View *box;
+    TextField *field;
+    TextField *other;
+    Button *button;
+    QWidget *ring;
+};
+
+TEST(FocusRing, GoesAroundWhatHasTheFocus)
+{
+    Page page;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    page.field->setFocus(Qt::MouseFocusReason);
+    EXPECT_TRUE(page.ring->isVisible());
+    EXPECT_EQ(page.ring->geometry(), QRect(16, 26, 358, 68)) << "the box around the field";
+    page.resize(400, 700);
+    EXPECT_EQ(page.ring->width(), 368) << "it follows";
+    page.other->setFocus(Qt::MouseFocusReason);
+    EXPECT_EQ(page.ring->geometry(), QRect(16, 106, 62, 62));
+    page.button->setFocus(Qt::MouseFocusReason);
+    EXPECT_FALSE(page.ring->isVisible()) << "a tap rings no button";
+    page.other->setFocus();
+    page.button->setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(page.ring->isVisible());
+    delete page.button;
+    QTRY_VERIFY(!page.ring->isVisible() || page.ring->geometry().height() < 70);
+}
+
+TEST(Button, TellsTapsFromStrayingFingers)
+{
+    Page page;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    page.field->setFocus();
+    const QSignalSpy clicks(page.button, &QAbstractButton::clicked);
+    QTest::mouseClick(page.button, Qt::LeftButton);
+    EXPECT_EQ(clicks.size(), 1);
+    EXPECT_TRUE(page.field->hasFocus()) << "a tap leaves the keyboard open";
+
+    QTest::mousePress(page.button, Qt::LeftButton, {}, QPoint(20, 20));
+    EXPECT_TRUE(page.button->isDown());
+    QMouseEvent move(QEvent::MouseMove, QPointF(31, 20), page.button->mapToGlobal(QPointF(31, 20)),
+        Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(page.button, &move);
+    EXPECT_FALSE(page.button->isDown());
+    QTest::mouseRelease(page.button, Qt::LeftButton, {}, QPoint(20, 20));
+    EXPECT_EQ(clicks.size(), 1);
+    QTest::keyClick(page.button, Qt::Key_Return);
+    QTest::keyClick(page.button, Qt::Key_Space);
+    EXPECT_EQ(clicks.size(), 3);
+}
+
+TEST(TextField, KeepsAPlusInFrontOnAPageFromRightToLeft)
+{
+    Page page;
+    page.setLayoutDirection(Qt::RightToLeft);
+    page.field->setText(QStringLiteral("+47"));
+    EXPECT_EQ(page.field->layoutDirection(), Qt::LeftToRight);
+    EXPECT_TRUE(page.field->alignment() & Qt::AlignRight);
+    page.field->setText(QStringLiteral("رقم"));
+    EXPECT_EQ(page.field->layoutDirection(), Qt::RightToLeft);
+    page.setLayoutDirection(Qt::LeftToRight);
+    EXPECT_TRUE(page.field->alignment() & Qt::AlignLeft);
+}
+
+TEST(TextField, OneThatOnlyShowsTakesNoTapAndNoFocus)
+{
+    Page page;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    page.field->setUserInteractionEnabled(false);
+    page.box->setTappable(true);
+    const QSignalSpy taps(page.box, &QAbstractButton::clicked);
+    const auto at = page.field->mapTo(&page, page.field->rect().center());
+    QTest::mouseClick(page.childAt(at), Qt::LeftButton, {}, {});
+    EXPECT_EQ(page.childAt(at), page.box);
+    EXPECT_EQ(taps.size(), 1);
+    EXPECT_FALSE(page.field->hasFocus());
+}
+
+TEST(ImageView, DrawsItsOwnAndStopsOverAnUnknownName)
+{
+    for (const auto *name :
+        { "icon-sms", "icon-arrow-right-mini-black", "icon-arrow-down", "icon-tick-blue" }) {
+        ImageView view;
+        view.resize(30, 30);
+        view.setContentMode(ContentMode::aspectFit);
+        view.setImageNamed(QLatin1String(name));
+        EXPECT_GE(inked(view).second, 0) << name;
+    }
+    EXPECT_DEATH(ImageView().setImageNamed(QStringLiteral("icon-none")), "icon-none");
+}
+
+} // namespace

@@ -1,0 +1,228 @@
+#include "Parloquin/Platform/UI/BarButtonItem.h"
+#include "Parloquin/Platform/UI/NavigationBar.h"
+#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Platform/UI/Screen.h"
+#include "Parloquin/Platform/UI/TextField.h"
+
+#include <QtCore/QPointer>
+#include <QtTest/QTest>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QProxyStyle>
+
+#include <gtest/gtest.h>
+
+using namespace parloquin;
+
+namespace {
+
+QStringList calls;
+
+class Page : public Screen {
+public:
+    explicit Page(const QString &name)
+        : m_name(name)
+    {
+        setObjectName(name);
+        setTitle(name);
+    }
+
+    std::function<void()> appearing;
+    TextField *field = nullptr;
+
+protected:
+    void viewDidLoad() override
+    {
+        calls.append(m_name + QStringLiteral(" load"));
+        field = new TextField(this);
+    }
+    void viewWillAppear(bool) override
+    {
+        calls.append(m_name + QStringLiteral(" appear"));
+        navigationItem().setLeftBarButtonItem(
+            new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack")));
+        if (appearing)
+            std::exchange(appearing, {})();
+    }
+    void viewWillDisappear(bool) override
+    {
+        calls.append(m_name + QStringLiteral(" disappear"));
+        navigationItem().setLeftBarButtonItem(nullptr);
+    }
+
+private:
+    QString m_name;
+};
+
+// Motion on or off, whatever the machine's own style says.
+class Motion : public QProxyStyle {
+public:
+    explicit Motion(bool moves)
+        : m_moves(moves)
+    {
+    }
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+        QStyleHintReturn *data) const override
+    {
+        return hint == SH_Widget_Animation_Duration
+            ? (m_moves ? 200 : 0)
+            : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    bool m_moves;
+};
+
+class Navigation : public testing::TestWithParam<bool> {
+protected:
+    void SetUp() override
+    {
+        calls.clear();
+        QApplication::setStyle(new Motion(GetParam()));
+        root = new Page(QStringLiteral("root"));
+        controller = std::make_unique<NavigationController>(root);
+        controller->resize(390, 800);
+    }
+
+    void show() const
+    {
+        controller->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(controller.get()));
+    }
+
+    [[nodiscard]] QString title() const
+    {
+        return controller->findChild<QLabel *>(QStringLiteral("lblTitle"))->text();
+    }
+
+    [[nodiscard]] int visibleButtons() const
+    {
+        int count = 0;
+        for (const auto *button : controller->findChildren<BarButtonItem *>())
+            count += button->isVisible() ? 1 : 0;
+        return count;
+    }
+
+    Page *root = nullptr;
+    std::unique_ptr<NavigationController> controller;
+};
+
+TEST_P(Navigation, LifeCycleInOrder)
+{
+    EXPECT_TRUE(calls.isEmpty()) << "nothing loads before the container is shown";
+    show();
+    auto *second = new Page(QStringLiteral("second"));
+    controller->pushViewController(second, true);
+    EXPECT_EQ(second->navigationController(), controller.get());
+    controller->popViewController(true);
+    EXPECT_EQ(second->navigationController(), nullptr);
+    controller->popViewController(true); // the root stays
+    controller->hide();
+    controller->show();
+    controller.reset();
+    const QStringList expected { QStringLiteral("root load"), QStringLiteral("root appear"),
+        QStringLiteral("second load"), QStringLiteral("root disappear"),
+        QStringLiteral("second appear"), QStringLiteral("second disappear"),
+        QStringLiteral("root appear"), QStringLiteral("root disappear"),
+        QStringLiteral("root appear") };
+    EXPECT_EQ(calls.mid(0, expected.size()), expected) << qPrintable(calls.join(QLatin1Char('\n')));
+}
+
+TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEnd)
+{
+    show();
+    const QPointer<Page> second(new Page(QStringLiteral("second")));
+    controller->pushViewController(second, true);
+    QTRY_VERIFY(!root->isVisible());
+    EXPECT_EQ(second->geometry(), QRect(0, 0, 390, 800 - NavigationBar::barHeight));
+    EXPECT_EQ(title(), QStringLiteral("second"));
+    EXPECT_EQ(visibleButtons(), 1);
+
+    controller->popViewController(true);
+    QTRY_VERIFY(second.isNull()) << "a popped screen is deleted once it is out";
+    EXPECT_TRUE(root->isVisible());
+    EXPECT_EQ(root->pos(), QPoint());
+    EXPECT_EQ(title(), QStringLiteral("root"));
+    QTRY_COMPARE(controller->findChildren<BarButtonItem *>().size(), 1);
+}
+
+TEST_P(Navigation, RapidPushesAndPopsEndWhereTheyShould)
+{
+    show();
+    QList<QPointer<Page>> pages;
+    for (int round = 0; round < 5; ++round) {
+        for (int page = 0; page < 3; ++page) {
+            pages.append(new Page(QString::number(round * 3 + page)));
+            controller->pushViewController(pages.last(), true);
+        }
+        QCoreApplication::processEvents();
+        controller->popViewController(true);
+        controller->popViewController(true);
+    }
+    EXPECT_EQ(controller->viewControllers().size(), 6);
+    EXPECT_EQ(controller->topViewController()->objectName(), QStringLiteral("12"));
+    QTRY_COMPARE(std::count_if(pages.begin(), pages.end(), [](auto &p) { return !p.isNull(); }), 5);
+    for (auto *screen : controller->viewControllers())
+        EXPECT_EQ(screen->isVisible(), screen == controller->topViewController());
+}
+
+TEST_P(Navigation, AScreenMayMoveOnWhileItAppears)
+{
+    show();
+    auto *second = new Page(QStringLiteral("second"));
+    second->appearing = [this] {
+        controller->pushViewController(new Page(QStringLiteral("third")), true);
+    };
+    controller->pushViewController(second, true);
+    QTRY_VERIFY(!second->isVisible() && !root->isVisible());
+    EXPECT_EQ(title(), QStringLiteral("third"));
+    EXPECT_TRUE(controller->topViewController()->isVisible());
+}
+
+TEST_P(Navigation, ClosingInTheMiddleOfASlideIsSafe)
+{
+    show();
+    const QPointer<Page> second(new Page(QStringLiteral("second")));
+    controller->pushViewController(second, true);
+    QCoreApplication::processEvents();
+    controller->popViewController(true);
+    controller->close();
+    controller.reset();
+    EXPECT_TRUE(second.isNull());
+}
+
+TEST_P(Navigation, BackKeysPopOneScreenAndFocusReturns)
+{
+    show();
+    root->field->setFocus();
+    for (const auto key : { Qt::Key_Escape, Qt::Key_Back }) {
+        auto *second = new Page(QStringLiteral("second"));
+        controller->pushViewController(second, true);
+        QTRY_VERIFY(!root->isVisible());
+        EXPECT_FALSE(root->isAncestorOf(QApplication::focusWidget()));
+        QTest::keyClick(QApplication::focusWidget(), key);
+        EXPECT_EQ(controller->topViewController(), root);
+        EXPECT_EQ(QApplication::focusWidget(), root->field);
+    }
+}
+
+TEST_P(Navigation, TheBarFollowsTheDirectionAndTheItem)
+{
+    show();
+    auto *back = root->navigationItem().leftBarButtonItem();
+    EXPECT_EQ(back->x(), 0);
+    EXPECT_EQ(back->height(), 48);
+    EXPECT_GE(back->width(), 60);
+    controller->setStatusAreaHeight(44);
+    EXPECT_EQ(back->y(), 44);
+    EXPECT_EQ(root->mapTo(controller.get(), QPoint()), QPoint(0, 92));
+    controller->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(back->geometry().right(), 389);
+    delete back; // a host's automation may do anything
+    controller->resize(400, 700);
+    EXPECT_EQ(root->navigationItem().leftBarButtonItem(), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Motion, Navigation, testing::Bool(),
+    [](const auto &row) { return std::string(row.param ? "Sliding" : "AtOnce"); });
+
+} // namespace
