@@ -1,5 +1,6 @@
 #include "Parloquin/Platform/UI/Anchors.h"
 #include "Parloquin/Platform/UI/Label.h"
+#include "Soon.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>
@@ -130,9 +131,9 @@ TEST(Anchors, AGrowingTextPushesWhatStandsBelow)
 
     page.label->setFontSize(16);
     page.label->setText(QStringLiteral("One line"));
-    QTRY_COMPARE(page.box->y(), 80);
+    EXPECT_SOON(page.box->y() == 80);
     page.label->setText(QStringLiteral("word ").repeated(40));
-    QTRY_VERIFY(page.box->y() >= 100);
+    EXPECT_SOON(page.box->y() >= 100);
     EXPECT_EQ((page.box->y() - 60) % 20, 0);
     EXPECT_EQ(page.inner->height(), page.box->height());
 

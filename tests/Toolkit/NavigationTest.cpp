@@ -3,6 +3,7 @@
 #include "Parloquin/Platform/UI/NavigationController.h"
 #include "Parloquin/Platform/UI/Screen.h"
 #include "Parloquin/Platform/UI/TextField.h"
+#include "Soon.h"
 
 #include <QtCore/QPointer>
 #include <QtTest/QTest>
@@ -132,17 +133,17 @@ TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEnd)
     show();
     const QPointer<Page> second(new Page(QStringLiteral("second")));
     controller->pushViewController(second, true);
-    QTRY_VERIFY(!root->isVisible());
+    EXPECT_SOON(!root->isVisible());
     EXPECT_EQ(second->geometry(), QRect(0, 0, 390, 800 - NavigationBar::barHeight));
     EXPECT_EQ(title(), QStringLiteral("second"));
     EXPECT_EQ(visibleButtons(), 1);
 
     controller->popViewController(true);
-    QTRY_VERIFY(second.isNull()) << "a popped screen is deleted once it is out";
+    EXPECT_SOON(second.isNull()) << "a popped screen is deleted once it is out";
     EXPECT_TRUE(root->isVisible());
     EXPECT_EQ(root->pos(), QPoint());
     EXPECT_EQ(title(), QStringLiteral("root"));
-    QTRY_COMPARE(controller->findChildren<BarButtonItem *>().size(), 1);
+    EXPECT_SOON(controller->findChildren<BarButtonItem *>().size() == 1);
 }
 
 TEST_P(Navigation, RapidPushesAndPopsEndWhereTheyShould)
@@ -160,7 +161,8 @@ TEST_P(Navigation, RapidPushesAndPopsEndWhereTheyShould)
     }
     EXPECT_EQ(controller->viewControllers().size(), 6);
     EXPECT_EQ(controller->topViewController()->objectName(), QStringLiteral("12"));
-    QTRY_COMPARE(std::count_if(pages.begin(), pages.end(), [](auto &p) { return !p.isNull(); }), 5);
+    EXPECT_SOON(
+        std::count_if(pages.begin(), pages.end(), [](auto &p) { return !p.isNull(); }) == 5);
     for (auto *screen : controller->viewControllers())
         EXPECT_EQ(screen->isVisible(), screen == controller->topViewController());
 }
@@ -173,7 +175,7 @@ TEST_P(Navigation, AScreenMayMoveOnWhileItAppears)
         controller->pushViewController(new Page(QStringLiteral("third")), true);
     };
     controller->pushViewController(second, true);
-    QTRY_VERIFY(!second->isVisible() && !root->isVisible());
+    EXPECT_SOON(!second->isVisible() && !root->isVisible());
     EXPECT_EQ(title(), QStringLiteral("third"));
     EXPECT_TRUE(controller->topViewController()->isVisible());
 }
@@ -197,7 +199,7 @@ TEST_P(Navigation, BackKeysPopOneScreenAndFocusReturns)
     for (const auto key : { Qt::Key_Escape, Qt::Key_Back }) {
         auto *second = new Page(QStringLiteral("second"));
         controller->pushViewController(second, true);
-        QTRY_VERIFY(!root->isVisible());
+        EXPECT_SOON(!root->isVisible());
         EXPECT_FALSE(root->isAncestorOf(QApplication::focusWidget()));
         QTest::keyClick(QApplication::focusWidget(), key);
         EXPECT_EQ(controller->topViewController(), root);

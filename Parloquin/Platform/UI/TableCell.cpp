@@ -5,18 +5,18 @@ namespace parloquin {
 
 TableCell::TableCell(QWidget *parent)
     : QWidget(parent)
-    , m_fade(this, [this] { stateChanged(); })
+    , m_fade(this, [this] { update(); })
 {
     installAccessibility();
 }
 
 void TableCell::setState(bool pressed, bool focused)
 {
-    m_pressed = pressed;
-    m_fade.setPressed(pressed);
-    if (m_focused == focused)
+    if (m_pressed == pressed && m_focused == focused)
         return;
+    m_pressed = pressed;
     m_focused = focused;
+    m_fade.setPressed(pressed);
     stateChanged();
 }
 

@@ -42,6 +42,29 @@ void TableHeader::paintEvent(QPaintEvent *)
         .draw(painter, inside, QStyle::visualAlignment(layoutDirection(), alignment()));
 }
 
+TableLines::TableLines(QWidget *table)
+    : QWidget(table)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void TableLines::setLines(const QList<QLineF> &lines)
+{
+    m_lines = lines;
+    update();
+}
+
+void TableLines::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal thickness = Style::hairlineWidth(this);
+    for (const auto &line : m_lines) {
+        painter.fillRect(
+            QRectF(line.x1(), line.y1() - thickness, line.dx(), thickness), Style::hairline);
+    }
+}
+
 TableShadow::TableShadow(QWidget *table)
     : QWidget(table)
 {

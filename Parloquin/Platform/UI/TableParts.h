@@ -2,6 +2,8 @@
 
 #include "Parloquin/Platform/UI/Label.h"
 
+#include <QtCore/QLineF>
+#include <QtCore/QList>
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
@@ -16,6 +18,22 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+};
+
+/// \brief The lines between a table's rows, over them: a cell may fill its whole ground.
+class TableLines : public QWidget {
+    Q_OBJECT
+public:
+    explicit TableLines(QWidget *table);
+
+    /// \param lines the bottom edge of each row that has one, px
+    void setLines(const QList<QLineF> &lines);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QList<QLineF> m_lines;
 };
 
 /// \brief What the stuck header throws on the rows that slide under it.

@@ -7,7 +7,6 @@
 
 #include <QtCore/QEvent>
 #include <QtCore/QScopedValueRollback>
-#include <QtGui/QPainter>
 #include <QtGui/QShowEvent>
 #include <QtWidgets/QScroller>
 
@@ -22,6 +21,7 @@ constexpr int jumpTime = 250; // ms
 
 TableView::Private::Private(TableView *owner)
     : table(owner)
+    , lines(new TableLines(owner))
     , shadow(new TableShadow(owner))
     , index(new TableIndex(owner))
     , thumb(new TableThumb(owner))
@@ -80,6 +80,7 @@ void TableView::Private::arrange()
         return;
     const QScopedValueRollback guard(arranging, true);
     placeCells();
+    placeLines();
     placeHeaders();
     if (hasIndex) {
         const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
@@ -88,7 +89,6 @@ void TableView::Private::arrange()
         index->raise();
     }
     updateStates();
-    table->update();
 }
 
 void TableView::Private::recycle(TableCell *cell)
@@ -134,6 +134,25 @@ void TableView::Private::placeCells()
             cell->show();
         }
     }
+}
+
+void TableView::Private::placeLines()
+{
+    QList<QLineF> bottoms;
+    const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
+    for (const auto &[key, cell] : cells) {
+        // None under a section's last row: what follows is a header or nothing.
+        if (key.second == geometry.sections()[static_cast<std::size_t>(key.first)].rows - 1)
+            continue;
+        const QRect row = cell->geometry();
+        const int from = mirrored ? row.left() : row.left() + separatorMargin;
+        const int to = mirrored ? row.right() + 1 - separatorMargin : row.right() + 1;
+        bottoms.append(QLineF(from, row.bottom() + 1, to, row.bottom() + 1));
+    }
+    lines->setGeometry(table->rect());
+    lines->setLines(bottoms);
+    lines->setVisible(separators == SeparatorStyle::singleLine);
+    lines->raise();
 }
 
 void TableView::Private::placeHeaders()
@@ -245,7 +264,7 @@ void TableView::setRowHeight(int height)
 void TableView::setSeparatorStyle(SeparatorStyle style)
 {
     d->separators = style;
-    update();
+    d->arrange();
 }
 
 void TableView::registerCell(const QString &identifier, std::function<TableCell *()> make)
@@ -322,25 +341,6 @@ void TableView::hideEvent(QHideEvent *event)
     d->cancelPress();
     d->motion.stop();
     QScroller::scroller(this)->stop();
-}
-
-void TableView::paintEvent(QPaintEvent *)
-{
-    if (d->separators == SeparatorStyle::none)
-        return;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const qreal line = Style::hairlineWidth(this);
-    const bool mirrored = layoutDirection() == Qt::RightToLeft;
-    for (const auto &[key, cell] : d->cells) {
-        const auto &section = d->geometry.sections()[static_cast<std::size_t>(key.first)];
-        if (key.second == section.rows - 1)
-            continue;
-        const QRect row = cell->geometry();
-        const int x = mirrored ? row.left() : row.left() + separatorMargin;
-        painter.fillRect(QRectF(x, row.bottom() + 1 - line, row.width() - separatorMargin, line),
-            Style::hairline);
-    }
 }
 
 } // namespace parloquin

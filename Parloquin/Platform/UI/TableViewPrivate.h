@@ -28,6 +28,7 @@ struct TableView::Private {
     [[nodiscard]] int contentWidth() const;
     void arrange();
     void placeCells();
+    void placeLines();
     void placeHeaders();
     void recycle(TableCell *cell);
     void scrollTo(const IndexPath &path, bool animated);
@@ -61,6 +62,7 @@ struct TableView::Private {
     QHash<QString, QList<TableCell *>> waiting;
     std::map<Key, TableCell *> cells;
     QList<TableHeader *> headers;
+    TableLines *lines;
     TableShadow *shadow;
     TableIndex *index;
     TableThumb *thumb;

@@ -101,6 +101,8 @@ void TextField::setUserInteractionEnabled(bool enabled)
     setReadOnly(!enabled);
     setFocusPolicy(enabled ? Qt::StrongFocus : Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents, !enabled);
+    if (!enabled)
+        clearFocus();
 }
 
 void TextField::focusInEvent(QFocusEvent *event)
