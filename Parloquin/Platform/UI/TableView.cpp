@@ -269,7 +269,7 @@ void TableView::setSeparatorStyle(SeparatorStyle style)
 
 void TableView::registerCell(const QString &identifier, std::function<TableCell *()> make)
 {
-    d->makers.insert(identifier, std::move(make));
+    d->makers[identifier] = std::move(make);
 }
 
 TableCell *TableView::dequeueReusableCell(const QString &identifier)
