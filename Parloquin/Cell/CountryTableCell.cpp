@@ -1,6 +1,7 @@
 #include "Parloquin/Cell/CountryTableCell.h"
 
 #include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/FocusRing.h"
 #include "Parloquin/Platform/UI/ImageView.h"
 #include "Parloquin/Platform/UI/Label.h"
 #include "Parloquin/Platform/UI/Style.h"
@@ -11,9 +12,6 @@ namespace parloquin {
 
 namespace {
 constexpr int fontSize = 17; // px
-constexpr int ringWidth = 2; // px
-constexpr int ringInset = 2; // px
-constexpr int ringRadius = 4; // px
 }
 
 CountryTableCell::CountryTableCell(QWidget *parent)
@@ -43,7 +41,7 @@ CountryTableCell::CountryTableCell(QWidget *parent)
     using parloquin::height; // not the cell's own
     using parloquin::width;
     // clang-format off
-    activate(this, {
+    parloquin::activate(this, {
         trailing(lblPhoneCode) == trailing(this)        - 15,
         width(lblPhoneCode)    == 53,
         height(lblPhoneCode)   == 30,
@@ -80,14 +78,12 @@ void CountryTableCell::setSelectedState(bool selected)
 void CountryTableCell::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), isPressed() ? Style::pressedRow : QColor(Qt::white));
-    if (!hasKeyboardFocus())
-        return;
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Style::blue, ringWidth));
-    const qreal edge = ringInset + ringWidth / 2.0;
-    painter.drawRoundedRect(
-        QRectF(rect()).adjusted(edge, edge, -edge, -edge), ringRadius, ringRadius);
+    // Nothing at rest: the page is white, and the table draws the lines between the rows on it.
+    painter.setOpacity(pressStrength());
+    painter.fillRect(rect(), Style::pressedRow);
+    painter.setOpacity(1);
+    if (hasKeyboardFocus())
+        FocusRing::paint(painter, rect(), 0, true, Style::blue);
 }
 
 } // namespace parloquin

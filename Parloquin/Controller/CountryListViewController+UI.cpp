@@ -13,11 +13,6 @@ constexpr int rowHeight = 44; // px
 
 void CountryListViewController::setUI()
 {
-    setAutoFillBackground(true);
-    setPalette([look = palette()]() mutable {
-        look.setColor(QPalette::Window, Qt::white);
-        return look;
-    }());
     setCloseButton();
     setTableView();
     setAnchorsForTableView();

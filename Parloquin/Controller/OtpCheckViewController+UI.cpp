@@ -13,11 +13,6 @@ namespace parloquin {
 
 void OtpCheckViewController::setUI()
 {
-    setAutoFillBackground(true);
-    setPalette([look = palette()]() mutable {
-        look.setColor(QPalette::Window, Qt::white);
-        return look;
-    }());
     m_page = new ScrollView(this);
     setDescLabel();
     setViewFieldsBack();
@@ -48,6 +43,8 @@ void OtpCheckViewController::setViewFieldsBack()
     viewFieldsBack->setObjectName(QStringLiteral("viewFieldsBack"));
     viewFieldsBack->setBorder(1, Style::blue);
     viewFieldsBack->setCornerRadius(6);
+    // A view that takes no taps keeps them from its children too.
+    viewFieldsBack->setAttribute(Qt::WA_TransparentForMouseEvents, false);
 
     stackTextFields = new QWidget(viewFieldsBack);
     stackTextFields->setObjectName(QStringLiteral("stackTextFields"));
@@ -63,6 +60,12 @@ void OtpCheckViewController::setViewFieldsBack()
         field->setBorder(0.5, Style::grey, 4);
         field->setPhonePadKeyboard();
         connect(field, &QLineEdit::textEdited, this, [this, field] { textFieldDidChange(field); });
+        // The caret stays behind the digit, wherever the box is tapped: what is typed then is the
+        // second character, and goes.
+        connect(field, &QLineEdit::cursorPositionChanged, field, [field] {
+            if (!field->hasSelectedText())
+                field->end(false);
+        });
         // Enter only closes the keyboard: a code cut short is not to be sent by it.
         connect(field, &QLineEdit::returnPressed, field, [field] { field->clearFocus(); });
     }

@@ -9,13 +9,6 @@
 namespace parloquin {
 
 namespace {
-void focus(TextField *box)
-{
-    box->setFocus(Qt::OtherFocusReason);
-    // Behind the digit, so that the next key adds to it or deletes it.
-    box->end(false);
-}
-
 // One character per edit: of a longer paste all but the last stay.
 void shorten(TextField *box)
 {
@@ -38,7 +31,7 @@ void OtpCheckViewController::viewDidLoad()
     // Once the screen has slid in, so that the keyboard does not rise during the motion.
     onMainAfter(std::chrono::milliseconds(350), this, [this] {
         if (txtCode0)
-            focus(txtCode0);
+            txtCode0->setFocus();
     });
 }
 
@@ -76,16 +69,16 @@ void OtpCheckViewController::textFieldDidChange(const TextField *field)
 {
     if (field == txtCode0 && !txtCode0->text().isEmpty()) {
         shorten(txtCode0);
-        focus(txtCode1);
+        txtCode1->setFocus();
     }
     if (field == txtCode1) {
         shorten(txtCode1);
-        focus(txtCode1->text().isEmpty() ? txtCode0 : txtCode2);
+        (txtCode1->text().isEmpty() ? txtCode0 : txtCode2)->setFocus();
     }
     if (field == txtCode2) {
         shorten(txtCode2);
         if (txtCode2->text().isEmpty())
-            focus(txtCode1);
+            txtCode1->setFocus();
         else
             txtCode2->clearFocus();
     }

@@ -24,9 +24,9 @@ View *makeBox(QWidget *parent, const QString &name)
     return box;
 }
 
-TextField *makeField(QWidget *box, const QString &name, const QString &placeholder)
+TextField *makeField(QWidget *parent, const QString &name, const QString &placeholder)
 {
-    auto *field = new TextField(box);
+    auto *field = new TextField(parent);
     field->setObjectName(name);
     field->setFontSize(fieldFont);
     field->setTextColor(Style::ink);
@@ -38,11 +38,6 @@ TextField *makeField(QWidget *box, const QString &name, const QString &placehold
 
 void OtpMainViewController::setUI()
 {
-    setAutoFillBackground(true);
-    setPalette([look = palette()]() mutable {
-        look.setColor(QPalette::Window, Qt::white);
-        return look;
-    }());
     m_page = new ScrollView(this);
     setViewCountry();
     setViewPhoneNumber();
@@ -50,7 +45,6 @@ void OtpMainViewController::setUI()
     setAnchorsForViewCountry();
     setAnchorsForViewPhoneNumber();
     setAnchorsForButtonContinue();
-    alignNumbers();
     m_page->setConcludingButton(btnContinue);
     m_page->setLastWidget(btnContinue, 20);
 }
@@ -62,8 +56,8 @@ void OtpMainViewController::setViewCountry()
     viewCountryBack->setTappable(true);
     connect(viewCountryBack, &View::clicked, this, [this] { actionButtonSelectCountry(); });
 
-    txtCountryName = makeField(
-        viewCountryBack, QStringLiteral("txtCountryName"), QStringLiteral("Select Country.."));
+    txtCountryName = makeField(m_page->contentView(), QStringLiteral("txtCountryName"),
+        QStringLiteral("Select Country.."));
     txtCountryName->setUserInteractionEnabled(false);
     // The box is what a screen reader finds and presses, so it says which country is chosen.
     viewCountryBack->setAccessibleName(txtCountryName->placeholderText());
@@ -72,21 +66,21 @@ void OtpMainViewController::setViewCountry()
             title.isEmpty() ? txtCountryName->placeholderText() : title);
     });
 
-    iconArrowDown = new ImageView(viewCountryBack);
+    iconArrowDown = new ImageView(m_page->contentView());
     iconArrowDown->setObjectName(QStringLiteral("iconArrowDown"));
-    iconArrowDown->setImageNamed(QStringLiteral("icon-arrow-down"));
+    iconArrowDown->setImageNamed(QStringLiteral("icon-arrow-down"), true);
 }
 
 void OtpMainViewController::setViewPhoneNumber()
 {
     viewPhoneBack = makeBox(m_page->contentView(), QStringLiteral("viewPhoneBack"));
 
-    txtCountryCode =
-        makeField(viewPhoneBack, QStringLiteral("txtCountryCode"), QStringLiteral("+(Code)"));
+    txtCountryCode = makeField(
+        m_page->contentView(), QStringLiteral("txtCountryCode"), QStringLiteral("+(Code)"));
     txtCountryCode->setUserInteractionEnabled(false);
 
     txtPhoneNumber = makeField(
-        viewPhoneBack, QStringLiteral("txtPhoneNumber"), QStringLiteral("Phone Number.."));
+        m_page->contentView(), QStringLiteral("txtPhoneNumber"), QStringLiteral("Phone Number.."));
     txtPhoneNumber->setPhonePadKeyboard();
     viewPhoneBack->setRingsFor(txtPhoneNumber);
     connect(txtPhoneNumber, &QLineEdit::textEdited, this,
@@ -180,16 +174,6 @@ void OtpMainViewController::setBackButton()
     btnBack->setTintColor(Qt::white);
     connect(btnBack, &BarButtonItem::clicked, this, [this] { actionButtonBack(); });
     navigationItem().setLeftBarButtonItem(btnBack);
-}
-
-void OtpMainViewController::alignNumbers()
-{
-    // Numbers run from left to right in every language, plus first, but stand at the leading edge.
-    const Qt::Alignment leadingEdge = isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
-    for (TextField *field : { txtCountryCode, txtPhoneNumber }) {
-        field->setLayoutDirection(Qt::LeftToRight);
-        field->setAlignment(leadingEdge | Qt::AlignVCenter);
-    }
 }
 
 } // namespace parloquin

@@ -8,8 +8,6 @@
 #include "Parloquin/Platform/UI/TapGestureRecognizer.h"
 #include "Parloquin/Platform/UI/TextField.h"
 
-#include <QtCore/QEvent>
-
 namespace parloquin {
 
 OtpMainViewController::OtpMainViewController(QWidget *parent)
@@ -31,13 +29,6 @@ void OtpMainViewController::viewWillDisappear(bool animated)
 {
     BaseViewController::viewWillDisappear(animated);
     navigationItem().setLeftBarButtonItem(nullptr);
-}
-
-void OtpMainViewController::changeEvent(QEvent *event)
-{
-    if (event->type() == QEvent::LayoutDirectionChange && isViewLoaded())
-        alignNumbers();
-    BaseViewController::changeEvent(event);
 }
 
 void OtpMainViewController::actionButtonBack()

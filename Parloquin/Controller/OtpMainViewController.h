@@ -41,7 +41,6 @@ protected:
     void setUI() override;
     void viewWillAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
-    void changeEvent(QEvent *event) override;
 
 private:
     void setViewCountry();
@@ -51,7 +50,6 @@ private:
     void setAnchorsForViewPhoneNumber();
     void setAnchorsForButtonContinue();
     void setBackButton();
-    void alignNumbers();
 
     void textFieldDidBeginEditing();
     void textFieldDidEndEditing();

@@ -5,11 +5,13 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QScroller>
 
+#include <algorithm>
+
 namespace parloquin {
 
 namespace {
-// px around what is brought into view: room for its focus ring
-constexpr int revealMargin = 8;
+// px over and under what is brought into view: room for its box and focus ring
+constexpr int revealMargin = 14;
 }
 
 ScrollView::ScrollView(QWidget *parent)
@@ -68,8 +70,17 @@ void ScrollView::revealFocus()
         return;
     // The field last: where both do not fit, it wins.
     if (m_button)
-        ensureWidgetVisible(m_button, 0, revealMargin);
-    ensureWidgetVisible(focused, 0, revealMargin);
+        reveal(m_button);
+    reveal(focused);
+}
+
+void ScrollView::reveal(const QWidget *widget)
+{
+    // All of it: ensureWidgetVisible() would be content with a field's caret.
+    const int top = widget->mapTo(contentView(), QPoint()).y() - revealMargin;
+    const int bottom = top + widget->height() + 2 * revealMargin;
+    QScrollBar *bar = verticalScrollBar();
+    bar->setValue(std::min(std::max(bar->value(), bottom - viewport()->height()), top));
 }
 
 } // namespace parloquin

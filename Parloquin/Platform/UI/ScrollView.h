@@ -32,6 +32,7 @@ protected:
 private:
     void fitContent();
     void revealFocus();
+    void reveal(const QWidget *widget);
 
     QPointer<QWidget> m_last;
     QPointer<QWidget> m_button;
