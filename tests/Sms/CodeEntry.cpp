@@ -1,0 +1,183 @@
+#include "Parloquin/Controller/OtpCheckViewController.h"
+#include "Sms/SmsRoad.h"
+
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
+
+using namespace parloquin;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class CodeEntry : public SmsRoad {
+protected:
+    CodeEntry()
+    {
+        on("check-otp", ok(R"({"sessionId":"s-1"})"));
+        goToCodeEntry();
+    }
+    /// Texts of the boxes, the focused one in brackets.
+    QString boxes() const
+    {
+        QStringList texts;
+        for (const char *name : { "txtCode0", "txtCode1", "txtCode2" }) {
+            const auto *box = part<QLineEdit>(name);
+            texts.append(box->hasFocus() ? u"["_s + box->text() + u"]"_s : box->text());
+        }
+        return texts.join(u'|');
+    }
+};
+
+struct Steps {
+    const char *name;
+    /// Each: "@N" taps box N, "<" is backspace, "v..." pastes, anything else is typed.
+    QStringList steps;
+    QString boxes;
+    QString code; // sent by a tap on the button; empty: nothing is sent
+};
+
+class CodeBoxes : public CodeEntry, public testing::WithParamInterface<Steps> { };
+
+TEST_P(CodeBoxes, MoveTheFocusAndKeepOneCharacterEach)
+{
+    for (const QString &step : GetParam().steps) {
+        if (step.startsWith(u'@'))
+            tap(u"txtCode"_s.append(step[1]).toLatin1());
+        else if (step == u"<")
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backspace);
+        else if (step.startsWith(u'v'))
+            paste(step.mid(1));
+        else
+            type(step);
+    }
+    EXPECT_EQ(boxes(), GetParam().boxes);
+
+    tap("btnCheck");
+    if (GetParam().code.isEmpty()) { // what comes first must be what is typed next
+        tap("txtCode0");
+        type(u"9"_s);
+        tap("btnCheck");
+    }
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !outcomes->all().isEmpty(); }));
+    const auto sent = bodies("check-otp");
+    ASSERT_EQ(sent.size(), 1);
+    EXPECT_EQ(sent[0][u"code"].toString(), GetParam().code.isEmpty() ? u"9"_s : GetParam().code);
+}
+
+const QString family = u"👨‍👩‍👧"_s;
+const Steps steps[] = {
+    { "InTurn", { u"1"_s, u"2"_s, u"3"_s }, u"1|2|3"_s, u"123"_s },
+    { "NothingTyped", {}, u"[]||"_s, {} },
+    { "TwoOnly", { u"1"_s, u"2"_s }, u"1|2|[]"_s, u"12"_s },
+    { "SecondDigitInFilledFirst", { u"1"_s, u"@0"_s, u"5"_s }, u"1|[]|"_s, u"1"_s },
+    { "SecondDigitInFilledLast", { u"@2"_s, u"7"_s, u"@2"_s, u"8"_s }, u"||7"_s, u"7"_s },
+    { "DeletedInFirstStays", { u"1"_s, u"@0"_s, u"<"_s }, u"[]||"_s, {} },
+    { "DeletedInSecondGoesBack", { u"1"_s, u"2"_s, u"@1"_s, u"<"_s }, u"[1]||"_s, u"1"_s },
+    { "DeletedBackToTheStart", { u"1"_s, u"2"_s, u"3"_s, u"@2"_s, u"<"_s, u"<"_s, u"<"_s },
+        u"[]||"_s, {} },
+    { "BackspaceInEmptyBoxIsNoEdit", { u"1"_s, u"<"_s }, u"1|[]|"_s, u"1"_s },
+    { "PasteOfTwoKeepsOne", { u"v47"_s }, u"4|[]|"_s, u"4"_s },
+    { "PasteOfThreeKeepsTwo", { u"v471"_s }, u"47|[]|"_s, u"47"_s },
+    { "LettersPass", { u"a"_s, u"?"_s, u" "_s }, u"a|?| "_s, u"a? "_s },
+    { "EmojiIsOne", { family, u"🇳🇴"_s, u"👍🏽"_s }, family + u"|🇳🇴|👍🏽"_s,
+        family + u"🇳🇴👍🏽"_s },
+    { "EmojiLeavesWhole", { u"v1"_s + family }, u"1|[]|"_s, u"1"_s },
+    { "CombinedLetterIsOne", { u"e\u0301"_s, u"ve\u0301\u0308x"_s }, u"e\u0301|e\u0301\u0308|[]"_s,
+        u"e\u0301e\u0301\u0308"_s },
+    { "FilledOutOfOrder", { u"@2"_s, u"3"_s, u"@0"_s, u"1"_s }, u"1|[]|3"_s, u"13"_s },
+};
+
+INSTANTIATE_TEST_SUITE_P(Sequences, CodeBoxes, testing::ValuesIn(steps), named);
+
+struct CheckOutcome {
+    const char *name;
+    QByteArray answer;
+    const char *told;
+};
+
+class CheckOtp : public CodeEntry, public testing::WithParamInterface<CheckOutcome> { };
+
+TEST_P(CheckOtp, TellsTheHostAndStaysOpen)
+{
+    server.pause();
+    type(u"4"_s);
+    type(u"7"_s);
+    type(u"1"_s);
+    tap("btnCheck");
+    ASSERT_TRUE(
+        QTest::qWaitFor([this] { return bodies("check-otp").size() == 1 && overlayShows(); }));
+    release("check-otp", GetParam().answer);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !overlayShows() && !outcomes->all().isEmpty(); }));
+    EXPECT_EQ(outcomes->all(), QStringList { QLatin1String(GetParam().told) });
+    EXPECT_NE(top<OtpCheckViewController>(), nullptr);
+    EXPECT_EQ(boxes(), u"4|7|1"_s);
+    EXPECT_EQ(bodies("check-otp")[0],
+        (QJsonObject { { u"phoneNumber"_s, u"41234567"_s }, { u"countryCode"_s, u"NO"_s },
+            { u"code"_s, u"471"_s }, { u"reference"_s, u"ref-1"_s } }));
+}
+
+const CheckOutcome checkOutcomes[] = {
+    { "Session", ok(R"({"sessionId":"s-1","validationStatus":true})"), "success:s-1" },
+    { "ValidationIsNotConsulted", ok(R"({"sessionId":"s-2","validationStatus":false})"),
+        "success:s-2" },
+    { "PresenceDecides", ok(R"({"sessionId":""})"), "success:" },
+    { "NoSession", ok(R"({"validationStatus":true})"), "authorizationError" },
+    { "NoResult", RawServer::http(400, R"({"meta":{"httpStatusCode":400}})"),
+        "authorizationError" },
+    { "NotAnEnvelope", RawServer::http(200, "[]"), "serverError" },
+    { "Dropped", dropped, "serverError" },
+};
+
+INSTANTIATE_TEST_SUITE_P(Outcomes, CheckOtp, testing::ValuesIn(checkOutcomes), named);
+
+TEST_F(CodeEntry, WorksWithoutADelegate)
+{
+    container->setKitDelegate(nullptr);
+    type(u"1"_s);
+    tap("btnCheck");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !bodies("check-otp").isEmpty(); }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !overlayShows(); }));
+    EXPECT_EQ(outcomes->all(), QStringList());
+}
+
+TEST_F(CodeEntry, TryAgainLeadsNowhereAndLooksUnpressed)
+{
+    auto *link = part<QAbstractButton>("btnTryAgain");
+    const QImage before = link->grab().toImage();
+    QTest::mousePress(link, Qt::LeftButton);
+    EXPECT_EQ(link->grab().toImage(), before);
+    QTest::mouseRelease(link, Qt::LeftButton);
+    type(u"1"_s);
+    tap("btnCheck"); // the only call that goes out
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !outcomes->all().isEmpty(); }));
+    EXPECT_EQ(bodies("send-otp").size(), 1);
+    EXPECT_NE(top<OtpCheckViewController>(), nullptr);
+}
+
+TEST_F(CodeEntry, EnterSendsNothingAndTabWalksOn)
+{
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(boxes(), u"|[]|"_s);
+    type(u"2"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_TRUE(part("btnCheck")->hasFocus());
+    tap("txtCode0");
+    QTest::keyClick(part("txtCode0"), Qt::Key_Return);
+    EXPECT_EQ(boxes(), u"|2|"_s);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(bodies("check-otp").isEmpty());
+}
+
+TEST_F(CodeEntry, BoxesAndButtonStayInViewAboveAKeyboard)
+{
+    for (const int height : { 422, 300 }) {
+        container->resize(390, height);
+        QCoreApplication::processEvents();
+        const QRect page(0, 92, 390, height - 92);
+        EXPECT_TRUE(page.contains(frame("txtCode0"))) << height;
+        EXPECT_TRUE(page.contains(frame("btnCheck"))) << height;
+    }
+}
+
+} // namespace

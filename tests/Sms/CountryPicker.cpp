@@ -1,0 +1,193 @@
+#include "Parloquin/Cell/CountryTableCell.h"
+#include "Parloquin/Controller/CountryListViewController.h"
+#include "Parloquin/Controller/OtpMainViewController.h"
+#include "Sms/SmsRoad.h"
+
+#include <QtCore/QLocale>
+
+using namespace parloquin;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class CountryPicker : public SmsRoad {
+protected:
+    /// Opens the picker on countries of these titles, `-` being one without.
+    void openOn(const QStringList &titles)
+    {
+        QByteArray list;
+        for (const QString &title : titles) {
+            list += list.isEmpty() ? "" : ",";
+            list += title == u"-" ? "{}" : "{\"title\":\"" + title.toUtf8() + "\"}";
+        }
+        on("country", ok("{\"list\":[" + list + "]}"));
+        openPicker();
+        screen = top<CountryListViewController>();
+        table = part<TableView>("tblCountries");
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return titles.isEmpty() || !table->visibleCells().isEmpty(); }));
+    }
+    /// "A: Albania, Austria; B: Benin"
+    QString sections() const
+    {
+        QStringList all;
+        for (int s = 0; s < screen->numberOfSections(*table); ++s) {
+            QStringList rows;
+            for (int r = 0; r < screen->numberOfRows(*table, s); ++r) {
+                table->scrollToRow({ s, r }, false);
+                rows.append(titleOf(table->cellForRow({ s, r })));
+            }
+            all.append(screen->titleForHeader(*table, s) + u": "_s + rows.join(u", "_s));
+        }
+        return all.join(u"; "_s);
+    }
+
+    CountryListViewController *screen = nullptr;
+    TableView *table = nullptr;
+};
+
+struct Sections {
+    const char *name;
+    QStringList titles;
+    QString sections;
+};
+
+class CountrySections : public CountryPicker, public testing::WithParamInterface<Sections> { };
+
+TEST_P(CountrySections, GroupByFirstCharacterAsWritten)
+{
+    openOn(GetParam().titles);
+    EXPECT_EQ(sections(), GetParam().sections);
+    QStringList letters;
+    for (int s = 0; s < screen->numberOfSections(*table); ++s)
+        letters.append(screen->titleForHeader(*table, s));
+    EXPECT_EQ(screen->sectionIndexTitles(*table), letters);
+}
+
+const Sections sectionRows[] = {
+    { "CaseAndAccentsKept", { u"Åland"_s, u"Zambia"_s, u"algeria"_s, u"Albania"_s },
+        u"A: Albania; a: algeria; Å: Åland; Z: Zambia"_s },
+    { "RowsAsReceived", { u"Benin"_s, u"Austria"_s, u"Belize"_s, u"Albania"_s },
+        u"A: Austria, Albania; B: Benin, Belize"_s },
+    { "WithoutTitleInNone", { u"-"_s, u"Chad"_s, u"-"_s }, u"C: Chad"_s },
+    { "EmptyTitleFirst", { u"Chad"_s, u""_s }, u": ; C: Chad"_s },
+    { "WholeCharacters", { u"🇳🇴 Norway"_s, u"🇳🇷 Nauru"_s, u"e\u0301a"_s, u"ea"_s },
+        u"🇳🇴: 🇳🇴 Norway; 🇳🇷: 🇳🇷 Nauru; e: ea; e\u0301: e\u0301a"_s },
+    { "ThreeKindsOfAlef", { u"الأردن"_s, u"إيطاليا"_s, u"أيرلندا"_s },
+        u"أ: أيرلندا; إ: إيطاليا; ا: الأردن"_s },
+};
+
+INSTANTIATE_TEST_SUITE_P(Titles, CountrySections, testing::ValuesIn(sectionRows), named);
+
+using CountryPickerOrder = CountryPicker;
+
+// Runs a second time under a Swedish locale.
+TEST_F(CountryPickerOrder, FollowsTheLanguage)
+{
+    openOn({ u"Zambia"_s, u"Åland"_s, u"Benin"_s });
+    const bool swedish = QLocale::system().language() == QLocale::Swedish;
+    EXPECT_EQ(screen->sectionIndexTitles(*table).join(u""), swedish ? u"BZÅ"_s : u"ÅBZ"_s);
+}
+
+class CountryCall : public CountryPicker, public testing::WithParamInterface<QByteArray> { };
+
+TEST_P(CountryCall, WithoutAListShowsNoneAndFetchesAfreshNextTime)
+{
+    on("country", GetParam());
+    openPicker();
+    table = part<TableView>("tblCountries");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return bodies("country").size() == 1; }));
+    QTest::keyClick(table, Qt::Key_Return); // nothing to choose
+    EXPECT_TRUE(table->visibleCells().isEmpty());
+    tap("btnClose");
+    ASSERT_TRUE(arrivesAt<OtpMainViewController>());
+    openOn({ u"Chad"_s });
+    choose(u"Chad"_s);
+    EXPECT_EQ(text("txtCountryName"), u"Chad"_s);
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, CountryCall,
+    testing::Values(ok("{}"), RawServer::http(500, R"({"meta":{"httpStatusCode":500}})"),
+        ok(R"({"list":[{"title":7}]})"), dropped));
+
+TEST_F(CountryPicker, HandsTheChoiceBack)
+{
+    openPicker();
+    choose(u"Nauru"_s);
+    EXPECT_EQ(text("txtCountryName"), u"Nauru"_s);
+    EXPECT_EQ(text("txtCountryCode"), u"+674"_s);
+    openPicker();
+    choose(u"Nowhere"_s); // one without a prefix takes the old prefix away
+    EXPECT_EQ(text("txtCountryName"), u"Nowhere"_s);
+    EXPECT_EQ(text("txtCountryCode"), QString());
+}
+
+TEST_F(CountryPicker, ChoiceByKeyboardEqualsATap)
+{
+    openOn({ u"Chad"_s, u"Nauru"_s });
+    table->setFocus();
+    QTest::keyClicks(table, u"n"_s);
+    QTest::keyClick(table, Qt::Key_Return);
+    ASSERT_TRUE(arrivesAt<OtpMainViewController>());
+    EXPECT_EQ(text("txtCountryName"), u"Nauru"_s);
+}
+
+TEST_F(CountryPicker, TicksTheCurrentCountry)
+{
+    on("country", ok(R"({"list":[{"title":"Chad","countryCode":"TD"},{"title":"Corsica"},
+        {"title":"Ceuta","countryCode":""}]})"));
+    const std::pair<std::optional<QString>, QString> rows[] = { { u"TD"_s, u"Chad"_s },
+        { {}, u"Corsica"_s }, { u""_s, u"Ceuta"_s }, { u"td"_s, {} } };
+    for (const auto &[current, expected] : rows) {
+        auto *picker = new CountryListViewController;
+        picker->currentCountryCode = current;
+        container->navigationController().pushViewController(picker, false);
+        table = picker->findChild<TableView *>();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return table->visibleCells().size() == 3; }));
+        QStringList ticked;
+        for (TableCell *cell : table->visibleCells()) {
+            if (cell->findChild<QWidget *>(u"iconTick"_s)->isVisible())
+                ticked.append(titleOf(cell));
+        }
+        EXPECT_EQ(ticked.join(u","), expected);
+    }
+}
+
+TEST_F(CountryPicker, TenThousandCountriesNeedNoMoreRowsThanAFew)
+{
+    qsizetype widgets[2] = {};
+    const int counts[2] = { 250, 10000 };
+    for (int i = 0; i < 2; ++i) {
+        QStringList titles;
+        for (int n = 0; n < counts[i]; ++n)
+            titles.append(QChar(u'A' + n % 26) + QString::number(n));
+        openOn(titles);
+        table->scrollToRow({ 25, 1 }, false);
+        table->scrollToRow({ 3, 2 }, false);
+        widgets[i] = screen->findChildren<CountryTableCell *>().size();
+        tap("btnClose");
+        ASSERT_TRUE(arrivesAt<OtpMainViewController>());
+    }
+    EXPECT_LE(widgets[1], widgets[0] + 2); // as many as the heights of headers in view allow
+    EXPECT_LT(widgets[0], 40);
+}
+
+TEST_F(CountryPicker, BackStaysInTheBarWhenCovered)
+{
+    openPicker();
+    screen = top<CountryListViewController>();
+    container->hide();
+    EXPECT_NE(screen->navigationItem().leftBarButtonItem(), nullptr);
+    container->show();
+    EXPECT_EQ(text("btnClose"), u"Back"_s);
+}
+
+TEST_F(CountryPicker, OutOfRangeStopsTheProgram)
+{
+    openOn({ u"Chad"_s });
+    EXPECT_DEATH((void)screen->numberOfRows(*table, 1), "no section 1");
+    EXPECT_DEATH((void)screen->titleForHeader(*table, -1), "no section -1");
+    EXPECT_DEATH(screen->cellForRow(*table, { 0, 1 }), "no row 1");
+}
+
+} // namespace

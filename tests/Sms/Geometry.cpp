@@ -1,0 +1,110 @@
+#include "Parloquin/Controller/CountryListViewController.h"
+#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Platform/UI/TableView.h"
+#include "Sms/SmsRoad.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
+
+using namespace parloquin;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Frame {
+    const char *name;
+    QRect leftToRight; // in the container; mirrored where the text runs the other way
+};
+
+class SmsGeometry : public SmsRoad, public testing::WithParamInterface<Qt::LayoutDirection> {
+protected:
+    SmsGeometry()
+        : SmsRoad(GetParam())
+    {
+    }
+    QRect mirrored(QRect rect) const
+    {
+        if (GetParam() == Qt::RightToLeft)
+            rect.moveLeft(container->width() - rect.x() - rect.width());
+        return rect;
+    }
+    template <std::size_t n> void expectFrames(const Frame (&frames)[n]) const
+    {
+        for (const Frame &row : frames)
+            EXPECT_EQ(frame(row.name), mirrored(row.leftToRight)) << row.name;
+    }
+};
+
+TEST_P(SmsGeometry, PhoneEntry)
+{
+    static const Frame frames[] = {
+        { "viewCountryBack", { 20, 122, 350, 60 } },
+        { "txtCountryName", { 35, 132, 303, 40 } },
+        { "iconArrowDown", { 348, 146, 17, 12 } },
+        { "viewPhoneBack", { 20, 202, 350, 60 } },
+        { "txtCountryCode", { 35, 212, 90, 40 } },
+        { "txtPhoneNumber", { 125, 212, 235, 40 } },
+        { "btnContinue", { 20, 292, 350, 55 } },
+    };
+    expectFrames(frames);
+    EXPECT_EQ(top<Screen>()->navigationItem().title(), u"SMS"_s);
+    EXPECT_EQ(text("btnContinue"), u"Send SMS"_s);
+    const char *placeholders[][2] = { { "txtCountryName", "Select Country.." },
+        { "txtCountryCode", "+(Code)" }, { "txtPhoneNumber", "Phone Number.." } };
+    for (const auto &[name, placeholder] : placeholders)
+        EXPECT_EQ(part<QLineEdit>(name)->placeholderText(), QLatin1String(placeholder));
+}
+
+TEST_P(SmsGeometry, CodeEntry)
+{
+    goToCodeEntry();
+    static const Frame frames[] = {
+        { "lblDescription", { 15, 122, 360, 0 } }, // empty
+        { "viewFieldsBack", { 20, 142, 350, 75 } },
+        { "btnCheck", { 20, 242, 350, 55 } },
+        { "btnTryAgain", { 15, 332, 360, 44 } },
+    };
+    expectFrames(frames);
+    // The middle of 75 lies on a half: either side will do.
+    const char *boxes[] = { "txtCode0", "txtCode1", "txtCode2" };
+    for (int i = 0; i < 3; ++i) {
+        const QRect box = frame(boxes[i]);
+        EXPECT_EQ(box.size(), QSize(54, 54));
+        EXPECT_EQ(box.x(), mirrored({ 99 + 69 * i, 0, 54, 54 }).x());
+        EXPECT_TRUE(box.y() == 152 || box.y() == 153) << box.y();
+    }
+    EXPECT_EQ(text("lblDescription"), QString());
+    EXPECT_EQ(text("btnCheck"), u"Send Code"_s);
+    EXPECT_EQ(text("btnTryAgain"), u"Didn't you receive the code? Tap here to try again"_s);
+}
+
+TEST_P(SmsGeometry, CountryPicker)
+{
+    openPicker();
+    auto *table = part<TableView>("tblCountries");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !table->visibleCells().isEmpty(); }));
+    EXPECT_EQ(frame("tblCountries"), QRect(0, 92, 390, 752));
+    EXPECT_EQ(top<Screen>()->navigationItem().title(), u"Country List"_s);
+    // The first row, under its header of 28 and beside the strip of letters of 24.
+    static const Frame frames[] = {
+        { "CountryTableCell", { 0, 120, 366, 44 } },
+        { "lblTitle", { 15, 127, 249, 30 } },
+        { "iconTick", { 271, 132, 20, 20 } },
+        { "lblPhoneCode", { 298, 127, 53, 30 } },
+    };
+    for (const Frame &row : frames) {
+        QWidget *cell = table->visibleCells().first();
+        QWidget *widget = cell->objectName() == QLatin1String(row.name)
+            ? cell
+            : cell->findChild<QWidget *>(QLatin1String(row.name));
+        ASSERT_NE(widget, nullptr) << row.name;
+        EXPECT_EQ(QRect(widget->mapTo(container.get(), QPoint()), widget->size()),
+            mirrored(row.leftToRight))
+            << row.name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Directions, SmsGeometry, testing::Values(Qt::LeftToRight, Qt::RightToLeft),
+    [](const auto &row) { return row.param == Qt::LeftToRight ? "LeftToRight" : "RightToLeft"; });
+
+} // namespace

@@ -1,0 +1,180 @@
+#include "Parloquin/Controller/CountryListViewController.h"
+#include "Parloquin/Controller/OtpCheckViewController.h"
+#include "Parloquin/Controller/OtpMainViewController.h"
+#include "Sms/SmsRoad.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
+
+using namespace parloquin;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class PhoneEntry : public SmsRoad {
+protected:
+    QStringList numbersSent() const
+    {
+        QStringList numbers;
+        for (const QJsonObject &body : bodies("send-otp"))
+            numbers.append(body[u"phoneNumber"].toString());
+        return numbers;
+    }
+    /// What was refused before it sent nothing.
+    void sendsOnly(const QString &number)
+    {
+        tap("btnContinue");
+        ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
+        EXPECT_EQ(numbersSent(), QStringList { number });
+    }
+};
+
+TEST_F(PhoneEntry, RefusesInSilenceWhatIsIncomplete)
+{
+    tap("btnContinue");
+    enterNumber(u"41234567"_s);
+    tap("btnContinue"); // no country yet
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(overlayShows());
+    openPicker();
+    choose(u"Norway"_s);
+    sendsOnly(u"+4741234567"_s);
+}
+
+struct Typing {
+    const char *name;
+    QString country;
+    std::function<void(QLineEdit *)> act;
+    QString sent;
+};
+
+class PhoneNumber : public PhoneEntry, public testing::WithParamInterface<Typing> { };
+
+TEST_P(PhoneNumber, GoesOutAsTyped)
+{
+    openPicker();
+    choose(GetParam().country);
+    tap("txtPhoneNumber");
+    GetParam().act(part<QLineEdit>("txtPhoneNumber"));
+    sendsOnly(GetParam().sent);
+}
+
+const Typing typings[] = {
+    { "Keys", u"Norway"_s, [](QLineEdit *field) { QTest::keyClicks(field, u"4123"_s); },
+        u"+474123"_s },
+    { "NoFilter", u"Nauru"_s, [](QLineEdit *field) { QTest::keyClicks(field, u" 41-x "_s); },
+        u"+674 41-x "_s },
+    { "InputMethod", u"Norway"_s, [](QLineEdit *) { SmsRoad::type(u"412"_s); }, u"+47412"_s },
+    { "Paste", u"Norway"_s, [](QLineEdit *) { SmsRoad::paste(u"41 23"_s); }, u"+4741 23"_s },
+    // The field shows nothing, yet the last number that stood in it goes out.
+    { "NeverBackToEmpty", u"Norway"_s,
+        [](QLineEdit *field) {
+            QTest::keyClicks(field, u"5"_s);
+            QTest::keyClick(field, Qt::Key_Backspace);
+            EXPECT_EQ(field->text(), QString());
+        },
+        u"+475"_s },
+    { "NoPrefix", u"Nowhere"_s, [](QLineEdit *field) { QTest::keyClicks(field, u"77"_s); },
+        u"77"_s },
+    { "Long", u"Norway"_s, [](QLineEdit *) { SmsRoad::type(QString(300, u'1')); },
+        u"+47"_s + QString(300, u'1') },
+};
+
+INSTANTIATE_TEST_SUITE_P(Typed, PhoneNumber, testing::ValuesIn(typings), named);
+
+struct SendOutcome {
+    const char *name;
+    QByteArray answer;
+    bool movesOn;
+};
+
+class SendOtp : public PhoneEntry, public testing::WithParamInterface<SendOutcome> { };
+
+TEST_P(SendOtp, LeavesTheUserWhereTheAnswerSays)
+{
+    openPicker();
+    choose(u"Norway"_s);
+    enterNumber(u"41"_s);
+    server.pause();
+    tap("btnContinue");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return numbersSent().size() == 1 && overlayShows(); }));
+    release("send-otp", GetParam().answer);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !overlayShows(); }));
+
+    if (GetParam().movesOn) {
+        EXPECT_TRUE(arrivesAt<OtpCheckViewController>());
+    } else {
+        // Still here, and free to try again: the next answer opens the only code entry.
+        on("send-otp", ok(R"({"reference":"again"})"));
+        ASSERT_NE(top<OtpMainViewController>(), nullptr);
+        tap("btnContinue");
+        ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
+        EXPECT_EQ(top<OtpCheckViewController>()->reference, u"again"_s);
+    }
+    EXPECT_EQ(container->navigationController().viewControllers().size(), 3);
+    EXPECT_EQ(outcomes->all(), QStringList());
+}
+
+const SendOutcome sendOutcomes[] = {
+    { "Reference", ok(R"({"reference":"r"})"), true },
+    { "MetaIsNotConsulted",
+        RawServer::http(400, R"({"meta":{"httpStatusCode":400},"result":{"reference":"r"}})"),
+        true },
+    { "EmptyReference", ok(R"({"reference":""})"), false },
+    { "NoReference", ok("{}"), false },
+    { "NoResult", RawServer::http(400, R"({"meta":{"httpStatusCode":400}})"), false },
+    { "NotJson", RawServer::http(502, "<html>"), false },
+    { "Dropped", dropped, false },
+};
+
+INSTANTIATE_TEST_SUITE_P(Outcomes, SendOtp, testing::ValuesIn(sendOutcomes), named);
+
+TEST_F(PhoneEntry, TapAnywhereButOnTheFieldEndsTyping)
+{
+    auto *field = part<QLineEdit>("txtPhoneNumber");
+    EXPECT_TRUE(field->inputMethodHints() & Qt::ImhDialableCharactersOnly);
+    tap(field);
+    EXPECT_TRUE(field->hasFocus());
+    tap(field);
+    EXPECT_TRUE(field->hasFocus());
+    QTest::mouseClick(container->windowHandle(), Qt::LeftButton, {}, QPoint(200, 700)); // bare page
+    EXPECT_FALSE(field->hasFocus());
+    tap(field);
+    tap("btnContinue");
+    EXPECT_FALSE(field->hasFocus());
+    tap(field);
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_FALSE(field->hasFocus());
+    EXPECT_EQ(numbersSent(), QStringList());
+}
+
+TEST_F(PhoneEntry, BackItemComesAndGoesWithTheScreen)
+{
+    auto *screen = top<OtpMainViewController>();
+    EXPECT_EQ(text("btnBack"), u"Back"_s);
+    openPicker();
+    EXPECT_EQ(screen->navigationItem().leftBarButtonItem(), nullptr);
+    tap("btnClose");
+    ASSERT_TRUE(arrivesAt<OtpMainViewController>());
+    tap("btnBack");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return top<OtpMainViewController>() == nullptr; }));
+}
+
+// An on-screen keyboard takes half of the window, or leaves hardly anything.
+TEST_F(PhoneEntry, FocusedFieldStaysInViewWhateverTheHeight)
+{
+    tap("txtPhoneNumber");
+    for (const int height : { 422, 250, 170 }) {
+        container->resize(390, height);
+        QCoreApplication::processEvents();
+        const QRect page(0, 92, 390, height - 92);
+        const QRect at = frame("txtPhoneNumber");
+        EXPECT_TRUE(page.contains(at)) << height << ": " << at.top() << "-" << at.bottom();
+        EXPECT_TRUE(height < 250 || page.contains(frame("btnContinue"))) << height;
+    }
+    container->resize(390, 844);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(frame("viewCountryBack"), QRect(20, 122, 350, 60));
+}
+
+} // namespace

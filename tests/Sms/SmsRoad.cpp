@@ -1,0 +1,156 @@
+#include "Sms/SmsRoad.h"
+
+#include "Parloquin/Cell/CountryTableCell.h"
+#include "Parloquin/Controller/CountryListViewController.h"
+#include "Parloquin/Controller/OtpCheckViewController.h"
+#include "Parloquin/Controller/OtpMainViewController.h"
+#include "support/ServiceEndpoint.h"
+
+#include <QtGui/QClipboard>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QProxyStyle>
+
+using namespace parloquin;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class StillStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+        QStyleHintReturn *data) const override
+    {
+        if (hint == SH_Widget_Animation_Duration)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+} // namespace
+
+QByteArray ok(const QByteArray &result)
+{
+    return RawServer::http(200, R"({"meta":{"httpStatusCode":200},"result":)" + result + "}");
+}
+
+void Outcomes::verificationDidSucceed(const QString &sessionId)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_all.append(u"success:"_s + sessionId);
+}
+
+void Outcomes::verificationDidFail(ParloquinError error)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_all.append(error == ParloquinError::serverError ? u"serverError"_s : u"authorizationError"_s);
+}
+
+QStringList Outcomes::all() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_all;
+}
+
+SmsRoad::SmsRoad(Qt::LayoutDirection direction)
+{
+    QApplication::setStyle(new StillStyle);
+    QApplication::setLayoutDirection(direction);
+    setServiceHost(server.hostAndPort());
+    on("country", ok(R"({"list":[{"title":"Norway","countryCode":"NO","phoneCode":"+47"},
+        {"title":"Nauru","countryCode":"NR","phoneCode":"+674"},
+        {"title":"Chad","countryCode":"TD","phoneCode":"+235"},
+        {"title":"Nowhere","countryCode":"XN"}]})"));
+    on("send-otp", ok(R"({"reference":"ref-1"})"));
+
+    container = std::make_unique<ParloquinNavigationController>(new Screen);
+    container->setKitDelegate(outcomes);
+    container->setContentsMargins(0, 44, 0, 0);
+    container->resize(390, 844);
+    container->show();
+    container->navigationController().pushViewController(new OtpMainViewController, false);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(container.get()));
+}
+
+SmsRoad::~SmsRoad() = default;
+
+void SmsRoad::on(const std::string &call, const QByteArray &answer)
+{
+    server.answer(("/v1.0/" + call).c_str(), answer);
+}
+
+void SmsRoad::release(const std::string &call, const QByteArray &answer)
+{
+    on(call, answer);
+    server.proceed();
+}
+
+QList<QJsonObject> SmsRoad::bodies(const std::string &call) const
+{
+    QList<QJsonObject> all;
+    for (const RawRequest &request : server.requests()) {
+        if (request.path() == QByteArray(("/v1.0/" + call).c_str()))
+            all.append(request.parameters());
+    }
+    return all;
+}
+
+QRect SmsRoad::frame(const char *name) const
+{
+    const QWidget *widget = part(name);
+    return { widget->mapTo(container.get(), QPoint()), widget->size() };
+}
+
+void SmsRoad::type(const QString &text)
+{
+    QInputMethodEvent commit;
+    commit.setCommitString(text);
+    QApplication::sendEvent(QApplication::focusWidget(), &commit);
+}
+
+void SmsRoad::paste(const QString &text)
+{
+    QApplication::clipboard()->setText(text);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+}
+
+bool SmsRoad::overlayShows() const
+{
+    const auto *veil = container->findChild<QWidget *>(u"container"_s);
+    return veil && veil->isVisible();
+}
+
+void SmsRoad::openPicker()
+{
+    tap("viewCountryBack");
+    ASSERT_TRUE(arrivesAt<CountryListViewController>());
+}
+
+void SmsRoad::choose(const QString &title)
+{
+    QWidget *row = nullptr;
+    const bool found = QTest::qWaitFor([&] {
+        for (TableCell *cell : part<TableView>("tblCountries")->visibleCells())
+            row = titleOf(cell) == title ? cell : row;
+        return row != nullptr;
+    });
+    ASSERT_TRUE(found) << title.toStdString();
+    tap(row);
+    ASSERT_TRUE(arrivesAt<OtpMainViewController>());
+}
+
+void SmsRoad::enterNumber(const QString &number)
+{
+    tap("txtPhoneNumber");
+    type(number);
+}
+
+void SmsRoad::goToCodeEntry()
+{
+    openPicker();
+    choose(u"Norway"_s);
+    enterNumber(u"41234567"_s);
+    tap("btnContinue");
+    ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return part("txtCode0")->hasFocus(); }));
+}

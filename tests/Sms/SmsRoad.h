@@ -1,0 +1,93 @@
+#pragma once
+
+#include "Parloquin/Controller/Base/ParloquinNavigationController.h"
+#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Platform/UI/Screen.h"
+#include "Parloquin/Protocol/ParloquinDelegate.h"
+#include "support/RawServer.h"
+
+#include <QtCore/QMutex>
+#include <QtTest/QTest>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+/// An answer that goes well with this result.
+QByteArray ok(const QByteArray &result);
+/// The service hangs up instead of answering.
+inline const QByteArray dropped;
+/// Of a country's row.
+inline QString titleOf(const QWidget *cell)
+{
+    return cell->findChild<QWidget *>(QStringLiteral("lblTitle"))->property("text").toString();
+}
+/// Names the cases of a table.
+inline const auto named = [](const auto &row) { return row.param.name; };
+
+/// What the host was told: "success:ID" or the name of the error.
+class Outcomes : public ParloquinDelegate {
+public:
+    void verificationDidSucceed(const QString &sessionId) override;
+    void verificationDidFail(ParloquinError error) override;
+    [[nodiscard]] QStringList all() const;
+
+private:
+    mutable QMutex m_mutex;
+    QStringList m_all;
+};
+
+/// \brief A phone of 390 x 844 with a status area of 44, phone entry open on an empty root screen.
+class SmsRoad : public testing::Test {
+public:
+    /// Commits a text into the field that has the focus, as an input method does.
+    static void type(const QString &text);
+    static void paste(const QString &text);
+
+protected:
+    explicit SmsRoad(Qt::LayoutDirection direction = Qt::LeftToRight);
+    ~SmsRoad() override;
+
+    /// What a call, as "send-otp", brings from now on.
+    void on(const std::string &call, const QByteArray &answer);
+    /// The same where the server has been paused.
+    void release(const std::string &call, const QByteArray &answer);
+    /// Plain bodies received for a call, oldest first.
+    [[nodiscard]] QList<QJsonObject> bodies(const std::string &call) const;
+
+    template <class S> S *top() const
+    {
+        return dynamic_cast<S *>(container->navigationController().topViewController());
+    }
+    /// A part of the screen on top, or of its bar, by its name.
+    template <class W = QWidget> W *part(const char *name) const
+    {
+        W *found = top<parloquin::Screen>()->template findChild<W *>(QLatin1String(name));
+        if (!found)
+            found = container->findChild<W *>(QLatin1String(name));
+        EXPECT_NE(found, nullptr) << name;
+        return found;
+    }
+    QString text(const char *name) const { return part(name)->property("text").toString(); }
+    /// Of a part, in the container.
+    QRect frame(const char *name) const;
+
+    void tap(const char *name) const { tap(part(name)); }
+    static void tap(QWidget *widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    [[nodiscard]] bool overlayShows() const;
+    template <class S> [[nodiscard]] bool arrivesAt() const
+    {
+        return QTest::qWaitFor([this] { return top<S>() != nullptr; });
+    }
+
+    // The steps of the road, each by hand and eye.
+    void openPicker();
+    void choose(const QString &title);
+    void enterNumber(const QString &number);
+    void goToCodeEntry(); // Norway, 41234567, reference "ref-1"
+
+    RawServer server;
+    std::shared_ptr<Outcomes> outcomes = std::make_shared<Outcomes>();
+    std::unique_ptr<parloquin::ParloquinNavigationController> container;
+};
