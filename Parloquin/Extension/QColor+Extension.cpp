@@ -46,13 +46,13 @@ QColor colorFromHexString(const QString &hexString)
     const auto digit = [value](int shift) { return static_cast<int>(value >> shift & 0xf) * 17; };
     switch (characterCount(text)) {
     case 3:
-        return QColor(digit(8), digit(4), digit(0));
+        return { digit(8), digit(4), digit(0) };
     case 6:
-        return QColor(byte(16), byte(8), byte(0));
+        return { byte(16), byte(8), byte(0) };
     case 8:
-        return QColor(byte(16), byte(8), byte(0), byte(24));
+        return { byte(16), byte(8), byte(0), byte(24) };
     default:
-        return QColor(1, 1, 0, 1);
+        return { 1, 1, 0, 1 };
     }
 }
 

@@ -11,7 +11,7 @@
 namespace parloquin {
 namespace {
 
-constexpr qint64 maximumBytes = 1024 * 1024;
+constexpr qint64 maximumBytes = 1 << 20;
 constexpr int maximumSide = 1024; // px
 constexpr std::chrono::seconds patience(60);
 

@@ -153,7 +153,7 @@ void HudManager::show(std::weak_ptr<Updateable> screen)
     });
 }
 
-void HudManager::hide(std::weak_ptr<Updateable>)
+void HudManager::hide(const std::weak_ptr<Updateable> &)
 {
     onMain([this] { removeFromSuperview(); });
 }

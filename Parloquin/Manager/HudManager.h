@@ -27,7 +27,7 @@ public:
     void show(std::weak_ptr<Updateable> screen);
 
     /// \brief Takes the overlay away at once, whatever screen it lies on. Any thread; as above.
-    void hide(std::weak_ptr<Updateable> screen);
+    void hide(const std::weak_ptr<Updateable> &screen);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -1,0 +1,194 @@
+// The first screen as it stands: geometry, colours, texts.
+#include "Parloquin/Cell/ThirdPartyKitTableCell.h"
+#include "Parloquin/Platform/UI/ImageView.h"
+#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Platform/UI/Screen.h"
+#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Platform/UI/View.h"
+#include "Screens/Container.h"
+
+#include <QtCore/QBuffer>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+using namespace parloquin;
+
+namespace {
+
+class AppList : public ContainerTest {
+protected:
+    void present(const QByteArray &init)
+    {
+        answer("/v1.0/init", init);
+        presentLoaded();
+    }
+
+    [[nodiscard]] QWidget *cell(int row) const
+    {
+        return find<TableView>("tblKits")->cellForRow({ 0, row });
+    }
+    template <class T> [[nodiscard]] T *part(int row, const char *name) const
+    {
+        return cell(row)->findChild<T *>(QLatin1String(name));
+    }
+};
+
+class Geometry : public AppList, public testing::WithParamInterface<Qt::LayoutDirection> { };
+
+TEST_P(Geometry, IsExact)
+{
+    QApplication::setLayoutDirection(GetParam());
+    present(threeApps);
+    const bool isMirrored = GetParam() == Qt::RightToLeft;
+    const auto at = [&](double x, double y, double w, double h) {
+        return QRectF(isMirrored ? 390 - x - w : x, y, w, h);
+    };
+    const struct {
+        const QWidget *widget;
+        QRectF frame;
+    } rows[] = {
+        { find("lblDescription"), at(25, 122, 340, 20) },
+        { find("tblKits"), at(0, 172, 390, 567) },
+        { cell(0), at(0, 172, 390, 80) },
+        { part<QWidget>(0, "viewBack"), at(20, 182, 350, 60) },
+        { part<QWidget>(0, "imgKitIcon"), at(40, 199.5, 25, 25) },
+        { part<QWidget>(0, "lblKitName"), at(85, 192, 265, 40) },
+        { cell(2), at(0, 332, 390, 80) },
+        { find("viewAlternativeKit"), at(0, 739, 390, 105) },
+        { find("lineAlternateViewTop"), at(0, 739, 390, 0.5) },
+        { find("lblAlternateKitTitle"), at(25, 754, 340, 20) },
+        { find("iconSms"), at(25, 789, 30, 30) },
+        { find("lblAlternateKitDesc"), at(65, 789, 285, 30) },
+        { find("iconArrowRight"), at(360, 796.5, 10, 15) },
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.widget->objectName().toStdString());
+        const QRectF actual = frame(row.widget);
+        // Halves may round either way.
+        EXPECT_NEAR(actual.x(), row.frame.x(), 0.5);
+        EXPECT_NEAR(actual.y(), row.frame.y(), 0.5);
+        EXPECT_NEAR(actual.width(), row.frame.width(), 0.5);
+        EXPECT_NEAR(actual.height(), row.frame.height(), 0.5);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Directions, Geometry, testing::Values(Qt::LeftToRight, Qt::RightToLeft), [](const auto &row) {
+        return row.param == Qt::LeftToRight ? std::string("LeftToRight") : "RightToLeft";
+    });
+
+TEST_F(AppList, KeepsThePlaceOfAPanelThatIsNotOffered)
+{
+    present(R"({"result":{"description":"Pick an app.","list":[{"text":"t"}]}})");
+    EXPECT_FALSE(find("viewAlternativeKit")->isVisible());
+    EXPECT_EQ(frame(find("tblKits")), QRect(0, 172, 390, 567));
+}
+
+TEST_F(AppList, ShowsTheColoursAndTextOfEachApp)
+{
+    present(R"({"result":{"list":[
+        {"text":"Text","name":"Name","bgColour":"#1C7C4C","textColour":"FFD14A"},
+        {"name":"Only a name"}, {"text":"<b>x</b>","bgColour":"#12345","textColour":"nonsensical"}]}})");
+    const struct {
+        QString text;
+        QColor back;
+        QColor ink;
+    } rows[] = {
+        { QStringLiteral("Text"), QColor(0x1c, 0x7c, 0x4c), QColor(0xff, 0xd1, 0x4a) },
+        { {}, Qt::blue, Qt::white },
+        { QStringLiteral("<b>x</b>"), QColor(1, 1, 0, 1), QColor(1, 1, 0, 1) },
+    };
+    for (int row = 0; row < 3; ++row) {
+        SCOPED_TRACE(row);
+        EXPECT_EQ(part<Label>(row, "lblKitName")->text(), rows[row].text);
+        EXPECT_EQ(part<View>(row, "viewBack")->backgroundColor(), rows[row].back);
+        EXPECT_EQ(part<Label>(row, "lblKitName")->textColor(), rows[row].ink);
+    }
+    const QImage screen = container->grab().toImage();
+    const QPointF inside = frame(part<View>(0, "viewBack")).center() + QPointF(120, 0);
+    EXPECT_EQ(screen.pixelColor((inside * screen.devicePixelRatio()).toPoint()), rows[0].back);
+}
+
+TEST_F(AppList, DarkensThePressedRowAlone)
+{
+    present(threeApps);
+    const QPoint point = cell(0)->mapTo(container.get(), cell(0)->rect().center());
+    QTest::mousePress(container->windowHandle(), Qt::LeftButton, {}, point);
+    const auto back = [this](int row) { return part<View>(row, "viewBack")->backgroundColor(); };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return back(0) == QColor(0x16, 0x63, 0x3d); }));
+    EXPECT_EQ(back(1), QColor(Qt::blue));
+    // Let go elsewhere: no tap.
+    QTest::mouseMove(container->windowHandle(), point + QPoint(0, 200));
+    QTest::mouseRelease(container->windowHandle(), Qt::LeftButton, {}, point + QPoint(0, 200));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return back(0) == QColor(0x1c, 0x7c, 0x4c); }));
+    EXPECT_EQ(paths().size(), 1);
+}
+
+TEST_F(AppList, ShowsEachAppsOwnIcon)
+{
+    const auto icon = [this](const QByteArray &path, int side) {
+        QImage image(side, side, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QBuffer bytes;
+        bytes.open(QIODevice::WriteOnly);
+        image.save(&bytes, "PNG");
+        server.answer(path, RawServer::http(200, bytes.data(), "Content-Type: image/png\r\n"));
+        return server.url(QLatin1String(path)).toUtf8();
+    };
+    QByteArray list;
+    for (int row = 0; row < 40; ++row) {
+        list += R"({"text":"t","icon":")";
+        list += row % 2 ? QByteArray("not a url") : icon("/i" + QByteArray::number(row), row + 1);
+        list += R"("},)";
+    }
+    present(R"({"result":{"list":[)" + list.chopped(1) + "]}}");
+    auto *const table = find<TableView>("tblKits");
+    for (const int row : { 0, 2, 3, 30, 31, 4, 5 }) {
+        SCOPED_TRACE(row);
+        table->scrollToRow({ 0, row }, false);
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return part<ImageView>(row, "imgKitIcon")->image().width() == (row % 2 ? 0 : row + 1);
+        }));
+    }
+}
+
+TEST_F(AppList, HasWidgetsOnlyForRowsInView)
+{
+    QByteArray list;
+    for (int row = 0; row < 10000; ++row)
+        list += R"({"text":"Row )" + QByteArray::number(row) + R"("},)";
+    present(R"({"result":{"list":[)" + list.chopped(1) + "]}}");
+    auto *const table = find<TableView>("tblKits");
+    table->scrollToRow({ 0, 9999 }, false);
+    QCoreApplication::processEvents();
+    ASSERT_NE(cell(9999), nullptr);
+    EXPECT_EQ(part<Label>(9999, "lblKitName")->text(), QStringLiteral("Row 9999"));
+    EXPECT_LT(table->findChildren<ThirdPartyKitTableCell *>().size(), 20);
+}
+
+TEST_F(AppList, LeadsToTheRoadBySms)
+{
+    present(threeApps);
+    const auto *navigation = container->findChild<NavigationController *>();
+    EXPECT_EQ(
+        navigation->topViewController()->navigationItem().title(), QStringLiteral("Parloquin"));
+    tap(find("viewAlternativeKit"));
+    ASSERT_EQ(navigation->viewControllers().size(), 2);
+    EXPECT_EQ(navigation->topViewController()->navigationItem().title(), QStringLiteral("SMS"));
+    // The first screen's button is not the second's.
+    EXPECT_TRUE(QTest::qWaitFor([this] { return find("btnClose") == nullptr; }));
+}
+
+TEST_F(AppList, PushesALongDescriptionsTableDownWithoutOverlap)
+{
+    present(R"({"result":{"description":")" + QByteArray("Some words that wrap. ").repeated(12)
+        + R"(","list":[{"text":"An app whose name is much longer than its row is wide, by far"}]}})");
+    const QRect text = frame(find("lblDescription"));
+    EXPECT_GT(text.height(), 60);
+    EXPECT_EQ(frame(find("tblKits")).top(), text.top() + text.height() + 30);
+    EXPECT_EQ(frame(find("tblKits")).top() + find("tblKits")->height(), 739);
+    EXPECT_EQ(part<Label>(0, "lblKitName")->width(), 265);
+}
+
+} // namespace

@@ -1,0 +1,193 @@
+#include "Screens/Container.h"
+
+#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Platform/UI/TableView.h"
+#include "support/ServiceEndpoint.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QThread>
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+namespace {
+
+void write(const QString &path, const QByteArray &text, bool isProgram = false)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("cannot write %s", qPrintable(path));
+    if (isProgram)
+        file.setPermissions(file.permissions() | QFile::ExeOwner);
+}
+
+/// A desktop of the test's own. Made before main(), since libraries read its place only once.
+const QTemporaryDir &desktop()
+{
+    static const QTemporaryDir folder;
+    static const bool made = [] {
+        QDir(folder.path()).mkdir(QStringLiteral("applications"));
+        const QByteArray arguments = folder.filePath(QStringLiteral("arguments")).toUtf8();
+        const QString program = folder.filePath(QStringLiteral("messenger"));
+        write(program,
+            "#!/bin/sh\nprintf '%s\\0' \"$@\" > '" + arguments + ".new'\nmv '" + arguments
+                + ".new' '" + arguments + "'\n",
+            true);
+        write(folder.filePath(QStringLiteral("applications/parlo.desktop")),
+            "[Desktop Entry]\nType=Application\nName=Parlo\nExec=" + program.toUtf8()
+                + " %u\nMimeType=x-scheme-handler/parlo;\n");
+        write(folder.filePath(QStringLiteral("applications/mimeapps.list")),
+            "[Default Applications]\nx-scheme-handler/parlo=parlo.desktop\n");
+        qputenv("XDG_DATA_HOME", folder.path().toUtf8());
+        qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
+        qputenv("XDG_DATA_DIRS", folder.path().toUtf8());
+        qputenv("XDG_CONFIG_DIRS", folder.path().toUtf8());
+        return true;
+    }();
+    Q_UNUSED(made)
+    return folder;
+}
+
+[[maybe_unused]] const QTemporaryDir &madeFirst = desktop();
+
+bool hasDefaultRoute()
+{
+    QFile routes(QStringLiteral("/proc/net/route"));
+    return routes.open(QIODevice::ReadOnly) && routes.readAll().contains("\t00000000\t");
+}
+
+/// A machine without a network closes the gate a moment after the start: loopback is all we need.
+void openGate()
+{
+    auto &gate = parloquin::ApiSessionHelper::shared().isNetworkReachable;
+    if (!hasDefaultRoute())
+        (void)QTest::qWaitFor([&gate] { return !gate; });
+    gate = true;
+}
+
+} // namespace
+
+void RecordingDelegate::verificationDidSucceed(const QString &sessionId)
+{
+    record(QStringLiteral("succeeded ") + sessionId);
+}
+
+void RecordingDelegate::verificationDidFail(ParloquinError error)
+{
+    record(QStringLiteral("failed %1").arg(static_cast<int>(error)));
+}
+
+void RecordingDelegate::record(const QString &outcome)
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_outcomes.append(outcome);
+        m_onMainThread += QThread::currentThread() == qApp->thread();
+    }
+    if (whenTold)
+        whenTold();
+}
+
+QStringList RecordingDelegate::outcomes() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_outcomes;
+}
+
+int RecordingDelegate::outcomesOnMainThread() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_onMainThread;
+}
+
+void ContainerTest::SetUp()
+{
+    QFile::remove(desktop().filePath(QStringLiteral("arguments")));
+    setServiceHost(server.hostAndPort());
+    openGate();
+}
+
+void ContainerTest::TearDown() { container.reset(); }
+
+void ContainerTest::present()
+{
+    Parloquin kit;
+    container.reset(kit.viewControllerForLogin());
+    container->setContentsMargins(0, 44, 0, 0);
+    container->setKitDelegate(delegate);
+    container->resize(390, 844);
+    container->show();
+}
+
+void ContainerTest::presentLoaded()
+{
+    present();
+    ASSERT_TRUE(waitForOverlay(true));
+    ASSERT_TRUE(waitForOverlay(false));
+}
+
+QRect ContainerTest::frame(const QWidget *widget) const
+{
+    return { widget->mapTo(container.get(), QPoint()), widget->size() };
+}
+
+bool ContainerTest::overlayIsUp() const
+{
+    const auto *veil = find("container");
+    return veil && veil->isVisible();
+}
+
+bool ContainerTest::waitForOverlay(bool up) const
+{
+    return QTest::qWaitFor([this, up] { return overlayIsUp() == up; });
+}
+
+bool ContainerTest::waitForOutcomes(int count) const
+{
+    return QTest::qWaitFor([this, count] { return delegate->outcomes().size() >= count; });
+}
+
+void ContainerTest::tap(const QWidget *widget) const
+{
+    QWidget *const window = container->window();
+    QTest::mouseClick(
+        window->windowHandle(), Qt::LeftButton, {}, widget->mapTo(window, widget->rect().center()));
+}
+
+void ContainerTest::tapRow(int row) const
+{
+    const auto *cell = find<parloquin::TableView>("tblKits")->cellForRow({ 0, row });
+    ASSERT_NE(cell, nullptr);
+    tap(cell);
+}
+
+void ContainerTest::comeBack()
+{
+    Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
+    Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
+}
+
+QList<QByteArray> ContainerTest::paths() const
+{
+    QList<QByteArray> paths;
+    for (const RawRequest &request : server.requests())
+        paths.append(request.path());
+    return paths;
+}
+
+void ContainerTest::answer(const char *path, const QByteArray &json)
+{
+    server.answer(path, RawServer::http(200, json));
+}
+
+QStringList ContainerTest::handlerArguments()
+{
+    QFile file(desktop().filePath(QStringLiteral("arguments")));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QStringList arguments = QString::fromUtf8(file.readAll()).split(QChar(u'\0'));
+    arguments.removeLast(); // behind the last one's end
+    return arguments;
+}

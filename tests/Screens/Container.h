@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Parloquin/Parloquin.h"
+#include "support/RawServer.h"
+
+#include <QtCore/QMutex>
+#include <QtCore/QPointer>
+#include <QtCore/QStringList>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+/// \brief Hears outcomes on any thread and keeps them as texts: "succeeded S-1", "failed 0".
+class RecordingDelegate : public ParloquinDelegate {
+public:
+    void verificationDidSucceed(const QString &sessionId) override;
+    void verificationDidFail(ParloquinError error) override;
+
+    [[nodiscard]] QStringList outcomes() const;
+    [[nodiscard]] int outcomesOnMainThread() const;
+
+    /// Called within each outcome, on its thread.
+    std::function<void()> whenTold;
+
+private:
+    void record(const QString &outcome);
+
+    mutable QMutex m_mutex;
+    QStringList m_outcomes;
+    int m_onMainThread = 0;
+};
+
+/// \brief A container over a server of the test, on a device with one messaging app.
+///
+/// The desktop of the test has a handler for `parlo:` alone; it writes down its arguments.
+class ContainerTest : public testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// A container of 390 x 844, shown, its answers still to come.
+    void present();
+    /// The same, and waits until the overlay has gone again.
+    void presentLoaded();
+    /// \return a button, label, ... of the container by its name; null where there is none
+    template <class T = QWidget> [[nodiscard]] T *find(const char *name) const
+    {
+        return container->findChild<T *>(QString::fromLatin1(name));
+    }
+    [[nodiscard]] QRect frame(const QWidget *widget) const; ///< within the container
+
+    [[nodiscard]] bool overlayIsUp() const;
+    [[nodiscard]] bool waitForOverlay(bool up) const;
+    [[nodiscard]] bool waitForOutcomes(int count) const;
+    /// A click at the middle of a widget, given to the window as the device would.
+    void tap(const QWidget *widget) const;
+    void tapRow(int row) const;
+    /// The app leaves for another and comes back.
+    static void comeBack();
+
+    [[nodiscard]] QList<QByteArray> paths() const; ///< of the requests so far
+    void answer(const char *path, const QByteArray &json);
+
+    /// \return what the messaging app was started with; empty while it was not
+    [[nodiscard]] static QStringList handlerArguments();
+
+    RawServer server;
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    std::unique_ptr<ParloquinViewController> container;
+};
+
+/// One app that the device has, one it has not, one without a link; with the road by SMS.
+inline const QByteArray threeApps = R"({"meta":{"httpStatusCode":200},"result":{
+    "description":"Pick an app.","alternativeValidation":"otp",
+    "alternativeValidationDescription":"Get a code by SMS instead",
+    "appPackageList":[{"package":"parlo://"},{"package":"kite://"},{"package":"not a url"},{}],
+    "list":[{"app":"parlo","appPackage":"parlo://","text":"Verify with Parlo","name":"Parlo",
+             "bgColour":"#1C7C4C","textColour":"#FFD14A"},
+            {"app":"kite","appPackage":"kite://","text":"Verify with Kite"},
+            {"app":"murmur","name":"Murmur"}]}})";

@@ -1,0 +1,177 @@
+// Colours, class names and pictures from the network.
+#include "Parloquin/Cell/ThirdPartyKitTableCell.h"
+#include "Parloquin/Extension/ClassName.h"
+#include "Parloquin/Extension/QColor+Extension.h"
+#include "Parloquin/Extension/QImage+Extension.h"
+#include "Screens/Container.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QtEndian>
+#include <QtTest/QTest>
+
+#include <array>
+
+using namespace parloquin;
+
+namespace {
+
+TEST(HexColour, ReadsThreeFormsAndFallsBackToNothing)
+{
+    const QColor fallback(1, 1, 0, 1);
+    const struct {
+        const char *text;
+        QColor color;
+    } rows[] = {
+        { "#FFF", QColor(255, 255, 255) },
+        { "1a0", QColor(17, 170, 0) },
+        { "FF0000", QColor(255, 0, 0) },
+        { "  #12aBcD; ", QColor(0x12, 0xab, 0xcd) },
+        { "80FF0000", QColor(255, 0, 0, 128) },
+        { "00FFFFFF", QColor(255, 255, 255, 0) },
+        { "#GG0000", QColor(0, 0, 0) },
+        { "12345G", QColor(0x01, 0x23, 0x45) },
+        { "0x12ff", QColor(0, 0, 0) },
+        { "12 456", QColor(0, 0, 0x12) },
+        { "12345", fallback },
+        { "#1234567", fallback },
+        { "123456789", fallback },
+        { "", fallback },
+        { "###", fallback },
+        { "red", QColor(0, 0, 0) },
+        { "\u00e9\u00e9\u00e9\u00e9\u00e9", fallback },
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(colorFromHexString(QString::fromUtf8(row.text)).name(QColor::HexArgb),
+            row.color.name(QColor::HexArgb))
+            << row.text;
+}
+
+TEST(ClassName, IsBare)
+{
+    EXPECT_EQ(nameOfClass<ThirdPartyKitTableCell>(), QStringLiteral("ThirdPartyKitTableCell"));
+    EXPECT_EQ(nameOfClass<QObject>(), QStringLiteral("QObject"));
+}
+
+QByteArray picture(QSize size, const char *format)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    image.save(&bytes, format);
+    return bytes.data();
+}
+
+/// A small file whose header promises a picture of that size.
+QByteArray bomb(quint32 side)
+{
+    QByteArray png = picture({ 1, 1 }, "PNG");
+    qToBigEndian(side, png.data() + 16);
+    qToBigEndian(side, png.data() + 20);
+    quint32 crc = ~0U; // of the header chunk, mended
+    for (const char byte : png.mid(12, 17)) {
+        crc ^= static_cast<quint8>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc & 1 ? crc >> 1 ^ 0xedb88320 : crc >> 1;
+    }
+    qToBigEndian(~crc, png.data() + 29);
+    return png;
+}
+
+QByteArray padded(QByteArray png, qsizetype size) { return png.append(size - png.size(), '\0'); }
+
+struct PictureRow {
+    const char *name;
+    int status;
+    QByteArray type;
+    QByteArray body;
+    QSize shown; ///< empty: the view stays as it was
+};
+void PrintTo(const PictureRow &row, std::ostream *out) { *out << row.name; }
+
+class Picture : public testing::TestWithParam<PictureRow> {
+protected:
+    static QByteArray http(int status, const QByteArray &type, const QByteArray &body)
+    {
+        return RawServer::http(status, body, "Content-Type: " + type + "\r\n");
+    }
+};
+
+TEST_P(Picture, IsShownWhenItIsOneAndSmall)
+{
+    const auto &[name, status, type, body, shown] = GetParam();
+    RawServer server;
+    server.answer("/a", http(status, type, body));
+    server.answer("/last", http(200, "image/png", picture({ 7, 7 }, "PNG")));
+    ImageView view;
+    ImageView witness;
+    QImage before(3, 3, QImage::Format_RGB32);
+    before.fill(Qt::green);
+    view.setImage(before);
+
+    download(&view, QUrl(server.url(QStringLiteral("/a"))), ContentMode::aspectFit);
+    EXPECT_EQ(view.contentMode(), ContentMode::aspectFit);
+    ASSERT_TRUE(server.waitForRequests(1));
+    EXPECT_EQ(server.requests()[0].method(), "GET");
+    if (!shown.isEmpty()) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return view.image().size() == shown; }));
+        return;
+    }
+    // Refused answers leave no trace: wait until a later one has made the same way.
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        if (witness.image().isNull())
+            download(&witness, QUrl(server.url(QStringLiteral("/last"))), ContentMode::aspectFit);
+        return !witness.image().isNull();
+    }));
+    EXPECT_EQ(view.image(), before);
+}
+
+const qsizetype mebi = 1024 * 1024;
+const PictureRow pictureRows[] = {
+    { "Png", 200, "image/png", picture({ 25, 25 }, "PNG"), { 25, 25 } },
+    { "JpegUnderAnotherName", 200, "image/anything; q=1", picture({ 9, 5 }, "JPEG"), { 9, 5 } },
+    { "LargestSide", 200, "image/png", picture({ 1024, 1 }, "PNG"), { 1024, 1 } },
+    { "LargestFile", 200, "image/png", padded(picture({ 4, 4 }, "PNG"), mebi), { 4, 4 } },
+    { "SideTooLong", 200, "image/png", picture({ 1025, 1 }, "PNG"), {} },
+    { "FileTooLong", 200, "image/png", padded(picture({ 4, 4 }, "PNG"), mebi + 1), {} },
+    { "Bomb", 200, "image/png", bomb(30000), {} },
+    { "NotFound", 404, "image/png", picture({ 4, 4 }, "PNG"), {} },
+    { "Text", 200, "text/plain", picture({ 4, 4 }, "PNG"), {} },
+    { "Svg", 200, "image/svg+xml", "<svg xmlns='http://www.w3.org/2000/svg'/>", {} },
+    { "Bmp", 200, "image/bmp", picture({ 4, 4 }, "BMP"), {} },
+    { "Cut", 200, "image/png", picture({ 4, 4 }, "PNG").left(40), {} },
+    { "Empty", 200, "image/png", "", {} },
+};
+INSTANTIATE_TEST_SUITE_P(Rows, Picture, testing::ValuesIn(pictureRows),
+    [](const auto &row) { return std::string(row.param.name); });
+
+TEST(LatePicture, ArrivesInAViewThatHasAnotherByNow)
+{
+    RawServer server;
+    const auto type = QByteArrayLiteral("Content-Type: image/png\r\n");
+    server.answer("/slow", RawServer::http(200, picture({ 5, 5 }, "PNG"), type));
+    server.answer("/fast", RawServer::http(200, picture({ 6, 6 }, "PNG"), type));
+    auto view = std::make_unique<ImageView>();
+    const auto load = [&](const char *path) {
+        download(view.get(), QUrl(server.url(QLatin1String(path))), ContentMode::aspectFit);
+    };
+    load("/fast");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return view->image().width() == 6; }));
+    server.pause();
+    load("/slow");
+    ASSERT_TRUE(server.waitForRequests(2));
+    view->setImage({}); // reused for another row
+    server.proceed();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->image().width() == 5; }));
+
+    server.pause();
+    load("/slow");
+    ASSERT_TRUE(server.waitForRequests(3));
+    view.reset(); // gone: skipped
+    server.proceed();
+    view = std::make_unique<ImageView>();
+    load("/fast");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view->image().width() == 6; }));
+}
+
+} // namespace

@@ -1,0 +1,199 @@
+// The progress overlay: where it lies, what it swallows, when it goes.
+#include "Parloquin/Manager/HudManager.h"
+#include "Parloquin/Platform/UI/ActivityIndicator.h"
+#include "Parloquin/Platform/UI/BarButtonItem.h"
+#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Platform/UI/Screen.h"
+#include "Parloquin/Protocol/Updateable.h"
+#include "Screens/Container.h"
+
+#include <QtGui/QAccessible>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLineEdit>
+
+#include <thread>
+
+using namespace parloquin;
+
+namespace {
+
+class PlainScreen : public Screen, public Updateable {
+public:
+    void rebindData() override { }
+};
+
+/// The kit's overlay over a screen of the test, in a host's window beside a field of the host.
+class Overlay : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        auto *const row = new QHBoxLayout(&host);
+        row->addWidget(&hostField);
+        navigation = new NavigationController(screen);
+        row->addWidget(navigation);
+        field = new QLineEdit(screen);
+        field->show();
+        host.resize(700, 500);
+        host.show();
+        host.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
+    }
+
+    void show() { HudManager::shared().show(screen->weakReference()); }
+    void hide() { HudManager::shared().hide(screen->weakReference()); }
+    [[nodiscard]] QWidget *veil() const
+    {
+        return host.findChild<QWidget *>(QStringLiteral("container"));
+    }
+    [[nodiscard]] bool isUp() const { return veil() && veil()->isVisible(); }
+    [[nodiscard]] bool comesUp() const
+    {
+        return QTest::qWaitFor([this] { return isUp(); });
+    }
+    [[nodiscard]] bool goes() const
+    {
+        return QTest::qWaitFor([this] { return !isUp(); });
+    }
+
+    QWidget host;
+    QLineEdit hostField;
+    PlainScreen *const screen = new PlainScreen;
+    NavigationController *navigation = nullptr;
+    QLineEdit *field = nullptr;
+};
+
+TEST_F(Overlay, CoversTheNavigationControllerAndFollowsItsSize)
+{
+    show();
+    ASSERT_TRUE(comesUp());
+    for (const QSize size : { QSize(700, 500), QSize(901, 333) }) {
+        host.resize(size);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(veil()->parentWidget(), navigation);
+        EXPECT_EQ(veil()->geometry(), navigation->rect());
+        const auto *plate = veil()->findChild<QWidget *>(QStringLiteral("loadingView"));
+        EXPECT_EQ(plate->size(), QSize(80, 80));
+        EXPECT_LE((plate->geometry().center() - veil()->rect().center()).manhattanLength(), 1);
+        const auto *spinner =
+            plate->findChild<ActivityIndicator *>(QStringLiteral("activityIndicator"));
+        EXPECT_EQ(spinner->geometry(), QRect(20, 20, 40, 40));
+        EXPECT_TRUE(spinner->isAnimating());
+    }
+    EXPECT_EQ(veil()->accessibleName(), QStringLiteral("Loading"));
+    EXPECT_TRUE(QAccessible::queryAccessibleInterface(veil())->state().busy);
+
+    // Painted over whatever lies below once the fade is over: white at 0.3, dark grey at 0.7.
+    ASSERT_TRUE(QTest::qWaitFor([this] { return veil()->graphicsEffect() == nullptr; }));
+    QImage under(navigation->size(), QImage::Format_RGB32);
+    under.fill(Qt::blue);
+    veil()->render(&under, {}, {}, QWidget::DrawChildren);
+    EXPECT_EQ(under.pixelColor(1, 1), QColor(77, 77, 255));
+    EXPECT_EQ(under.pixelColor(under.width() / 2 - 38, under.height() / 2), QColor(71, 71, 124));
+}
+
+TEST_F(Overlay, IsNotCounted)
+{
+    show();
+    show();
+    hide();
+    show();
+    hide();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(isUp());
+}
+
+TEST_F(Overlay, ComesAndGoesInTheOrderOfCallsFromAnyThread)
+{
+    const auto elsewhere = [](const std::function<void()> &calls) { std::thread(calls).join(); };
+    elsewhere([this] { show(); });
+    EXPECT_FALSE(isUp()); // never within the call
+    EXPECT_TRUE(comesUp());
+    elsewhere([this] {
+        hide();
+        show();
+    });
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(isUp());
+    elsewhere([this] { hide(); });
+    EXPECT_TRUE(goes());
+}
+
+TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
+{
+    auto *const button = new BarButtonItem(QStringLiteral("Go"), QStringLiteral("btnGo"));
+    screen->navigationItem().setRightBarButtonItem(button);
+    int clicks = 0;
+    QObject::connect(button, &QAbstractButton::clicked, [&clicks] { ++clicks; });
+    QCoreApplication::processEvents();
+    const auto tap = [this](const QWidget *widget) {
+        QTest::mouseClick(
+            host.windowHandle(), Qt::LeftButton, {}, widget->mapTo(&host, widget->rect().center()));
+    };
+    const auto type = [this](Qt::Key key) { QTest::keyClick(host.windowHandle(), key); };
+    tap(button);
+    ASSERT_EQ(clicks, 1);
+    field->setFocus();
+
+    show();
+    ASSERT_TRUE(comesUp());
+    tap(button);
+    tap(field);
+    type(Qt::Key_A);
+    field->setFocus(); // a screen that is not finished yet may ask for the keyboard
+    type(Qt::Key_B);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(field->text(), QString());
+
+    // The host's own widgets are no business of the overlay.
+    type(Qt::Key_Tab);
+    EXPECT_TRUE(hostField.hasFocus());
+    type(Qt::Key_H);
+    EXPECT_EQ(hostField.text(), QStringLiteral("h"));
+    type(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), veil());
+
+    hide();
+    ASSERT_TRUE(goes());
+    EXPECT_TRUE(field->hasFocus());
+    type(Qt::Key_C);
+    EXPECT_EQ(field->text(), QStringLiteral("c"));
+    tap(button);
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST_F(Overlay, LeavesTheHostsKeyboardAlone)
+{
+    hostField.setFocus();
+    show();
+    ASSERT_TRUE(comesUp());
+    EXPECT_TRUE(hostField.hasFocus());
+    hide();
+    ASSERT_TRUE(goes());
+    EXPECT_TRUE(hostField.hasFocus());
+}
+
+TEST_F(Overlay, CoversAScreenWithoutNavigationAndDiesWithIt)
+{
+    show();
+    ASSERT_TRUE(comesUp());
+    {
+        PlainScreen alone;
+        alone.resize(200, 300);
+        alone.show();
+        HudManager::shared().show(alone.weakReference());
+        EXPECT_TRUE(goes()); // moves over there
+        const auto *there = alone.findChild<QWidget *>(QStringLiteral("container"));
+        ASSERT_NE(there, nullptr);
+        EXPECT_EQ(there->geometry(), alone.rect());
+        HudManager::shared().show(alone.weakReference());
+    } // gone with the overlay on it and another show on the way
+    hide();
+    QCoreApplication::processEvents();
+    show();
+    EXPECT_TRUE(comesUp());
+    EXPECT_TRUE(veil()->findChild<ActivityIndicator *>()->isAnimating());
+}
+
+} // namespace
