@@ -5,21 +5,19 @@
 #include "Parloquin/Extension/QImage+Extension.h"
 #include "Parloquin/Model/ThirdPartyKitModel.h"
 #include "Parloquin/Platform/UI/Anchors.h"
+#include "Parloquin/Platform/UI/FocusRing.h"
 #include "Parloquin/Platform/UI/Label.h"
 #include "Parloquin/Platform/UI/Style.h"
 #include "Parloquin/Platform/UI/View.h"
 #include "Parloquin/Platform/UrlOpener.h"
 
 #include <QtGui/QPainter>
-#include <QtWidgets/QStyle>
 
 namespace parloquin {
 namespace {
 
 constexpr qreal cornerRadius = 6; // px
 constexpr qreal pressDepth = 0.2; // share of black over a pressed row
-constexpr qreal ringWidth = 2; // px
-constexpr qreal ringGap = 2; // px
 
 } // namespace
 
@@ -39,11 +37,6 @@ ThirdPartyKitTableCell::ThirdPartyKitTableCell(QWidget *parent)
     lblKitName->setFontSize(20, QFont::Medium);
     lblKitName->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     setAnchors();
-
-    m_press.setEasingCurve(QEasingCurve::OutCubic);
-    m_press.setStartValue(1.0);
-    m_press.setEndValue(0.0);
-    connect(&m_press, &QVariantAnimation::valueChanged, this, [this] { showBackground(); });
 }
 
 void ThirdPartyKitTableCell::setAnchors()
@@ -51,7 +44,7 @@ void ThirdPartyKitTableCell::setAnchors()
     using parloquin::height; // not the cell's own
     using parloquin::width;
     // clang-format off
-    activate(this, {
+    parloquin::activate(this, {
         leading(viewBack)    == leading(this) + 20,
         trailing(viewBack)   == trailing(this) - 20,
         height(viewBack)     == 60,
@@ -73,7 +66,6 @@ void ThirdPartyKitTableCell::setAnchors()
 void ThirdPartyKitTableCell::configure(const ThirdPartyKitModel &kit)
 {
     m_color = colorFromHexString(kit.bgColour.value_or(QStringLiteral("0000ff")));
-    m_press.stop();
     showBackground();
     lblKitName->setTextColor(colorFromHexString(kit.textColour.value_or(QStringLiteral("ffffff"))));
     lblKitName->setText(kit.text.value_or(QString()));
@@ -90,24 +82,16 @@ void ThirdPartyKitTableCell::configure(const ThirdPartyKitModel &kit)
 
 void ThirdPartyKitTableCell::stateChanged()
 {
-    m_press.stop();
-    // On at once; off gently, so that a quick tap is seen.
-    if (!isPressed()
-        && style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0) {
-        m_press.setDuration(static_cast<int>(Style::pressFade.count()));
-        m_press.start();
-    }
     showBackground();
     update();
 }
 
 void ThirdPartyKitTableCell::showBackground()
 {
-    const bool fading = m_press.state() == QAbstractAnimation::Running;
-    const qreal press = isPressed() ? 1.0 : (fading ? m_press.currentValue().toReal() : 0.0);
-    const auto mixed = [press](int channel) { return qRound(channel * (1 - pressDepth * press)); };
-    viewBack->setBackgroundColor(QColor(
-        mixed(m_color.red()), mixed(m_color.green()), mixed(m_color.blue()), m_color.alpha()));
+    const qreal light = 1 - pressDepth * pressStrength();
+    const auto mixed = [light](int channel) { return qRound(channel * light); };
+    viewBack->setBackgroundColor(
+        { mixed(m_color.red()), mixed(m_color.green()), mixed(m_color.blue()), m_color.alpha() });
 }
 
 void ThirdPartyKitTableCell::paintEvent(QPaintEvent *event)
@@ -116,13 +100,7 @@ void ThirdPartyKitTableCell::paintEvent(QPaintEvent *event)
     if (!hasKeyboardFocus())
         return;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Style::blue, ringWidth));
-    painter.setBrush(Qt::NoBrush);
-    const qreal outset = ringGap + ringWidth / 2;
-    const qreal radius = cornerRadius + outset;
-    painter.drawRoundedRect(
-        QRectF(viewBack->geometry()).adjusted(-outset, -outset, outset, outset), radius, radius);
+    FocusRing::paint(painter, viewBack->geometry(), cornerRadius, false, Style::blue);
 }
 
 } // namespace parloquin

@@ -2,7 +2,6 @@
 
 #include "Parloquin/Platform/UI/TableView.h"
 
-#include <QtCore/QVariantAnimation>
 #include <QtGui/QColor>
 
 namespace parloquin {
@@ -38,7 +37,6 @@ private:
 
     QColor m_color;
     QString m_icon; // what the image view shows or waits for
-    QVariantAnimation m_press; // 1 pressed, 0 at rest
 };
 
 } // namespace parloquin

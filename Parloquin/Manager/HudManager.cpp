@@ -12,7 +12,6 @@
 #include <QtWidgets/QAccessibleWidget>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGraphicsOpacityEffect>
-#include <QtWidgets/QStyle>
 
 #include <utility>
 
@@ -179,12 +178,12 @@ void HudManager::showActivityIndicator(QWidget *uiView)
     if (!arrives)
         return;
 
-    if (container->style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, container)) {
+    if (const int duration = Style::duration(container, Style::veilFade)) {
         auto *const effect = new QGraphicsOpacityEffect(container);
         effect->setOpacity(0);
         container->setGraphicsEffect(effect);
         auto *const fade = new QPropertyAnimation(effect, "opacity", effect);
-        fade->setDuration(static_cast<int>(Style::veilFade.count()));
+        fade->setDuration(duration);
         fade->setEndValue(1.0);
         connect(fade, &QAbstractAnimation::finished, container,
             [veil = container.data()] { veil->setGraphicsEffect(nullptr); });

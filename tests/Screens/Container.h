@@ -53,6 +53,10 @@ protected:
 
     [[nodiscard]] bool overlayIsUp() const;
     [[nodiscard]] bool waitForOverlay(bool up) const;
+    /// Waits until that many requests have come and the overlay has gone again.
+    ///
+    /// It was up in between: the main thread lays it before it sends the request.
+    [[nodiscard]] bool settle(size_t requests) const;
     [[nodiscard]] bool waitForOutcomes(int count) const;
     /// A click at the middle of a widget, given to the window as the device would.
     void tap(const QWidget *widget) const;

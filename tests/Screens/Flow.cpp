@@ -94,8 +94,7 @@ TEST_F(Flow, AsksOnEveryReturnWithTheLastReference)
     ASSERT_TRUE(waitForOutcomes(2));
     ASSERT_TRUE(waitForOverlay(false));
     tapRow(0);
-    ASSERT_TRUE(waitForOverlay(true));
-    ASSERT_TRUE(waitForOverlay(false));
+    ASSERT_TRUE(settle(5));
     comeBack();
     ASSERT_TRUE(waitForOutcomes(3));
 
@@ -124,8 +123,7 @@ TEST_F(Flow, IgnoresAppsThatTheDeviceDoesNotHave)
     // Had the others asked for anything, it would stand in front.
     EXPECT_EQ(server.requests()[1].parameters().value(QStringLiteral("app")).toString(),
         QStringLiteral("parlo"));
-    ASSERT_TRUE(waitForOverlay(true));
-    ASSERT_TRUE(waitForOverlay(false));
+    ASSERT_TRUE(settle(2));
     EXPECT_EQ(paths().size(), 2);
     EXPECT_EQ(delegate->outcomes(), QStringList());
 }
@@ -146,16 +144,16 @@ TEST_P(StartAnswer, LeadsOnOrNot)
     answer("/v1.0/start", GetParam().answer);
     presentLoaded();
     tapRow(0);
-    ASSERT_TRUE(waitForOverlay(true));
-    ASSERT_TRUE(waitForOverlay(false));
+    ASSERT_TRUE(settle(2));
     EXPECT_EQ(GetParam().opens,
         QTest::qWaitFor([] { return !handlerArguments().isEmpty(); }, GetParam().opens ? 5000 : 0));
     EXPECT_EQ(delegate->outcomes(), GetParam().outcomes);
 
     comeBack();
     QCoreApplication::processEvents();
-    EXPECT_EQ(overlayIsUp(), GetParam().asks);
-    EXPECT_TRUE(waitForOutcomes(GetParam().asks ? 1 : 0));
+    EXPECT_TRUE(GetParam().asks || !overlayIsUp());
+    ASSERT_TRUE(waitForOutcomes(GetParam().asks ? 1 : 0));
+    EXPECT_EQ(paths().count("/v1.0/check"), GetParam().asks ? 1 : 0);
 }
 
 const StartRow startRows[] = {
@@ -241,7 +239,9 @@ INSTANTIATE_TEST_SUITE_P(Rows, InitAnswer, testing::ValuesIn(initRows),
 TEST_F(Flow, TellsAtOnceThatThereIsNoNetwork)
 {
     ApiSessionHelper::shared().isNetworkReachable = false;
-    presentLoaded();
+    present();
+    ASSERT_TRUE(waitForOutcomes(1));
+    EXPECT_TRUE(waitForOverlay(false));
     EXPECT_EQ(delegate->outcomes(), QStringList(QStringLiteral("failed 1")));
     EXPECT_EQ(delegate->outcomesOnMainThread(), 1);
     EXPECT_EQ(server.connections(), 0);
@@ -261,8 +261,7 @@ TEST_F(Flow, AsksTheDelegateOfTheMoment)
     container->setKitDelegate(nullptr); // from now on outcomes are dropped
     ASSERT_TRUE(waitForOverlay(false));
     comeBack();
-    ASSERT_TRUE(waitForOverlay(true));
-    ASSERT_TRUE(waitForOverlay(false));
+    ASSERT_TRUE(settle(4));
     EXPECT_EQ(paths().count("/v1.0/check"), 2);
     EXPECT_EQ(successor->outcomes().size(), 1);
     EXPECT_EQ(delegate->outcomes().size(), 0);

@@ -33,9 +33,8 @@ protected:
             if (path == "/v1.0/start")
                 server.pause();
             tapRow(0);
-            ASSERT_TRUE(waitForOverlay(true));
             if (path == "/v1.0/check") {
-                ASSERT_TRUE(waitForOverlay(false));
+                ASSERT_TRUE(settle(2));
                 server.pause();
                 comeBack();
             }
@@ -77,17 +76,18 @@ TEST_P(GoneContainer, LeavesOnlyFailuresToTell)
     EXPECT_EQ(veil, nullptr);
     server.proceed();
 
-    // A second container's answer comes behind the first one's: the session answers in order.
-    answer("/v1.0/init", "no envelope");
+    // A second container's call is answered after the first one's.
     present();
-    ASSERT_TRUE(waitForOutcomes(static_cast<int>(GetParam().outcomes.size()) + 1));
-    EXPECT_EQ(delegate->outcomes(), GetParam().outcomes + QStringList(QStringLiteral("failed 1")));
+    ASSERT_TRUE(settle(server.requests().size() + 1));
+    ASSERT_TRUE(waitForOutcomes(static_cast<int>(GetParam().outcomes.size())));
+    EXPECT_EQ(delegate->outcomes(), GetParam().outcomes);
     EXPECT_TRUE(handlerArguments().isEmpty());
 }
 
 const GoneRow goneRows[] = {
     { "InitAnswered", "/v1.0/init", threeApps, {} },
-    { "InitFailed", "/v1.0/init", "no envelope", { QStringLiteral("failed 1") } },
+    { "InitFailed", "/v1.0/init", "no envelope",
+        { QStringLiteral("failed 1"), QStringLiteral("failed 1") } },
     { "StartAnswered", "/v1.0/start", R"({"result":{"deeplink":"parlo://x"}})", {} },
     { "StartFailed", "/v1.0/start", "no envelope", { QStringLiteral("failed 1") } },
     { "CheckAnswered", "/v1.0/check", R"({"result":{"sessionId":"S"}})", {} },
@@ -109,7 +109,9 @@ TEST_F(Lifetime, DeletesItselfInAnyOutcome)
 
     // These fail at once, within the event that made the call.
     answer("/v1.0/init", threeApps);
-    presentLoaded();
+    const auto before = server.requests().size();
+    present();
+    ASSERT_TRUE(settle(before + 1));
     ApiSessionHelper::shared().isNetworkReachable = false;
     tapRow(0);
     EXPECT_TRUE(waitForDeletion());
@@ -123,8 +125,7 @@ TEST_F(Lifetime, DeletesItselfOnReturnWithoutNetwork)
 {
     presentLoaded();
     tapRow(0);
-    ASSERT_TRUE(waitForOverlay(true));
-    ASSERT_TRUE(waitForOverlay(false));
+    ASSERT_TRUE(settle(2));
     deleteWhenTold();
     ApiSessionHelper::shared().isNetworkReachable = false;
     comeBack();
@@ -174,9 +175,7 @@ TEST_F(Lifetime, LoadsWhenFirstShown)
     container->setParent(&host);
     host.show();
     container->show(); // once more changes nothing
-    EXPECT_TRUE(QTest::qWaitFor([this] { return server.requests().size() == 1; }));
-    ASSERT_TRUE(waitForOverlay(true));
-    EXPECT_TRUE(waitForOverlay(false));
+    EXPECT_TRUE(settle(1));
     container.reset();
 }
 
