@@ -90,12 +90,15 @@ void ThirdPartyKitTableCell::showBackground()
 {
     const qreal light = 1 - pressDepth * pressStrength();
     const auto mixed = [light](int channel) { return qRound(channel * light); };
-    viewBack->setBackgroundColor(
-        { mixed(m_color.red()), mixed(m_color.green()), mixed(m_color.blue()), m_color.alpha() });
+    const QColor color(
+        mixed(m_color.red()), mixed(m_color.green()), mixed(m_color.blue()), m_color.alpha());
+    if (viewBack->backgroundColor() != color)
+        viewBack->setBackgroundColor(color);
 }
 
 void ThirdPartyKitTableCell::paintEvent(QPaintEvent *event)
 {
+    showBackground(); // each step of a press that fades is a repaint, no change of state
     TableCell::paintEvent(event);
     if (!hasKeyboardFocus())
         return;

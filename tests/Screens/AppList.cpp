@@ -8,7 +8,6 @@
 #include "Parloquin/Platform/UI/View.h"
 #include "Screens/Container.h"
 
-#include <QtCore/QBuffer>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
@@ -123,34 +122,6 @@ TEST_F(AppList, DarkensThePressedRowAlone)
     QTest::mouseRelease(container->windowHandle(), Qt::LeftButton, {}, point + QPoint(0, 200));
     EXPECT_TRUE(QTest::qWaitFor([&] { return back(0) == QColor(0x1c, 0x7c, 0x4c); }));
     EXPECT_EQ(paths().size(), 1);
-}
-
-TEST_F(AppList, ShowsEachAppsOwnIcon)
-{
-    const auto icon = [this](const QByteArray &path, int side) {
-        QImage image(side, side, QImage::Format_RGB32);
-        image.fill(Qt::red);
-        QBuffer bytes;
-        bytes.open(QIODevice::WriteOnly);
-        image.save(&bytes, "PNG");
-        server.answer(path, RawServer::http(200, bytes.data(), "Content-Type: image/png\r\n"));
-        return server.url(QLatin1String(path)).toUtf8();
-    };
-    QByteArray list;
-    for (int row = 0; row < 40; ++row) {
-        list += R"({"text":"t","icon":")";
-        list += row % 2 ? QByteArray("not a url") : icon("/i" + QByteArray::number(row), row + 1);
-        list += R"("},)";
-    }
-    present(R"({"result":{"list":[)" + list.chopped(1) + "]}}");
-    auto *const table = find<TableView>("tblKits");
-    for (const int row : { 0, 2, 3, 30, 31, 4, 5 }) {
-        SCOPED_TRACE(row);
-        table->scrollToRow({ 0, row }, false);
-        EXPECT_TRUE(QTest::qWaitFor([&] {
-            return part<ImageView>(row, "imgKitIcon")->image().width() == (row % 2 ? 0 : row + 1);
-        }));
-    }
 }
 
 TEST_F(AppList, HasWidgetsOnlyForRowsInView)
