@@ -1,7 +1,9 @@
 #include "Screens/Container.h"
 
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Platform/UrlSession.h"
 #include "support/ServiceEndpoint.h"
 
 #include <QtCore/QDir>
@@ -67,6 +69,22 @@ void openGate()
     gate = !isOnline;
     (void)QTest::qWaitFor([&] { return gate == isOnline; });
     gate = true;
+}
+
+/// Handlers run one after another: behind one of our own, that of the last answer is through, and
+/// so is what it had for the main thread.
+bool drainSession()
+{
+    const auto isThrough = std::make_shared<bool>(false);
+    parloquin::UrlRequest unsupported;
+    unsupported.url = QUrl(QStringLiteral("none:"));
+    unsupported.timeout = std::chrono::seconds(5);
+    parloquin::UrlSession::shared()
+        .dataTask(std::move(unsupported),
+            [isThrough](
+                auto, auto, auto) { parloquin::onMain([isThrough] { *isThrough = true; }); })
+        ->resume();
+    return QTest::qWaitFor([&] { return *isThrough; });
 }
 
 } // namespace
@@ -148,7 +166,7 @@ bool ContainerTest::waitForOverlay(bool up) const
 bool ContainerTest::settle(size_t requests) const
 {
     return QTest::qWaitFor([&] { return server.requests().size() >= requests; })
-        && waitForOverlay(false);
+        && waitForOverlay(false) && drainSession();
 }
 
 bool ContainerTest::waitForOutcomes(int count) const

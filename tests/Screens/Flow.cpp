@@ -31,7 +31,7 @@ protected:
         presentLoaded();
         tapRow(0);
         ASSERT_TRUE(QTest::qWaitFor([] { return !handlerArguments().isEmpty(); }));
-        ASSERT_TRUE(waitForOverlay(false));
+        ASSERT_TRUE(settle(2));
     }
 };
 
@@ -75,7 +75,7 @@ TEST_F(Flow, ShowsTheOverlayWhileEachCallIsOut)
     };
     heldBack([this] { present(); }, "/v1.0/init");
     heldBack([this] { tapRow(0); }, "/v1.0/start");
-    ASSERT_TRUE(QTest::qWaitFor([] { return !handlerArguments().isEmpty(); }));
+    ASSERT_TRUE(settle(2));
     heldBack([] { comeBack(); }, "/v1.0/check");
 }
 
@@ -84,10 +84,10 @@ TEST_F(Flow, AsksOnEveryReturnWithTheLastReference)
     presentLoaded();
     comeBack(); // before any start: asks nothing
     tapRow(0);
-    ASSERT_TRUE(QTest::qWaitFor([] { return !handlerArguments().isEmpty(); }));
+    ASSERT_TRUE(settle(2));
     comeBack();
     ASSERT_TRUE(waitForOutcomes(1));
-    ASSERT_TRUE(waitForOverlay(false));
+    ASSERT_TRUE(settle(3));
 
     answer("/v1.0/start", R"({"result":{"reference":"R-2"}})");
     comeBack();
