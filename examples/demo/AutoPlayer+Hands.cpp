@@ -130,12 +130,12 @@ bool AutoPlayer::click(const QString &name)
     return true;
 }
 
-void AutoPlayer::turnWheel(const QWidget *target, int eighths)
+void AutoPlayer::turnWheel(QWidget *target, int eighths)
 {
-    const QPoint at = middleOf(target);
-    QWheelEvent turn(at, m_window->mapToGlobal(at), {}, QPoint(0, eighths), Qt::NoButton, {},
+    const QPoint at = target->rect().center();
+    QWheelEvent turn(at, target->mapToGlobal(at), {}, QPoint(0, eighths), Qt::NoButton, {},
         Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(m_window->windowHandle(), &turn);
+    QCoreApplication::sendEvent(target, &turn);
 }
 
 bool AutoPlayer::type(const QString &text)

@@ -50,7 +50,7 @@ private:
         std::chrono::milliseconds patience = usualPatience);
     [[nodiscard]] bool see(const QString &name, QWidget *&found);
     [[nodiscard]] bool click(const QString &name);
-    void turnWheel(const QWidget *target, int eighths);
+    void turnWheel(QWidget *target, int eighths);
     [[nodiscard]] bool type(const QString &text);
     /// Once for each name: a road walked again is not pictured again.
     [[nodiscard]] bool picture(const QString &name);
