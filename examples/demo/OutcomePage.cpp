@@ -41,7 +41,7 @@ QString lasting(std::chrono::seconds taken)
     if (seconds == 1)
         return OutcomePage::tr("1 second");
     if (seconds < 60)
-        return OutcomePage::tr("%1 seconds").arg(seconds);
+        return OutcomePage::tr("%1 seconds").arg(QLocale().toString(seconds));
     return OutcomePage::tr("%1 min %2 s").arg(seconds / 60).arg(seconds % 60);
 }
 
