@@ -157,7 +157,8 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
 TEST_F(Table, AFingerScrollsAndSelectsNothing)
 {
     show();
-    auto *finger = QTest::createTouchDevice();
+    const std::unique_ptr<QPointingDevice> device(QTest::createTouchDevice());
+    QPointingDevice *finger = device.get();
     QTest::touchEvent(table.get(), finger).press(1, middle(500), table.get());
     for (int y = 490; y >= 200; y -= 10)
         QTest::touchEvent(table.get(), finger).move(1, middle(y), table.get());

@@ -1,6 +1,8 @@
 #include "Parloquin/Platform/UI/ScrollView.h"
 
 #include <QtCore/QEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPointingDevice>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QScroller>
@@ -26,8 +28,9 @@ ScrollView::ScrollView(QWidget *parent)
     // The screen's own background shows through.
     viewport()->setAutoFillBackground(false);
     widget()->setAutoFillBackground(false);
-    QScroller::grabGesture(viewport(), QScroller::TouchGesture);
-
+    // Fingers reach the fields as a mouse does; the application sees them whichever field it is.
+    // (QScroller's own gesture would do as well, if it did not leak with every viewport.)
+    qApp->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, [this] { revealFocus(); });
     parent->installEventFilter(this);
     setGeometry(parent->rect());
@@ -43,12 +46,34 @@ void ScrollView::setLastWidget(QWidget *last, int margin)
 
 bool ScrollView::eventFilter(QObject *watched, QEvent *event)
 {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+        if (auto *widget = qobject_cast<QWidget *>(watched); widget && isAncestorOf(widget))
+            followFinger(*static_cast<QMouseEvent *>(event));
+        return false;
+    default:
+        break;
+    }
     const bool moved = event->type() == QEvent::Move || event->type() == QEvent::Resize;
     if (moved && watched == parent())
         setGeometry(parentWidget()->rect());
     if (moved && watched == m_last)
         fitContent();
     return QScrollArea::eventFilter(watched, event);
+}
+
+void ScrollView::followFinger(const QMouseEvent &event)
+{
+    if (event.pointerType() != QPointingDevice::PointerType::Finger)
+        return;
+    const QScroller::Input input = event.type() == QEvent::MouseButtonPress ? QScroller::InputPress
+        : event.type() == QEvent::MouseMove                                 ? QScroller::InputMove
+                                            : QScroller::InputRelease;
+    QScroller::scroller(viewport())
+        ->handleInput(input, viewport()->mapFromGlobal(event.globalPosition()),
+            static_cast<qint64>(event.timestamp()));
 }
 
 void ScrollView::resizeEvent(QResizeEvent *event)

@@ -30,6 +30,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void followFinger(const QMouseEvent &event);
     void fitContent();
     void revealFocus();
     void reveal(const QWidget *widget);
