@@ -63,7 +63,10 @@ void OtpCheckViewController::actionButtonBack()
         navigation->popViewController(true);
 }
 
-void OtpCheckViewController::actionButtonCheck() { requiredViewModel().requestCheckOtp(); }
+void OtpCheckViewController::actionButtonCheck()
+{
+    afterEvent([this] { requiredViewModel().requestCheckOtp(); });
+}
 
 void OtpCheckViewController::textFieldDidChange(const TextField *field)
 {
