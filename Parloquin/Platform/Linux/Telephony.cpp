@@ -98,7 +98,13 @@ Telephony::Telephony()
 {
 }
 
-Telephony::~Telephony() = default;
+Telephony::~Telephony()
+{
+    // exit() takes the statics down beneath a running application object: nothing else would end
+    // the wait for a bus that does not answer.
+    if (d->queue)
+        d->end();
+}
 
 Telephony &Telephony::shared()
 {
