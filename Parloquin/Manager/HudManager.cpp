@@ -196,6 +196,8 @@ void HudManager::showActivityIndicator(QWidget *uiView)
         m_focusBefore = focus;
         container->setFocus();
     }
+    // An overlay that went with its container has left its connection behind.
+    disconnect(qApp, &QApplication::focusChanged, this, nullptr);
     connect(qApp, &QApplication::focusChanged, this,
         [this](QWidget *, QWidget *now) { keepFocus(now); });
 }

@@ -47,7 +47,8 @@ public:
             [completion](ApiError error) { completion(Result<T>::failure(error)); });
     }
 
-    /// Ends the call under way, if any; its completion runs with the failure `general`.
+    /// Ends the call under way, if any; its completion runs with the failure `general`, or
+    /// `timeOutEtc` once the answer's head has come.
     void cancelRequest();
 
     /// \brief Whether the transport brought an answer with data; logs the loss of the data.
