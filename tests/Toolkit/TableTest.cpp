@@ -152,6 +152,12 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
     EXPECT_FALSE(table->cellForRow({ 0, 1 })->isPressed());
     QTest::mouseRelease(table.get(), Qt::LeftButton, {}, middle(y));
     EXPECT_EQ(source.selected.size(), 1);
+
+    table->setContentOffset(rowHeight);
+    QTest::mouseClick(table.get(), Qt::LeftButton, {}, middle(headerHeight / 2));
+    EXPECT_EQ(source.selected.size(), 1) << "the stuck header hides the row under it";
+    QTest::mouseClick(table.get(), Qt::LeftButton, {}, middle(headerHeight + 2));
+    EXPECT_EQ(source.selected.size(), 2);
 }
 
 TEST_F(Table, AFingerScrollsAndSelectsNothing)

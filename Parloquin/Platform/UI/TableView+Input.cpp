@@ -26,8 +26,13 @@ void TableCell::select()
 void TableView::Private::press(const QPointF &position)
 {
     const auto row = geometry.rowAt(qRound(position.y()) + offset);
+    // A header that sticks lies over rows; the finger on it means none of them.
+    const bool onHeader =
+        std::any_of(headers.cbegin(), headers.cend(), [&position](const TableHeader *header) {
+            return header->isVisible() && header->geometry().contains(position.toPoint());
+        });
     pressed.reset();
-    if (row && table->cellForRow(*row)) {
+    if (row && !onHeader && table->cellForRow(*row)) {
         pressed = row;
         pressedAt = position;
     }
