@@ -82,6 +82,7 @@ void OtpMainViewController::setViewPhoneNumber()
     txtPhoneNumber = makeField(
         m_page->contentView(), QStringLiteral("txtPhoneNumber"), QStringLiteral("Phone Number.."));
     txtPhoneNumber->setPhonePadKeyboard();
+    txtPhoneNumber->setReturnKey(Qt::EnterKeyDone);
     viewPhoneBack->setRingsFor(txtPhoneNumber);
     connect(txtPhoneNumber, &QLineEdit::textEdited, this,
         [this] { textFieldDidChange(txtPhoneNumber); });

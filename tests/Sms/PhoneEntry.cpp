@@ -3,6 +3,7 @@
 #include "Parloquin/Controller/OtpMainViewController.h"
 #include "Sms/SmsRoad.h"
 
+#include <QtGui/QInputMethodEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
 
@@ -133,6 +134,9 @@ TEST_F(PhoneEntry, TapAnywhereButOnTheFieldEndsTyping)
 {
     auto *field = part<QLineEdit>("txtPhoneNumber");
     EXPECT_TRUE(field->inputMethodHints() & Qt::ImhDialableCharactersOnly);
+    QInputMethodQueryEvent query(Qt::ImEnterKeyType);
+    QApplication::sendEvent(field, &query);
+    EXPECT_EQ(query.value(Qt::ImEnterKeyType).toInt(), int(Qt::EnterKeyDone));
     tap(field);
     EXPECT_TRUE(field->hasFocus());
     tap(field);

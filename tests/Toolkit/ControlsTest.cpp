@@ -194,6 +194,28 @@ TEST(TextField, OneThatOnlyShowsTakesNoTapAndNoFocus)
     EXPECT_FALSE(page.field->hasFocus());
 }
 
+TEST(TextField, OneThatOnlyShowsBeginsAtItsEdgeAndElides)
+{
+    Page page;
+    page.field->setUserInteractionEnabled(false);
+    const int width = page.field->width();
+    const auto text = [&page](const char *words) {
+        page.field->setText(QString::fromUtf8(words));
+        return inked(*page.field);
+    };
+    EXPECT_LE(text("Belgium").first, 3);
+    const auto begun = page.field->grab(QRect(0, 0, 60, 40)).toImage();
+    const auto longer = text("Belgium, a name that is far too long for any field of this width");
+    EXPECT_EQ(page.field->grab(QRect(0, 0, 60, 40)).toImage(), begun) << "its end is cut instead";
+    EXPECT_LT(longer.second, width);
+
+    page.setLayoutDirection(Qt::RightToLeft);
+    EXPECT_GE(text("Belgium").second, width - 3);
+    EXPECT_GT(inked(*page.field).first, width / 2);
+    EXPECT_GE(text("بلجيكا").second, width - 3);
+    EXPECT_GT(inked(*page.field).first, width / 2);
+}
+
 TEST(ImageView, DrawsItsOwnAndStopsOverAnUnknownName)
 {
     for (const auto *name :

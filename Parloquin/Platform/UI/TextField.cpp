@@ -96,6 +96,15 @@ void TextField::setPhonePadKeyboard()
     setInputMethodHints(Qt::ImhDialableCharactersOnly | Qt::ImhNoPredictiveText);
 }
 
+void TextField::setReturnKey(Qt::EnterKeyType key) { m_returnKey = key; }
+
+QVariant TextField::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    if (query == Qt::ImEnterKeyType)
+        return m_returnKey;
+    return QLineEdit::inputMethodQuery(query);
+}
+
 void TextField::setUserInteractionEnabled(bool enabled)
 {
     setReadOnly(!enabled);
@@ -146,6 +155,10 @@ void TextField::paintEvent(QPaintEvent *event)
         painter.drawRoundedRect(
             QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2), round, round);
     }
+    if (isReadOnly() && !text().isEmpty()) {
+        drawShownText();
+        return;
+    }
     QLineEdit::paintEvent(event);
     if (m_caretShown && hasFocus() && !isReadOnly()) {
         const auto caret = cursorRect();
@@ -155,6 +168,24 @@ void TextField::paintEvent(QPaintEvent *event)
         const int x = std::clamp(place, 0, std::max(width() - caretWidth, 0));
         QPainter(this).fillRect(QRect(x, caret.y(), caretWidth, caret.height()), Style::blue);
     }
+}
+
+// A line edit scrolls a long text to its end and keeps room for a caret at the right. A text that
+// is only shown begins at its beginning and stands at the edge; on the base line of its neighbours.
+void TextField::drawShownText()
+{
+    const QFontMetrics line(font());
+    const QFontMetricsF metrics(font());
+    const auto shown = metrics.elidedText(text(), Qt::ElideRight, width());
+    const qreal free = width() - metrics.horizontalAdvance(shown);
+    const qreal x = alignment() & Qt::AlignRight ? free
+        : alignment() & Qt::AlignHCenter         ? free / 2
+                                                 : 0;
+    const int top = (height() - line.height() + 1) / 2;
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.setLayoutDirection(layoutDirection());
+    painter.drawText(QPointF(x, top + line.ascent()), shown);
 }
 
 bool TextField::event(QEvent *event)

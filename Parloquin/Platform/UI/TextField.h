@@ -20,9 +20,13 @@ public:
     void setBorder(qreal width, const QColor &color, qreal radius);
     /// Digits and dial signs on an on-screen keyboard; nothing is filtered.
     void setPhonePadKeyboard();
-    /// Off: shows a text only; no focus, transparent for the mouse.
+    /// What an on-screen keyboard writes on its return key.
+    void setReturnKey(Qt::EnterKeyType key);
+    /// Off: shows a text only, elided where too long; no focus, transparent for the mouse.
     void setUserInteractionEnabled(bool enabled);
     [[nodiscard]] qreal cornerRadius() const { return m_radius; }
+    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+    using QLineEdit::inputMethodQuery;
 
 Q_SIGNALS:
     void beganEditing();
@@ -39,10 +43,12 @@ private:
     void followDirection();
     void watchParent();
     void restartCaret();
+    void drawShownText();
 
     QColor m_borderColor;
     qreal m_borderWidth = 0;
     qreal m_radius = 0;
+    Qt::EnterKeyType m_returnKey = Qt::EnterKeyDefault;
     QTimer m_blink;
     bool m_caretShown = false;
     QPointer<QWidget> m_watchedParent;
