@@ -17,12 +17,16 @@ void OtpCheckViewModel::requestCheckOtp()
         return;
 
     HudManager::shared().show(presentedViewController);
-    ApiRequest::checkOTP({ .phoneNumber = phoneNumber,
-                             .countryCode = countryCode,
-                             .code = otpCode,
-                             .reference = reference },
-        [weak = weak_from_this(), screen = presentedViewController](
-            const auto &result) { receive(weak, screen, result); });
+    const CheckOtpRequestModel request { .phoneNumber = phoneNumber,
+        .countryCode = countryCode,
+        .code = otpCode,
+        .reference = reference };
+    // A request that fails at once tells the host at once, and the host may delete the container:
+    // not within the tap that it is still handling.
+    onMain([request, weak = weak_from_this(), screen = presentedViewController] {
+        ApiRequest::checkOTP(
+            request, [weak, screen](const auto &result) { receive(weak, screen, result); });
+    });
 }
 
 void OtpCheckViewModel::receive(const std::weak_ptr<OtpCheckViewModel> &weak,

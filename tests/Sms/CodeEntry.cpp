@@ -1,9 +1,13 @@
 #include "Parloquin/Controller/OtpCheckViewController.h"
+#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Sms/SmsRoad.h"
 
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
+
+#include <functional>
+#include <utility>
 
 using namespace parloquin;
 using namespace Qt::StringLiterals;
@@ -140,6 +144,30 @@ TEST_F(CodeEntry, WorksWithoutADelegate)
     ASSERT_TRUE(QTest::qWaitFor([this] { return !bodies("check-otp").isEmpty(); }));
     EXPECT_TRUE(QTest::qWaitFor([this] { return !overlayShows(); }));
     EXPECT_EQ(outcomes->all(), QStringList());
+}
+
+class Leaver : public ParloquinDelegate {
+public:
+    explicit Leaver(std::function<void()> leave)
+        : m_leave(std::move(leave))
+    {
+    }
+    void verificationDidSucceed(const QString &) override { }
+    void verificationDidFail(ParloquinError) override { m_leave(); }
+
+private:
+    std::function<void()> m_leave;
+};
+
+TEST_F(CodeEntry, AHostMayDeleteTheContainerOverAMissingNetwork)
+{
+    // Such a request fails at once, and the host is told on the main thread.
+    container->setKitDelegate(std::make_shared<Leaver>([this] { container.reset(); }));
+    ApiSessionHelper::shared().isNetworkReachable = false;
+    type(u"1"_s);
+    tap("btnCheck");
+    EXPECT_NE(container, nullptr) << "deleted within the tap";
+    EXPECT_TRUE(QTest::qWaitFor([this] { return container == nullptr; }));
 }
 
 TEST_F(CodeEntry, TryAgainLeadsNowhereAndLooksUnpressed)
