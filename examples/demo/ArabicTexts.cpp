@@ -25,6 +25,7 @@ constexpr Entry entries[] = {
     { "Verify my number", u"تحقق من رقمي" },
     { "Looking for the sandbox", u"البحث عن خدمة التجربة" },
     { "Sandbox is running", u"خدمة التجربة تعمل" },
+    { "Sandbox is not running, start it with ./demo", u"خدمة التجربة لا تعمل، شغّلها بالأمر ./demo" },
     { "Number verified", u"تم التحقق من الرقم" },
     { "The back end has confirmed this session.", u"أكّد الخادم هذه الجلسة." },
     { "Almost there", u"أوشكنا على الانتهاء" },
@@ -49,6 +50,19 @@ constexpr Entry entries[] = {
     { "Not confirmed", u"لم تُؤكَّد الجلسة" },
     { "No answer", u"لا جواب" },
     { "Reason", u"السبب" },
+    { "The service has not received your message,\nor the code was not right.",
+        u"لم تصل رسالتك إلى الخدمة،\nأو أن الرمز غير صحيح." },
+    { "Not authorised", u"غير مصرّح" },
+    { "The verification service could not be asked.\nIs this device connected?",
+        u"تعذّر سؤال خدمة التحقق.\nهل هذا الجهاز متصل؟" },
+    { "Service error", u"خطأ في الخدمة" },
+    { "The messaging app could not be opened.", u"تعذّر فتح تطبيق المراسلة." },
+    { "App not reachable", u"التطبيق غير متاح" },
+    { "Asked", u"سُئل" },
+    { "Back end", u"الخادم" },
+    { "The back end does not know this session.", u"لا يعرف الخادم هذه الجلسة." },
+    { "The back end did not answer: %1", u"لم يجب الخادم: %1" },
+    { "The back end does not confirm this session.", u"لا يؤكد الخادم هذه الجلسة." },
 };
 // clang-format on
 

@@ -213,14 +213,15 @@ QWidget *OutcomePage::makeSessionRow(const QString &sessionId)
     texts->setSpacing(7);
     texts->addWidget(label);
     texts->addWidget(id);
+    texts->setContentsMargins(0, 0, 0, 2);
     auto *line = new QHBoxLayout(row);
     // Spacings, not margins, at the sides: margins do not turn with the layout's direction.
-    line->setContentsMargins(0, 18, 0, 18);
+    line->setContentsMargins(0, 18, 0, 16);
     line->setSpacing(0);
     line->addSpacing(20);
     line->addLayout(texts, 1);
     line->addSpacing(8);
-    line->addWidget(button, 0, Qt::AlignVCenter);
+    line->addWidget(button, 0, Qt::AlignBottom); // beside the id, not its caption
     line->addSpacing(12);
     return row;
 }
