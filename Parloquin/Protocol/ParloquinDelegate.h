@@ -7,9 +7,10 @@
 
 /// \brief Hears how a verification ended.
 ///
-/// Both calls come from the kit's network thread, never from the main thread: a host that touches
-/// widgets from them goes to its own thread first (QMetaObject::invokeMethod). Either may come more
-/// than once: the kit stays open until the host closes it.
+/// Both calls come from the kit's network thread; only a failure that is known at once, for want of
+/// a network, comes on the main thread. A host that touches widgets from them goes to the main
+/// thread first (QMetaObject::invokeMethod), and never waits for it. Either may come more than
+/// once: the kit stays open until the host closes it.
 /// \since 1.0
 class PARLOQUIN_EXPORT ParloquinDelegate {
 public:

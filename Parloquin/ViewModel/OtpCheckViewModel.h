@@ -24,8 +24,9 @@ public:
 
     /// \brief Sends the code, whatever its length; refuses in silence while it is empty.
     ///
-    /// The outcome goes to the host's delegate, on the network thread. A call that failed is
-    /// reported even when the screen is gone by then; an answer is not.
+    /// The outcome goes to the host's delegate, on the network thread, or at once where there is no
+    /// network. A call that failed is reported even when the screen is gone by then; an answer is
+    /// not.
     void requestCheckOtp();
 
 private:

@@ -17,8 +17,8 @@ namespace parloquin {
 
 /// \brief The road by messaging app: which apps there are, the way to one, the outcome.
 ///
-/// Main thread only. Outcomes go to the host's delegate on the network thread; those of a failed
-/// call also when the view model is gone by then.
+/// Main thread only. Outcomes go to the host's delegate on the network thread, or at once where
+/// there is no network; those of a failed call also when the view model is gone by then.
 class ParloquinViewModel : public BaseViewModel,
                            public std::enable_shared_from_this<ParloquinViewModel> {
 public:

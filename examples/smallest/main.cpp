@@ -4,7 +4,8 @@
 
 #include <cstdio>
 
-// Both calls come from the kit's network thread; what touches widgets goes to the main thread.
+// On the kit's network thread, or on the main thread for a call that fails at once: what touches
+// widgets goes to the main thread.
 class Printer : public ParloquinDelegate {
 public:
     void verificationDidSucceed(const QString &sessionId) override
