@@ -54,7 +54,7 @@ public:
     using Handler = std::function<void(std::optional<QByteArray> data,
         std::optional<UrlResponse> response, std::optional<TransportError> error)>;
 
-    static constexpr qint64 defaultMaximumBytes = 16 * 1024 * 1024;
+    static constexpr qint64 defaultMaximumBytes = qint64 { 16 } * 1024 * 1024;
 
     static UrlSession &shared();
     ~UrlSession();

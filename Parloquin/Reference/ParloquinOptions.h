@@ -22,5 +22,5 @@ public:
     ParloquinTheme theme;
 
 private:
-    ParloquinEnvironment m_environment;
+    [[maybe_unused]] ParloquinEnvironment m_environment;
 };

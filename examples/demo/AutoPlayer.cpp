@@ -33,9 +33,9 @@ QString wrongFor(QString code)
 
 } // namespace
 
-AutoPlayer::AutoPlayer(DemoWindow &window, const QString &pictures)
+AutoPlayer::AutoPlayer(DemoWindow &window, QString pictures)
     : m_window(&window)
-    , m_pictures(pictures)
+    , m_pictures(std::move(pictures))
 {
     // Listened for, not looked for: a quick messenger may come and go between two looks.
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,

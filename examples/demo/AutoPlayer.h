@@ -24,7 +24,7 @@ class AutoPlayer : public QObject {
     Q_OBJECT
 public:
     /// \param pictures folder for the pictures; must exist
-    AutoPlayer(DemoWindow &window, const QString &pictures);
+    AutoPlayer(DemoWindow &window, QString pictures);
 
     /// \brief Plays; returns when done, turning the event loop meanwhile.
     /// \return true once the back end has confirmed a session on each road

@@ -12,6 +12,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -22,9 +23,9 @@ namespace {
 /// A filled circle, with a text in it or without.
 class Disc : public QWidget {
 public:
-    Disc(int diameter, const QColor &color, const QString &text, QWidget *parent)
+    Disc(int diameter, const QColor &color, QString text, QWidget *parent)
         : QWidget(parent)
-        , m_text(text)
+        , m_text(std::move(text))
     {
         setFixedSize(diameter, diameter);
         setColor(color);

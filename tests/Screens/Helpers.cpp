@@ -113,8 +113,8 @@ TEST_P(Picture, IsShownWhenItIsOneAndSmall)
     EXPECT_EQ(view.contentMode(), ContentMode::aspectFit);
     ASSERT_TRUE(server.waitForRequests(1));
     EXPECT_EQ(server.requests()[0].method(), "GET");
-    if (!shown.isEmpty()) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return view.image().size() == shown; }));
+    if (const QSize size = shown; !size.isEmpty()) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return view.image().size() == size; }));
         return;
     }
     // Refused answers leave no trace: wait until a later one has made the same way.

@@ -115,8 +115,8 @@ TEST_F(Table, TheIndexJumpsByTapAndByDrag)
     auto *index = table->findChild<TableIndex *>();
     ASSERT_TRUE(index && index->isVisible());
     EXPECT_TRUE(index->text().startsWith(QStringLiteral("A\nB\nC")));
-    const int top = (600 - 26 * 20) / 2;
-    const auto letter = [top](int at) { return QPoint(12, top + at * 20 + 10); };
+    constexpr int top = (600 - 26 * 20) / 2;
+    const auto letter = [](int at) { return QPoint(12, top + at * 20 + 10); };
 
     QTest::mouseClick(index, Qt::LeftButton, {}, letter(7));
     EXPECT_EQ(table->contentOffset(), sectionTop(7));

@@ -33,10 +33,10 @@ public:
     /// this returns, when the network is known to be unreachable or there is nothing to send. It
     /// never runs when the session ends first. Whatever could be decoded is a success, also what
     /// the service refused.
-    template <class T> void request(std::optional<ApiRouter> route, Completion<T> completion)
+    template <class T> void request(const std::optional<ApiRouter> &route, Completion<T> completion)
     {
         send(
-            std::move(route),
+            route,
             [completion](const QByteArray &data, QString *fault) -> std::optional<Answer> {
                 auto response = decode<BaseResponseModel<T>>(data, fault);
                 if (!response)

@@ -36,7 +36,7 @@ QString name()
     // The host name service keeps the name in this file; asking the service could block.
     QFile file(QStringLiteral("/etc/machine-info"));
     if (file.open(QIODevice::ReadOnly)) {
-        const QString pretty =
+        QString pretty =
             machineInfoValue(file.read(machineInfoLimit), QByteArrayLiteral("PRETTY_HOSTNAME"));
         if (!pretty.isEmpty())
             return pretty;
