@@ -65,7 +65,7 @@ void OtpCheckViewController::actionButtonBack()
 
 void OtpCheckViewController::actionButtonCheck()
 {
-    afterEvent([this] { requiredViewModel().requestCheckOtp(); });
+    requiredViewModel().requestCheckOtp();
 }
 
 void OtpCheckViewController::textFieldDidChange(const TextField *field)

@@ -4,6 +4,7 @@
 #include "sandbox/messenger/TapButton.h"
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QLocale>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QFontDatabase>
@@ -31,6 +32,7 @@ bool isService(const QString &text)
 int main(int argc, char **argv)
 {
     const QApplication app(argc, argv);
+    QApplication::setLayoutDirection(QLocale().textDirection());
     QApplication::setApplicationName(QStringLiteral("parloquin-messenger"));
     QGuiApplication::setDesktopFileName(QStringLiteral("parloquin-messenger"));
 

@@ -1,7 +1,6 @@
 #include "Parloquin/Controller/CountryListViewController.h"
 #include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
-#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Sms/SmsRoad.h"
 
@@ -9,7 +8,6 @@
 #include <QtWidgets/QLineEdit>
 
 #include <atomic>
-#include <functional>
 #include <memory>
 
 using namespace parloquin;
@@ -58,25 +56,6 @@ TEST_F(Road, BackAndForthKeepsTheNumberAndEverySendOpensACodeEntryOfItsOwn)
     EXPECT_EQ(text("txtCode0"), QString());
     EXPECT_EQ(top<OtpCheckViewController>()->countryCode, u"TD"_s);
     EXPECT_EQ(bodies("send-otp")[2][u"phoneNumber"], u"+23541234567"_s);
-}
-
-TEST_F(Road, HostMayDeleteTheContainerWhenACheckFailsAtOnce)
-{
-    struct Leaver : ParloquinDelegate {
-        void verificationDidSucceed(const QString &) override { }
-        void verificationDidFail(ParloquinError) override { leave(); }
-        std::function<void()> leave;
-    };
-    goToCodeEntry();
-    type(u"1"_s);
-    const auto leaver = std::make_shared<Leaver>();
-    leaver->leave = [this] { container.reset(); };
-    container->setKitDelegate(leaver);
-    ApiSessionHelper::shared().isNetworkReachable = false;
-    tap("btnCheck");
-    EXPECT_NE(container, nullptr); // the button is through with its tap
-    EXPECT_TRUE(QTest::qWaitFor([this] { return container == nullptr; }));
-    ApiSessionHelper::shared().isNetworkReachable = true;
 }
 
 struct Closing {
