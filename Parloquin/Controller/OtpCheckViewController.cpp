@@ -63,10 +63,7 @@ void OtpCheckViewController::actionButtonBack()
         navigation->popViewController(true);
 }
 
-void OtpCheckViewController::actionButtonCheck()
-{
-    requiredViewModel().requestCheckOtp();
-}
+void OtpCheckViewController::actionButtonCheck() { requiredViewModel().requestCheckOtp(); }
 
 void OtpCheckViewController::textFieldDidChange(const TextField *field)
 {
