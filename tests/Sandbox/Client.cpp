@@ -17,10 +17,22 @@ constexpr auto keys = R"({"keys":{"client":"parloquin-demo","secret":
     "8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e"}})";
 constexpr auto signingKey = "GPzEyoL8,?Es,]|$aJd#wy$XxQPpl+H)8ACyjkz,4;)jmBQlm.7k)nI4]+pS(hZ/";
 
+// Once and before all else: tests call from several threads, and the first use of the library is
+// not meant for that.
+void initialiseCipherLibrary()
+{
+    static const bool once = [] {
+        gcry_check_version(nullptr);
+        gcry_control(GCRYCTL_DISABLE_SECMEM, 0);
+        gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
+        return true;
+    }();
+    static_cast<void>(once);
+}
+
 std::string aes(std::string bytes, const std::string &key, bool forward)
 {
-    gcry_check_version(nullptr);
-    gcry_control(GCRYCTL_INITIALIZATION_FINISHED, 0);
+    initialiseCipherLibrary();
     gcry_cipher_hd_t handle = nullptr;
     gcry_cipher_open(&handle, GCRY_CIPHER_AES256, GCRY_CIPHER_MODE_ECB, 0);
     gcry_cipher_setkey(handle, key.data(), key.size());
@@ -78,6 +90,7 @@ std::string decrypted(const std::string &base64, const std::string &key)
 std::string signature(const std::string &timeStamp, const std::string &signedJson)
 {
     const auto text = timeStamp + "-" + std::regex_replace(signedJson, std::regex(R"(\\/)"), "/");
+    initialiseCipherLibrary();
     gcry_md_hd_t handle = nullptr;
     gcry_md_open(&handle, GCRY_MD_SHA256, GCRY_MD_FLAG_HMAC);
     gcry_md_setkey(handle, signingKey, std::strlen(signingKey));
