@@ -36,8 +36,16 @@ bool forEachAttribute(const void *begin, const void *end, const Block &block)
 template <typename Block>
 bool forEachAttribute(const nlmsghdr *message, std::size_t header, const Block &block)
 {
-    return forEachAttribute(
-        mnl_nlmsg_get_payload_offset(message, header), mnl_nlmsg_get_payload_tail(message), block);
+    // To the end of the message: the library's own tail counts padding that may not be there.
+    const auto *payload = static_cast<const char *>(mnl_nlmsg_get_payload(message));
+    return forEachAttribute(mnl_nlmsg_get_payload_offset(message, header),
+        payload + mnl_nlmsg_get_payload_len(message), block);
+}
+
+// The library takes a length of 2 GiB and more for a negative one, which fits everywhere.
+bool fits(const nlmsghdr *message, int left)
+{
+    return mnl_nlmsg_ok(message, left) && message->nlmsg_len <= static_cast<quint32>(left);
 }
 
 std::optional<quint32> number(const nlattr *attribute)
@@ -70,7 +78,7 @@ RouteSnapshot::Progress RouteSnapshot::take(
 
     int left = static_cast<int>(size);
     const auto *message = static_cast<const nlmsghdr *>(data);
-    for (; mnl_nlmsg_ok(message, left); message = mnl_nlmsg_next(message, &left)) {
+    for (; fits(message, left); message = mnl_nlmsg_next(message, &left)) {
         if (message->nlmsg_seq != sequence)
             continue;
         if ((message->nlmsg_flags & NLM_F_DUMP_INTR) != 0)
