@@ -13,6 +13,10 @@ inline constexpr std::string_view callNames[] = { "init", "start", "check", "sen
 
 bool isCall(std::string_view name);
 
+/// What else may go wrong by name: a connection, whatever it brings, and the picture of an app.
+inline constexpr std::string_view connectionName = "connection";
+inline constexpr std::string_view iconName = "icon";
+
 /// Tests the parameters of \p call against the keys that it has: none missing, none unknown, every
 /// value a text and none empty (a client leaves an empty text out).
 /// \return what is wrong, naming the key; nothing when all is well

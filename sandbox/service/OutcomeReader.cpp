@@ -1,5 +1,6 @@
 #include "sandbox/service/OutcomeReader.h"
 
+#include "sandbox/service/CallForm.h"
 #include "sandbox/service/Refusal.h"
 
 #include <algorithm>
@@ -8,8 +9,6 @@
 
 namespace sandbox {
 namespace {
-using Fault = Outcome::Fault;
-
 Outcome refusing(int status, std::string message)
 {
     Outcome outcome;
@@ -25,10 +24,10 @@ Outcome without(std::string key)
     return outcome;
 }
 
-Outcome faulty(Fault fault)
+Outcome faulty(const char *fault)
 {
     Outcome outcome;
-    outcome.fault = fault;
+    outcome.fault = Fault::parse(fault);
     return outcome;
 }
 
@@ -43,10 +42,10 @@ const std::map<std::string, Outcome> &commonOutcomes()
         { "expiredCode", refusing(400, "This code is too old.") },
         { "limit", refusing(429, "Too many attempts.") },
         { "serverError", refusing(500, "Something went wrong here.") },
-        { "silence", faulty(Fault::silence) },
-        { "drip", faulty(Fault::drip) },
-        { "cut", faulty(Fault::cut) },
-        { "garbage", faulty(Fault::garbage) },
+        { "silence", faulty("silence") },
+        { "drip", faulty("drip") },
+        { "cut", faulty("cut") },
+        { "garbage", faulty("garbage") },
     };
     return outcomes;
 }
@@ -64,7 +63,8 @@ Outcome readOutcome(const ScenarioReader &reader)
     if (reader.isText())
         return commonOutcome(reader);
 
-    reader.expectKeys({ "like", "status", "errorCode", "message", "without", "delayMs", "plain" });
+    reader.expectKeys(
+        { "like", "status", "errorCode", "message", "without", "delayMs", "plain", "fault" });
     auto outcome = reader.has("like") ? commonOutcome(reader.at("like")) : Outcome();
     if (reader.has("status")) {
         // A client takes any other number for a broken answer.
@@ -91,20 +91,51 @@ Outcome readOutcome(const ScenarioReader &reader)
         outcome.delay = std::chrono::milliseconds(reader.at("delayMs").number(0, 600000));
     if (reader.has("plain"))
         outcome.plain = reader.at("plain").flag();
+    if (reader.has("fault")) {
+        try {
+            outcome.fault = Fault::parse(reader.at("fault").text());
+        } catch (const FaultError &error) {
+            reader.at("fault").fail(error.what());
+        }
+    }
+    if (outcome.plain && outcome.fault.isOfCipher())
+        reader.fail("this fault needs an answer that is encrypted, \"plain\" is none");
     return outcome;
+}
+
+/// Not every outcome can be played everywhere.
+void expectPlayable(const std::string &call, const Outcome &outcome, const ScenarioReader &reader)
+{
+    const auto &fault = outcome.fault;
+    const auto isAnswer = outcome.status != 200 || !outcome.message.empty()
+        || !outcome.errorCode.empty() || !outcome.without.empty() || outcome.plain;
+    if (call == connectionName) {
+        if (isAnswer || outcome.delay.count() > 0 || (fault && !fault.isOnAccept()))
+            reader.fail("a connection takes \"success\" and faults @accept only");
+    } else if (fault.isOnAccept()) {
+        reader.fail("the call is not known on accept; faults @accept go with \"connection\"");
+    } else if (call == iconName && (isAnswer || (fault && !fault.isOfFront()))) {
+        reader.fail("a picture takes delays and the faults of wire and HTTP only");
+    }
 }
 }
 
-std::vector<Outcome> readOutcomes(const ScenarioReader &reader)
+std::map<std::string, std::vector<Outcome>> readOutcomes(const ScenarioReader &reader)
 {
-    if (!reader.isList())
-        return { readOutcome(reader) };
-    std::vector<Outcome> outcomes;
-    for (const auto &item : reader.items())
-        outcomes.push_back(readOutcome(item));
-    if (outcomes.empty())
-        reader.fail("an empty list");
-    return outcomes;
+    std::map<std::string, std::vector<Outcome>> lists;
+    for (const auto &call : reader.keys()) {
+        const auto value = reader.at(call);
+        if (!isCall(call) && call != connectionName && call != iconName)
+            value.fail("no call has this name");
+        auto &list = lists[call];
+        for (const auto &item : value.isList() ? value.items() : std::vector { value }) {
+            list.push_back(readOutcome(item));
+            expectPlayable(call, list.back(), item);
+        }
+        if (list.empty())
+            value.fail("an empty list");
+    }
+    return lists;
 }
 
 }

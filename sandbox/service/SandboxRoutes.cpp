@@ -1,4 +1,6 @@
+#include "sandbox/service/CallForm.h"
 #include "sandbox/service/Icons.h"
+#include "sandbox/service/OutcomeReader.h"
 #include "sandbox/service/Service.h"
 
 #include <ctime>
@@ -72,12 +74,47 @@ void Service::routeSandbox()
 
     m_server.Get(
         "/sandbox/icons/([a-z]+)\\.png", [this](const Request &request, Response &response) {
-            const auto icon = iconNamed(request.matches[1].str());
-            say("icon", request.matches[1].str() + (icon.empty() ? ": unknown" : ""));
-            if (icon.empty())
-                return answer(response, 404, { { "error", "no such icon" } });
-            response.set_content(icon.data(), icon.size(), "image/png");
+            sendIcon(request.matches[1].str(), response);
         });
+
+    m_server.Get("/sandbox/requests", [this](const Request &, Response &response) {
+        auto counts = json::object();
+        for (const auto call : callNames)
+            counts[std::string(call)]["posts"] = 0;
+        for (const auto &[call, posts] : m_count.posts())
+            counts[call]["posts"] = posts;
+        answer(response, 200, counts);
+    });
+    m_server.Post("/sandbox/requests", [this](const Request &, Response &response) {
+        m_count.reset();
+        answer(response, 200, json::object());
+    });
+
+    m_server.Post("/sandbox/outcomes", [this](const Request &request, Response &response) {
+        try {
+            const auto given = json::parse(request.body);
+            m_outcomes.replace(readOutcomes({ given, "outcomes" }));
+            say("outcomes", "set");
+            answer(response, 200, json::object());
+        } catch (const std::exception &error) {
+            say("outcomes", std::string("refused: ") + error.what());
+            answer(response, 400, { { "error", error.what() } });
+        }
+    });
+}
+
+void Service::sendIcon(const std::string &name, httplib::Response &response)
+{
+    const auto outcome = m_outcomes.take(std::string(iconName));
+    if (!waitFor(outcome.delay))
+        return;
+    const auto icon = iconNamed(name);
+    say("icon", name + (icon.empty() ? ": unknown" : "") + outcome.fault.note());
+    if (outcome.fault)
+        response.set_header(Front::faultHeader, outcome.fault.text);
+    if (icon.empty())
+        return answer(response, 404, { { "error", "no such icon" } });
+    response.set_content(icon.data(), icon.size(), "image/png");
 }
 
 }

@@ -1,6 +1,5 @@
 #include "sandbox/service/Scenario.h"
 
-#include "sandbox/service/CallForm.h"
 #include "sandbox/service/Cipher.h"
 #include "sandbox/service/OutcomeReader.h"
 #include "sandbox/service/ScenarioReader.h"
@@ -152,12 +151,7 @@ Scenario Scenario::fromJson(const json &given)
     scenario.countries = readCountries(reader.at("countries"));
     scenario.codes = readCodes(reader.at("codes"));
     scenario.messageExpiry = std::chrono::seconds(reader.at("messageExpirySeconds").number(0, day));
-    const auto outcomes = reader.at("outcomes");
-    for (const auto &call : outcomes.keys()) {
-        if (!isCall(call))
-            outcomes.at(call).fail("no call has this name");
-        scenario.outcomes[call] = readOutcomes(outcomes.at(call));
-    }
+    scenario.outcomes = readOutcomes(reader.at("outcomes"));
     return scenario;
 }
 

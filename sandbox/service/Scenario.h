@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sandbox/service/Fault.h"
+
 #include <chrono>
 #include <map>
 #include <nlohmann/json_fwd.hpp>
@@ -48,21 +50,13 @@ struct Codes {
 
 /// How one request that passed the judge is answered.
 struct Outcome {
-    enum class Fault {
-        none,
-        silence, ///< the request is read and never answered
-        drip, ///< the answer begins and goes on a byte a second, for ever
-        cut, ///< the connection closes in the middle of the answer
-        garbage, ///< the answer is no JSON
-    };
-
     int status = 200;
     std::string errorCode;
     std::string message;
     std::vector<std::string> without; ///< keys left out of the result; "result" leaves out all
     std::chrono::milliseconds delay {};
     bool plain = false; ///< not encrypted
-    Fault fault = Fault::none;
+    Fault fault;
 
     bool refuses() const { return status >= 400; }
 };

@@ -1,9 +1,8 @@
 #include "sandbox/service/Service.h"
 
+#include "sandbox/service/AnswerFaults.h"
 #include "sandbox/service/CallForm.h"
 #include "sandbox/service/Cipher.h"
-
-#include <sys/socket.h>
 
 #include <ctime>
 #include <iostream>
@@ -14,7 +13,6 @@ namespace {
 using nlohmann::json;
 
 constexpr std::size_t threads = 32;
-constexpr int waitingCallers = 128;
 constexpr std::size_t mostBytes = 1048576; // of a request; a real one has a few hundred
 
 json envelopeOf(int status, const std::string &errorCode, const std::string &message)
@@ -34,43 +32,40 @@ std::string verdictOf(int status, const std::string &errorCode, const std::strin
 }
 }
 
-Service::Service(Scenario scenario)
+Service::Service(Scenario scenario, Weather weather)
     : m_scenario(std::move(scenario))
     , m_state(m_scenario)
     , m_calls(m_scenario, m_state)
     , m_judge(m_scenario.keys, m_scenario.clockTolerance)
+    , m_outcomes(m_scenario.outcomes, weather)
+    , m_front(m_outcomes, m_count,
+          [this](const std::string &call, const std::string &verdict) { say(call, verdict); })
 {
     // One request a connection: a client never meets a connection that we are about to close, and
     // the service ends at once.
     m_server.set_keep_alive_max_count(1);
     m_server.set_read_timeout(2);
-    // Requests that are never answered hold their thread; others are still served.
+    // Answers that are held back hold their thread; others are still served.
     m_server.new_task_queue = [] { return new httplib::ThreadPool(threads); };
     m_server.set_payload_max_length(mostBytes);
     // The library's default shares the port with any other process that asks for it.
-    m_server.set_socket_options([this](int socket) {
-        m_socket = socket;
-        const int on = 1;
-        ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    });
+    m_server.set_socket_options([](int) {});
     routeSandbox();
     routeCalls();
 }
 
 int Service::bind(int port)
 {
-    if (port == 0)
-        port = m_server.bind_to_any_port("127.0.0.1");
-    else if (!m_server.bind_to_port("127.0.0.1", port))
-        return -1;
-    // The library lets five callers wait; a client that loads its icons at once brings more, and
-    // who is not let in tries again only after a second.
-    if (port > 0)
-        ::listen(m_socket, waitingCallers);
-    return port;
+    m_port = m_server.bind_to_any_port("127.0.0.1");
+    return m_port < 0 ? -1 : m_front.bind(port);
 }
 
-bool Service::run() { return m_server.listen_after_bind(); }
+void Service::run()
+{
+    std::thread behind([this] { m_server.listen_after_bind(); });
+    m_front.run(m_port);
+    behind.join();
+}
 
 void Service::stop()
 {
@@ -79,6 +74,7 @@ void Service::stop()
         m_stopped = true;
     }
     m_stopping.notify_all();
+    m_front.stop();
     // The library forgets a stop that comes before it serves.
     for (int tries = 0; !m_server.is_running() && tries < 100; ++tries)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -109,20 +105,14 @@ void Service::say(const std::string &call, const std::string &verdict)
     std::cout << line << std::endl; // flushed: a person or a pipe watches
 }
 
-Outcome Service::nextOutcome(const std::string &call)
-{
-    const std::lock_guard lock(m_mutex);
-    const auto found = m_scenario.outcomes.find(call);
-    if (found == m_scenario.outcomes.end())
-        return {};
-    const auto &outcomes = found->second;
-    return outcomes[std::min(m_served[call]++, outcomes.size() - 1)];
-}
-
 void Service::routeCalls()
 {
     const auto onCall = [this](const httplib::Request &request, httplib::Response &response) {
-        answerCall(request, response);
+        try {
+            answerCall(request, response);
+        } catch (const FaultError &error) {
+            refuse(response, request.path, { 500, {}, error.what() }, true);
+        }
     };
     const auto otherMethod = [this](const httplib::Request &request, httplib::Response &response) {
         refuse(response, request.path, { 404, {}, request.method + ": expected POST" }, false);
@@ -153,15 +143,23 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
     if (!isCall(call) || request.target != request.path)
         return refuse(response, request.target, { 404, {}, "no such call" }, false);
 
-    auto judgement = m_judge.judge(request, call, std::chrono::system_clock::now());
-    if (judgement.refusal)
+    const auto isOfClock = [](const Outcome &each) { return each.fault.is("clock"); };
+    const auto late = m_outcomes.takeIf(call, isOfClock);
+    const std::chrono::seconds off(late ? late->fault.number() : 0);
+    auto judgement = m_judge.judge(request, call, std::chrono::system_clock::now() + off);
+    if (judgement.refusal) {
+        if (late)
+            judgement.refusal->reason += late->fault.note();
         return refuse(response, call, *judgement.refusal, judgement.readable);
+    }
 
-    const auto outcome = nextOutcome(call);
+    const auto outcome = late ? *late : m_outcomes.take(call);
     if (outcome.delay.count() > 0 && !waitFor(outcome.delay))
         return;
     if (outcome.refuses()) {
-        say(call, verdictOf(outcome.status, outcome.errorCode, outcome.message) + " (as set)");
+        say(call,
+            verdictOf(outcome.status, outcome.errorCode, outcome.message) + " (as set)"
+                + outcome.fault.note());
         return send(response, envelopeOf(outcome.status, outcome.errorCode, outcome.message),
             outcome, true);
     }
@@ -178,7 +176,7 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
         if (key == "result")
             envelope.erase(key);
     }
-    say(call, "accepted: " + note);
+    say(call, "accepted: " + note + outcome.fault.note());
     send(response, envelope, outcome, true);
 }
 
@@ -195,38 +193,18 @@ void Service::refuse(
 void Service::send(
     httplib::Response &response, const json &envelope, const Outcome &outcome, bool readable)
 {
-    constexpr auto type = "application/json; charset=utf-8";
-    auto body = envelope.dump();
-    response.status = outcome.status;
-    if (readable && !outcome.plain) {
-        body = json { { "data", toBase64(encrypt(body, m_scenario.keys.secret)) } }.dump();
+    const auto &fault = outcome.fault;
+    const auto encrypted = readable && !outcome.plain && fault.text != "flag:on";
+    auto body = textOf(envelope, fault);
+    if (encrypted)
+        body =
+            json { { "data", toBase64(cipherTextOf(body, fault, m_scenario.keys.secret)) } }.dump();
+    if (fault.is("flag") ? fault.value == "on" : encrypted)
         response.set_header("X-TRZ-Encrypted", "1");
-    }
-
-    switch (outcome.fault) {
-    case Outcome::Fault::none:
-        response.set_content(body, type);
-        break;
-    case Outcome::Fault::garbage:
-        response.set_content("this is no answer", type);
-        break;
-    case Outcome::Fault::silence:
-        waitFor(std::chrono::hours(24));
-        break;
-    case Outcome::Fault::drip:
-        response.set_content_provider(
-            body.size() + 1000000, type, [this](std::size_t, std::size_t, httplib::DataSink &sink) {
-                return sink.write(" ", 1) && waitFor(std::chrono::seconds(1));
-            });
-        break;
-    case Outcome::Fault::cut:
-        response.set_content_provider(
-            body.size(), type, [body](std::size_t, std::size_t, httplib::DataSink &sink) {
-                sink.write(body.data(), body.size() / 2);
-                return false;
-            });
-        break;
-    }
+    if (fault.isOfFront())
+        response.set_header(Front::faultHeader, fault.text);
+    response.status = outcome.status;
+    response.set_content(body, "application/json; charset=utf-8");
 }
 
 }

@@ -1,30 +1,31 @@
 #pragma once
 
 #include "sandbox/service/Calls.h"
+#include "sandbox/service/Front.h"
 #include "sandbox/service/Judge.h"
+#include "sandbox/service/Outcomes.h"
+#include "sandbox/service/RequestCount.h"
 #include "sandbox/service/Scenario.h"
 #include "sandbox/service/State.h"
 
 #include <httplib.h>
 
 #include <condition_variable>
-#include <map>
 #include <mutex>
 #include <string>
 
 namespace sandbox {
 
-/// \brief The service on its socket: takes requests, has them judged, answers, says so on stdout.
+/// \brief The service behind its front: has requests judged, answers, says so on stdout.
 class Service {
 public:
-    explicit Service(Scenario scenario);
+    Service(Scenario scenario, Weather weather);
 
     /// \param port 0 takes a free one
-    /// \return the port, or -1 when it is taken
+    /// \return the port, or -1 with errno when it is taken
     int bind(int port);
     /// Serves until stop(); the caller's thread waits.
-    /// \return false when serving failed
-    bool run();
+    void run();
     /// Any thread. Answers that were to last are cut short.
     void stop();
 
@@ -35,9 +36,9 @@ private:
     void answerCall(const httplib::Request &request, httplib::Response &response);
     void refuse(httplib::Response &response, const std::string &call, const Refusal &refusal,
         bool readable);
+    void sendIcon(const std::string &name, httplib::Response &response);
     void send(httplib::Response &response, const nlohmann::json &envelope, const Outcome &outcome,
         bool readable);
-    Outcome nextOutcome(const std::string &call);
     /// \return false when the service stopped meanwhile
     bool waitFor(std::chrono::milliseconds duration);
     void say(const std::string &call, const std::string &verdict);
@@ -46,13 +47,15 @@ private:
     State m_state;
     Calls m_calls;
     Judge m_judge;
-    httplib::Server m_server;
-    int m_socket = -1; // the one it listens on; borrowed
+    Outcomes m_outcomes;
+    RequestCount m_count;
+    Front m_front;
+    httplib::Server m_server; // behind the front
+    int m_port = -1; // of the server, known to the front only
 
     std::mutex m_mutex;
     std::condition_variable m_stopping;
     bool m_stopped = false;
-    std::map<std::string, std::size_t> m_served; // by call
     std::mutex m_console;
 };
 
