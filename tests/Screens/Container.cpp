@@ -71,22 +71,6 @@ void openGate()
     gate = true;
 }
 
-/// Handlers run one after another: behind one of our own, that of the last answer is through, and
-/// so is what it had for the main thread.
-bool drainSession()
-{
-    const auto isThrough = std::make_shared<bool>(false);
-    parloquin::UrlRequest unsupported;
-    unsupported.url = QUrl(QStringLiteral("none:"));
-    unsupported.timeout = std::chrono::seconds(5);
-    parloquin::UrlSession::shared()
-        .dataTask(std::move(unsupported),
-            [isThrough](
-                auto, auto, auto) { parloquin::onMain([isThrough] { *isThrough = true; }); })
-        ->resume();
-    return QTest::qWaitFor([&] { return *isThrough; });
-}
-
 } // namespace
 
 void RecordingDelegate::verificationDidSucceed(const QString &sessionId)
@@ -124,7 +108,7 @@ int RecordingDelegate::outcomesOnMainThread() const
 
 void ContainerTest::SetUp()
 {
-    QFile::remove(desktop().filePath(QStringLiteral("arguments")));
+    forgetHandlerArguments();
     setServiceHost(server.hostAndPort());
     openGate();
 }
@@ -167,6 +151,20 @@ bool ContainerTest::settle(size_t requests) const
 {
     return QTest::qWaitFor([&] { return server.requests().size() >= requests; })
         && waitForOverlay(false) && drainSession();
+}
+
+bool ContainerTest::drainSession()
+{
+    const auto isThrough = std::make_shared<bool>(false);
+    parloquin::UrlRequest unsupported;
+    unsupported.url = QUrl(QStringLiteral("none:"));
+    unsupported.timeout = std::chrono::seconds(5);
+    parloquin::UrlSession::shared()
+        .dataTask(std::move(unsupported),
+            [isThrough](
+                auto, auto, auto) { parloquin::onMain([isThrough] { *isThrough = true; }); })
+        ->resume();
+    return QTest::qWaitFor([&] { return *isThrough; });
 }
 
 bool ContainerTest::waitForOutcomes(int count) const
@@ -215,4 +213,9 @@ QStringList ContainerTest::handlerArguments()
     QStringList arguments = QString::fromUtf8(file.readAll()).split(QChar(u'\0'));
     arguments.removeLast(); // behind the last one's end
     return arguments;
+}
+
+void ContainerTest::forgetHandlerArguments()
+{
+    QFile::remove(desktop().filePath(QStringLiteral("arguments")));
 }

@@ -57,6 +57,9 @@ protected:
     ///
     /// It was up in between: the main thread lays it before it sends the request.
     [[nodiscard]] bool settle(size_t requests) const;
+    /// Handlers run one after another: behind one of our own, that of the last answer is through,
+    /// and so is what it had for the main thread.
+    [[nodiscard]] static bool drainSession();
     [[nodiscard]] bool waitForOutcomes(int count) const;
     /// A click at the middle of a widget, given to the window as the device would.
     void tap(const QWidget *widget) const;
@@ -69,6 +72,7 @@ protected:
 
     /// \return what the messaging app was started with; empty while it was not
     [[nodiscard]] static QStringList handlerArguments();
+    static void forgetHandlerArguments();
 
     RawServer server;
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();

@@ -5,29 +5,14 @@
 #include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
 #include "support/ServiceEndpoint.h"
+#include "support/StillStyle.h"
 
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QProxyStyle>
 
 using namespace parloquin;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-class StillStyle : public QProxyStyle {
-public:
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-        QStyleHintReturn *data) const override
-    {
-        if (hint == SH_Widget_Animation_Duration)
-            return 0;
-        return QProxyStyle::styleHint(hint, option, widget, data);
-    }
-};
-
-} // namespace
 
 QByteArray ok(const QByteArray &result)
 {

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Faults/Cell.h"
+#include "Faults/Yardstick.h"
+#include "Sandbox/Client.h"
+#include "Screens/Container.h"
+
+#include <chrono>
+
+/// \brief The driver: a container, its device, the real service, and the steps between them.
+///
+/// Every cell is played twice in its process: what the first round warms up, threads and caches of
+/// libraries, the second finds there, and leaves nothing behind. When it does, further rounds tell
+/// a leak, which grows with each, from a cache that fills up.
+class FaultTest : public ContainerTest, public testing::WithParamInterface<Cell> {
+public:
+    FaultTest();
+
+    static constexpr auto number = "5550123487"; ///< that the user enters
+    static constexpr auto code = "#Q7"; ///< that the service sends
+
+    /// Everything up to the tap (or the return) that makes the call; the answers so far are usual.
+    void goTo(const QByteArray &call);
+    /// The tap itself.
+    void make(const QByteArray &call);
+    /// Until every request has had its completion and the main thread has dealt with it.
+    void waitForAnswers();
+    /// What the user sees: "apps 2", "phone", "countries 12", "code", each with " link" behind it
+    /// when the messaging app was opened; "closed".
+    [[nodiscard]] QByteArray scene() const;
+
+    /// How the service answers a call from now on: an outcome as in its scenario.
+    void setOutcome(const QByteArray &call, const nlohmann::json &outcome);
+    void setDeadline(std::chrono::milliseconds deadline);
+    /// POSTs that reached the service.
+    [[nodiscard]] int posts() const;
+
+    void playInRounds(const Cell &cell);
+
+    using ContainerTest::comeBack;
+    using ContainerTest::container;
+    using ContainerTest::delegate;
+    using ContainerTest::find;
+    using ContainerTest::present;
+    using ContainerTest::server; ///< another host: where no request may ever come
+    using ContainerTest::tap;
+    using ContainerTest::tapRow;
+
+protected:
+    void SetUp() override;
+
+private:
+    void play(const Cell &cell);
+    void send(const QString &message);
+
+    Sandbox m_service;
+    Yardstick m_yardstick;
+    std::chrono::milliseconds m_deadline {};
+};
