@@ -2,6 +2,7 @@
 
 #include <simdjson.h>
 
+#include <algorithm>
 #include <array>
 
 namespace parloquin {
@@ -156,6 +157,53 @@ bool read(const dom::element &json, const JsonType &type, void *into, Fault &fau
     return false;
 }
 
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Goes on to the end of what could be a number. \return whether it is one
+bool skipNumber(const QByteArray &json, qsizetype &at)
+{
+    const auto skip = [&](std::string_view any) {
+        const bool is = at < json.size() && any.find(json.at(at)) != std::string_view::npos;
+        at += is ? 1 : 0;
+        return is;
+    };
+    const auto skipDigits = [&] {
+        const qsizetype start = at;
+        while (at < json.size() && isDigit(json.at(at)))
+            ++at;
+        return at > start;
+    };
+    skip("-");
+    return (skip("0") || skipDigits()) && (!skip(".") || skipDigits())
+        && (!skip("eE") || (skip("+-"), skipDigits()));
+}
+
+/// The same document with another number for each long one: no field takes one, and where nobody
+/// reads it a number of any size is as good as any.
+QByteArray withoutLongNumbers(QByteArray json)
+{
+    constexpr std::string_view substitute = "0.5"; // no integer: a field that is one has its fault
+    constexpr qsizetype shortest = 5; // of those that the parser cannot hold: 1e309
+    for (qsizetype at = 0; at < json.size();) {
+        const char c = json.at(at);
+        if (c == '"') {
+            for (++at; at < json.size() && json.at(at) != '"'; ++at)
+                at += json.at(at) == '\\' ? 1 : 0;
+            ++at;
+        } else if (c == '-' || isDigit(c)) {
+            const qsizetype start = at;
+            if (skipNumber(json, at) && at - start >= shortest) {
+                const auto place = json.begin() + start;
+                std::fill(place, json.begin() + at, ' ');
+                std::copy(substitute.begin(), substitute.end(), place);
+            }
+        } else {
+            ++at;
+        }
+    }
+    return json;
+}
+
 } // namespace
 
 bool decodeModel(const QByteArray &body, void *model, const JsonType &type, QString *fault)
@@ -163,8 +211,12 @@ bool decodeModel(const QByteArray &body, void *model, const JsonType &type, QStr
     dom::parser parser;
     dom::element root;
     Fault found;
-    const auto error =
-        parser.parse(body.constData(), static_cast<std::size_t>(body.size())).get(root);
+    const auto parse = [&](const QByteArray &json) {
+        return parser.parse(json.constData(), static_cast<std::size_t>(json.size())).get(root);
+    };
+    auto error = parse(body);
+    if (error == simdjson::NUMBER_ERROR) // beyond 64 bits, perhaps in a key that nobody reads
+        error = parse(withoutLongNumbers(body));
     if (error != simdjson::SUCCESS)
         found.what = QStringLiteral("no JSON: ") + QLatin1String(simdjson::error_message(error));
     else if (readModel(root, type, model, found))

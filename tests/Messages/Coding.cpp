@@ -104,6 +104,9 @@ const Row accepted[] = {
     { "BlanksAround", check, " \n\t{ } \r\n", "{}" },
     { "SurrogatePair", sendOtp, R"({"result":{"reference":"\ud83c\udf00"}})",
         "{\"result\":{\"reference\":\"\U0001F300\"}}" },
+    { "NumbersOfAnySizeUnread", sendOtp,
+        R"({"x":[1e400,-340282366920938463463374607431768211456],"\"":0.1E+999,"result":{}})",
+        R"({"result":{}})" },
     { "Required", outcome<CountryRequestModel>, R"({"countryCode":""})", R"({"countryCode":""})" },
     { "Header", outcome<BaseRequestHeaderModel>, wholeHeader, wholeHeader },
 };
@@ -170,6 +173,9 @@ const Row faults[] = {
     { "LoneSurrogate", check, R"({"result":{"sessionId":"\ud800"}})", "body: no JSON*" },
     { "BrokenUtf8", check, "{\"result\":{\"sessionId\":\"\xff\"}}", "body: no JSON*" },
     { "RawControl", check, "{\"result\":{\"sessionId\":\"\x01\"}}", "body: no JSON*" },
+    { "HugeStatusAsRead", init, R"({"meta":{"httpStatusCode":200e400}})",
+        "meta.httpStatusCode: expected integer" },
+    { "BadNumber", check, R"({"x":1e400,"y":012345})", "body: no JSON*" },
     { "TooDeep", check, R"({"x":)" + QByteArray(100000, '[') + QByteArray(100000, ']') + '}',
         "body: no JSON*" },
 };
