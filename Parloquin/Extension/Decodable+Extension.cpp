@@ -19,6 +19,10 @@ struct Fault {
 
 QString toText(std::string_view text)
 {
+    // The conversion takes a leading mark for one of the encoding; here it is a text's own.
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (text.starts_with(mark))
+        return QChar(0xFEFF) + toText(text.substr(mark.size()));
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 

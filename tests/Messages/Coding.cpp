@@ -104,6 +104,8 @@ const Row accepted[] = {
     { "BlanksAround", check, " \n\t{ } \r\n", "{}" },
     { "SurrogatePair", sendOtp, R"({"result":{"reference":"\ud83c\udf00"}})",
         "{\"result\":{\"reference\":\"\U0001F300\"}}" },
+    { "MarkInText", sendOtp, R"({"result":{"reference":"\ufeffr"}})",
+        "{\"result\":{\"reference\":\"\uFEFFr\"}}" },
     { "NumbersOfAnySizeUnread", sendOtp,
         R"({"x":[1e400,-340282366920938463463374607431768211456],"\"":0.1E+999,"result":{}})",
         R"({"result":{}})" },
