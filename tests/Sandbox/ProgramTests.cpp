@@ -45,6 +45,12 @@ const Row rows[] = {
         "outcomes.check[1]: no outcome" },
     { "UnknownStatus", beside(R"("outcomes":{"check":{"status":401}})"),
         "outcomes.check.status: expected" },
+    { "UnknownMoment", beside(R"("outcomes":{"check":["success",{"fault":"reset@lunch"}]})"),
+        "outcomes.check[1].fault: \"reset@lunch\": no moment" },
+    { "AcceptOfACall", beside(R"("outcomes":{"check":{"fault":"reset@accept"}})"),
+        "outcomes.check: the call is not known" },
+    { "PlainCipher", beside(R"("outcomes":{"check":{"plain":true,"fault":"key:wrong"}})"),
+        "outcomes.check: this fault needs" },
 };
 }
 
@@ -88,6 +94,9 @@ TEST(SandboxProgram, RefusesWhatItDoesNotUnderstand)
         { { "--port", "65536" }, "--port: expected" },
         { { "--scenario", "/nowhere.json" }, "/nowhere.json: No such file" },
         { { "--scenario" }, "--scenario: expected a file" },
+        { { "--fault", "check:cookie" }, "--fault: expected CALL=FAULT" },
+        { { "--fault", "check=gzip:many" }, "--fault.check[0].fault: \"gzip:many\": expected a" },
+        { { "--faults", "101:7" }, "--faults: expected PERCENT:SEED" },
         { { "--prot", "1" }, "--prot: unknown option" },
     };
     for (const auto &[arguments, complaint] : calls) {

@@ -1,0 +1,119 @@
+#include "Client.h"
+
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <regex>
+
+using nlohmann::json;
+
+namespace {
+/// How a connection ended, or that it did not. Closed: our half went with the other.
+enum class End { fin, closed, reset, quiet, endless };
+
+struct Row {
+    const char *fault;
+    End end;
+    /// Of "<bytes>;<bytes of the body beyond those promised>;<the first bytes, ~ for NUL>".
+    const char *seen;
+};
+
+const Row rows[] = {
+    { "close@request+300", End::closed, "^0;" },
+    { "reset@before", End::reset, "^0;" },
+    { "half-close@before", End::fin, "^0;" },
+    { "garbage@before+9", End::fin, "^9;none;" },
+    { "reset@head+20", End::reset, "^20;none;HTTP/1.1 200 OK" },
+    { "endless@head", End::endless, ";none;HTTP/1.1 200 [^]*xxx$" },
+    { "drip@body+3", End::quiet, ";-[0-9]{3};[^]*\r\n\r\n.{4}$" }, // the first at once
+    { "cut@body", End::fin, ";-[0-9]{3};" },
+    { "garbage@body+2", End::fin, ";0;[^]*\r\n\r\n\\{\"[^]*~" },
+    { "endless@body", End::endless, ";none;[^]*\r\n\r\n\\{\"data[^]*xxx$" },
+    { "close@after", End::closed, ";0;[^]*Connection: keep-alive\r\n" },
+    { "stall@after", End::quiet, ";0;" },
+    { "garbage@after+20", End::fin, ";20;" },
+    { "status:204", End::fin, ";0;HTTP/1.1 204 " },
+    { "redirect:308:http://a.example/b", End::fin, ";0;.* 308 [^]*\nLocation: http://a.example/b" },
+    { "length:+7", End::fin, ";-7;" },
+    { "length:none", End::fin, ";none;[^]*\r\n\r\n\\{\"data[^]*\\}$" },
+    { "length:twice", End::fin, ";0;[^]*Content-Length: [^]*Content-Length: " },
+    { "chunks:broken", End::fin, ";none;[^]*chunked[^]*\r\nno size\r\n" },
+    { "chunks:endless", End::endless, ";none;[^]*chunked[^]*\\}\r\n1000\r\nxxx" },
+    { "gzip:700", End::fin, ";0;[^]*Content-Encoding: gzip\r\n[^]*\xbc\x02~~$" }, // its last word
+    { "cookie", End::fin, ";0;[^]*\nSet-Cookie: " },
+    { "body:0", End::fin, ";0;[^]*\r\n\r\n$" },
+    { "body:700", End::fin, ";0;[^]*\r\n\r\nx{700}$" },
+    { "flag:on", End::fin, ";0;[^]*X-TRZ-Encrypted: 1\r\n[^]*\\{\"meta" },
+};
+
+/// Sends \p request and reads until the end, until nothing more comes, or far too much.
+std::string seenBy(int port, const std::string &request, End &end)
+{
+    const auto socket = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address { AF_INET, htons(port), { htonl(INADDR_LOOPBACK) }, {} };
+    ::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    const auto sent = ::send(socket, request.data(), request.size(), MSG_NOSIGNAL);
+    end = sent < 0 ? End::reset : End::quiet;
+    std::string all;
+    pollfd watched { socket, POLLIN, 0 };
+    while (end == End::quiet && ::poll(&watched, 1, all.empty() ? 2000 : 500) == 1) {
+        std::string bytes(65536, '\0');
+        const auto count = ::recv(socket, bytes.data(), bytes.size(), 0);
+        all += bytes.substr(0, std::max(count, 0L));
+        if (count <= 0 || all.size() > 4000000)
+            end = count < 0 ? End::reset : count == 0 ? End::fin : End::endless;
+    }
+    if (end == End::fin) { // a socket that is gone answers with a reset
+        ::send(socket, "x", 1, MSG_NOSIGNAL);
+        watched.events = 0;
+        end = ::poll(&watched, 1, 300) == 1 ? End::closed : End::fin;
+    }
+    ::close(socket);
+    std::smatch length;
+    const auto body = all.find("\r\n\r\n") + 4;
+    const auto head = all.substr(0, body);
+    const auto isKnown = std::regex_search(head, length, std::regex("Content-Length: ([0-9]+)"));
+    auto seen = std::to_string(all.size()) + ";"
+        + (isKnown ? std::to_string(long(all.size() - body) - std::stol(length[1])) : "none") + ";"
+        + all.substr(0, 1500);
+    std::replace(seen.begin(), seen.end(), '\0', '~');
+    return seen;
+}
+}
+
+class SandboxFault : public testing::TestWithParam<Row> { };
+
+TEST_P(SandboxFault, ShowsOnTheWire)
+{
+    Sandbox sandbox;
+    const auto start = sandbox.request("start", R"({"app":"parlo"})");
+    auto request = "POST /v1.0/start HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: "
+        + std::to_string(start.body.size());
+    for (const auto &[name, value] : start.headers)
+        request.append("\r\n").append(name).append(": ").append(value);
+    request += "\r\n\r\n" + start.body;
+    const auto seenAfter = [&](const json &outcomes, End &end) {
+        const auto set = sandbox.client().Post("/sandbox/outcomes", outcomes.dump(), "text/json");
+        EXPECT_TRUE(set && set->status == 200);
+        return seenBy(sandbox.port(), request, end);
+    };
+    auto end = End::quiet;
+    const auto seen =
+        seenAfter({ { "start", { { { "fault", GetParam().fault } }, "success" } } }, end);
+    EXPECT_TRUE(std::regex_search(seen, std::regex(GetParam().seen))) << seen;
+    EXPECT_EQ(end, GetParam().end);
+    sandbox.process().waitForOutput(std::string("fault ") + GetParam().fault);
+
+    seenAfter({ { "connection", { { { "fault", "reset@accept" } } } } }, end);
+    EXPECT_EQ(end, End::reset);
+    EXPECT_NE(seenBy(sandbox.port(), request, end).find(";0;"), std::string::npos) << "only once";
+    const auto counts = sandbox.client().Get("/sandbox/requests");
+    EXPECT_EQ(json::parse(counts->body).at("start").at("posts"), 2) << counts->body;
+}
+
+INSTANTIATE_TEST_SUITE_P(Language, SandboxFault, testing::ValuesIn(rows), [](const auto &row) {
+    return std::regex_replace(row.param.fault, std::regex("[^a-z0-9]+"), "_");
+});
