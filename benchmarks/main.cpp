@@ -2,20 +2,40 @@
 #include "Quiet.h"
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QJsonDocument>
 #include <QtWidgets/QApplication>
+
+namespace {
+
+int runChild(std::FILE *out, const QStringList &words)
+{
+    const QJsonObject result = words[0] == u"containers" ? childContainers()
+        : words[0] == u"picker"                          ? childPicker(words.last())
+                                                         : childFirstCall(words[0]);
+    std::fprintf(out, "%s\n", QJsonDocument(result).toJson(QJsonDocument::Compact).constData());
+    return 0;
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     std::FILE *const out = quietOutput();
     const QApplication app(argc, argv);
+    const QStringList words = QApplication::arguments();
+    if (words.size() > 2 && words[1] == u"--child")
+        return runChild(out, words.mid(2));
 
     struct Family {
         QString name;
         void (*measure)(Report &);
     };
     const Family families[] = {
+        { QStringLiteral("calls"), measureCalls },
         { QStringLiteral("messages"), measureMessages },
+        { QStringLiteral("containers"), measureContainers },
+        { QStringLiteral("picker"), measurePicker },
         { QStringLiteral("library"), measureLibrary },
     };
 
