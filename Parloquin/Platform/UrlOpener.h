@@ -12,6 +12,8 @@ namespace parloquin::UrlOpener {
 [[nodiscard]] bool canOpen(const QUrl &url);
 
 /// \brief Hands the url to its handler as exactly one argument. Failures are logged.
+///
+/// Returns at once: the handler is started from a thread of its own, in the order of the calls.
 void open(const QUrl &url);
 
 } // namespace parloquin::UrlOpener

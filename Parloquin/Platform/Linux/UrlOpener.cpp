@@ -2,6 +2,11 @@
 
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Platform/Linux/GLibPointers.h"
+#include "Parloquin/Platform/SerialQueue.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <utility>
 
 namespace parloquin::UrlOpener {
 
@@ -22,6 +27,105 @@ AppInfo handler(const QUrl &url)
     return app;
 }
 
+struct Launch {
+    AppInfo app;
+    QString scheme;
+    QByteArray link;
+    GLibPointer<GCancellable> cancelled { g_cancellable_new() };
+    bool isOver = false;
+};
+
+/// \brief Launches apps on a thread of its own, since the desktop's library connects to the
+/// session's bus first, and knows no time limit for it.
+class Launcher {
+public:
+    static Launcher &shared()
+    {
+        static Launcher instance;
+        return instance;
+    }
+    Launcher() = default;
+    // exit() takes the statics down beneath a running application object.
+    ~Launcher() { end(); }
+    Q_DISABLE_COPY_MOVE(Launcher)
+
+    void launch(AppInfo app, const QUrl &url)
+    {
+        if (!m_queue) {
+            m_queue = std::make_unique<SerialQueue>(QStringLiteral("opener"));
+            qAddPostRoutine([] { shared().end(); });
+        }
+        m_last = std::make_shared<Launch>();
+        m_last->app = std::move(app);
+        m_last->scheme = url.scheme();
+        m_last->link = url.toEncoded();
+        m_queue->async([launch = m_last] { run(*launch); });
+    }
+
+private:
+    static void run(Launch &launch)
+    {
+        constexpr guint patience = 1500; // ms; without the bus the app starts all the same
+        GMainContext *const context = g_main_context_new();
+        g_main_context_push_thread_default(context);
+        GSource *const late = g_timeout_source_new(patience);
+        g_source_set_callback(
+            late,
+            [](gpointer data) -> gboolean {
+                g_cancellable_cancel(static_cast<GCancellable *>(data));
+                return G_SOURCE_REMOVE;
+            },
+            launch.cancelled.get(), nullptr);
+        g_source_attach(late, context);
+
+        // The desktop's library quotes the link into the handler's command line itself: it arrives
+        // as one argument. It cannot pass for an option, since a scheme begins with a letter.
+        GList links { launch.link.data(), nullptr, nullptr };
+        g_app_info_launch_uris_async(
+            launch.app.get(), &links, nullptr, launch.cancelled.get(),
+            [](GObject *, GAsyncResult *result, gpointer data) {
+                finish(*static_cast<Launch *>(data), result);
+            },
+            &launch);
+        while (!launch.isOver)
+            g_main_context_iteration(context, TRUE);
+
+        g_source_destroy(late);
+        g_source_unref(late);
+        g_main_context_pop_thread_default(context);
+        g_main_context_unref(context);
+    }
+
+    static void finish(Launch &launch, GAsyncResult *result)
+    {
+        launch.isOver = true;
+        GError *failure = nullptr;
+        const bool isOpened =
+            g_app_info_launch_uris_finish(launch.app.get(), result, &failure) != FALSE;
+        const GLibPointer<GError> error(failure);
+        // Our own impatience with the bus is told like a failure.
+        if (isOpened || g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE)
+            return;
+        LogManager::shared().log(
+            QStringLiteral("Cannot open the app for %1: links: %2")
+                .arg(launch.scheme,
+                    error ? QString::fromUtf8(error->message) : QStringLiteral("no reason given")),
+            true);
+    }
+
+    // Before the application object goes; ends every wait.
+    void end()
+    {
+        if (m_last)
+            g_cancellable_cancel(m_last->cancelled.get());
+        m_queue.reset();
+        m_last.reset();
+    }
+
+    std::unique_ptr<SerialQueue> m_queue;
+    std::shared_ptr<Launch> m_last;
+};
+
 } // namespace
 
 QUrl parse(const QString &text) { return QUrl(text, QUrl::StrictMode); }
@@ -30,7 +134,7 @@ bool canOpen(const QUrl &url) { return handler(url) != nullptr; }
 
 void open(const QUrl &url)
 {
-    const AppInfo app = handler(url);
+    AppInfo app = handler(url);
     if (!app) {
         LogManager::shared().log(
             QStringLiteral(
@@ -39,20 +143,7 @@ void open(const QUrl &url)
             true);
         return;
     }
-
-    // The desktop's library quotes the link into the handler's command line itself: it arrives as
-    // one argument. It cannot pass for an option, since a scheme begins with a letter.
-    QByteArray link = url.toEncoded();
-    GList links { link.data(), nullptr, nullptr };
-    GError *error = nullptr;
-    if (g_app_info_launch_uris(app.get(), &links, nullptr, &error) == FALSE) {
-        LogManager::shared().log(
-            QStringLiteral("Cannot open the app for %1: links: %2")
-                .arg(url.scheme(),
-                    error ? QString::fromUtf8(error->message) : QStringLiteral("no reason given")),
-            true);
-    }
-    g_clear_error(&error);
+    Launcher::shared().launch(std::move(app), url);
 }
 
 } // namespace parloquin::UrlOpener
