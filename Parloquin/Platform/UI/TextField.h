@@ -8,7 +8,8 @@ namespace parloquin {
 
 /// \brief A line of text to type, without a frame of its own unless given one.
 ///
-/// Tells edits by textEdited: the user's only, input methods, paste and selection included.
+/// Tells edits by textEdited: the user's only, input methods, paste and selection included. Of a
+/// text beyond 1024 characters only the beginning is taken.
 class TextField : public QLineEdit {
     Q_OBJECT
 public:
