@@ -12,6 +12,14 @@ namespace parloquin {
 
 namespace {
 
+// Characters, several screens full. What a service sends beyond would take minutes to lay out.
+constexpr qsizetype mostText = 4096;
+
+QString bounded(const QString &text)
+{
+    return text.size() > mostText ? text.left(mostText) + QChar(0x2026) : text;
+}
+
 QTextOption optionFor(bool rightToLeft)
 {
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
@@ -41,7 +49,7 @@ TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int li
     if (text.isEmpty())
         return;
 
-    QString source = text;
+    QString source = bounded(text);
     source.replace(QLatin1Char('\n'), QChar::LineSeparator);
     const QFontMetricsF metrics(font);
     QTextLayout layout(source, font);
