@@ -215,6 +215,8 @@ void NavigationController::changeEvent(QEvent *event)
 void NavigationController::keyPressEvent(QKeyEvent *event)
 {
     const bool back = event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back;
+    if (back && event->isAutoRepeat())
+        return; // held, it leads back one screen, not all of them and the host's dialog too
     if (back && d->stack.size() > 1)
         popViewController(true);
     else
