@@ -19,7 +19,7 @@ constexpr qreal leastPitch = 14; // px
 constexpr int strayWidth = 44; // px from the edge that a drag may stray
 constexpr int thumbWidth = 3; // px
 constexpr int thumbInset = 2; // px
-constexpr int leastThumb = 36; // px
+constexpr qint64 leastThumb = 36; // px
 }
 
 TableHeader::TableHeader(QWidget *table)
@@ -147,7 +147,7 @@ void TableIndex::mouseReleaseEvent(QMouseEvent *) { m_chosen = -1; }
 
 void TableIndex::choose(const QPointF &position)
 {
-    if (m_letters.isEmpty())
+    if (m_letters.isEmpty() || height() <= 0) // shrunk away beneath a finger
         return;
     const auto pitch = this->pitch();
     const auto at = std::floor((position.y() - pitch.top) * pitch.step / pitch.height);
@@ -173,13 +173,14 @@ void TableThumb::showFor(int offset, int content)
     const int view = parentWidget()->height();
     if (content <= view)
         return;
-    const int track = view - 2 * thumbInset;
-    const int length = std::clamp(track * view / content, std::min(leastThumb, track), track);
-    const int y = thumbInset + (track - length) * offset / (content - view);
+    // A long list has more pixels than an int can multiply.
+    const qint64 track = view - 2 * thumbInset;
+    const qint64 length = std::clamp(track * view / content, std::min(leastThumb, track), track);
+    const qint64 y = thumbInset + (track - length) * offset / (content - view);
     const int x = layoutDirection() == Qt::RightToLeft
         ? thumbInset
         : parentWidget()->width() - thumbInset - thumbWidth;
-    setGeometry(x, y, thumbWidth, length);
+    setGeometry(x, static_cast<int>(y), thumbWidth, static_cast<int>(length));
     raise();
     show();
     m_timer.start();
