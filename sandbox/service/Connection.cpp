@@ -106,7 +106,7 @@ void Connection::countLines(std::string_view bytes)
                 : m_line.substr(
                     at + post.size(), m_line.find(' ', at + post.size()) - at - post.size());
             if (isCall(call))
-                m_count.add(call);
+                m_count.addPost(call);
             m_line.clear();
             continue;
         }

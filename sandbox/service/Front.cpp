@@ -1,7 +1,7 @@
 #include "sandbox/service/Front.h"
 
 #include "sandbox/service/CallForm.h"
-#include "sandbox/service/WireAnswer.h"
+#include "sandbox/service/HttpMessage.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -56,10 +56,18 @@ std::string callOf(const std::string &head)
 /// Of a request of which the head is there: what follows it is what it says, if that can be read.
 std::size_t wholeSize(const std::string &request, std::size_t headSize)
 {
-    const auto length = WireAnswer(request.substr(0, headSize)).take("Content-Length");
+    const auto length = HttpMessage(request.substr(0, headSize)).take("Content-Length");
     std::size_t size = 0;
     std::from_chars(length.data(), length.data() + length.size(), size);
     return headSize + std::min(size, mostBytes);
+}
+
+/// The HTTP library packs its answers where it may; here a fault shall meet the bytes as they are.
+std::string withoutPacking(const std::string &request)
+{
+    HttpMessage message(request);
+    message.take("Accept-Encoding");
+    return message.head() + message.body();
 }
 }
 
@@ -175,6 +183,7 @@ void Front::serve(Connection &client)
     if (const auto call = callOf(request); !call.empty())
         if (const auto outcome = m_outcomes.takeIf(call, isWithin)) {
             const auto &fault = outcome->fault;
+            m_count.addFault(call);
             m_say(call, "fault " + fault.text);
             const auto until = std::min(fault.bytes.value_or(size / 2), size);
             while (request.size() < until
@@ -183,10 +192,10 @@ void Front::serve(Connection &client)
         }
     while (request.size() < size && client.receive(request, mostBytes, patience)) { }
 
-    const auto bytes = ask(client, request);
+    const auto bytes = ask(client, headEnd == request.npos ? request : withoutPacking(request));
     if (bytes.empty())
         return;
-    WireAnswer answer(bytes);
+    HttpMessage answer(bytes);
     const auto name = answer.take(faultHeader);
     auto fault = name.empty() ? Fault() : Fault::parse(name);
     answer.apply(fault);

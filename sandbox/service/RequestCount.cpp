@@ -2,22 +2,28 @@
 
 namespace sandbox {
 
-void RequestCount::add(const std::string &call)
+void RequestCount::addPost(const std::string &call)
 {
     const std::lock_guard lock(m_mutex);
-    ++m_posts[call];
+    ++m_counts[call].posts;
+}
+
+void RequestCount::addFault(const std::string &call)
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_counts[call].faults;
 }
 
 void RequestCount::reset()
 {
     const std::lock_guard lock(m_mutex);
-    m_posts.clear();
+    m_counts.clear();
 }
 
-std::map<std::string, int> RequestCount::posts() const
+std::map<std::string, RequestCount::Counts> RequestCount::counts() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_posts;
+    return m_counts;
 }
 
 }

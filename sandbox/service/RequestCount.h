@@ -6,18 +6,25 @@
 
 namespace sandbox {
 
-/// \brief How many POSTs reached the service, by call, whatever became of them.
+/// \brief How many POSTs reached the service, by call, whatever became of them, and how many of
+/// them met a fault.
 ///
 /// Any thread.
 class RequestCount {
 public:
-    void add(const std::string &call);
+    struct Counts {
+        int posts = 0;
+        int faults = 0;
+    };
+
+    void addPost(const std::string &call);
+    void addFault(const std::string &call);
     void reset();
-    std::map<std::string, int> posts() const;
+    std::map<std::string, Counts> counts() const;
 
 private:
     mutable std::mutex m_mutex;
-    std::map<std::string, int> m_posts;
+    std::map<std::string, Counts> m_counts;
 };
 
 }

@@ -80,9 +80,9 @@ void Service::routeSandbox()
     m_server.Get("/sandbox/requests", [this](const Request &, Response &response) {
         auto counts = json::object();
         for (const auto call : callNames)
-            counts[std::string(call)]["posts"] = 0;
-        for (const auto &[call, posts] : m_count.posts())
-            counts[call]["posts"] = posts;
+            counts[std::string(call)] = { { "posts", 0 }, { "faults", 0 } };
+        for (const auto &[call, count] : m_count.counts())
+            counts[call] = { { "posts", count.posts }, { "faults", count.faults } };
         answer(response, 200, counts);
     });
     m_server.Post("/sandbox/requests", [this](const Request &, Response &response) {

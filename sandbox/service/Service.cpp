@@ -148,12 +148,16 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
     const std::chrono::seconds off(late ? late->fault.number() : 0);
     auto judgement = m_judge.judge(request, call, std::chrono::system_clock::now() + off);
     if (judgement.refusal) {
-        if (late)
+        if (late) {
+            m_count.addFault(call);
             judgement.refusal->reason += late->fault.note();
+        }
         return refuse(response, call, *judgement.refusal, judgement.readable);
     }
 
     const auto outcome = late ? *late : m_outcomes.take(call);
+    if (outcome.fault)
+        m_count.addFault(call);
     if (outcome.delay.count() > 0 && !waitFor(outcome.delay))
         return;
     if (outcome.refuses()) {

@@ -14,13 +14,19 @@
 /// a leak, which grows with each, from a cache that fills up.
 class FaultTest : public ContainerTest, public testing::WithParamInterface<Cell> {
 public:
-    FaultTest();
+    /// \param sandboxOptions for the command line of the service
+    explicit FaultTest(const std::vector<std::string> &sandboxOptions = {});
 
     static constexpr auto number = "5550123487"; ///< that the user enters
     static constexpr auto code = "#Q7"; ///< that the service sends
 
     /// Everything up to the tap (or the return) that makes the call; the answers so far are usual.
     void goTo(const QByteArray &call);
+    /// What the user does between the answer of the call before and the tap that makes this one.
+    /// \return false when the screen for it does not show
+    [[nodiscard]] bool leadTo(const QByteArray &call);
+    static const QList<QByteArray> roadByApp; ///< the calls of each road, in order
+    static const QList<QByteArray> roadBySms;
     /// The tap itself.
     void make(const QByteArray &call);
     /// Until every request has had its completion and the main thread has dealt with it.
@@ -49,11 +55,12 @@ public:
 protected:
     void SetUp() override;
 
-private:
-    void play(const Cell &cell);
-    void send(const QString &message);
-
     Sandbox m_service;
     Yardstick m_yardstick;
+
+private:
+    void play(const Cell &cell);
+    bool send(const QString &message);
+
     std::chrono::milliseconds m_deadline {};
 };

@@ -168,6 +168,13 @@ QByteArray Yardstick::output() const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+void Yardstick::beginAnew()
+{
+    std::fflush(stdout);
+    static_cast<void>(::ftruncate(d->file.handle(), 0));
+    d->longest = 0;
+}
+
 qsizetype Yardstick::requests() const { return output().count("\n[HMAC/SIGNATURE Start]\n"); }
 
 qsizetype Yardstick::completions() const

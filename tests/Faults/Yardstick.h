@@ -31,6 +31,8 @@ public:
     /// Everything written so far.
     [[nodiscard]] QByteArray output() const;
 
+    /// Forgets what was written and held so far: a long run is judged in parts.
+    void beginAnew();
     /// Notes descriptors, threads, QObjects (timers among them) and widgets once they are at rest.
     void noteResources();
     /// \return what there is beyond that; empty when all has come back, if need be after a while

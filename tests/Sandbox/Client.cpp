@@ -126,13 +126,15 @@ std::string canonical(const json &value)
 
 std::string timeStampOf(long offset) { return std::to_string(std::time(nullptr) + offset) + "000"; }
 
-Sandbox::Sandbox(const json &scenario)
+Sandbox::Sandbox(const json &scenario, const std::vector<std::string> &options)
 {
     auto whole = json::parse(keys);
     whole.update(scenario);
     m_scenario = std::make_unique<TemporaryFile>(whole.dump());
-    m_process = std::make_unique<Process>(std::vector<std::string> {
-        SANDBOX_PROGRAM, "--port", "0", "--scenario", m_scenario->path() });
+    std::vector<std::string> words { SANDBOX_PROGRAM, "--port", "0", "--scenario",
+        m_scenario->path() };
+    words.insert(words.end(), options.begin(), options.end());
+    m_process = std::make_unique<Process>(words);
     const auto output = m_process->waitForOutput("\n");
     const auto colon = output.find("127.0.0.1:");
     if (colon == std::string::npos)

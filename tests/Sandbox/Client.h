@@ -40,7 +40,9 @@ struct Reply {
 class Sandbox {
 public:
     /// \param scenario merged into one that holds the keys only
-    explicit Sandbox(const nlohmann::json &scenario = nlohmann::json::object());
+    /// \param options further ones of the command line
+    explicit Sandbox(const nlohmann::json &scenario = nlohmann::json::object(),
+        const std::vector<std::string> &options = {});
 
     /// What a right client sends now. \param json the parameters, sorted and escaped
     Request request(const std::string &call, const std::string &json) const;

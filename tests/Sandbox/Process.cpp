@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -64,6 +65,12 @@ std::string Process::output()
 {
     while (readMore(0ms)) { }
     return m_output;
+}
+
+std::string Process::takeOutput()
+{
+    output();
+    return std::exchange(m_output, {});
 }
 
 void Process::signal(int number) const { ::kill(m_pid, number); }

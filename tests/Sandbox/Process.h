@@ -21,8 +21,10 @@ public:
     /// \return the exit code; nothing when it still runs after \p patience, -N when signal N ended
     /// it
     std::optional<int> waitForEnd(std::chrono::milliseconds patience = std::chrono::seconds(20));
-    /// All that it wrote so far.
+    /// All that it wrote so far, or since it was taken.
     std::string output();
+
+    std::string takeOutput();
 
 private:
     bool readMore(std::chrono::milliseconds patience);

@@ -1,4 +1,4 @@
-#include "sandbox/service/WireAnswer.h"
+#include "sandbox/service/HttpMessage.h"
 
 #include <strings.h>
 #include <zlib.h>
@@ -56,7 +56,7 @@ std::string packed(std::string_view text, std::size_t size)
 }
 }
 
-WireAnswer::WireAnswer(std::string bytes)
+HttpMessage::HttpMessage(std::string bytes)
 {
     const auto end = bytes.find("\r\n\r\n");
     if (end == bytes.npos)
@@ -66,13 +66,13 @@ WireAnswer::WireAnswer(std::string bytes)
         m_headers.push_back(bytes.substr(at, stop - at));
         at = stop + lineEnd.size();
     }
-    m_status = m_headers.front();
+    m_start = m_headers.front();
     m_headers.erase(m_headers.begin());
     bytes.erase(0, end + 2 * lineEnd.size());
     m_body = std::move(bytes);
 }
 
-std::string WireAnswer::take(std::string_view name)
+std::string HttpMessage::take(std::string_view name)
 {
     std::string value;
     const auto isNamed = [name](const std::string &line) { return isHeader(line, name); };
@@ -83,29 +83,29 @@ std::string WireAnswer::take(std::string_view name)
     return value;
 }
 
-void WireAnswer::add(const std::string &name, const std::string &value)
+void HttpMessage::add(const std::string &name, const std::string &value)
 {
     m_headers.push_back(name + ": " + value);
 }
 
-void WireAnswer::set(const std::string &name, const std::string &value)
+void HttpMessage::set(const std::string &name, const std::string &value)
 {
     take(name);
     add(name, value);
 }
 
-void WireAnswer::setBody(std::string body)
+void HttpMessage::setBody(std::string body)
 {
     m_body = std::move(body);
     set(lengthHeader, std::to_string(m_body.size()));
 }
 
-void WireAnswer::setStatus(const std::string &number)
+void HttpMessage::setStatus(const std::string &number)
 {
-    m_status = "HTTP/1.1 " + number + " As set";
+    m_start = "HTTP/1.1 " + number + " As set";
 }
 
-void WireAnswer::setLength(const std::string &change)
+void HttpMessage::setLength(const std::string &change)
 {
     const auto right = static_cast<long long>(m_body.size());
     if (change == "none")
@@ -116,7 +116,7 @@ void WireAnswer::setLength(const std::string &change)
         set(lengthHeader, std::to_string(std::max(right + std::stoll(change), 0LL)));
 }
 
-void WireAnswer::chunk(bool endless)
+void HttpMessage::chunk(bool endless)
 {
     take(lengthHeader);
     add("Transfer-Encoding", "chunked");
@@ -130,7 +130,7 @@ void WireAnswer::chunk(bool endless)
     }
 }
 
-void WireAnswer::apply(const Fault &fault)
+void HttpMessage::apply(const Fault &fault)
 {
     if (fault.is("status")) {
         setStatus(fault.value);
@@ -157,9 +157,9 @@ void WireAnswer::apply(const Fault &fault)
     }
 }
 
-std::string WireAnswer::head() const
+std::string HttpMessage::head() const
 {
-    auto text = m_status + "\r\n";
+    auto text = m_start + "\r\n";
     for (const auto &line : m_headers)
         text += line + "\r\n";
     return text + "\r\n";

@@ -8,17 +8,17 @@
 
 namespace sandbox {
 
-/// \brief An answer as its bytes are, open to be spoilt.
+/// \brief A request or an answer as its bytes are, open to be changed and spoilt.
 ///
 /// One thread.
-class WireAnswer {
+class HttpMessage {
 public:
-    /// \param bytes a whole answer, as the HTTP library writes it
-    explicit WireAnswer(std::string bytes);
+    /// \param bytes of the head at least
+    explicit HttpMessage(std::string bytes);
 
     /// Removes every header \p name. \return the value of the first; empty when there was none
     std::string take(std::string_view name);
-    /// Does what \p fault does to head and body, if it is one of HTTP.
+    /// Does to an answer what \p fault does to head and body, if it is one of HTTP.
     void apply(const Fault &fault);
 
     std::string head() const;
@@ -36,7 +36,7 @@ private:
     void setLength(const std::string &change);
     void chunk(bool endless);
 
-    std::string m_status;
+    std::string m_start;
     std::vector<std::string> m_headers; // lines without their ends
     std::string m_body;
     std::string m_filler = std::string(4096, 'x');
