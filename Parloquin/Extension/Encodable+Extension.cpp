@@ -3,6 +3,8 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 
+#include <algorithm>
+
 namespace parloquin {
 
 namespace {
@@ -94,10 +96,24 @@ QString dumpedModel(const void *model, const JsonType &type)
     return out.mid(1); // every line starts with its break
 }
 
+QByteArray plainJsonText(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
 QByteArray jsonText(const QJsonObject &object)
 {
+    const QByteArray plain = plainJsonText(object);
     // A slash stands nowhere but inside strings, and is never escaped there yet.
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).replace('/', "\\/");
+    const auto slashes = std::count(plain.cbegin(), plain.cend(), '/');
+    QByteArray text(plain.size() + slashes, Qt::Uninitialized);
+    char *to = text.data();
+    for (const char c : plain) {
+        if (c == '/')
+            *to++ = '\\';
+        *to++ = c;
+    }
+    return text;
 }
 
 } // namespace parloquin

@@ -29,8 +29,10 @@ template <class Model> [[nodiscard]] QString dump(const Model &model)
     return dumpedModel(&model, jsonType<Model>);
 }
 
-/// \brief The text of an object, the one form that is signed, encrypted and sent: UTF-8, compact,
-/// keys sorted, every `/` written as `\/`. Any thread.
+/// \brief The text of an object as it is signed: UTF-8, compact, keys sorted. Any thread.
+[[nodiscard]] QByteArray plainJsonText(const QJsonObject &object);
+
+/// \brief The same as it is encrypted and sent: every `/` written as `\/`. Any thread.
 [[nodiscard]] QByteArray jsonText(const QJsonObject &object);
 
 } // namespace parloquin

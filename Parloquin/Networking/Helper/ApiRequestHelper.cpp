@@ -87,8 +87,8 @@ std::optional<QString> ApiRequestHelper::requestSignature() const
     if (!timeStamp.isString())
         return {};
 
-    QByteArray text = timeStamp.toString().toUtf8() + '-' + jsonText(*cleaned);
-    text.replace("\\/", "/");
+    // Slashes are signed as they are, although they travel escaped.
+    const QByteArray text = timeStamp.toString().toUtf8() + '-' + plainJsonText(*cleaned);
     const std::optional<QByteArray> mac = Crypto::hmacSha256(text, signingKey());
     if (!mac)
         return {};
