@@ -4,7 +4,9 @@
 #include "Parloquin/Controller/ParloquinMainViewController.h"
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Platform/Crypto.h"
 #include "Parloquin/Platform/Telephony.h"
+#include "Parloquin/Platform/UrlSession.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
 
 using namespace parloquin;
@@ -27,5 +29,7 @@ ParloquinViewController *Parloquin::viewControllerForLogin()
     // Both answer later than they are asked; asked now, they are ready when a request needs them.
     ApiSessionHelper::shared();
     Telephony::shared().ask();
+    // Milliseconds, which the first request need not wait for.
+    UrlSession::shared().async(Crypto::warmUp);
     return new ParloquinNavigationController(new ParloquinMainViewController);
 }

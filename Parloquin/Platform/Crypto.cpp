@@ -99,6 +99,13 @@ int base64Value(char c)
 
 } // namespace
 
+void warmUp()
+{
+    const QByteArray key(32, '\0');
+    static_cast<void>(hmacSha256({}, key));
+    static_cast<void>(aesEncrypt({}, key));
+}
+
 bool isAesKeySize(qsizetype bytes) { return cipherFor(bytes) != nullptr; }
 
 std::optional<QByteArray> aesEncrypt(const QByteArray &plainText, const QByteArray &key)

@@ -10,6 +10,10 @@
 /// host's own TLS would trip over it.
 namespace parloquin::Crypto {
 
+/// \brief Has libcrypto set itself up and look up the algorithms, which the first use else waits
+/// for.
+void warmUp();
+
 /// \return whether a key of this many bytes selects a cipher: 16, 24 or 32
 [[nodiscard]] bool isAesKeySize(qsizetype bytes);
 
