@@ -50,7 +50,7 @@ protected:
             Qt::AlignVCenter | Qt::AlignRight, m_row->second);
         painter.setRenderHint(QPainter::Antialiasing);
         if (m_hasLine)
-            painter.fillRect(QRectF(margin, height() - 0.5, width() - 2 * margin, 0.5),
+            painter.fillRect(QRectF(margin, height() - 0.5, width() - margin, 0.5),
                 QColor(0xd3, 0xd6, 0xe2));
     }
 
@@ -165,7 +165,7 @@ void BareRows::setOffset(int offset)
         header->show(section.title);
         header->setGeometry(0,
             std::max(section.top - offset, std::min(0, section.end - headerHeight - offset)),
-            width() - stripWidth, headerHeight);
+            width(), headerHeight);
         header->raise();
     }
     for (std::size_t slot = 0; slot < m_cells.size(); ++slot) {
@@ -174,4 +174,5 @@ void BareRows::setOffset(int offset)
     }
     for (; headers < m_headers.size(); ++headers)
         m_headers[headers]->hide();
+    m_letters->raise();
 }
