@@ -1,4 +1,5 @@
 #include "Parloquin/Extension/QImage+Extension.h"
+#include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Platform/UrlSession.h"
 
@@ -13,7 +14,6 @@ namespace {
 
 constexpr qint64 maximumBytes = 1 << 20;
 constexpr int maximumSide = 1024; // px
-constexpr std::chrono::seconds patience(60);
 
 /// The two formats a picture may have; no other installed decoder ever sees the bytes.
 QByteArray formatOf(const QByteArray &data)
@@ -52,7 +52,7 @@ void download(ImageView *view, const QUrl &from, ContentMode contentMode)
     UrlRequest request;
     request.url = from;
     request.method = QByteArrayLiteral("GET");
-    request.timeout = patience;
+    request.timeout = serviceTimeout();
     UrlSession::shared()
         .dataTask(
             std::move(request),
