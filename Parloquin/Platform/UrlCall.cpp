@@ -158,8 +158,10 @@ UrlCall::UrlCall(
 
 UrlCall::~UrlCall() { release(); }
 
-void UrlCall::start(QNetworkAccessManager &manager)
+void UrlCall::start(std::shared_ptr<QNetworkAccessManager> manager, std::function<void()> spoilt)
 {
+    m_manager = std::move(manager);
+    m_spoilt = std::move(spoilt);
     const QString scheme = m_request.url.scheme();
     if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
         finish({ { TransportError::unsupportedUrl, QStringLiteral("unsupported URL") } });
@@ -169,13 +171,13 @@ void UrlCall::start(QNetworkAccessManager &manager)
     m_deadline.start(m_request.timeout);
     QNetworkRequest request = networkRequest(m_request);
     if (m_request.method == "GET") {
-        m_reply = manager.get(request);
+        m_reply = m_manager->get(request);
     } else {
         const QByteArray bytes = m_request.body.value_or(QByteArray());
         // Without a length the stack would buffer the body, and could rewind it.
         request.setHeader(QNetworkRequest::ContentLengthHeader, bytes.size());
         auto body = std::make_unique<UploadBody>(bytes);
-        m_reply = manager.sendCustomRequest(request, m_request.method, body.get());
+        m_reply = m_manager->sendCustomRequest(request, m_request.method, body.get());
         body.release()->setParent(m_reply);
     }
     connect(m_reply, &QNetworkReply::readyRead, this, &UrlCall::read);
@@ -203,6 +205,11 @@ void UrlCall::finish(std::optional<TransportError> error)
     if (!handler)
         return;
     deleteLater(); // its own signal may have led here
+    // The stack closes where the peer says that it does, and only there.
+    if (m_reply
+        && (!m_reply->isFinished()
+            || m_reply->rawHeader("Connection").compare("close", Qt::CaseInsensitive) != 0))
+        m_spoilt();
     auto response = m_reply ? urlResponse(*m_reply) : std::nullopt;
     auto data = response && !error ? std::optional(std::move(m_data)) : std::nullopt;
     m_data.clear();

@@ -5,6 +5,9 @@
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
+#include <functional>
+#include <memory>
+
 class QNetworkAccessManager;
 class QNetworkReply;
 
@@ -19,7 +22,9 @@ public:
     Q_DISABLE_COPY_MOVE(UrlCall)
 
     /// Sends the request; once.
-    void start(QNetworkAccessManager &manager);
+    /// \param spoilt runs when the connection may be left open: the manager would give it to a call
+    /// that comes later, and a peer that sends for ever would keep the manager's thread from that
+    void start(std::shared_ptr<QNetworkAccessManager> manager, std::function<void()> spoilt);
     void cancel();
 
 private:
@@ -32,6 +37,8 @@ private:
     const qint64 m_maximumBytes;
     QTimer m_deadline;
     QByteArray m_data;
+    std::shared_ptr<QNetworkAccessManager> m_manager;
+    std::function<void()> m_spoilt;
     QNetworkReply *m_reply = nullptr; ///< owned; goes by deleteLater()
 };
 

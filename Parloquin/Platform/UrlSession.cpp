@@ -8,6 +8,7 @@
 #include <QtNetwork/QNetworkAccessManager>
 
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <mutex>
 #include <thread>
@@ -26,17 +27,36 @@ struct UrlSessionTask::State {
     QPointer<UrlCall> call; ///< while it is under way; the session's thread only
 };
 
+namespace {
+
+/// Makes a manager whose end never holds the caller up for long: its thread may be busy with a peer
+/// that sends for ever, and the stack would wait for it for seconds.
+std::shared_ptr<QNetworkAccessManager> makeManager()
+{
+    return { new QNetworkAccessManager, [](QNetworkAccessManager *manager) {
+                manager->moveToThread(nullptr);
+                std::packaged_task<void()> end([manager] { delete manager; });
+                const std::future<void> ended = end.get_future();
+                std::thread(std::move(end)).detach();
+                ended.wait_for(std::chrono::milliseconds(200));
+            } };
+}
+
+} // namespace
+
 struct UrlSession::Private {
     /// Runs the block on the session's thread, later; drops it when the session has ended.
     void post(std::function<void()> block);
     void run(std::promise<void> started);
     void stop();
+    /// Sends a call by one of the managers, which is replaced for later calls when it is spoilt.
+    void start(UrlCall &call, std::shared_ptr<QNetworkAccessManager> &manager);
 
     std::thread thread;
     std::mutex mutex; ///< of `loop`
     QEventLoop *loop = nullptr; ///< the thread's, while it takes blocks
-    QNetworkAccessManager *uploads = nullptr; ///< the thread's
-    QNetworkAccessManager *downloads = nullptr; ///< the thread's
+    std::shared_ptr<QNetworkAccessManager> uploads; ///< the thread's
+    std::shared_ptr<QNetworkAccessManager> downloads; ///< the thread's
     QObject *calls = nullptr; ///< the thread's; parent of those under way
 };
 
@@ -62,16 +82,26 @@ void UrlSession::Private::run(std::promise<void> started)
 {
     // A manager opens six connections to a host and lets further requests wait. Two of them, so
     // that slow pictures never stand in a call's way.
-    QNetworkAccessManager threadUploads;
-    QNetworkAccessManager threadDownloads;
-    QObject threadCalls; // goes before the managers: its calls abort their replies
-    QEventLoop threadLoop;
-    uploads = &threadUploads;
-    downloads = &threadDownloads;
-    calls = &threadCalls;
-    loop = &threadLoop;
-    started.set_value();
-    threadLoop.exec();
+    uploads = makeManager();
+    downloads = makeManager();
+    {
+        QObject threadCalls; // goes before the managers: its calls abort their replies
+        QEventLoop threadLoop;
+        calls = &threadCalls;
+        loop = &threadLoop;
+        started.set_value();
+        threadLoop.exec();
+    }
+    uploads.reset();
+    downloads.reset();
+}
+
+void UrlSession::Private::start(UrlCall &call, std::shared_ptr<QNetworkAccessManager> &manager)
+{
+    call.start(manager, [&manager, used = std::weak_ptr(manager)] {
+        if (manager == used.lock())
+            manager = makeManager();
+    });
 }
 
 void UrlSession::Private::stop()
@@ -129,7 +159,7 @@ void UrlSessionTask::resume()
     session.post(
         [&session, state = d, request = std::move(d->request), handler = std::move(d->handler)] {
             state->call = new UrlCall(request, handler, state->maximumBytes, session.calls);
-            state->call->start(request.body ? *session.uploads : *session.downloads);
+            session.start(*state->call, request.body ? session.uploads : session.downloads);
         });
 }
 
