@@ -14,6 +14,8 @@ namespace parloquin {
 
 namespace {
 
+constexpr qint64 readBufferSize = 256 * 1024; // bytes
+
 /// A body that can be read once. The stack silently repeats a request whose body it can rewind when
 /// the peer closes before the first byte of an answer; a message might be sent twice.
 class UploadBody : public QIODevice {
@@ -180,6 +182,8 @@ void UrlCall::start(std::shared_ptr<QNetworkAccessManager> manager, std::functio
         m_reply = m_manager->sendCustomRequest(request, m_request.method, body.get());
         body.release()->setParent(m_reply);
     }
+    // Without a bound the stack would take whatever comes before it says a word of it to read().
+    m_reply->setReadBufferSize(readBufferSize);
     connect(m_reply, &QNetworkReply::readyRead, this, &UrlCall::read);
     connect(m_reply, &QNetworkReply::finished, this, [this] {
         read();
