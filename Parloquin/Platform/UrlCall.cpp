@@ -14,6 +14,7 @@ namespace parloquin {
 
 namespace {
 
+constexpr int mostConnections = 4; // an address of each family, and one more try
 constexpr qint64 readBufferSize = 256 * 1024; // bytes
 
 /// A body that can be read once. The stack silently repeats a request whose body it can rewind when
@@ -184,6 +185,12 @@ void UrlCall::start(std::shared_ptr<QNetworkAccessManager> manager, std::functio
     }
     // Without a bound the stack would take whatever comes before it says a word of it to read().
     m_reply->setReadBufferSize(readBufferSize);
+    // The stack would connect again for ever to a peer that resets each connection at once.
+    connect(m_reply, &QNetworkReply::socketStartedConnecting, this, [this] {
+        if (++m_connections > mostConnections)
+            finish({ { TransportError::networkConnectionLost,
+                QStringLiteral("The peer resets every connection.") } });
+    });
     connect(m_reply, &QNetworkReply::readyRead, this, &UrlCall::read);
     connect(m_reply, &QNetworkReply::finished, this, [this] {
         read();

@@ -36,6 +36,7 @@ private:
     UrlSession::Handler m_handler; ///< until it has run
     const qint64 m_maximumBytes;
     QTimer m_deadline;
+    int m_connections = 0; ///< tried so far
     QByteArray m_data;
     std::shared_ptr<QNetworkAccessManager> m_manager;
     std::function<void()> m_spoilt;
