@@ -18,6 +18,7 @@ public:
     explicit FaultTest(const std::vector<std::string> &sandboxOptions = {});
 
     static constexpr auto number = "5550123487"; ///< that the user enters
+    static constexpr std::chrono::milliseconds shortDeadline { 400 };
     static constexpr auto code = "#Q7"; ///< that the service sends
 
     /// Everything up to the tap (or the return) that makes the call; the answers so far are usual.
@@ -37,9 +38,13 @@ public:
 
     /// How the service answers a call from now on: an outcome as in its scenario.
     void setOutcome(const QByteArray &call, const nlohmann::json &outcome);
+    /// The same for a text of its fault language, where OTHER stands for another host.
+    void setFault(const QByteArray &call, QByteArray text);
     void setDeadline(std::chrono::milliseconds deadline);
-    /// POSTs that reached the service.
-    [[nodiscard]] int posts() const;
+    /// POSTs of a call that reached the service since its outcome was set.
+    [[nodiscard]] int posts(const QByteArray &call) const;
+    [[nodiscard]] bool waitForScene(const QByteArray &wanted,
+        std::chrono::milliseconds patience = std::chrono::seconds(3)) const;
 
     void playInRounds(const Cell &cell);
 
@@ -60,7 +65,10 @@ protected:
 
 private:
     void play(const Cell &cell);
+    /// A GET where there is no body.
+    nlohmann::json askService(const char *path, const nlohmann::json &body = {}) const;
     bool send(const QString &message);
 
     std::chrono::milliseconds m_deadline {};
+    qsizetype m_awaited = 0; // requests, the last one made included
 };

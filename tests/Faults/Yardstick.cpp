@@ -102,6 +102,17 @@ struct Yardstick::Private {
     qint64 waitedBefore = 0;
     qint64 longest = 0; // ns
     Resources noted {};
+
+    void beat(bool counts = true)
+    {
+        const qint64 waited = waitedForProcessor(schedstat);
+        const qint64 passed = sinceBeat.nsecsElapsed();
+        if (counts)
+            longest = std::max(longest, passed - (waited - waitedBefore));
+        waitedBefore = waited;
+        sinceBeat.restart();
+    }
+
     int objectsThen = 0;
 };
 
@@ -140,13 +151,7 @@ Yardstick::Yardstick()
     });
 
     d->heartbeat.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&d->heartbeat, &QTimer::timeout, &d->heartbeat, [this] {
-        const qint64 waited = waitedForProcessor(d->schedstat);
-        const qint64 passed = d->sinceBeat.nsecsElapsed();
-        d->longest = std::max(d->longest, passed - (waited - d->waitedBefore));
-        d->waitedBefore = waited;
-        d->sinceBeat.restart();
-    });
+    QObject::connect(&d->heartbeat, &QTimer::timeout, &d->heartbeat, [this] { d->beat(); });
     d->waitedBefore = waitedForProcessor(d->schedstat);
     d->sinceBeat.start();
     d->heartbeat.start(10ms);
@@ -160,6 +165,12 @@ Yardstick::~Yardstick()
         ::close(output);
     ::close(d->schedstat);
     qtHookData[3] = qtHookData[4] = 0;
+}
+
+std::shared_ptr<void> Yardstick::pause() const
+{
+    d->beat();
+    return { d.get(), [](Private *self) { self->beat(false); } };
 }
 
 QByteArray Yardstick::output() const

@@ -25,6 +25,9 @@ public:
     ~Yardstick();
     Q_DISABLE_COPY_MOVE(Yardstick)
 
+    /// While this lives, holds of the main thread are the test's own.
+    [[nodiscard]] std::shared_ptr<void> pause() const;
+
     /// Calls of the service that were made, and those whose completion has run, by the console.
     [[nodiscard]] qsizetype requests() const;
     [[nodiscard]] qsizetype completions() const;
