@@ -17,8 +17,11 @@ QString fromStd(std::string_view text)
 QJsonValue encoded(const void *value, const JsonType &type)
 {
     switch (type.kind) {
-    case JsonType::Kind::text:
-        return *static_cast<const QString *>(value);
+    case JsonType::Kind::text: {
+        // Half a character, as from a text cut short, would make JSON that no strict reader takes.
+        const auto &text = *static_cast<const QString *>(value);
+        return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+    }
     case JsonType::Kind::boolean:
         return *static_cast<const bool *>(value);
     case JsonType::Kind::integerEnum:
