@@ -27,8 +27,8 @@ struct Fault {
     static Fault parse(const std::string &text);
 
     explicit operator bool() const { return !text.empty(); }
-    /// What the console adds to the line of a request.
-    std::string note() const { return text.empty() ? "" : " (fault " + text + ")"; }
+    /// What the console adds to the line of a request: the beginning of the text.
+    std::string note() const { return text.empty() ? "" : " (fault " + text.substr(0, 200) + ")"; }
     bool is(const char *ofKind) const { return kind == ofKind; }
     /// Made by the front, on the bytes of the answer; every other where the answer is made.
     bool isOfFront() const;
