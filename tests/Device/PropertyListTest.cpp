@@ -6,6 +6,8 @@
 #include <QtCore/QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,12 +40,16 @@ QByteArray binary(const QList<QByteArray> &objects)
 
 using Place = std::function<void(const QByteArray &path)>;
 
-Place file(const QByteArray &bytes)
+Place file(const QByteArray &bytes, mode_t mode = 0600, uid_t owner = ::geteuid())
 {
-    return [bytes](const QByteArray &path) {
+    return [=](const QByteArray &path) {
         QFile out(QFile::decodeName(path));
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
         out.write(bytes);
+        out.close();
+        if (::chown(path.constData(), owner, static_cast<gid_t>(-1)) != 0)
+            GTEST_SKIP() << "only root gives files away";
+        ASSERT_EQ(::chmod(path.constData(), mode), 0);
     };
 }
 
@@ -65,8 +71,16 @@ TEST_P(PropertyList, GivesTheTextOrNamesTheFault)
     ASSERT_EQ(::link(DEVICE_PROBE, QFile::encodeName(program).constData()), 0);
     const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("Info.plist")));
     GetParam().place(path);
+    if (IsSkipped())
+        return;
 
     QProcess process;
+    // Root reads whatever the mode forbids.
+    if (GetParam().fault == std::string_view("cannot be read"))
+        process.setChildProcessModifier([] {
+            for (const int capability : { CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH })
+                static_cast<void>(::prctl(PR_CAPBSET_DROP, capability));
+        });
     process.start(program, { QStringLiteral("key"), QStringLiteral("key") });
     ASSERT_TRUE(process.waitForFinished(10000)) << "it waits for ever";
     ASSERT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
@@ -106,9 +120,16 @@ const ListRow listRows[] = {
     { "DeepXml",
         file(xml(QByteArray("<array>").repeated(4000) + QByteArray("</array>").repeated(4000))),
         absent, "holds no dictionary" },
+    { "DeepestXml", file("<plist>" + QByteArray("<array>").repeated(9300)), absent,
+        "is no property list" },
     { "Oversized",
         file(dictionary("<key>key</key><string>" + QByteArray(64 * 1024, 'x') + "</string>")),
         absent, "over 64 KiB" },
+    { "Huge", file(QByteArray(64 << 20, ' ')), absent, "over 64 KiB" },
+    { "Unreadable", file(dictionary("<key>key</key><string>x</string>"), 0), absent,
+        "cannot be read" },
+    { "OfAnotherUser", file(dictionary("<key>key</key><string>x</string>"), 0644, 1234), absent,
+        "belongs to another user" },
     { "BinaryCut", file(binary({ "\xD1\x01\x02", key, "\x55value" }).chopped(1)), absent,
         "broken binary" },
     { "BinaryHeaderOnly", file("bplist00"), absent, "broken binary" },
