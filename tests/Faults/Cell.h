@@ -23,3 +23,5 @@ struct Cell {
 
 // The table, by chapter; each a source of its own.
 std::vector<Cell> serviceCells();
+std::vector<Cell> entryCells();
+std::vector<Cell> handlerCells();

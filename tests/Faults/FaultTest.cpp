@@ -259,7 +259,7 @@ namespace {
 std::vector<Cell> table(bool inSample)
 {
     std::vector<Cell> cells;
-    for (const auto &chapter : { serviceCells() }) {
+    for (const auto &chapter : { serviceCells(), entryCells(), handlerCells() }) {
         for (const Cell &cell : chapter) {
             if (cell.inSample == inSample)
                 cells.push_back(cell);

@@ -46,14 +46,22 @@ public:
     [[nodiscard]] bool waitForScene(const QByteArray &wanted,
         std::chrono::milliseconds patience = std::chrono::seconds(3)) const;
 
+    /// Calls of the service that the kit has made so far.
+    [[nodiscard]] qsizetype calls() const { return m_yardstick.requests(); }
+    /// All that was written so far.
+    [[nodiscard]] QByteArray console() const { return m_yardstick.output(); }
+
     void playInRounds(const Cell &cell);
 
     using ContainerTest::comeBack;
     using ContainerTest::container;
     using ContainerTest::delegate;
     using ContainerTest::find;
+    using ContainerTest::forgetHandlerArguments;
+    using ContainerTest::handlerArguments;
     using ContainerTest::present;
     using ContainerTest::server; ///< another host: where no request may ever come
+    using ContainerTest::takeHandlerStarts;
     using ContainerTest::tap;
     using ContainerTest::tapRow;
 

@@ -34,14 +34,25 @@ const QTemporaryDir &desktop()
         const QByteArray arguments = folder.filePath(QStringLiteral("arguments")).toUtf8();
         const QString program = folder.filePath(QStringLiteral("messenger"));
         write(program,
-            "#!/bin/sh\nprintf '%s\\0' \"$@\" > '" + arguments + ".new'\nmv '" + arguments
-                + ".new' '" + arguments + "'\n",
+            "#!/bin/sh\nprintf x >> '" + arguments + ".starts'\nprintf '%s\\0' \"$@\" > '"
+                + arguments + ".new'\nmv '" + arguments + ".new' '" + arguments + "'\n",
             true);
-        write(folder.filePath(QStringLiteral("applications/parlo.desktop")),
-            "[Desktop Entry]\nType=Application\nName=Parlo\nExec=" + program.toUtf8()
-                + " %u\nMimeType=x-scheme-handler/parlo;\n");
-        write(folder.filePath(QStringLiteral("applications/mimeapps.list")),
-            "[Default Applications]\nx-scheme-handler/parlo=parlo.desktop\n");
+        QByteArray defaults = "[Default Applications]\n";
+        const auto install = [&defaults](const QByteArray &scheme, const QByteArray &command) {
+            const QString entry = QStringLiteral("applications/%1.desktop");
+            write(folder.filePath(entry.arg(QString::fromLatin1(scheme))),
+                "[Desktop Entry]\nType=Application\nName=" + scheme + "\nExec=" + command
+                    + "\nMimeType=x-scheme-handler/" + scheme + ";\n");
+            defaults += "x-scheme-handler/" + scheme + '=' + scheme + ".desktop\n";
+        };
+        install("parlo", program.toUtf8() + " %u");
+        install("several", program.toUtf8() + " %U");
+        install("options", program.toUtf8() + " --link %u end");
+        install("file", program.toUtf8() + " %u");
+        install("deaf", program.toUtf8());
+        install("gone", "/nonexistent/messenger %u");
+        install("exits", "false %u");
+        write(folder.filePath(QStringLiteral("applications/mimeapps.list")), defaults);
         qputenv("XDG_DATA_HOME", folder.path().toUtf8());
         qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
         qputenv("XDG_DATA_DIRS", folder.path().toUtf8());
@@ -218,4 +229,12 @@ QStringList ContainerTest::handlerArguments()
 void ContainerTest::forgetHandlerArguments()
 {
     QFile::remove(desktop().filePath(QStringLiteral("arguments")));
+}
+
+int ContainerTest::takeHandlerStarts()
+{
+    QFile file(desktop().filePath(QStringLiteral("arguments.starts")));
+    const auto size = file.size();
+    file.remove();
+    return static_cast<int>(size);
 }

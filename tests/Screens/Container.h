@@ -34,7 +34,8 @@ private:
 
 /// \brief A container over a server of the test, on a device with one messaging app.
 ///
-/// The desktop of the test has a handler for `parlo:` alone; it writes down its arguments.
+/// The desktop of the test has a handler for `parlo:`, which writes down its arguments, and some
+/// odd ones.
 class ContainerTest : public testing::Test {
 protected:
     void SetUp() override;
@@ -73,6 +74,8 @@ protected:
     /// \return what the messaging app was started with; empty while it was not
     [[nodiscard]] static QStringList handlerArguments();
     static void forgetHandlerArguments();
+    /// \return how often it was started since this was asked last
+    [[nodiscard]] static int takeHandlerStarts();
 
     RawServer server;
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();

@@ -1,0 +1,113 @@
+// What a link and the app that it names may do.
+#include "Faults/FaultTest.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtNetwork/QLocalServer>
+#include <QtTest/QTest>
+
+using nlohmann::json;
+
+namespace {
+
+struct Link {
+    const char *fault;
+    QByteArray link;
+    bool isOpened = true;
+    bool inSample = false;
+};
+const Link links[] = {
+    { "scheme only", "parlo:" },
+    { "list of links", "several://x?a=b%20c" },
+    { "single quotes", "parlo://send?text='a'%20'b'", true, true },
+    { "double quotes", "parlo://send?text=%22a%22" },
+    { "command", "parlo://send?text=$(touch$IFS()hacked);touch%20hacked", true, true },
+    { "field codes", "parlo://send?text=%25u%25f%25i" },
+    { "line feed", "parlo://send?text=a%0Ab%0D" },
+    { "leading dash", "options:--version" },
+    { "other script", "parlo://send?text=%C3%A9%E2%82%AC" },
+    { "64 KiB", "parlo://send?text=" + QByteArray(64 * 1024, 'x'), true, true },
+    { "empty link", "", false },
+    { "no scheme", "parlo", false },
+    { "blank", "parlo://a b", false },
+    { "bare line feed", "parlo://a\nb", false },
+    { "dash first", "-parlo://x", false },
+    { "no handler", "unknown://x", false },
+    { "missing binary", "gone://x", false, true },
+    { "exit 1", "exits://x", false },
+    { "handler without links", "deaf://x", false },
+    { "file", "file:///etc/passwd", false, true },
+    { "file in capitals", "FILE:///etc/passwd", false },
+};
+
+Cell opened(const Link &row)
+{
+    const auto act = [row](FaultTest &test) {
+        const auto text = json(row.link.toStdString()).dump();
+        // A second, usual start is opened behind the first.
+        (void)FaultTest::takeHandlerStarts();
+        test.setOutcome("start", { { { "fault", "json:result.deeplink=" + text } }, "success" });
+        QCoreApplication::processEvents(); // the heartbeat: that was the test's own time
+        test.goTo("start");
+        test.make("start");
+        test.waitForAnswers();
+        if (row.isOpened) {
+            (void)QTest::qWaitFor([] { return !FaultTest::handlerArguments().isEmpty(); });
+            const QString link = QString::fromUtf8(row.link);
+            EXPECT_EQ(FaultTest::handlerArguments(),
+                row.link.startsWith("options")
+                    ? QStringList({ QStringLiteral("--link"), link, QStringLiteral("end") })
+                    : QStringList(link));
+            FaultTest::forgetHandlerArguments();
+        }
+        test.make("start");
+        test.waitForAnswers();
+        EXPECT_TRUE(QTest::qWaitFor([] { return !FaultTest::handlerArguments().isEmpty(); }));
+        EXPECT_EQ(FaultTest::takeHandlerStarts(), row.isOpened ? 2 : 1);
+    };
+    return { row.fault, "start", {}, act, {}, {}, row.inSample };
+}
+
+/// An app of the list whose handler is like this: its row does nothing.
+Cell ignored(const char *fault, const char *package)
+{
+    const auto act = [package](FaultTest &test) {
+        const std::string path = "json:result.list[0].appPackage=";
+        test.setOutcome("init", { { "fault", path + json(package).dump() } });
+        test.goTo("start");
+        const auto before = test.calls();
+        test.tapRow(0);
+        test.make("init"); // behind what the tap did
+        test.waitForAnswers();
+        EXPECT_EQ(test.calls() - before, 1);
+    };
+    return { fault, "app", {}, act, {}, {}, false };
+}
+
+Cell silentBus()
+{
+    const auto act = [](FaultTest &test) {
+        const QTemporaryDir folder;
+        QLocalServer bus; // takes connections and says nothing
+        ASSERT_TRUE(bus.listen(folder.filePath(QStringLiteral("bus"))));
+        const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bus.fullServerName().toUtf8());
+        test.goTo("start");
+        test.make("start");
+        test.waitForAnswers();
+        EXPECT_TRUE(QTest::qWaitFor([] { return !FaultTest::handlerArguments().isEmpty(); }));
+        qputenv("DBUS_SESSION_BUS_ADDRESS", before);
+    };
+    return { "silent session bus", "start", {}, act, {}, {}, true };
+}
+
+} // namespace
+
+std::vector<Cell> handlerCells()
+{
+    std::vector<Cell> cells { silentBus(), ignored("no handler", "unknown://"),
+        ignored("missing binary", "gone://"), ignored("no URL", "not a url"),
+        ignored("file", "file://") };
+    for (const Link &row : links)
+        cells.push_back(opened(row));
+    return cells;
+}
