@@ -107,7 +107,7 @@ void VerificationSoak::verify(const QList<QByteArray> &road)
         posts += call.at("posts").get<int>();
         faults += call.at("faults").get<int>();
     }
-    EXPECT_EQ(posts, m_yardstick.requests());
+    EXPECT_EQ(posts, m_yardstick.requests()) << m_service.process().output();
     m_requests += posts;
     m_faults += faults;
     QList<QByteArray> secrets { number, code };
