@@ -127,7 +127,7 @@ void VerificationSoak::verify(const QList<QByteArray> &road)
 TEST_F(VerificationSoak, EndsEachOnceAsTheServiceHasIt)
 {
     const int count = wanted("PARLOQUIN_SOAK_VERIFICATIONS", 1000);
-    setDeadline(3s);
+    setDeadline(2s);
     for (int i = 0; i < count && !HasFailure(); ++i) {
         verify(i % 2 == 0 ? roadByApp : roadBySms);
         if (HasFailure())
