@@ -114,10 +114,10 @@ std::string withValueAt(json envelope, const Fault &fault)
     try {
         envelope[json::json_pointer(pointerOf(fault.value.substr(0, equals)))] =
             json::parse(fault.value.substr(equals + 1));
+        return envelope.dump(); // which the bytes of a path may not allow
     } catch (const json::exception &) {
         throw FaultError("\"" + fault.text + "\": this answer has no such place");
     }
-    return envelope.dump();
 }
 }
 

@@ -124,7 +124,7 @@ Scenario Scenario::fromJson(const json &given)
     auto merged = json::parse(builtInScenarioText());
     const auto ownPackages = given.contains("appPackageList");
     for (const auto &[key, value] : given.items()) {
-        if (value.is_object() && key != "outcomes" && key != "keys")
+        if (value.is_object() && merged[key].is_object() && key != "outcomes" && key != "keys")
             merged[key].update(value);
         else
             merged[key] = value;
@@ -165,7 +165,7 @@ Scenario Scenario::fromFile(const std::string &path)
         throw ScenarioError(path + ": " + std::strerror(errno));
     try {
         return fromJson(json::parse(text));
-    } catch (const json::parse_error &error) {
+    } catch (const json::exception &error) { // a number out of range is no parse error
         // The library's own code and class lead its message; the place and the complaint follow.
         const std::string what = error.what();
         throw ScenarioError(path + ": " + what.substr(what.find("] ") + 2));

@@ -28,6 +28,8 @@ const Row rows[] = {
         "keys.client: missing" },
     { "ShortSecret", R"({"keys":{"client":"c","secret":"8f2d"}})",
         "keys.secret: expected 64 hexadecimal digits" },
+    { "ObjectForList", beside(R"("apps":{})"), "apps: expected a list" },
+    { "NumberOutOfRange", beside(R"("clockToleranceSeconds":1e400)"), "number overflow" },
     { "UnknownField", beside(R"("app":[])"), "app: unknown field" },
     { "WrongType", beside(R"("apps":[{"app":"a","name":"A"},{"app":5}])"),
         "apps[1].app: expected text" },
