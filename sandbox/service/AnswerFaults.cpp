@@ -11,7 +11,7 @@ namespace {
 using nlohmann::json;
 
 constexpr std::size_t blockSize = 16; // bytes, of AES
-constexpr std::size_t mostItems = 100000; // of a list that a path may ask for
+constexpr std::size_t mostItems = 100000; // of all lists that a path may ask for
 constexpr std::size_t mostDepth = 10000000;
 constexpr std::string_view depthWord = "depth:";
 
@@ -30,14 +30,16 @@ bool isCount(std::string_view text, std::size_t most, std::size_t &count)
 std::string pointerOf(std::string_view path)
 {
     std::string pointer;
+    std::size_t room = mostItems;
     while (!path.empty()) {
         std::string_view segment;
         if (path.front() == '[') {
             std::size_t index = 0;
             const auto close = path.find(']');
             segment = path.substr(1, close == path.npos ? close : close - 1);
-            if (pointer.empty() || close == path.npos || !isCount(segment, mostItems, index))
+            if (pointer.empty() || close == path.npos || !isCount(segment, room, index))
                 return {};
+            room -= index;
             path.remove_prefix(close + 1);
         } else {
             if (!pointer.empty() && path.front() == '.')
