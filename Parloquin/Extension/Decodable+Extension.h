@@ -20,7 +20,8 @@ struct Undecoded { };
 /// \brief Reads a model from a JSON body, strictly: a wrong type is a fault, never a default.
 ///
 /// Any thread. The whole body must be one valid JSON object; keys that the model does not list are
-/// passed over, whatever their numbers; of a key given twice the last counts. A missing or null optional is empty.
+/// passed over, whatever their numbers; of a key given twice the last counts. A missing or null
+/// optional is empty.
 /// \param fault where not null, set to the place and the reason of a failure, as
 /// `result.list[2].app: expected string`
 /// \return nothing on any fault

@@ -45,7 +45,9 @@ std::string pointerOf(std::string_view path)
             if (!pointer.empty() && path.front() == '.')
                 path.remove_prefix(1);
             segment = path.substr(0, path.find_first_of(".["));
-            if (segment.empty() || segment.find_first_of("/~]") != segment.npos)
+            // Of digits alone it would be an index, and no bound would hold.
+            if (segment.find_first_not_of("0123456789") == segment.npos
+                || segment.find_first_of("/~]") != segment.npos)
                 return {};
             path.remove_prefix(segment.size());
         }
