@@ -26,7 +26,7 @@ std::optional<QString> read(const QByteArray &list)
 
     const auto *resource = reinterpret_cast<const uchar *>(bytes.constData());
     require(QResource::registerResource(resource), "it is a resource");
-    const auto text = parloquin::infoDictionaryText(QStringLiteral("ParloquinKey"));
+    auto text = parloquin::infoDictionaryText(QStringLiteral("ParloquinKey"));
     QResource::unregisterResource(resource);
     return text;
 }
