@@ -159,7 +159,11 @@ UrlCall::UrlCall(
     });
 }
 
-UrlCall::~UrlCall() { release(); }
+UrlCall::~UrlCall()
+{
+    release();
+    delete m_reply; // before the manager may go, whose child it is
+}
 
 void UrlCall::start(std::shared_ptr<QNetworkAccessManager> manager, std::function<void()> spoilt)
 {
@@ -231,12 +235,10 @@ void UrlCall::finish(std::optional<TransportError> error)
 void UrlCall::release()
 {
     m_deadline.stop();
-    QNetworkReply *reply = std::exchange(m_reply, nullptr);
-    if (!reply)
+    if (!m_reply)
         return;
-    reply->disconnect(this);
-    reply->abort();
-    reply->deleteLater();
+    m_reply->disconnect(this);
+    m_reply->abort();
 }
 
 } // namespace parloquin

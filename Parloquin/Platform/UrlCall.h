@@ -40,7 +40,7 @@ private:
     QByteArray m_data;
     std::shared_ptr<QNetworkAccessManager> m_manager;
     std::function<void()> m_spoilt;
-    QNetworkReply *m_reply = nullptr; ///< owned; goes by deleteLater()
+    QNetworkReply *m_reply = nullptr; ///< owned; its own signal may lead to finish()
 };
 
 } // namespace parloquin
