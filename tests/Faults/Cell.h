@@ -23,5 +23,6 @@ struct Cell {
 
 // The table, by chapter; each a source of its own.
 std::vector<Cell> serviceCells();
+std::vector<Cell> lifetimeCells();
 std::vector<Cell> entryCells();
 std::vector<Cell> handlerCells();

@@ -9,9 +9,10 @@
 
 /// \brief The driver: a container, its device, the real service, and the steps between them.
 ///
-/// Every cell is played twice in its process: what the first round warms up, threads and caches of
-/// libraries, the second finds there, and leaves nothing behind. When it does, further rounds tell
-/// a leak, which grows with each, from a cache that fills up.
+/// Every cell is played twice in its process: what the first round warms up, threads, fonts and
+/// caches of libraries, the second finds there, and leaves nothing behind. When it does, or holds
+/// the main thread, further rounds tell the kit's fault, which comes with each, from a cache that
+/// fills up and a machine that is busy.
 class FaultTest : public ContainerTest, public testing::WithParamInterface<Cell> {
 public:
     /// \param sandboxOptions for the command line of the service
@@ -32,6 +33,8 @@ public:
     void make(const QByteArray &call);
     /// Until every request has had its completion and the main thread has dealt with it.
     void waitForAnswers();
+    /// Until the request of the last make() is on its way.
+    void waitForRequest() const;
     /// What the user sees: "apps 2", "phone", "countries 12", "code", each with " link" behind it
     /// when the messaging app was opened; "closed".
     [[nodiscard]] QByteArray scene() const;
@@ -52,6 +55,11 @@ public:
     [[nodiscard]] QByteArray console() const { return m_yardstick.output(); }
 
     void playInRounds(const Cell &cell);
+
+    /// See Yardstick.
+    [[nodiscard]] std::shared_ptr<void> pause() const { return m_yardstick.pause(); }
+    void say(const QByteArray &line) const { m_yardstick.say(line); }
+    std::unique_ptr<ParloquinViewController> other; ///< where a cell has two containers
 
     using ContainerTest::comeBack;
     using ContainerTest::container;

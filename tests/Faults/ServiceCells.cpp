@@ -1,29 +1,16 @@
 // What the service may do to each call, and what must come of it.
+#include "Faults/Calls.h"
 #include "Faults/FaultTest.h"
 
-using nlohmann::json;
+using namespace std::chrono_literals;
 
 namespace {
-
-/// What a fault makes of a call.
-enum Kind { usual, empty, failed }; // an answer like any other; one without a result; none
-
-struct Effect {
-    QStringList outcomes;
-    QByteArray scene;
-};
-
-struct Call {
-    QByteArray name;
-    Effect effects[3]; // by kind
-};
 
 const QStringList succeeded { QStringLiteral("succeeded") };
 const QStringList unauthorised { QStringLiteral("failed 0") };
 const QStringList serverError { QStringLiteral("failed 1") };
 
-// `result` is not here: no screen makes that call.
-const Call calls[] = {
+const std::vector<Call> allCalls {
     { "init", { { {}, "apps 2 icon" }, { {}, "apps 0" }, { serverError, "apps 0" } } },
     { "start",
         { { {}, "apps 2 icon link" }, { {}, "apps 2 icon" }, { serverError, "apps 2 icon" } } },
@@ -44,6 +31,7 @@ struct Fault {
 // clang-format off
 /// Of the wire and of HTTP: every call meets them.
 const Fault wireFaults[] = {
+    { "none", usual },
     { "close@accept", failed }, { "reset@accept", failed }, { "half-close@accept", failed },
     { "stall@accept", failed }, { "garbage@accept", failed }, { "endless@accept", failed },
     { "close@request", failed }, { "reset@request", failed }, { "half-close@request", failed },
@@ -146,13 +134,14 @@ bool takesTheDeadline(const QByteArray &fault)
         || fault.startsWith("half-close@re");
 }
 
-Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample)
+Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample,
+    std::chrono::milliseconds deadline = FaultTest::shortDeadline)
 {
-    const auto act = [name = call.name, text, kind](FaultTest &test) {
+    const auto act = [=, name = call.name](FaultTest &test) {
         ASSERT_NO_FATAL_FAILURE(test.goTo(name));
         test.setFault(name, text);
         if (kind == failed && takesTheDeadline(text))
-            test.setDeadline(FaultTest::shortDeadline);
+            test.setDeadline(deadline);
         test.make(name);
         test.waitForAnswers();
         if (name == "icon" && kind != usual) { // nothing tells when a picture does not come
@@ -169,6 +158,8 @@ Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample)
 
 } // namespace
 
+const std::vector<Call> &calls() { return allCalls; }
+
 std::vector<Cell> serviceCells()
 {
     std::vector<Cell> cells;
@@ -177,11 +168,11 @@ std::vector<Cell> serviceCells()
         for (const Fault &fault : faults) {
             const size_t sampled = turn++ % callCount;
             for (size_t i = 0; i < callCount; ++i) {
-                const bool isIcon = calls[i].name == "icon";
+                const bool isIcon = calls()[i].name == "icon";
                 const bool isPicture = fault.kind == usual
                     && !QByteArray(fault.text).contains("status")
                     && !QByteArray(fault.text).contains("redirect");
-                cells.push_back(cellOf(calls[i], fault.text,
+                cells.push_back(cellOf(calls()[i], fault.text,
                     isIcon && !isPicture ? failed : fault.kind, i == sampled));
             }
         }
@@ -189,9 +180,14 @@ std::vector<Cell> serviceCells()
     addAll(wireFaults, 7);
     addAll(answerFaults, 6);
     for (const Fault &fault : otherFaults)
-        cells.push_back(cellOf(calls[2], fault.text, fault.kind, false));
+        cells.push_back(cellOf(calls()[2], fault.text, fault.kind, false));
+    for (const char *text : { "stall@before", "drip@body", "endless@body" }) {
+        Cell cell = cellOf(calls()[2], text, failed, false, 60s);
+        cell.fault += " for 60 s";
+        cells.push_back(cell);
+    }
     for (const Field &field : fields) {
-        const auto *call = std::find_if(std::begin(calls), std::end(calls),
+        const auto call = std::find_if(calls().begin(), calls().end(),
             [&](const Call &one) { return one.name == field.call; });
         for (const QByteArray &value : wrongValuesFor(field.type)) {
             Cell cell = cellOf(*call, QByteArray("json:") + field.path + '=' + value, failed,

@@ -10,7 +10,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/syscall.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -38,7 +38,7 @@ constexpr int slowness = 1;
 
 /// What Qt has made since the first yardstick, whatever thread it lives in.
 std::mutex objectsMutex;
-QHash<QObject *, int> liveObjects; // with their number, oldest first
+auto &liveObjects = *new QHash<QObject *, int>; // with their number; for as long as any lives
 int objectsSoFar = 0;
 std::array<int, 2> realOutputs { -1, -1 };
 int capture = -1;
@@ -95,7 +95,6 @@ std::chrono::milliseconds Yardstick::slack(std::chrono::milliseconds deadline)
 }
 
 struct Yardstick::Private {
-    QTemporaryFile file;
     int schedstat = -1;
     QTimer heartbeat;
     QElapsedTimer sinceBeat;
@@ -120,16 +119,14 @@ Yardstick::Yardstick()
     : d(std::make_unique<Private>())
 {
     d->schedstat = ::open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC);
-    if (!d->file.open())
-        qFatal("no place for the output");
     std::fflush(stdout);
+    capture = ::memfd_create("output", MFD_CLOEXEC);
     for (int i = 0; i < 2; ++i) {
         realOutputs[static_cast<size_t>(i)] = ::fcntl(i + 1, F_DUPFD_CLOEXEC, 3);
-        ::dup2(d->file.handle(), i + 1);
+        ::dup2(capture, i + 1);
     }
     // Both outputs write at the end, whoever wrote before.
     ::fcntl(STDOUT_FILENO, F_SETFL, ::fcntl(STDOUT_FILENO, F_GETFL) | O_APPEND);
-    capture = d->file.handle();
     for (const int signal : { SIGABRT, SIGSEGV, SIGBUS })
         std::signal(signal, [](int number) {
             onDeath();
@@ -160,7 +157,9 @@ Yardstick::Yardstick()
 Yardstick::~Yardstick()
 {
     std::fflush(stdout);
+    const int written = capture;
     release(testing::Test::HasFailure());
+    ::close(written);
     for (const int output : realOutputs)
         ::close(output);
     ::close(d->schedstat);
@@ -173,16 +172,23 @@ std::shared_ptr<void> Yardstick::pause() const
     return { d.get(), [](Private *self) { self->beat(false); } };
 }
 
+void Yardstick::say(const QByteArray &line) const
+{
+    const QByteArray text = line + '\n';
+    static_cast<void>(::write(realOutputs[0], text.constData(), static_cast<size_t>(text.size())));
+}
+
 QByteArray Yardstick::output() const
 {
-    QFile file(d->file.fileName());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    QByteArray bytes(::lseek(capture, 0, SEEK_END), Qt::Uninitialized);
+    bytes.resize(::pread(capture, bytes.data(), static_cast<size_t>(bytes.size()), 0));
+    return bytes;
 }
 
 void Yardstick::beginAnew()
 {
     std::fflush(stdout);
-    static_cast<void>(::ftruncate(d->file.handle(), 0));
+    static_cast<void>(::ftruncate(capture, 0));
     d->longest = 0;
 }
 
@@ -210,6 +216,8 @@ void Yardstick::noteResources()
         return same == 5;
     });
     d->noted = last;
+    d->beat(false);
+    d->longest = 0;
     d->objectsThen = objectsSoFar;
 }
 
@@ -238,10 +246,12 @@ QString Yardstick::leftOver() const
     return found.join(QStringLiteral("; "));
 }
 
+bool Yardstick::wasHeld() const { return std::chrono::nanoseconds(d->longest) > longestHold; }
+
 QStringList Yardstick::findings(const QList<QByteArray> &secrets) const
 {
     QStringList found;
-    if (std::chrono::nanoseconds(d->longest) > longestHold)
+    if (wasHeld())
         found << QStringLiteral("the main thread was held %1 ms").arg(d->longest / 1'000'000);
     if (completions() != requests())
         found

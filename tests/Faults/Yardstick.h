@@ -2,7 +2,6 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QStringList>
-#include <QtCore/QTemporaryFile>
 
 #include <chrono>
 #include <memory>
@@ -28,6 +27,9 @@ public:
     /// While this lives, holds of the main thread are the test's own.
     [[nodiscard]] std::shared_ptr<void> pause() const;
 
+    /// Writes a line to the real output.
+    void say(const QByteArray &line) const;
+
     /// Calls of the service that were made, and those whose completion has run, by the console.
     [[nodiscard]] qsizetype requests() const;
     [[nodiscard]] qsizetype completions() const;
@@ -36,10 +38,13 @@ public:
 
     /// Forgets what was written and held so far: a long run is judged in parts.
     void beginAnew();
-    /// Notes descriptors, threads, QObjects (timers among them) and widgets once they are at rest.
+    /// Notes descriptors, threads, QObjects (timers among them) and widgets once they are at rest,
+    /// and forgets the holds so far.
     void noteResources();
     /// \return what there is beyond that; empty when all has come back, if need be after a while
     [[nodiscard]] QString leftOver() const;
+    /// Whether the main thread was held too long since then.
+    [[nodiscard]] bool wasHeld() const;
     /// \param secrets what may stand in the fixed lines of the console only
     /// \return whatever else does not hold, a text each
     [[nodiscard]] QStringList findings(const QList<QByteArray> &secrets) const;

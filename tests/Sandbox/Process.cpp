@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +26,7 @@ Process::Process(const std::vector<std::string> &arguments)
     words.push_back(nullptr);
     m_pid = ::fork();
     if (m_pid == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL); // also when a test dies
         ::dup2(ends[1], STDOUT_FILENO);
         ::dup2(ends[1], STDERR_FILENO);
         ::execv(words[0], words.data());
