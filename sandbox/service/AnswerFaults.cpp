@@ -107,7 +107,8 @@ std::string withDuplicates(const json &envelope)
     std::string text;
     for (const auto &[key, value] : envelope.items()) {
         const auto name = json(key).dump();
-        text += (text.empty() ? "{" : ",") + name + ":null," + name + ":" + value.dump();
+        text += text.empty() ? '{' : ',';
+        text.append(name).append(":null,").append(name).append(":").append(value.dump());
     }
     return text + "}";
 }
