@@ -123,13 +123,13 @@ std::vector<Cell> lifetimeCells()
                     && effect.outcomes.isEmpty())
                     scene = effect.scene;
                 cells.push_back({ leaving.name, call.name + ' ' + answer.name, {}, act,
-                    hears ? effect.outcomes : QStringList(), scene, turn++ % 11 == 0 });
+                    hears ? effect.outcomes : QStringList(), scene, turn++ % 7 == 0 });
             }
         }
         for (const char *fault : { "stall@before", "drip@body", "endless@body", "close@before" }) {
             cells.push_back({ "application quits", call.name + ' ' + fault, {},
                 [&call, fault](FaultTest &test) { quitAt(test, call.name, fault); }, {}, "closed",
-                turn++ % 11 == 0 });
+                turn++ % 7 == 0 });
         }
     }
     return cells;
