@@ -15,7 +15,7 @@ namespace parloquin {
 namespace {
 
 constexpr int mostConnections = 4; // an address of each family, and one more try
-constexpr qint64 readBufferSize = 256 * 1024; // bytes
+constexpr qint64 readBufferSize = qint64 { 256 } * 1024; // bytes
 
 /// A body that can be read once. The stack silently repeats a request whose body it can rewind when
 /// the peer closes before the first byte of an answer; a message might be sent twice.
