@@ -38,7 +38,6 @@ const Leaving leavings[] = {
     { "second container",
         [](FaultTest &test) {
             test.other = std::move(test.container);
-            test.setOutcome("init", "success");
             test.make("init");
         },
         true, true, "apps 2 icon" },
@@ -103,7 +102,7 @@ std::vector<Cell> lifetimeCells()
             for (const Answer &answer : answers) {
                 const auto act = [&](FaultTest &test) {
                     ASSERT_NO_FATAL_FAILURE(test.goTo(call.name));
-                    test.setOutcome(call.name, answer.outcome);
+                    test.setOutcome(call.name, { answer.outcome, "success" });
                     if (answer.name == QByteArray("unanswered"))
                         test.setDeadline(FaultTest::shortDeadline);
                     test.make(call.name);
