@@ -19,6 +19,7 @@ struct Cell {
     QStringList outcomes; ///< "succeeded" and "failed N", as the delegate hears them
     QByteArray scene; ///< what shows in the end, see FaultTest::scene(); empty: whatever
     bool inSample = false; ///< runs with `./test` too
+    bool inOwnNetwork = false; ///< see isInOwnNetwork()
 };
 
 // The table, by chapter; each a source of its own.
@@ -26,3 +27,4 @@ std::vector<Cell> serviceCells();
 std::vector<Cell> lifetimeCells();
 std::vector<Cell> entryCells();
 std::vector<Cell> handlerCells();
+std::vector<Cell> deviceCells();
