@@ -12,7 +12,7 @@ namespace {
 namespace dom = simdjson::dom;
 
 /// Filled only on the way out of a failed read, innermost name first.
-struct Fault {
+struct DecodingFault {
     QString path;
     QString what;
 };
@@ -26,21 +26,22 @@ QString toText(std::string_view text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-bool expected(const char *what, Fault &fault)
+bool expected(const char *what, DecodingFault &fault)
 {
     fault.what = QStringLiteral("expected ") + QLatin1String(what);
     return false;
 }
 
-bool unknown(const QString &value, Fault &fault)
+bool unknown(const QString &value, DecodingFault &fault)
 {
     fault.what = QStringLiteral("unknown value ") + value;
     return false;
 }
 
-bool read(const dom::element &json, const JsonType &type, void *into, Fault &fault);
+bool read(const dom::element &json, const JsonType &type, void *into, DecodingFault &fault);
 
-bool readIntegerEnum(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+bool readIntegerEnum(
+    const dom::element &json, const JsonType &type, void *into, DecodingFault &fault)
 {
     if (json.is_uint64() && !json.is_int64()) // too large for any case
         return unknown(QString::number(json.get_uint64().value_unsafe()), fault);
@@ -56,7 +57,7 @@ bool readIntegerEnum(const dom::element &json, const JsonType &type, void *into,
     return unknown(QString::number(value), fault);
 }
 
-bool readTextEnum(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+bool readTextEnum(const dom::element &json, const JsonType &type, void *into, DecodingFault &fault)
 {
     std::string_view value;
     if (json.get_string().get(value) != simdjson::SUCCESS)
@@ -71,7 +72,7 @@ bool readTextEnum(const dom::element &json, const JsonType &type, void *into, Fa
     return unknown(u'"' + toText(value).left(legible) + u'"', fault);
 }
 
-bool readList(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+bool readList(const dom::element &json, const JsonType &type, void *into, DecodingFault &fault)
 {
     dom::array array;
     if (json.get_array().get(array) != simdjson::SUCCESS)
@@ -102,7 +103,7 @@ std::size_t memberOf(std::span<const JsonMember> members, std::string_view key, 
     return members.size();
 }
 
-bool readModel(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+bool readModel(const dom::element &json, const JsonType &type, void *into, DecodingFault &fault)
 {
     dom::object object;
     if (json.get_object().get(object) != simdjson::SUCCESS)
@@ -135,7 +136,7 @@ bool readModel(const dom::element &json, const JsonType &type, void *into, Fault
     return true;
 }
 
-bool read(const dom::element &json, const JsonType &type, void *into, Fault &fault)
+bool read(const dom::element &json, const JsonType &type, void *into, DecodingFault &fault)
 {
     switch (type.kind) {
     case JsonType::Kind::text: {
@@ -214,7 +215,7 @@ bool decodeModel(const QByteArray &body, void *model, const JsonType &type, QStr
 {
     dom::parser parser;
     dom::element root;
-    Fault found;
+    DecodingFault found;
     const auto parse = [&](const QByteArray &json) {
         return parser.parse(json.constData(), static_cast<std::size_t>(json.size())).get(root);
     };

@@ -8,7 +8,7 @@ namespace messenger {
 namespace {
 constexpr qreal radius = 6; // px, as all below
 constexpr int solidHeight = 55;
-constexpr int barHeight = 48;
+constexpr int lineHeight = 48;
 constexpr int barMargin = 16;
 constexpr int leastBarWidth = 60;
 constexpr qreal glyphWidth = 15.5;
@@ -40,7 +40,7 @@ TapButton::TapButton(Kind kind, AppLook look, const QString &text, QWidget *pare
     ownFont.setPixelSize(kind == Kind::solid ? 16 : 17);
     ownFont.setWeight(kind == Kind::solid ? QFont::DemiBold : QFont::Normal);
     setFont(ownFont);
-    setFixedHeight(kind == Kind::solid ? solidHeight : barHeight);
+    setFixedHeight(kind == Kind::solid ? solidHeight : lineHeight);
     setFocusPolicy(Qt::StrongFocus);
 }
 

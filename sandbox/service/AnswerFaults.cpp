@@ -10,7 +10,7 @@ namespace sandbox {
 namespace {
 using nlohmann::json;
 
-constexpr std::size_t blockSize = 16; // bytes, of AES
+constexpr std::size_t aesBlock = 16; // bytes, of AES
 constexpr std::size_t mostItems = 100000; // of all lists that a path may ask for
 constexpr std::size_t mostDepth = 10000000;
 constexpr std::string_view depthWord = "depth:";
@@ -172,16 +172,16 @@ std::string cipherTextOf(const std::string &text, const Fault &fault, const std:
     }
     if (fault.is("padding")) {
         // Filled up by zeros, which no padding has; the block of right padding behind is dropped.
-        const auto missing = blockSize - text.size() % blockSize;
+        const auto missing = aesBlock - text.size() % aesBlock;
         auto bytes = encrypt(text + std::string(missing, '\0'), key);
-        bytes.resize(bytes.size() - blockSize);
+        bytes.resize(bytes.size() - aesBlock);
         return bytes;
     }
     auto bytes = encrypt(text, key);
     if (fault.text == "blocks:cut")
-        bytes.resize(bytes.size() - blockSize / 2);
+        bytes.resize(bytes.size() - aesBlock / 2);
     if (fault.text == "blocks:swapped")
-        std::swap_ranges(bytes.begin(), bytes.begin() + blockSize, bytes.begin() + blockSize);
+        std::swap_ranges(bytes.begin(), bytes.begin() + aesBlock, bytes.begin() + aesBlock);
     return bytes;
 }
 

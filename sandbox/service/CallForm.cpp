@@ -7,30 +7,30 @@
 namespace sandbox {
 namespace {
 using nlohmann::json;
-using Fault = std::optional<std::string>;
+using Objection = std::optional<std::string>;
 
 struct Key {
     std::string_view name;
     bool required = false;
-    std::function<Fault(const std::string &)> test = {};
+    std::function<Objection(const std::string &)> test = {};
 };
 
 std::string inQuotes(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 /// Nothing when \p right, else what was expected.
-Fault expecting(bool right, std::string_view expected)
+Objection expecting(bool right, std::string_view expected)
 {
-    return right ? Fault() : Fault("expected " + std::string(expected));
+    return right ? Objection() : Objection("expected " + std::string(expected));
 }
 
-Fault testCountryCode(const std::string &text)
+Objection testCountryCode(const std::string &text)
 {
     const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
     return expecting(
         text.size() == 2 && std::all_of(text.begin(), text.end(), isLetter), "two letters");
 }
 
-Fault testTimeZone(const std::string &text)
+Objection testTimeZone(const std::string &text)
 {
     const auto isPart = [](char c) {
         return (std::isalnum(static_cast<unsigned char>(c)) != 0) || c == '/' || c == '_'
@@ -40,7 +40,7 @@ Fault testTimeZone(const std::string &text)
 }
 
 /// The report is a text that itself holds JSON: a scheme to "1" (installed) or "0".
-Fault testInstalledApps(const std::string &text)
+Objection testInstalledApps(const std::string &text)
 {
     const auto report = json::parse(text, nullptr, false);
     if (!report.is_object())
@@ -82,7 +82,7 @@ bool isCall(std::string_view name)
     return std::find(std::begin(callNames), std::end(callNames), name) != std::end(callNames);
 }
 
-Fault faultOfParameters(std::string_view call, const json &parameters)
+Objection faultOfParameters(std::string_view call, const json &parameters)
 {
     const auto &keys = keysOf(call);
     for (const auto &item : parameters.items()) {
@@ -97,7 +97,7 @@ Fault faultOfParameters(std::string_view call, const json &parameters)
         const auto text = value.get<std::string>();
         if (text.empty())
             return inQuotes(name) + ": empty; leave the key out";
-        if (const auto fault = key->test ? key->test(text) : Fault())
+        if (const auto fault = key->test ? key->test(text) : Objection())
             return inQuotes(name) + ": " + *fault;
     }
     for (const auto &key : keys)

@@ -13,7 +13,7 @@ namespace {
 using Effect = Fault::Effect;
 using Moment = Fault::Moment;
 
-constexpr long long mostBytes = 1LL << 28U; // of filler; all of it stands in memory
+constexpr long long mostFiller = 1LL << 28U; // of filler; all of it stands in memory
 
 template <typename Value> struct Name {
     std::string_view name;
@@ -79,7 +79,7 @@ bool isLength(std::string_view text)
 {
     return isOneOf(text, { "none", "twice" })
         || ((text.starts_with('+') || text.starts_with('-'))
-            && isNumber(text.substr(1), 1, mostBytes));
+            && isNumber(text.substr(1), 1, mostFiller));
 }
 
 struct Kind {
@@ -99,10 +99,10 @@ const Kind kinds[] = {
             return isOneOf(text, { "broken", "endless" });
         },
         "broken or endless" },
-    { "gzip", true, [](std::string_view text) { return isNumber(text, 1, mostBytes); },
+    { "gzip", true, [](std::string_view text) { return isNumber(text, 1, mostFiller); },
         "a number of bytes up to 2^28" },
     { "cookie", true, [](std::string_view text) { return text.empty(); }, "nothing behind it" },
-    { "body", true, [](std::string_view text) { return isNumber(text, 0, mostBytes); },
+    { "body", true, [](std::string_view text) { return isNumber(text, 0, mostFiller); },
         "a number of bytes up to 2^28" },
     { "key", false, [](std::string_view text) { return text == "wrong"; }, "wrong" },
     { "blocks", false,
@@ -118,7 +118,7 @@ const Kind kinds[] = {
         "off or on" },
     { "json", false, isJsonFault,
         "depth:N, duplicate, surrogate, nul, 2^53+1, 1e400, bom, or a path = a JSON value" },
-    { "clock", false, [](std::string_view text) { return isNumber(text, -mostBytes, mostBytes); },
+    { "clock", false, [](std::string_view text) { return isNumber(text, -mostFiller, mostFiller); },
         "a whole number of seconds" },
 };
 
@@ -165,7 +165,7 @@ void readWire(Fault &fault, std::string_view text)
     const auto hasBytes = isOneOf(moment->name, { "request", "head", "body" });
     if (!hasBytes && fault.effect != Effect::garbage)
         fail(fault.text, std::string(moment->name) + " has no bytes to count");
-    if (!isNumber(text.substr(plus + 1), 0, mostBytes))
+    if (!isNumber(text.substr(plus + 1), 0, mostFiller))
         fail(fault.text, "expected a number of bytes behind the plus");
     fault.bytes = static_cast<std::size_t>(*numberIn(text.substr(plus + 1)));
 }

@@ -19,7 +19,7 @@ namespace sandbox {
 namespace {
 constexpr int waitingCallers = 128; // a client that loads its icons at once brings many
 constexpr int mostConnections = 512; // each holds a thread
-constexpr std::size_t mostBytes = 1048576; // of a request; a real one has a few hundred
+constexpr std::size_t mostOfRequest = 1048576; // of a request; a real one has a few hundred
 constexpr std::chrono::seconds patience { 10 }; // for the next bytes of a request
 
 sockaddr_in addressOf(int port)
@@ -59,7 +59,7 @@ std::size_t wholeSize(const std::string &request, std::size_t headSize)
     const auto length = HttpMessage(request.substr(0, headSize)).take("Content-Length");
     std::size_t size = 0;
     std::from_chars(length.data(), length.data() + length.size(), size);
-    return headSize + std::min(size, mostBytes);
+    return headSize + std::min(size, mostOfRequest);
 }
 
 /// The HTTP library packs its answers where it may; here a fault shall meet the bytes as they are.
@@ -151,11 +151,11 @@ std::string Front::ask(Connection &client, const std::string &request) const
     pollfd watched[] = { { behind.socket(), POLLIN, 0 }, { client.socket(), POLLIN, 0 },
         { m_stopped, POLLIN, 0 } };
     while (::poll(watched, 3, -1) >= 0 && watched[2].revents == 0) {
-        if (watched[0].revents != 0 && !behind.receive(answer, mostBytes, patience))
+        if (watched[0].revents != 0 && !behind.receive(answer, mostOfRequest, patience))
             return answer;
         // One that only ended its own half still wants the answer.
         std::string dropped;
-        if (watched[1].revents != 0 && !client.receive(dropped, mostBytes, patience))
+        if (watched[1].revents != 0 && !client.receive(dropped, mostOfRequest, patience))
             watched[1].fd = -1;
     }
     return {};
@@ -171,8 +171,8 @@ void Front::serve(Connection &client)
 
     std::string request;
     auto headEnd = request.npos;
-    while (headEnd == request.npos && request.size() < mostBytes) {
-        if (!client.receive(request, mostBytes, patience))
+    while (headEnd == request.npos && request.size() < mostOfRequest) {
+        if (!client.receive(request, mostOfRequest, patience))
             break; // the service behind says what it thinks of half a head
         headEnd = request.find("\r\n\r\n");
     }
@@ -190,7 +190,7 @@ void Front::serve(Connection &client)
                 && client.receive(request, until - request.size(), patience)) { }
             return client.play(fault, {}, 0, std::string(4096, 'x'));
         }
-    while (request.size() < size && client.receive(request, mostBytes, patience)) { }
+    while (request.size() < size && client.receive(request, mostOfRequest, patience)) { }
 
     const auto bytes = ask(client, headEnd == request.npos ? request : withoutPacking(request));
     if (bytes.empty())

@@ -15,7 +15,7 @@
 namespace sandbox {
 namespace {
 using nlohmann::json;
-constexpr int day = 24 * 60 * 60; // s
+constexpr int secondsOfDay = 24 * 60 * 60; // s
 
 Keys readKeys(const ScenarioReader &reader)
 {
@@ -97,7 +97,7 @@ Codes readCodes(const ScenarioReader &reader)
     if (codes.fixed && codes.fixed->empty())
         reader.at("fixed").fail("empty; null draws a code for each number");
     codes.alphabet = reader.at("alphabet").nonEmptyText();
-    codes.expiry = std::chrono::seconds(reader.at("expirySeconds").number(0, day));
+    codes.expiry = std::chrono::seconds(reader.at("expirySeconds").number(0, secondsOfDay));
     codes.attempts = reader.at("attempts").number(1, 1000);
     return codes;
 }
@@ -134,7 +134,7 @@ Scenario Scenario::fromJson(const json &given)
     Scenario scenario;
     scenario.keys = readKeys(keys);
     scenario.clockTolerance =
-        std::chrono::seconds(reader.at("clockToleranceSeconds").number(1, day));
+        std::chrono::seconds(reader.at("clockToleranceSeconds").number(1, secondsOfDay));
     scenario.validation = readMethod(reader.at("validation"));
     if (reader.optionalText("alternative"))
         scenario.alternative = readMethod(reader.at("alternative"));
@@ -150,7 +150,8 @@ Scenario Scenario::fromJson(const json &given)
     }
     scenario.countries = readCountries(reader.at("countries"));
     scenario.codes = readCodes(reader.at("codes"));
-    scenario.messageExpiry = std::chrono::seconds(reader.at("messageExpirySeconds").number(0, day));
+    scenario.messageExpiry =
+        std::chrono::seconds(reader.at("messageExpirySeconds").number(0, secondsOfDay));
     scenario.outcomes = readOutcomes(reader.at("outcomes"));
     return scenario;
 }

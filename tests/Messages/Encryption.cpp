@@ -49,7 +49,7 @@ TEST(EncryptedAnswer, IsToldByItsFirstFlagInAnyCase)
 constexpr char envelope[] = R"({"meta":{"httpStatusCode":200}})";
 constexpr char envelopeEncrypted[] = "Jj6RkUSCwTUow+XO+6WAoFN2qOivuVyUeGeZq+RblXs=";
 
-struct Row {
+struct BodyRow {
     const char *name;
     QByteArray body;
     std::optional<QByteArray> plainText;
@@ -57,7 +57,7 @@ struct Row {
 
 QByteArray with(const QByteArray &data) { return R"({"data":")" + data + R"("})"; }
 
-const Row bodies[] = {
+const BodyRow bodies[] = {
     { "Plain", with(envelopeEncrypted), envelope },
     { "EscapedSlash", R"({"data":"CaP\/\/T5fCDtia9+q40LATg=="})", std::nullopt }, // not UTF-8
     { "EmptyPlainText", with("PCn32vl2nKe93hNwJLVXSA=="), QByteArray("") },
@@ -73,7 +73,7 @@ const Row bodies[] = {
     { "Nothing", "", {} },
 };
 
-class EncryptedBody : public testing::TestWithParam<Row> { };
+class EncryptedBody : public testing::TestWithParam<BodyRow> { };
 
 TEST_P(EncryptedBody, IsUnwrappedOnlyInItsExactForm)
 {

@@ -54,7 +54,8 @@ std::string seenBy(int port, const std::string &request, End &end)
 {
     const auto socket = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address { AF_INET, htons(port), { htonl(INADDR_LOOPBACK) }, {} };
-    ::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    if (::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+        ADD_FAILURE() << "cannot connect";
     const auto sent = ::send(socket, request.data(), request.size(), MSG_NOSIGNAL);
     end = sent < 0 ? End::reset : End::quiet;
     std::string all;

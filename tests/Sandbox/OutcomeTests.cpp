@@ -5,7 +5,7 @@
 using nlohmann::json;
 
 namespace {
-struct Row {
+struct OutcomeRow {
     const char *name;
     json outcome;
     std::function<void(const Reply &)> expect;
@@ -33,7 +33,7 @@ std::function<void(const Reply &)> lacking(const char *key)
 }
 
 /// A fault after which the answer, decrypted, holds \p text.
-Row spoilt(const char *name, const char *fault, const char *text)
+OutcomeRow spoilt(const char *name, const char *fault, const char *text)
 {
     return { name, { { "fault", fault } }, [=](const Reply &reply) {
                 EXPECT_TRUE(reply.wasEncrypted);
@@ -41,7 +41,7 @@ Row spoilt(const char *name, const char *fault, const char *text)
             } };
 }
 
-const Row rows[] = {
+const OutcomeRow outcomeRows[] = {
     spoilt("Depth", "json:depth:3", R"(,"deep":[[[]]]})"),
     spoilt("Duplicate", "json:duplicate", R"({"meta":null,"meta":{)"),
     spoilt("Surrogate", "json:surrogate", R"(\ud800","type":"3rdparty\ud800")"),
@@ -85,7 +85,7 @@ const Row rows[] = {
 };
 }
 
-class SandboxOutcome : public testing::TestWithParam<Row> { };
+class SandboxOutcome : public testing::TestWithParam<OutcomeRow> { };
 
 TEST_P(SandboxOutcome, AnswersAsSet)
 {
@@ -94,7 +94,7 @@ TEST_P(SandboxOutcome, AnswersAsSet)
     EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 200) << "only start was set";
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenario, SandboxOutcome, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Scenario, SandboxOutcome, testing::ValuesIn(outcomeRows),
     [](const auto &row) { return row.param.name; });
 
 TEST(SandboxOutcomes, FollowTheirOrderAndTheLastStays)

@@ -10,7 +10,7 @@ namespace {
 constexpr auto keysText = R"("keys":{"client":"c","secret":
     "8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e"})";
 
-struct Row {
+struct ScenarioRow {
     const char *name;
     std::string scenario;
     const char *complaint;
@@ -18,7 +18,7 @@ struct Row {
 
 std::string beside(const char *fields) { return "{" + std::string(keysText) + "," + fields + "}"; }
 
-const Row rows[] = {
+const ScenarioRow scenarios[] = {
     { "NoJson", "{\n\"keys\": }", "line 2" },
     { "List", "[]", "scenario: expected an object" },
     { "NoKeys", "{}", "keys: missing" },
@@ -56,7 +56,7 @@ const Row rows[] = {
 };
 }
 
-class SandboxScenario : public testing::TestWithParam<Row> { };
+class SandboxScenario : public testing::TestWithParam<ScenarioRow> { };
 
 TEST_P(SandboxScenario, NamesTheFieldAtFault)
 {
@@ -67,7 +67,7 @@ TEST_P(SandboxScenario, NamesTheFieldAtFault)
     EXPECT_NE(program.output().find(GetParam().complaint), std::string::npos) << program.output();
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, SandboxScenario, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Faults, SandboxScenario, testing::ValuesIn(scenarios),
     [](const auto &row) { return row.param.name; });
 
 TEST(SandboxProgram, TakesTheScenarioThatItPrints)

@@ -22,7 +22,7 @@ void replaceTime(Request &request, const std::string &timeStamp)
     request.set("X-TRZ-Req-Signature", signature(timeStamp, rightInit));
 }
 
-struct Row {
+struct RefusalRow {
     const char *name;
     std::function<void(Request &)> spoil;
     int status;
@@ -50,7 +50,7 @@ std::function<void(Request &)> parameters(const char *text)
     return [=](Request &request) { replaceParameters(request, text); };
 }
 
-const Row rows[] = {
+const RefusalRow refusals[] = {
     { "Get", [](Request &request) { request.method = "GET"; }, 404, "", "GET: expected POST" },
     { "Put", [](Request &request) { request.method = "PUT"; }, 404, "", "PUT: expected POST" },
     { "UnknownPath", [](Request &request) { request.path = "/v1.0/checkOTP"; }, 404, "",
@@ -135,10 +135,10 @@ const Row rows[] = {
     { "List", parameters(R"([])"), 400, "", "no JSON object" },
 };
 
-std::string nameOf(const testing::TestParamInfo<Row> &row) { return row.param.name; }
+std::string nameOf(const testing::TestParamInfo<RefusalRow> &row) { return row.param.name; }
 }
 
-class SandboxRefuses : public testing::TestWithParam<Row> { };
+class SandboxRefuses : public testing::TestWithParam<RefusalRow> { };
 
 TEST_P(SandboxRefuses, WhatOneFaultSpoils)
 {
@@ -159,7 +159,7 @@ TEST_P(SandboxRefuses, WhatOneFaultSpoils)
     EXPECT_NE(console.find(reply.errorMessage()), std::string::npos) << console;
 }
 
-INSTANTIATE_TEST_SUITE_P(Requests, SandboxRefuses, testing::ValuesIn(rows), nameOf);
+INSTANTIATE_TEST_SUITE_P(Requests, SandboxRefuses, testing::ValuesIn(refusals), nameOf);
 
 namespace {
 struct ParameterRow {

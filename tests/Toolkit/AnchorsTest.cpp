@@ -13,8 +13,8 @@ using namespace parloquin;
 
 namespace {
 
-struct Page : QWidget {
-    Page()
+struct AnchoredPage : QWidget {
+    AnchoredPage()
         : box(new QWidget(this))
         , inner(new QWidget(box))
         , label(new Label(this))
@@ -40,7 +40,7 @@ struct Page : QWidget {
 
 struct Row {
     const char *name;
-    std::function<void(Page &)> table;
+    std::function<void(AnchoredPage &)> table;
     QRect box;
     QRect mirrored;
 };
@@ -51,21 +51,21 @@ class AnchorTables : public testing::TestWithParam<Row> { };
 
 const Row rows[] = {
     { "EdgesAndHeight",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { leading(p.box) == leading(&p) + 20, trailing(p.box) == trailing(&p) - 30,
                     top(p.box) == top(&p) + 30, height(p.box) == 60 });
         },
         { 20, 30, 340, 60 }, { 30, 30, 340, 60 } },
     { "CentreAndSize",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { centerX(p.box) == centerX(&p) + 10, centerY(p.box) == centerY(&p),
                     width(p.box) == 80, height(p.box) == width(p.box) });
         },
         { 165, 336, 80, 80 }, { 145, 336, 80, 80 } },
     { "RowsInAnyOrderAndDirection",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { bottom(&p) - 25 == bottom(p.box), height(p.box) == height(p.inner) + 10,
                     height(p.inner) == 20, width(p.inner) == 20, top(p.inner) == top(p.box),
@@ -74,21 +74,21 @@ const Row rows[] = {
         },
         { 275, 697, 100, 30 }, { 15, 697, 100, 30 } },
     { "EdgeAndCentreGiveSize",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { leading(p.box) == leading(&p) + 95, centerX(p.box) == centerX(&p),
                     bottom(p.box) == bottom(&p), centerY(p.box) == bottom(&p) - 50 });
         },
         { 95, 652, 200, 100 }, { 95, 652, 200, 100 } },
     { "HalfAPixelKeepsSize",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { leading(p.box) == leading(&p) + 10.5, width(p.box) == 54,
                     top(p.box) == top(&p) + 10.5, height(p.box) == 54 });
         },
         { 10, 10, 54, 54 }, { 326, 10, 54, 54 } },
     { "ThinLineKeepsAPixel",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { leading(p.box) == leading(&p), trailing(p.box) == trailing(&p),
                     top(p.box) == top(&p) + 5, height(p.box) == 0.5 });
@@ -98,7 +98,7 @@ const Row rows[] = {
 
 TEST_P(AnchorTables, PlaceAndMirror)
 {
-    Page page;
+    AnchoredPage page;
     GetParam().table(page);
     page.layOut();
     EXPECT_EQ(page.box->geometry(), GetParam().box);
@@ -109,7 +109,7 @@ TEST_P(AnchorTables, PlaceAndMirror)
 INSTANTIATE_TEST_SUITE_P(Rows, AnchorTables, testing::ValuesIn(rows),
     [](const auto &row) { return std::string(row.param.name); });
 
-void textOverBox(Page &p)
+void textOverBox(AnchoredPage &p)
 {
     activate(&p,
         { leading(p.label) == leading(&p) + 25, trailing(p.label) == trailing(&p) - 25,
@@ -124,7 +124,7 @@ void textOverBox(Page &p)
 
 TEST(Anchors, AGrowingTextPushesWhatStandsBelow)
 {
-    Page page;
+    AnchoredPage page;
     textOverBox(page);
     page.layOut();
     EXPECT_EQ(page.box->y(), 60) << "an empty text takes no height";
@@ -145,7 +145,7 @@ TEST(Anchors, AGrowingTextPushesWhatStandsBelow)
 
 TEST(Anchors, AWidgetThatIsGoneTakesItsRowsWithIt)
 {
-    Page page;
+    AnchoredPage page;
     textOverBox(page);
     page.layOut();
     delete page.inner;
@@ -155,7 +155,7 @@ TEST(Anchors, AWidgetThatIsGoneTakesItsRowsWithIt)
 
 struct Fault {
     const char *name;
-    std::function<void(Page &)> table;
+    std::function<void(AnchoredPage &)> table;
     const char *message;
 };
 
@@ -165,27 +165,27 @@ class AnchorFaults : public testing::TestWithParam<Fault> { };
 
 const Fault faults[] = {
     { "Contradiction",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { leading(p.box) == leading(&p), trailing(p.box) == trailing(&p),
                     width(p.box) == 100, top(p.box) == top(&p), height(p.box) == 1 });
         },
         "viewBox is given two places" },
     { "OpenAcross",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(
                 &p, { width(p.box) == 100, top(p.box) == top(&p), bottom(p.box) == bottom(&p) });
         },
         "nothing fixes where viewBox stands from side to side" },
     { "OpenDown",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             activate(&p,
                 { leading(p.inner) == leading(&p), trailing(p.inner) == trailing(&p),
                     top(p.inner) == top(&p) });
         },
         "nothing fixes where viewInner stands from top to bottom" },
     { "Stranger",
-        [](Page &p) {
+        [](AnchoredPage &p) {
             static QWidget stranger;
             stranger.setObjectName(QStringLiteral("viewStranger"));
             activate(&p, { leading(&stranger) == leading(&p) });
@@ -196,7 +196,7 @@ const Fault faults[] = {
 TEST_P(AnchorFaults, StopTheProgramNamingTheWidget)
 {
     const auto layOut = [] {
-        Page page;
+        AnchoredPage page;
         GetParam().table(page);
         page.layOut();
     };

@@ -85,9 +85,9 @@ TEST(Label, ElidesShrinksAndKeepsItsSide)
     EXPECT_GT(inked(label).second, 290) << "English stands at the leading edge, the right one";
 }
 
-class Page : public Screen {
+class ControlsPage : public Screen {
 public:
-    Page()
+    ControlsPage()
     {
         resize(390, 700);
         box = new View(this);
@@ -126,7 +126,7 @@ public:
 
 TEST(FocusRing, GoesAroundWhatHasTheFocus)
 {
-    Page page;
+    ControlsPage page;
     ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     page.field->setFocus(Qt::MouseFocusReason);
     EXPECT_TRUE(page.ring->isVisible());
@@ -146,7 +146,7 @@ TEST(FocusRing, GoesAroundWhatHasTheFocus)
 
 TEST(Button, TellsTapsFromStrayingFingers)
 {
-    Page page;
+    ControlsPage page;
     ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     page.field->setFocus();
     const QSignalSpy clicks(page.button, &QAbstractButton::clicked);
@@ -169,7 +169,7 @@ TEST(Button, TellsTapsFromStrayingFingers)
 
 TEST(TextField, KeepsAPlusInFrontOnAPageFromRightToLeft)
 {
-    Page page;
+    ControlsPage page;
     page.setLayoutDirection(Qt::RightToLeft);
     page.field->setText(QStringLiteral("+47"));
     EXPECT_EQ(page.field->layoutDirection(), Qt::LeftToRight);
@@ -182,7 +182,7 @@ TEST(TextField, KeepsAPlusInFrontOnAPageFromRightToLeft)
 
 TEST(TextField, OneThatOnlyShowsTakesNoTapAndNoFocus)
 {
-    Page page;
+    ControlsPage page;
     ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     page.field->setUserInteractionEnabled(false);
     page.box->setTappable(true);
@@ -196,7 +196,7 @@ TEST(TextField, OneThatOnlyShowsTakesNoTapAndNoFocus)
 
 TEST(TextField, OneThatOnlyShowsBeginsAtItsEdgeAndElides)
 {
-    Page page;
+    ControlsPage page;
     page.field->setUserInteractionEnabled(false);
     const int width = page.field->width();
     const auto text = [&page](const char *words) {

@@ -17,7 +17,7 @@ namespace {
 constexpr int caretWidth = 2; // px
 // Characters. A line edit lays all of its text out at every edit, and accents heaped on one letter
 // take it a second for the 32767 of its own limit.
-constexpr int mostText = 1024;
+constexpr int mostTyped = 1024;
 
 // Nothing of the desktop's frame shows, and its caret, black and thin, gives way to the field's.
 class FieldStyle : public QProxyStyle {
@@ -48,7 +48,7 @@ TextField::TextField(QWidget *parent)
     style->setParent(this);
     setStyle(style);
     setFrame(false);
-    setMaxLength(mostText);
+    setMaxLength(mostTyped);
     // The line edit keeps 2 px to itself; the text is to begin at the edge.
     setTextMargins(-2, 0, -2, 0);
     setContextMenuPolicy(Qt::NoContextMenu);
