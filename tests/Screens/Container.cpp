@@ -160,8 +160,10 @@ bool ContainerTest::waitForOverlay(bool up) const
 
 bool ContainerTest::settle(size_t requests) const
 {
-    return QTest::qWaitFor([&] { return server.requests().size() >= requests; })
-        && waitForOverlay(false) && drainSession();
+    if (!QTest::qWaitFor([&] { return server.requests().size() >= requests; }))
+        return false;
+    QCoreApplication::sendPostedEvents(); // the request may be there before its overlay is
+    return waitForOverlay(false) && drainSession();
 }
 
 bool ContainerTest::drainSession()

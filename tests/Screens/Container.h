@@ -56,7 +56,7 @@ protected:
     [[nodiscard]] bool waitForOverlay(bool up) const;
     /// Waits until that many requests have come and the overlay has gone again.
     ///
-    /// It was up in between: the main thread lays it before it sends the request.
+    /// It was up in between: to lay it is queued for the main thread before the request is sent.
     [[nodiscard]] bool settle(size_t requests) const;
     /// Handlers run one after another: behind one of our own, that of the last answer is through,
     /// and so is what it had for the main thread.
