@@ -4,6 +4,9 @@
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
+#include <linux/netlink.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 using namespace parloquin;
 
@@ -56,5 +59,47 @@ const NetworkRow networkRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Network, NetworkStates, testing::ValuesIn(networkRows),
     [](const auto &row) { return row.param.name; });
+
+/// Puts a pipe whose other end is closed into the place of each socket that hears of the network.
+int breakWatches()
+{
+    int ends[2];
+    if (::pipe(ends) != 0)
+        return 0;
+    ::close(ends[1]);
+    int broken = 0;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        sockaddr_nl address {};
+        socklen_t size = sizeof address;
+        const bool isSocket =
+            ::getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &size) == 0;
+        if (isSocket && address.nl_family == AF_NETLINK && address.nl_groups != 0)
+            broken += ::dup2(ends[0], descriptor) == descriptor ? 1 : 0;
+    }
+    ::close(ends[0]);
+    return broken;
+}
+
+TEST(NetworkWatch, WatchesAgainWhenItsSocketBreaks)
+{
+    if (!isInOwnNetwork())
+        return;
+    ASSERT_TRUE(ip(wired));
+    const auto created =
+        Reachability::create(QualityOfService::standard, nullptr, DispatchQueue::main());
+    const auto &reachability = std::get<std::shared_ptr<Reachability>>(created);
+    bool isTold = false;
+    reachability->whenReachable = [&](Reachability &) { isTold = true; };
+    reachability->whenUnreachable = [&](Reachability &) { isTold = false; };
+    const auto becomes = [&](bool is) {
+        return QTest::qWaitFor([&] { return isTold == is; }, patience);
+    };
+    ASSERT_FALSE(reachability->startNotifier());
+    ASSERT_EQ(breakWatches(), 1);
+    ASSERT_TRUE(ip("route add default via 10.9.0.1"));
+    EXPECT_TRUE(becomes(true)); // by what the new watch looks at first
+    ASSERT_TRUE(ip("route del default"));
+    EXPECT_TRUE(becomes(false));
+}
 
 } // namespace

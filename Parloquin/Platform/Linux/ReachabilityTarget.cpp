@@ -121,8 +121,10 @@ std::optional<ReachabilityFlags> readFlags()
 /// \brief The kernel's word that links, addresses or routes have changed. Lives on its queue.
 class RouteWatch {
 public:
+    /// \param broken it will hear no more
     /// \return nothing with errno where the system refuses
-    static std::shared_ptr<RouteWatch> start(SerialQueue &queue, std::function<void()> changed)
+    static std::shared_ptr<RouteWatch> start(
+        SerialQueue &queue, std::function<void()> changed, std::function<void()> broken)
     {
         Socket socket = openSocket(RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR
                 | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE,
@@ -131,6 +133,7 @@ public:
             return nullptr;
         auto watch = std::make_shared<RouteWatch>();
         watch->m_socket = std::move(socket);
+        watch->m_broken = std::move(broken);
         watch->m_events = queue.watch(mnl_socket_get_fd(watch->m_socket.get()),
             [self = watch.get(), told = std::move(changed)] {
                 // Lost events change nothing: what holds now is read afresh in any case.
@@ -156,14 +159,17 @@ private:
                 isChanged = true;
                 continue;
             }
-            if (errno != EAGAIN)
+            if (errno != EAGAIN) {
+                m_broken();
                 m_events.reset(); // it would be ready for ever
+            }
             break;
         }
         return isChanged;
     }
 
     Socket m_socket;
+    std::function<void()> m_broken;
     std::shared_ptr<void> m_events; // goes before the socket closes
 };
 
@@ -191,7 +197,7 @@ public:
             return true;
         qint32 code = 0;
         m_queue->sync([&] {
-            m_watch = RouteWatch::start(*m_queue, [this] { tell(); });
+            m_watch = startWatch();
             code = m_watch ? 0 : errno;
         });
         setLastError(code);
@@ -207,6 +213,26 @@ public:
     }
 
 private:
+    std::shared_ptr<RouteWatch> startWatch()
+    {
+        return RouteWatch::start(
+            *m_queue, [this] { tell(); }, [this] { watchAgain(); });
+    }
+
+    void watchAgain()
+    {
+        m_queue->asyncAfter(retryDelay, [this, broken = std::weak_ptr(m_watch)] {
+            if (broken.expired())
+                return;
+            if (auto watch = startWatch()) {
+                m_watch = std::move(watch);
+                tell(); // of what has changed in between
+            } else {
+                watchAgain();
+            }
+        });
+    }
+
     void tell()
     {
         // Kept here: who is told may take us down.
