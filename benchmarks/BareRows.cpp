@@ -50,8 +50,8 @@ protected:
             Qt::AlignVCenter | Qt::AlignRight, m_row->second);
         painter.setRenderHint(QPainter::Antialiasing);
         if (m_hasLine)
-            painter.fillRect(QRectF(margin, height() - 0.5, width() - margin, 0.5),
-                QColor(0xd3, 0xd6, 0xe2));
+            painter.fillRect(
+                QRectF(margin, height() - 0.5, width() - margin, 0.5), QColor(0xd3, 0xd6, 0xe2));
     }
 
 private:
