@@ -70,6 +70,25 @@ TEST(UrlSession, FetchesWhatHttpBringsAndNoMoreThanAllowed)
         EXPECT_EQ(get.wait(), row.outcome) << row.url.toStdString();
         EXPECT_EQ(get.count(), 1);
     }
+    for (const RawRequest &request : server.requests())
+        EXPECT_EQ(request.header("User-Agent"), "Parloquin/1.0"); // nothing of the stack or system
+}
+
+TEST(UrlSession, KeepsNoCredentials)
+{
+    RawServer server;
+    server.answer(
+        "/locked", RawServer::http(401, "locked", "WWW-Authenticate: Basic realm=\"x\"\r\n"));
+    QString withName = server.url(QStringLiteral("/locked"));
+    Get named(withName.replace(QStringLiteral("//"), QStringLiteral("//name:secret@")));
+    named.task->resume();
+    named.wait();
+    const auto asked = server.requests().size();
+    Get nameless(server.url(QStringLiteral("/open")));
+    nameless.task->resume();
+    nameless.wait();
+    EXPECT_EQ(server.requests().size(), asked + 1);
+    EXPECT_EQ(server.requests().back().header("Authorization"), "");
 }
 
 TEST(UrlSession, FollowsNoRedirectAndKeepsNoCookie)
