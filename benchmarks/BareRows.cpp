@@ -1,8 +1,12 @@
 #include "BareRows.h"
 
+#include "Parloquin/Platform/UI/Style.h"
+
 #include <QtGui/QPainter>
 
 #include <algorithm>
+
+using namespace parloquin;
 
 namespace {
 
@@ -11,15 +15,6 @@ constexpr int headerHeight = 28;
 constexpr int stripWidth = 24;
 constexpr int margin = 15;
 
-QFont fontOf(int pixels, QFont::Weight weight)
-{
-    QFont font;
-    font.setPixelSize(pixels);
-    font.setWeight(weight);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    return font;
-}
-
 } // namespace
 
 class BareRows::Cell : public QWidget {
@@ -27,7 +22,7 @@ public:
     explicit Cell(QWidget *parent)
         : QWidget(parent)
     {
-        setFont(fontOf(17, QFont::Normal));
+        setFont(Style::font(17, QFont::Normal));
     }
 
     void show(const Row *row, bool hasLine)
@@ -64,7 +59,7 @@ public:
     explicit Header(QWidget *parent)
         : QWidget(parent)
     {
-        setFont(fontOf(14, QFont::DemiBold));
+        setFont(Style::font(14, QFont::DemiBold));
     }
 
     void show(const QString &title)
@@ -96,7 +91,7 @@ public:
         : QWidget(rows)
         , m_rows(rows)
     {
-        setFont(fontOf(12, QFont::DemiBold));
+        setFont(Style::font(12, QFont::DemiBold));
     }
 
 protected:
