@@ -46,6 +46,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, LabelLines,
         Lines { "Arabic", 16, 0, "رمز", 300, 28 },
         Lines { "BrokenByHand", 16, 0, "one\ntwo\nthree", 300, 60 },
         Lines { "Limited", 16, 2, "one\ntwo\nthree", 300, 40 },
+        Lines { "LimitedAndBrokenAtItsEnd", 16, 2, "one\ntwo\n", 300, 40 },
+        Lines { "OneBrokenAtItsEnd", 16, 1, "one\n", 300, 20 },
         Lines { "Markup", 16, 0, "<b>one</b><br>two", 300, 20 }),
     [](const auto &row) { return std::string(row.param.name); });
 

@@ -169,6 +169,8 @@ bool AnchorSolver::askText()
     }
     for (auto *item : std::as_const(m_items)) {
         auto &place = m_places[item];
+        if (place.horizontal[size] && place.vertical[size])
+            continue; // laying a text out takes long
         const auto hint = item->sizeHint();
         if (!place.horizontal[size] && hint.width() >= 0) {
             place.horizontal[size] = hint.width();

@@ -60,14 +60,13 @@ void Label::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setPen(m_color);
     auto drawn = font();
-    if (m_shrinks) {
-        // Advances do not scale exactly with the size: step down until it fits.
-        while (drawn.pixelSize() > 6
-            && TextBlock(text(), drawn, QWIDGETSIZE_MAX, 1).naturalWidth() > width())
-            drawn.setPixelSize(drawn.pixelSize() - 1);
+    TextBlock block(text(), drawn, width(), m_lines);
+    // Advances do not scale exactly with the size: step down until it fits.
+    while (m_shrinks && block.isElided() && drawn.pixelSize() > 6) {
+        drawn.setPixelSize(drawn.pixelSize() - 1);
+        block = TextBlock(text(), drawn, width(), m_lines);
     }
-    const auto side = QStyle::visualAlignment(layoutDirection(), alignment());
-    TextBlock(text(), drawn, width(), m_lines).draw(painter, rect(), side);
+    block.draw(painter, rect(), QStyle::visualAlignment(layoutDirection(), alignment()));
 }
 
 } // namespace parloquin

@@ -7,6 +7,7 @@
 #include <QtGui/QTextLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace parloquin {
 
@@ -28,15 +29,11 @@ QTextOption optionFor(bool rightToLeft)
     return option;
 }
 
-// A layout of one line that never wraps; ready to measure and draw.
-void layOut(QTextLayout &layout, bool rightToLeft)
+QString withoutEndingBlanks(QString text)
 {
-    auto option = optionFor(rightToLeft);
-    option.setWrapMode(QTextOption::NoWrap);
-    layout.setTextOption(option);
-    layout.beginLayout();
-    layout.createLine();
-    layout.endLayout();
+    while (!text.isEmpty() && text.back().isSpace())
+        text.chop(1);
+    return text;
 }
 
 }
@@ -50,8 +47,21 @@ TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int li
         return;
 
     QString source = bounded(text);
+    if (lines == 1) {
+        source.replace(QLatin1Char('\n'), QLatin1Char(' '));
+        source.replace(QChar::LineSeparator, QLatin1Char(' '));
+        source = withoutEndingBlanks(std::move(source));
+        m_whole = layOut(source);
+        m_isElided = m_whole->lineAt(0).naturalTextWidth() > width;
+        if (m_isElided) {
+            m_whole.reset();
+            source = QFontMetricsF(font).elidedText(source, Qt::ElideRight, width);
+        }
+        m_lines.push_back(source);
+        return;
+    }
+
     source.replace(QLatin1Char('\n'), QChar::LineSeparator);
-    const QFontMetricsF metrics(font);
     QTextLayout layout(source, font);
     layout.setTextOption(optionFor(m_rightToLeft));
     layout.beginLayout();
@@ -63,13 +73,14 @@ TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int li
         if (last && (more || line.naturalTextWidth() > width)) {
             auto rest = source.mid(start);
             rest.replace(QChar::LineSeparator, QLatin1Char(' '));
-            m_lines.push_back(metrics.elidedText(rest, Qt::ElideRight, width));
+            m_lines.push_back(QFontMetricsF(font).elidedText(rest, Qt::ElideRight, width));
+            m_isElided = true;
             break;
         }
-        auto piece = source.mid(start, line.textLength());
-        while (!piece.isEmpty() && piece.back().isSpace())
-            piece.chop(1); // the blank a line broke at takes no room
-        m_lines.push_back(piece);
+        // The blank a line broke at takes no room.
+        m_lines.push_back(withoutEndingBlanks(source.mid(start, line.textLength())));
+        if (last)
+            break; // a break at the text's end would begin one line more
     }
     layout.endLayout();
 }
@@ -97,12 +108,27 @@ int TextBlock::height() const { return static_cast<int>(m_lines.size()) * m_spac
 qreal TextBlock::naturalWidth() const
 {
     qreal widest = 0;
-    for (const auto &line : m_lines) {
-        QTextLayout layout(line, m_font);
-        layOut(layout, m_rightToLeft);
-        widest = std::max(widest, layout.lineAt(0).naturalTextWidth());
-    }
+    for (const auto &line : m_lines)
+        widest = std::max(widest, layoutOf(line)->lineAt(0).naturalTextWidth());
     return widest;
+}
+
+std::shared_ptr<QTextLayout> TextBlock::layOut(const QString &line) const
+{
+    auto layout = std::make_shared<QTextLayout>(line, m_font);
+    auto option = optionFor(m_rightToLeft);
+    option.setWrapMode(QTextOption::NoWrap);
+    layout->setTextOption(option);
+    layout->setCacheEnabled(true); // else drawing shapes the text once more
+    layout->beginLayout();
+    layout->createLine();
+    layout->endLayout();
+    return layout;
+}
+
+std::shared_ptr<QTextLayout> TextBlock::layoutOf(const QString &line) const
+{
+    return m_whole ? m_whole : layOut(line);
 }
 
 void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignment) const
@@ -115,9 +141,8 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
 
     const QFontMetricsF metrics(m_font);
     for (const auto &text : m_lines) {
-        QTextLayout layout(text, m_font);
-        layOut(layout, m_rightToLeft);
-        const auto line = layout.lineAt(0);
+        const auto layout = layoutOf(text);
+        const auto line = layout->lineAt(0);
         const qreal free = rect.width() - line.naturalTextWidth();
         qreal x = rect.left();
         if (alignment & Qt::AlignHCenter)
@@ -126,7 +151,7 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
             x += free;
         // Not by the line's height: Qt rounds ascent and descent up, each for itself.
         const qreal baseline = y + (m_spacing + metrics.ascent() - metrics.descent()) / 2;
-        layout.draw(&painter, { x, baseline - line.ascent() });
+        layout->draw(&painter, { x, baseline - line.ascent() });
         y += m_spacing;
     }
 }

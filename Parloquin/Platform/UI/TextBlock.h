@@ -4,9 +4,11 @@
 #include <QtCore/QString>
 #include <QtGui/QFont>
 
+#include <memory>
 #include <vector>
 
 class QPainter;
+class QTextLayout;
 
 namespace parloquin {
 
@@ -25,14 +27,22 @@ public:
     [[nodiscard]] int height() const;
     [[nodiscard]] qreal naturalWidth() const;
     [[nodiscard]] const std::vector<QString> &lines() const { return m_lines; }
+    /// True when the text needs more room than its lines have.
+    [[nodiscard]] bool isElided() const { return m_isElided; }
     /// \param alignment absolute: left and right are meant as they stand
     void draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignment) const;
 
 private:
+    /// The layout of a line as it is measured and drawn: alone, and never wrapped.
+    [[nodiscard]] std::shared_ptr<QTextLayout> layOut(const QString &line) const;
+    [[nodiscard]] std::shared_ptr<QTextLayout> layoutOf(const QString &line) const;
+
     QFont m_font;
     std::vector<QString> m_lines;
+    std::shared_ptr<QTextLayout> m_whole; // of the only line, when it has been laid out already
     int m_spacing = 0;
     bool m_rightToLeft = false;
+    bool m_isElided = false;
 };
 
 } // namespace parloquin
