@@ -3,6 +3,7 @@
 #include "Parloquin/Extension/Fatal.h"
 #include "Parloquin/Platform/UI/Accessibility.h"
 
+#include <QtCore/QFile>
 #include <QtGui/QPainter>
 #include <QtSvg/QSvgRenderer>
 #include <QtWidgets/QStyle>
@@ -22,8 +23,9 @@ void ImageView::setImageNamed(const QString &name, bool mirrored)
 {
     m_image = {};
     m_mirrored = mirrored;
-    m_renderer = std::make_unique<QSvgRenderer>(QStringLiteral(":/parloquin/%1.svg").arg(name));
-    if (!m_renderer->isValid())
+    m_renderer.reset();
+    m_file = QStringLiteral(":/parloquin/%1.svg").arg(name);
+    if (!QFile::exists(m_file))
         fatal(QStringLiteral("the kit has no image \"%1\"; add it to Parloquin.qrc").arg(name));
     update();
 }
@@ -31,6 +33,7 @@ void ImageView::setImageNamed(const QString &name, bool mirrored)
 void ImageView::setImage(const QImage &image)
 {
     m_renderer.reset();
+    m_file.clear();
     m_mirrored = false;
     m_image = image;
     update();
@@ -50,6 +53,8 @@ void ImageView::setAlignment(Qt::Alignment alignment)
 
 void ImageView::paintEvent(QPaintEvent *)
 {
+    if (!m_renderer && !m_file.isEmpty())
+        m_renderer = std::make_unique<QSvgRenderer>(m_file);
     const QSizeF natural = m_renderer ? m_renderer->viewBoxF().size() : QSizeF(m_image.size());
     if (natural.isEmpty())
         return;

@@ -36,7 +36,8 @@ protected:
 
 private:
     QImage m_image;
-    std::unique_ptr<QSvgRenderer> m_renderer;
+    QString m_file; // of the kit's own picture
+    std::unique_ptr<QSvgRenderer> m_renderer; // made when first drawn: most ticks are never seen
     ContentMode m_mode = ContentMode::scaleToFill;
     Qt::Alignment m_alignment = Qt::AlignCenter;
     bool m_mirrored = false;
