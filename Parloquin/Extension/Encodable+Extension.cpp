@@ -96,7 +96,7 @@ QString dumpedModel(const void *model, const JsonType &type)
 {
     QString out;
     dumpInto(out, model, type, 0);
-    return out.mid(1); // every line starts with its break
+    return out.remove(0, 1); // every line starts with its break
 }
 
 QByteArray plainJsonText(const QJsonObject &object)

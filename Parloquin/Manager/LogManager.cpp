@@ -1,5 +1,6 @@
 #include "Parloquin/Manager/LogManager.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace parloquin {
@@ -21,9 +22,20 @@ void LogManager::log(const QString &message, bool isError) const
 
 void print(const QString &line)
 {
-    const QByteArray text = line.toUtf8() + '\n';
-    std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout);
+    // Converted piece by piece: a list of countries prints a megabyte.
+    constexpr qsizetype most = 16384; // characters
+    ::flockfile(stdout);
+    for (QStringView rest = line; !rest.isEmpty();) {
+        auto piece = rest.first(std::min(most, rest.size()));
+        if (piece.size() < rest.size() && piece.back().isHighSurrogate())
+            piece.chop(1);
+        const QByteArray text = piece.toUtf8();
+        std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout);
+        rest = rest.sliced(piece.size());
+    }
+    std::putc('\n', stdout);
     std::fflush(stdout);
+    ::funlockfile(stdout);
 }
 
 } // namespace parloquin
