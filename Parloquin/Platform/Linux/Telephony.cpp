@@ -30,6 +30,7 @@ struct Telephony::Private {
     std::optional<QString> isoCountryCode;
     std::unique_ptr<SerialQueue> queue;
     std::shared_ptr<Question> question; // while there is one
+    std::unique_ptr<QTimer> patience; // of the question, for connecting
     bool asksAgain = false;
     std::unique_ptr<ModemService> service; // touched on the queue only
 
@@ -45,12 +46,13 @@ struct Telephony::Private {
         }
         question = std::make_shared<Question>();
         // Connecting knows no time limit of its own.
-        QTimer::singleShot(
-            connectPatience, QCoreApplication::instance(), [asked = std::weak_ptr(question)] {
-                const auto late = asked.lock();
-                if (late && !late->isConnected)
-                    g_cancellable_cancel(late->cancelled.get());
-            });
+        patience = std::make_unique<QTimer>();
+        patience->setSingleShot(true);
+        QObject::connect(patience.get(), &QTimer::timeout, patience.get(), [asked = question] {
+            if (!asked->isConnected)
+                g_cancellable_cancel(asked->cancelled.get());
+        });
+        patience->start(connectPatience);
         queue->async([this, asked = question] {
             auto country = answer(*asked);
             onMain([this, asked, found = std::move(country)] {
@@ -63,6 +65,7 @@ struct Telephony::Private {
     void finish(const std::optional<QString> &country)
     {
         isoCountryCode = country;
+        patience.reset();
         question.reset();
         if (std::exchange(asksAgain, false))
             ask();
@@ -88,6 +91,7 @@ struct Telephony::Private {
             g_cancellable_cancel(question->cancelled.get());
         queue->sync([this] { service.reset(); });
         queue.reset();
+        patience.reset();
         question.reset();
         asksAgain = false;
     }
