@@ -1,12 +1,15 @@
-// A service that knows its answers beforehand: takes the connections to the port named one after
-// another, reads a request, sends the next of the answers to that call, closes.
-// The file of answers: the call, a blank, the size, a line break, that many bytes, and so on.
+// A service that knows its answers beforehand: to each request that comes to the port named it
+// sends the next of the answers to that call, and closes. A connection that says nothing keeps no
+// other waiting: Qt's client opens some ahead of need. The file of answers: the call, a blank, the
+// size, a line break, that many bytes, and so on.
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -37,24 +40,22 @@ std::map<std::string, Answers> readAnswers(const char *path)
     return calls;
 }
 
-/// \return the last part of the request's path; empty where the peer has gone
-std::string readRequest(int connection)
+struct Connection {
+    int socket;
+    std::string request; ///< as much of it as has come
+};
+
+/// \return the last part of the request's path; empty while there is more to come
+std::string called(const std::string &request)
 {
-    std::string request;
-    std::size_t whole = std::string::npos;
-    char block[16384];
-    while (request.size() < whole) {
-        const ssize_t count = ::read(connection, block, sizeof block);
-        if (count <= 0)
-            return {};
-        request.append(block, static_cast<std::size_t>(count));
-        const std::size_t headEnd = request.find("\r\n\r\n");
-        if (whole != std::string::npos || headEnd == std::string::npos)
-            continue;
-        const std::size_t length = request.find("Content-Length: ");
-        whole = headEnd + 4
-            + (length < headEnd ? std::strtoul(request.c_str() + length + 16, nullptr, 10) : 0);
-    }
+    const std::size_t headEnd = request.find("\r\n\r\n");
+    if (headEnd == std::string::npos)
+        return {};
+    const std::size_t length = request.find("Content-Length: ");
+    const std::size_t whole = headEnd + 4
+        + (length < headEnd ? std::strtoul(request.c_str() + length + 16, nullptr, 10) : 0);
+    if (request.size() < whole)
+        return {};
     const std::size_t pathEnd = request.find(" HTTP/");
     const std::size_t call = request.rfind('/', pathEnd) + 1;
     return request.substr(call, pathEnd - call);
@@ -95,13 +96,31 @@ int main(int argc, char **argv)
     std::puts("ready");
     std::fflush(stdout);
 
+    std::vector<Connection> connections;
     for (;;) {
-        const int connection = ::accept(listener, nullptr, nullptr);
-        if (const auto found = calls.find(readRequest(connection)); found != calls.end()) {
-            Answers &answers = found->second;
-            send(connection, answers.all[answers.next]);
-            answers.next = (answers.next + 1) % answers.all.size();
+        std::vector<pollfd> ready { { listener, POLLIN, 0 } };
+        for (const Connection &connection : connections)
+            ready.push_back({ connection.socket, POLLIN, 0 });
+        ::poll(ready.data(), ready.size(), -1);
+        for (std::size_t i = connections.size(); i-- > 0;) {
+            if (ready[i + 1].revents == 0)
+                continue;
+            auto &[socket, request] = connections[i];
+            char block[16384];
+            const ssize_t count = ::read(socket, block, sizeof block);
+            request.append(block, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+            const std::string call = called(request);
+            if (count > 0 && call.empty())
+                continue;
+            if (const auto found = calls.find(call); found != calls.end()) {
+                Answers &answers = found->second;
+                send(socket, answers.all[answers.next]);
+                answers.next = (answers.next + 1) % answers.all.size();
+            }
+            ::close(socket);
+            connections.erase(connections.begin() + static_cast<std::ptrdiff_t>(i));
         }
-        ::close(connection);
+        if (ready[0].revents != 0)
+            connections.push_back({ ::accept(listener, nullptr, nullptr), {} });
     }
 }

@@ -1,146 +1,90 @@
 #include "Parloquin/Platform/UrlCall.h"
 
-#include <QtCore/QIODevice>
-#include <QtNetwork/QNetworkAccessManager>
-#include <QtNetwork/QNetworkReply>
-#include <QtNetwork/QNetworkRequest>
+#include <QtNetwork/QNetworkProxy>
+#include <QtNetwork/QSslSocket>
 
-#include <algorithm>
-#include <cstring>
-#include <memory>
 #include <utility>
 
 namespace parloquin {
 
 namespace {
 
-constexpr int mostConnections = 4; // an address of each family, and one more try
-constexpr qint64 readBufferSize = qint64 { 256 } * 1024; // bytes
+constexpr qint64 readBufferSize =
+    qint64 { 256 } * 1024; // bytes; what more comes waits in the kernel
 
-/// A body that can be read once. The stack silently repeats a request whose body it can rewind when
-/// the peer closes before the first byte of an answer; a message might be sent twice.
-class UploadBody : public QIODevice {
-public:
-    explicit UploadBody(QByteArray bytes)
-        : m_bytes(std::move(bytes))
-    {
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    }
+using Socket = QAbstractSocket;
 
-    [[nodiscard]] bool isSequential() const override { return true; }
-    [[nodiscard]] qint64 bytesAvailable() const override { return m_bytes.size() - m_read; }
-    [[nodiscard]] bool atEnd() const override { return bytesAvailable() == 0; }
-
-    // The base class refuses as well, but warns on the host's console.
-    bool seek(qint64 /*position*/) override { return false; }
-
-protected:
-    qint64 readData(char *data, qint64 maximum) override
-    {
-        const qint64 count = std::min(maximum, bytesAvailable());
-        if (count == 0 && maximum > 0)
-            return -1;
-        std::memcpy(data, m_bytes.constData() + m_read, static_cast<size_t>(count));
-        m_read += count;
-        return count;
-    }
-
-    qint64 writeData(const char * /*data*/, qint64 /*size*/) override { return -1; }
-
-private:
-    const QByteArray m_bytes;
-    qint64 m_read = 0;
-};
-
-QNetworkRequest networkRequest(const UrlRequest &request)
+/// The proxy that the host or the system has set; none on the way to this machine.
+QNetworkProxy proxyFor(const QUrl &url)
 {
-    QNetworkRequest result(request.url);
-    result.setAttribute(
-        QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    result.setAttribute(QNetworkRequest::Http2CleartextAllowedAttribute, false);
-    result.setAttribute(QNetworkRequest::HttpPipeliningAllowedAttribute, false);
-    result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    result.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    result.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-    result.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    const auto proxies = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
+    return proxies.isEmpty() ? QNetworkProxy(QNetworkProxy::NoProxy) : proxies.constFirst();
+}
 
-    // The stack fills in each of these when it is missing, by the locale or by its own taste.
-    // A connection of its own for each call: one that the peer is about to close is never reused.
-    result.setRawHeader("Connection", "close");
-    result.setRawHeader("Accept-Encoding", "identity");
-    result.setRawHeader("Accept-Language", "*");
-    result.setRawHeader("User-Agent", "Parloquin/1.0");
+QByteArray authorization(const QNetworkProxy &proxy)
+{
+    if (proxy.user().isEmpty())
+        return {};
+    return "Basic " + (proxy.user() + u':' + proxy.password()).toUtf8().toBase64();
+}
+
+/// The request as it is sent. A proxy of plain HTTP is told the whole address.
+QByteArray message(const UrlRequest &request, bool isProxied, const QByteArray &proxyAuthorization)
+{
+    QUrl url = request.url.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    if (url.path().isEmpty())
+        url.setPath(QStringLiteral("/"));
+    const auto target = isProxied ? QUrl::FullyEncoded : QUrl::RemoveScheme | QUrl::RemoveAuthority;
+
+    UrlRequest sent;
+    // A connection of its own for each call, and nothing by the locale.
+    sent.headers = {
+        { "Host", url.authority(QUrl::FullyEncoded).toLatin1() },
+        { "Connection", "close" },
+        { "Accept-Encoding", "identity" },
+        { "Accept-Language", "*" },
+        { "User-Agent", "Parloquin/1.0" },
+    };
     for (const auto &[name, value] : request.headers)
-        result.setRawHeader(name, value);
-    return result;
+        sent.setHeader(name, value);
+    if (!proxyAuthorization.isEmpty())
+        sent.setHeader("Proxy-Authorization", proxyAuthorization);
+    const QByteArray body = request.body.value_or(QByteArray());
+    if (request.method != "GET")
+        sent.setHeader("Content-Length", QByteArray::number(body.size()));
+
+    QByteArray text;
+    text.reserve(1024 + body.size());
+    text += request.method + ' ' + url.toEncoded(target) + " HTTP/1.1\r\n";
+    for (const auto &[name, value] : std::as_const(sent.headers))
+        text += name + ": " + value + "\r\n";
+    return text + "\r\n" + body;
 }
 
-/// Whether the answer is whole although the stack wants to send again: it does so too for an answer
-/// that ended with its connection and came fast, and for a 307 or 308, which it would not follow.
-bool isWhole(const QNetworkReply &reply, qint64 received)
+int transportCode(Socket::SocketError error)
 {
-    const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (!status.isValid())
-        return false;
-    if (reply.hasRawHeader("Transfer-Encoding"))
-        return status == 307 || status == 308;
-    return !reply.hasRawHeader("Content-Length")
-        || reply.rawHeader("Content-Length").toLongLong() == received;
-}
-
-/// Nothing where the reply has a whole answer: a status of 400 and above is an error to the stack
-/// only.
-std::optional<TransportError> transportError(const QNetworkReply &reply, qint64 received)
-{
-    const auto error = [&reply](int code) { return TransportError { code, reply.errorString() }; };
-    switch (reply.error()) {
-    case QNetworkReply::NoError:
-    case QNetworkReply::ProxyAuthenticationRequiredError: // a status like any other
-        return {};
-    case QNetworkReply::OperationCanceledError:
-        return error(TransportError::cancelled);
-    case QNetworkReply::TimeoutError:
-    case QNetworkReply::ProxyTimeoutError:
-        return error(TransportError::timedOut);
-    case QNetworkReply::ProtocolUnknownError:
-        return error(TransportError::unsupportedUrl);
-    case QNetworkReply::HostNotFoundError:
-        return error(TransportError::cannotFindHost);
-    case QNetworkReply::ConnectionRefusedError:
-    case QNetworkReply::ProxyConnectionRefusedError:
-    case QNetworkReply::ProxyNotFoundError:
-        return error(TransportError::cannotConnectToHost);
-    case QNetworkReply::NetworkSessionFailedError:
-    case QNetworkReply::UnknownNetworkError: // the socket's "network unreachable" arrives as this
-        return error(TransportError::notConnectedToInternet);
-    case QNetworkReply::ProtocolFailure:
-        return error(TransportError::cannotParseResponse);
-    case QNetworkReply::SslHandshakeFailedError:
-        return error(TransportError::secureConnectionFailed);
-    case QNetworkReply::ContentReSendError: // closed before the first byte: see UploadBody
-        if (isWhole(reply, received))
-            return {};
-        return error(TransportError::networkConnectionLost);
+    switch (error) {
+    case Socket::SocketTimeoutError:
+        return TransportError::timedOut;
+    case Socket::HostNotFoundError:
+        return TransportError::cannotFindHost;
+    case Socket::ConnectionRefusedError:
+    case Socket::ProxyAuthenticationRequiredError:
+    case Socket::ProxyConnectionRefusedError:
+    case Socket::ProxyConnectionClosedError:
+    case Socket::ProxyConnectionTimeoutError:
+    case Socket::ProxyNotFoundError:
+    case Socket::ProxyProtocolError:
+        return TransportError::cannotConnectToHost;
+    case Socket::NetworkError: // no way there
+        return TransportError::notConnectedToInternet;
+    case Socket::SslHandshakeFailedError:
+    case Socket::SslInternalError:
+    case Socket::SslInvalidUserDataError:
+        return TransportError::secureConnectionFailed;
     default:
-        if (reply.error() < QNetworkReply::ContentAccessDenied)
-            return error(TransportError::networkConnectionLost);
-        return {};
+        return TransportError::networkConnectionLost;
     }
-}
-
-std::optional<UrlResponse> urlResponse(const QNetworkReply &reply)
-{
-    const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (!status.isValid())
-        return {};
-    UrlResponse response { status.toInt(), {}, {} };
-    for (const auto &field : reply.rawHeaderPairs())
-        response.headers.append({ field.first, field.second });
-    const QByteArray type = reply.rawHeader("Content-Type");
-    response.mimeType = type.split(';').constFirst().trimmed().toLower();
-    return response;
 }
 
 } // namespace
@@ -150,67 +94,103 @@ UrlCall::UrlCall(
     : QObject(parent)
     , m_request(std::move(request))
     , m_handler(std::move(handler))
-    , m_maximumBytes(maximumBytes)
+    , m_answer(maximumBytes)
 {
     m_deadline.setSingleShot(true);
     m_deadline.setTimerType(Qt::PreciseTimer);
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         finish({ { TransportError::timedOut, QStringLiteral("The request timed out.") } });
     });
+    m_deadline.start(m_request.timeout);
 }
 
-UrlCall::~UrlCall()
-{
-    release();
-    delete m_reply; // before the manager may go, whose child it is
-}
+UrlCall::~UrlCall() { release(); }
 
-void UrlCall::start(std::shared_ptr<QNetworkAccessManager> manager, std::function<void()> spoilt)
+void UrlCall::start()
 {
-    m_manager = std::move(manager);
-    m_spoilt = std::move(spoilt);
-    const QString scheme = m_request.url.scheme();
-    if (scheme != QLatin1String("http") && scheme != QLatin1String("https")) {
+    if (!m_handler)
+        return; // ended while it waited
+    const QUrl &url = m_request.url;
+    const bool isSecure = url.scheme() == QLatin1String("https");
+    if ((!isSecure && url.scheme() != QLatin1String("http")) || url.host().isEmpty()) {
         finish({ { TransportError::unsupportedUrl, QStringLiteral("unsupported URL") } });
         return;
     }
 
-    m_deadline.start(m_request.timeout);
-    QNetworkRequest request = networkRequest(m_request);
-    if (m_request.method == "GET") {
-        m_reply = m_manager->get(request);
+    // Proxies of HTTP pass plain requests on; through the other kinds the socket makes its way.
+    const QNetworkProxy proxy = proxyFor(url);
+    const bool isHttpProxy =
+        proxy.type() == QNetworkProxy::HttpProxy || proxy.type() == QNetworkProxy::HttpCachingProxy;
+    const bool isProxied = isHttpProxy && !isSecure;
+    const auto ready = [this, isProxied, name = isProxied ? authorization(proxy) : QByteArray()] {
+        send(name, isProxied);
+    };
+    if (isSecure) {
+        auto *secure = new QSslSocket(this);
+        connect(secure, &QSslSocket::encrypted, this, ready);
+        m_socket = secure;
     } else {
-        const QByteArray bytes = m_request.body.value_or(QByteArray());
-        // Without a length the stack would buffer the body, and could rewind it.
-        request.setHeader(QNetworkRequest::ContentLengthHeader, bytes.size());
-        auto body = std::make_unique<UploadBody>(bytes);
-        m_reply = m_manager->sendCustomRequest(request, m_request.method, body.get());
-        body.release()->setParent(m_reply);
+        m_socket = new QTcpSocket(this);
+        connect(m_socket, &Socket::connected, this, ready);
     }
-    // Without a bound the stack would take whatever comes before it says a word of it to read().
-    m_reply->setReadBufferSize(readBufferSize);
-    // The stack would connect again for ever to a peer that resets each connection at once.
-    connect(m_reply, &QNetworkReply::socketStartedConnecting, this, [this] {
-        if (++m_connections > mostConnections)
-            finish({ { TransportError::networkConnectionLost,
-                QStringLiteral("The peer resets every connection.") } });
-    });
-    connect(m_reply, &QNetworkReply::readyRead, this, &UrlCall::read);
-    connect(m_reply, &QNetworkReply::finished, this, [this] {
-        read();
-        if (m_reply)
-            finish(transportError(*m_reply, m_data.size()));
-    });
+    m_socket->setReadBufferSize(readBufferSize);
+    connect(m_socket, &Socket::readyRead, this, &UrlCall::read);
+    connect(m_socket, &Socket::errorOccurred, this, &UrlCall::end);
+    if (isProxied) {
+        m_socket->setProxy(QNetworkProxy::NoProxy);
+        m_socket->connectToHost(proxy.hostName(), proxy.port());
+        return;
+    }
+    m_socket->setProxy(isHttpProxy ? QNetworkProxy(QNetworkProxy::HttpProxy, proxy.hostName(),
+                           proxy.port(), proxy.user(), proxy.password())
+                                   : proxy);
+    if (isSecure)
+        static_cast<QSslSocket *>(m_socket)->connectToHostEncrypted(
+            url.host(QUrl::FullyEncoded), static_cast<quint16>(url.port(443)));
+    else
+        m_socket->connectToHost(url.host(QUrl::FullyEncoded), static_cast<quint16>(url.port(80)));
 }
 
 void UrlCall::cancel() { finish({ { TransportError::cancelled, QStringLiteral("cancelled") } }); }
 
+void UrlCall::send(const QByteArray &proxyAuthorization, bool isProxied)
+{
+    m_socket->write(message(m_request, isProxied, proxyAuthorization));
+    m_socket->flush(); // before an answer that has come already ends the call
+}
+
 void UrlCall::read()
 {
-    m_data += m_reply->readAll();
-    if (m_data.size() > m_maximumBytes)
-        finish({ { TransportError::networkConnectionLost,
-            QStringLiteral("The answer is longer than %1 bytes.").arg(m_maximumBytes) } });
+    while (m_socket && m_socket->bytesAvailable() > 0) {
+        switch (m_answer.read(m_socket->readAll())) {
+        case HttpAnswer::State::incomplete:
+            break;
+        case HttpAnswer::State::whole:
+            finish({});
+            return;
+        case HttpAnswer::State::broken:
+            finish({ { TransportError::cannotParseResponse,
+                QStringLiteral("The answer is no HTTP.") } });
+            return;
+        case HttpAnswer::State::tooLong:
+            finish({ { TransportError::networkConnectionLost,
+                QStringLiteral("The answer is too long.") } });
+            return;
+        }
+    }
+}
+
+void UrlCall::end()
+{
+    const auto error = m_socket->error();
+    const QString description = m_socket->errorString();
+    read();
+    if (!m_handler)
+        return;
+    if (error == Socket::RemoteHostClosedError && m_answer.end() == HttpAnswer::State::whole)
+        finish({});
+    else
+        finish({ { transportCode(error), description } });
 }
 
 void UrlCall::finish(std::optional<TransportError> error)
@@ -219,26 +199,20 @@ void UrlCall::finish(std::optional<TransportError> error)
     const auto handler = std::exchange(m_handler, {});
     if (!handler)
         return;
-    deleteLater(); // its own signal may have led here
-    // The stack closes where the peer says that it does, and only there.
-    if (m_reply
-        && (!m_reply->isFinished()
-            || m_reply->rawHeader("Connection").compare("close", Qt::CaseInsensitive) != 0))
-        m_spoilt();
-    auto response = m_reply ? urlResponse(*m_reply) : std::nullopt;
-    auto data = response && !error ? std::optional(std::move(m_data)) : std::nullopt;
-    m_data.clear();
+    deleteLater(); // a signal of the socket may have led here
     release();
+    auto response = m_answer.response();
+    auto data = response && !error ? std::optional(m_answer.takeBody()) : std::nullopt;
     handler(std::move(data), std::move(response), std::move(error));
 }
 
 void UrlCall::release()
 {
     m_deadline.stop();
-    if (!m_reply)
+    if (!m_socket)
         return;
-    m_reply->disconnect(this);
-    m_reply->abort();
+    m_socket->disconnect(this);
+    m_socket->abort();
 }
 
 } // namespace parloquin

@@ -5,10 +5,9 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
 #include <QtCore/QPointer>
-#include <QtNetwork/QNetworkAccessManager>
 
 #include <atomic>
-#include <chrono>
+#include <deque>
 #include <future>
 #include <mutex>
 #include <thread>
@@ -29,18 +28,7 @@ struct UrlSessionTask::State {
 
 namespace {
 
-/// Makes a manager whose end never holds the caller up for long: its thread may be busy with a peer
-/// that sends for ever, and the stack would wait for it for seconds.
-std::shared_ptr<QNetworkAccessManager> makeManager()
-{
-    return { new QNetworkAccessManager, [](QNetworkAccessManager *manager) {
-                manager->moveToThread(nullptr);
-                std::packaged_task<void()> end([manager] { delete manager; });
-                const std::future<void> ended = end.get_future();
-                std::thread(std::move(end)).detach();
-                ended.wait_for(std::chrono::milliseconds(200));
-            } };
-}
+constexpr int mostDownloads = 6; // at once: a long list of pictures must not use up the descriptors
 
 } // namespace
 
@@ -49,15 +37,17 @@ struct UrlSession::Private {
     void post(std::function<void()> block);
     void run(std::promise<void> started);
     void stop();
-    /// Sends a call by one of the managers, which is replaced for later calls when it is spoilt.
-    void start(UrlCall &call, std::shared_ptr<QNetworkAccessManager> &manager);
+    /// Starts waiting downloads while there is room for them.
+    void startDownloads();
 
     std::thread thread;
     std::mutex mutex; ///< of `loop`
     QEventLoop *loop = nullptr; ///< the thread's, while it takes blocks
-    std::shared_ptr<QNetworkAccessManager> uploads; ///< the thread's
-    std::shared_ptr<QNetworkAccessManager> downloads; ///< the thread's
-    QObject *calls = nullptr; ///< the thread's; parent of those under way
+
+    // The thread's own:
+    QObject *calls = nullptr; ///< parent of those under way
+    std::deque<QPointer<UrlCall>> waitingDownloads;
+    int downloads = 0; ///< under way
 };
 
 void UrlSession::Private::post(std::function<void()> block)
@@ -65,13 +55,13 @@ void UrlSession::Private::post(std::function<void()> block)
     const std::lock_guard lock(mutex);
     if (!loop)
         return;
-    // Both sides take the lock: what one thread wrote before the hand-over the other then sees,
-    // also in the eyes of a race detector that cannot look into the event queue.
+    // Both sides take the lock, before they touch what is handed over: what one thread wrote the
+    // other then sees, also in the eyes of a race detector that cannot look into the event queue.
     QMetaObject::invokeMethod(
         loop,
-        [this, block = std::move(block)] {
+        [block = std::move(block)] {
             {
-                const std::lock_guard handedOver(mutex);
+                const std::lock_guard handedOver(shared().d->mutex);
             }
             block();
         },
@@ -80,28 +70,28 @@ void UrlSession::Private::post(std::function<void()> block)
 
 void UrlSession::Private::run(std::promise<void> started)
 {
-    // A manager opens six connections to a host and lets further requests wait. Two of them, so
-    // that slow pictures never stand in a call's way.
-    uploads = makeManager();
-    downloads = makeManager();
-    {
-        QObject threadCalls; // goes before the managers: its calls abort their replies
-        QEventLoop threadLoop;
-        calls = &threadCalls;
-        loop = &threadLoop;
-        started.set_value();
-        threadLoop.exec();
-    }
-    uploads.reset();
-    downloads.reset();
+    QObject threadCalls;
+    QEventLoop threadLoop;
+    calls = &threadCalls;
+    loop = &threadLoop;
+    started.set_value();
+    threadLoop.exec();
 }
 
-void UrlSession::Private::start(UrlCall &call, std::shared_ptr<QNetworkAccessManager> &manager)
+void UrlSession::Private::startDownloads()
 {
-    call.start(manager, [&manager, used = std::weak_ptr(manager)] {
-        if (manager == used.lock())
-            manager = makeManager();
-    });
+    while (downloads < mostDownloads && !waitingDownloads.empty()) {
+        const QPointer<UrlCall> call = waitingDownloads.front();
+        waitingDownloads.pop_front();
+        if (!call)
+            continue;
+        ++downloads;
+        QObject::connect(call, &QObject::destroyed, calls, [this] {
+            --downloads;
+            startDownloads();
+        });
+        call->start();
+    }
 }
 
 void UrlSession::Private::stop()
@@ -159,7 +149,12 @@ void UrlSessionTask::resume()
     session.post(
         [&session, state = d, request = std::move(d->request), handler = std::move(d->handler)] {
             state->call = new UrlCall(request, handler, state->maximumBytes, session.calls);
-            session.start(*state->call, request.body ? session.uploads : session.downloads);
+            if (request.body) {
+                state->call->start(); // no call ever waits, least of all for pictures
+            } else {
+                session.waitingDownloads.push_back(state->call);
+                session.startDownloads();
+            }
         });
 }
 

@@ -23,8 +23,8 @@ struct TransportError {
     static constexpr int cancelled              = -999;
     static constexpr int timedOut               = -1001; ///< the deadline of the call is over
     static constexpr int unsupportedUrl         = -1002; ///< neither http nor https
-    static constexpr int cannotFindHost         = -1003;
-    static constexpr int cannotConnectToHost    = -1004; ///< refused, or the proxy cannot be reached
+    static constexpr int cannotFindHost         = -1003; ///< or the proxy
+    static constexpr int cannotConnectToHost    = -1004; ///< refused, by the host or the proxy
     static constexpr int networkConnectionLost  = -1005; ///< closed, reset, or more than the call takes
     static constexpr int notConnectedToInternet = -1009; ///< no way to that network
     static constexpr int cannotParseResponse    = -1017; ///< what came is no HTTP
