@@ -25,6 +25,16 @@ std::optional<qint64> number(QByteArrayView digits, int base)
     return value;
 }
 
+/// \return the length that a field tells; it may stand there several times, always the same
+std::optional<qint64> contentLength(const QByteArray &value)
+{
+    const QByteArrayList lengths = value.split(',');
+    const QByteArray first = lengths.constFirst().trimmed();
+    const bool agree = std::all_of(lengths.begin(), lengths.end(),
+        [&first](const QByteArray &length) { return length.trimmed() == first; });
+    return agree ? number(first, 10) : std::nullopt;
+}
+
 } // namespace
 
 HttpAnswer::HttpAnswer(qint64 maximumBytes)
@@ -158,7 +168,7 @@ void HttpAnswer::startBody()
     } else if (length.isEmpty() || !coding.isEmpty()) {
         m_part = Part::bodyToEnd;
         m_expected = m_maximumBytes + 1; // one more, which is too much
-    } else if (const auto bytes = number(length, 10)) {
+    } else if (const auto bytes = contentLength(length)) {
         expect(*bytes, Part::body);
     } else {
         m_state = State::broken;

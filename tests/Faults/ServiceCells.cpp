@@ -60,7 +60,7 @@ const Fault wireFaults[] = {
     { "stall@after", usual }, { "garbage@after", usual }, { "endless@after", usual },
     { "redirect:301:http://OTHER/", usual }, { "redirect:307:http://OTHER/", usual },
     { "length:+7", failed }, { "length:-7", failed }, { "length:none", usual },
-    { "length:twice", usual }, { "chunks:broken", failed }, { "chunks:endless", failed },
+    { "length:twice", failed }, { "chunks:broken", failed }, { "chunks:endless", failed },
     { "gzip:67108864", failed }, { "cookie", usual },
     { "body:0", failed }, { "body:1", failed }, { "body:17", failed }, { "body:67108864", failed },
     { "status:204", failed }, { "status:404", usual }, { "status:500", usual },
