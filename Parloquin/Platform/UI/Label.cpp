@@ -10,6 +10,10 @@
 
 namespace parloquin {
 
+namespace {
+constexpr int smallest = 6; // px, that a text shrinks to
+}
+
 Label::Label(QWidget *parent)
     : QLabel(parent)
     , m_color(Style::ink)
@@ -61,10 +65,20 @@ void Label::paintEvent(QPaintEvent *)
     painter.setPen(m_color);
     auto drawn = font();
     TextBlock block(text(), drawn, width(), m_lines);
-    // Advances do not scale exactly with the size: step down until it fits.
-    while (m_shrinks && block.isElided() && drawn.pixelSize() > 6) {
-        drawn.setPixelSize(drawn.pixelSize() - 1);
-        block = TextBlock(text(), drawn, width(), m_lines);
+    if (m_shrinks && block.isElided()) {
+        const auto shrinkTo = [&](int pixels) {
+            drawn.setPixelSize(pixels);
+            block = TextBlock(text(), drawn, width(), m_lines);
+        };
+        const int wanted = drawn.pixelSize();
+        shrinkTo(smallest);
+        // Advances do not scale exactly with the size: step down until it fits. What never fits, a
+        // text of any length, is not laid out at each size.
+        if (!block.isElided()) {
+            shrinkTo(wanted - 1);
+            while (block.isElided())
+                shrinkTo(drawn.pixelSize() - 1);
+        }
     }
     block.draw(painter, rect(), QStyle::visualAlignment(layoutDirection(), alignment()));
 }
