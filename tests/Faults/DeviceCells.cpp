@@ -1,10 +1,10 @@
 // What the device may do: its network, its modems and the bus that tells of them.
 #include "Faults/FaultTest.h"
-#include "Faults/SystemBus.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Platform/Telephony.h"
 #include "support/OwnNetwork.h"
 
+#include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
 #include <linux/netlink.h>
@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <map>
 
 using namespace parloquin;
 using namespace Qt::StringLiterals;
@@ -49,19 +50,6 @@ extern "C" ssize_t __wrap_recvmsg(int fd, msghdr *message, int flags) // NOLINT
 
 namespace {
 
-/// Until the kit has taken what the kernel told it, whatever lay between.
-bool gateBecomes(bool isReachable)
-{
-    int same = 0;
-    return QTest::qWaitFor(
-        [&] {
-            const bool is = ApiSessionHelper::shared().isNetworkReachable == isReachable;
-            same = is ? same + 1 : 0;
-            return same == 20;
-        },
-        patience);
-}
-
 const QByteArray route = "route add default via 10.9.0.1\n";
 const QByteArray flaps = ("route del default\n" + route).repeated(1000);
 
@@ -89,124 +77,116 @@ const Network networks[] = {
     { "dump interrupted for seconds", "route del default", route, 200 },
 };
 
-void change(const FaultTest &test, const QByteArray &commands, bool isReachable)
+/// Until the kit has taken what the kernel told it, whatever lay between.
+void change(FaultTest &test, const QByteArray &commands, bool isReachable)
 {
     const bool isTooMuch = commands.size() > flaps.size();
     const int before = overruns;
     {
-        const auto pause = test.pause();
+        const auto pause = test.yardstick.pause();
         isHeld = isTooMuch;
         EXPECT_TRUE(ip(commands));
         isHeld = false;
         isHeld.notify_all();
     }
-    EXPECT_TRUE(gateBecomes(isReachable)) << commands.right(200).constData();
+    int same = 0;
+    const auto isThrough = [&] {
+        const bool is = ApiSessionHelper::shared().isNetworkReachable == isReachable;
+        same = is ? same + 1 : 0;
+        return same == 20;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isThrough, patience)) << commands.right(200).constData();
     EXPECT_EQ(overruns > before, isTooMuch);
 }
 
 /// The call is refused at once, and the next one after the network has come back is not.
 Cell cut(const Network &row, const QByteArray &call, const QStringList &outcomes)
 {
-    const auto setUp = [](FaultTest &test) {
+    const auto act = [=](FaultTest &test) {
         ApiSessionHelper::shared().isNetworkReachable = false;
         change(test, wired + route, true);
-    };
-    const auto act = [=](FaultTest &test) {
         test.goTo(call);
         test.setOutcome(call, "success");
         interruptions = row.interruptions;
         change(test, row.breaks, false);
         EXPECT_EQ(interruptions, 0) << "not so often";
-        test.make(call);
-        test.waitForAnswers();
+        test.makeAndWait(call);
         EXPECT_EQ(test.posts(call), 0);
         change(test, row.restores, true);
         if (call == "init") {
             test.goTo("check");
-            test.make("check");
-            test.waitForAnswers();
+            test.makeAndWait("check");
         }
         const bool hasModem = row.restores.startsWith(modem);
         change(test, hasModem ? "link del wwan0\nlink del d0" : "link del d0", false);
     };
-    Cell cell { row.fault, call, setUp, act, outcomes, {}, row.inSample };
-    cell.inOwnNetwork = true;
-    return cell;
+    return { row.fault, call, act, outcomes, {}, row.inSample, isInOwnNetwork };
+}
+
+/// A system bus of the test's own, with a modem service made of mock objects.
+class SystemBus {
+public:
+    SystemBus()
+    {
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + m_folder.filePath(u"bus"_s).toUtf8());
+    }
+    void play(const QByteArray &steps);
+
+private:
+    const QTemporaryDir m_folder; // of its socket
+    std::map<QByteArray, Process> m_programs;
+};
+
+/// \param steps "start" and "end" of programs, the other words of the file `modems`, and "ask",
+/// which another container does; semicolons between
+void SystemBus::play(const QByteArray &steps)
+{
+    for (const QByteArray &step : steps.split(';')) {
+        std::vector<std::string> command { "/bin/sh", MODEMS, m_folder.path().toStdString() };
+        const auto words = step.simplified().split(' ');
+        if (words[0] == "start") {
+            command.push_back(words[1].toStdString());
+            m_programs.erase(words[1]);
+            auto &program = m_programs.emplace(words[1], command).first->second;
+            EXPECT_NE(program.waitForOutput("\n"), "");
+        } else if (words[0] == "end") {
+            m_programs.erase(words[1]);
+        } else if (words[0] == "ask") {
+            Telephony::shared().ask();
+        } else {
+            for (const QByteArray &word : words)
+                command.push_back(word == "locked" ? "" : word.toStdString());
+            Process told(command);
+            EXPECT_EQ(told.waitForEnd(), 0) << told.output();
+        }
+    }
 }
 
 struct Modem {
     const char *fault;
-    std::function<void(SystemBus &)> prepare;
+    QByteArray prepare; ///< steps
     QString country; ///< that is sent; empty: none
-    std::function<void(SystemBus &)> change; ///< while the container is open
+    QByteArray change; ///< while the container is open
     QString countryThen;
     bool inSample = false;
 };
-
-/// A SIM each, in a modem of the same number; the last one is told of.
-void insert(SystemBus &bus, const QStringList &identifiers)
-{
-    for (int i = 0; i < identifiers.size(); ++i) {
-        bus.addSim(i, identifiers.at(i));
-        bus.addModem(i);
-        bus.tellOf(i);
-    }
-}
-std::function<void(SystemBus &)> busWith(const QStringList &identifiers)
-{
-    return [identifiers](SystemBus &bus) {
-        bus.start();
-        bus.startService();
-        insert(bus, identifiers);
-    };
-}
-void beginAnew(SystemBus &bus)
-{
-    busWith({ u"26201"_s })(bus);
-    Telephony::shared().ask(); // as another container does
-}
-void setAddress(const QString &path)
-{
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + path.toUtf8());
-}
-
-const auto noBus = [](SystemBus &bus) { setAddress(bus.folder.filePath(u"none"_s)); };
-const auto silentBus = [](SystemBus &bus) {
-    EXPECT_TRUE(bus.silent.listen(bus.folder.filePath(u"silent"_s)));
-    setAddress(bus.silent.fullServerName());
-};
-const auto dies = [](SystemBus &bus) {
-    bus.stop();
-    Telephony::shared().ask();
-};
-const auto silentService = [](SystemBus &bus) {
-    bus.start();
-    bus.startService(false);
-};
-const auto modemComes = [](SystemBus &bus) { insert(bus, { u"26201"_s }); };
-const auto serviceComes = [](SystemBus &bus) {
-    bus.startService();
-    modemComes(bus);
-};
-const auto isTakenOut = [](SystemBus &bus) { bus.putIn(0, {}); };
-const auto isExchanged = [](SystemBus &bus) {
-    bus.addSim(1, u"26201"_s);
-    bus.putIn(0, 1);
-};
-const auto oneModem = busWith({ u"23201"_s });
-
+const QByteArray service = "start bus; start service; await";
+const QByteArray austrian = service + "; modem 0 23201";
+const QByteArray german = "modem 0 26201";
+const QByteArray anew = "end silence; " + service + "; " + german + "; ask";
 const Modem modems[] = {
-    { "no bus", noBus, {}, beginAnew, u"de"_s },
-    { "silent bus", silentBus, {}, beginAnew, u"de"_s, true },
-    { "dying bus", oneModem, u"at"_s, dies, {} },
-    { "no modem service", [](auto &bus) { bus.start(); }, {}, serviceComes, u"de"_s },
-    { "dying modem service", oneModem, u"at"_s, [](auto &bus) { bus.stopService(); }, {} },
-    { "silent modem service", silentService, {}, serviceComes, u"de"_s },
-    { "0 modems", busWith({}), {}, modemComes, u"de"_s },
-    { "2 modems", busWith({ u"20801"_s, u"26201"_s }), u"fr"_s, isTakenOut, {} }, // not the second
-    { "SIM removed", oneModem, u"at"_s, isTakenOut, {}, true },
-    { "SIM locked", busWith({ {} }), {}, [](auto &bus) { bus.unlock(0, u"26201"_s); }, u"de"_s },
-    { "SIM exchanged", oneModem, u"at"_s, isExchanged, u"de"_s },
+    { "no bus", "end bus", {}, anew, u"de"_s },
+    { "silent bus", "start silence", {}, anew, u"de"_s, true },
+    { "dying bus", austrian, u"at"_s, "end bus; ask", {} },
+    { "no modem service", "start bus", {}, "start service; " + german, u"de"_s },
+    { "dying modem service", austrian, u"at"_s, "end service", {} },
+    { "silent modem service", "start bus; start plain-service; mute", {},
+        "end plain-service; start service; " + german, u"de"_s },
+    { "0 modems", service, {}, german, u"de"_s },
+    { "2 modems", service + "; modem 0 20801; modem 1 26201", u"fr"_s, "takeOut 0", {} },
+    { "SIM removed", austrian, u"at"_s, "takeOut 0", {}, true },
+    { "SIM locked", service + "; modem 0 locked", {}, "unlock 0 26201", u"de"_s },
+    { "SIM exchanged", austrian, u"at"_s, "sim 1 26201; put 0 1", u"de"_s },
 };
 
 /// The country becomes that, and `start` says so to the service.
@@ -217,11 +197,10 @@ void start(FaultTest &test, const QString &country)
         patience))
         << country.toStdString();
     FaultTest::forgetHandlerArguments();
-    const auto before = test.console().size();
-    test.make("start");
-    test.waitForAnswers();
-    EXPECT_TRUE(QTest::qWaitFor([] { return !FaultTest::handlerArguments().isEmpty(); }));
-    const QByteArray sent = test.console().mid(before);
+    const auto before = Yardstick::output().size();
+    test.makeAndWait("start");
+    EXPECT_TRUE(FaultTest::waitForLink());
+    const QByteArray sent = Yardstick::output().mid(before);
     const QByteArray key = "\"countryCode\":";
     EXPECT_TRUE(
         country.isEmpty() ? !sent.contains(key) : sent.contains(key + '"' + country.toUtf8() + '"'))
@@ -230,27 +209,21 @@ void start(FaultTest &test, const QString &country)
 
 Cell told(const Modem &row)
 {
-    const auto bus = std::make_shared<std::unique_ptr<SystemBus>>();
-    const auto setUp = [=](FaultTest &test) {
-        const auto pause = test.pause();
-        *bus = std::make_unique<SystemBus>();
-        row.prepare(**bus);
-    };
-    const auto act = [=](FaultTest &test) {
+    const auto act = [&row](FaultTest &test) {
+        SystemBus bus;
+        const auto play = [&](const QByteArray &steps) {
+            const auto pause = test.yardstick.pause();
+            bus.play(steps);
+        };
+        play(row.prepare);
         test.goTo("start");
         start(test, row.country);
-        {
-            const auto pause = test.pause();
-            row.change(**bus);
-        }
+        play(row.change);
         start(test, row.countryThen);
         EXPECT_TRUE(test.leadTo("check"));
-        test.make("check");
-        test.waitForAnswers();
-        const auto pause = test.pause();
-        bus->reset();
+        test.makeAndWait("check");
     };
-    return { row.fault, "start", setUp, act, { u"succeeded"_s }, "apps 2 icon link", row.inSample };
+    return { row.fault, "start", act, { u"succeeded"_s }, "apps 2 icon link", row.inSample };
 }
 
 } // namespace

@@ -19,25 +19,29 @@ public:
     explicit FaultTest(const std::vector<std::string> &sandboxOptions = {});
 
     static constexpr auto number = "5550123487"; ///< that the user enters
-    static constexpr std::chrono::milliseconds shortDeadline { 400 };
     static constexpr auto code = "#Q7"; ///< that the service sends
+    static constexpr std::chrono::milliseconds shortDeadline { 400 };
+    static const QList<QByteArray> roadByApp; ///< the calls of each road, in order
+    static const QList<QByteArray> roadBySms;
 
     /// Everything up to the tap (or the return) that makes the call; the answers so far are usual.
     void goTo(const QByteArray &call);
     /// What the user does between the answer of the call before and the tap that makes this one.
     /// \return false when the screen for it does not show
     [[nodiscard]] bool leadTo(const QByteArray &call);
-    static const QList<QByteArray> roadByApp; ///< the calls of each road, in order
-    static const QList<QByteArray> roadBySms;
     /// The tap itself.
     void make(const QByteArray &call);
-    /// Until every request has had its completion and the main thread has dealt with it.
-    void waitForAnswers();
     /// Until the request of the last make() is on its way.
     void waitForRequest() const;
+    /// Until every request has had its completion and the main thread has dealt with it.
+    void waitForAnswers();
+    void makeAndWait(const QByteArray &call);
     /// What the user sees: "apps 2", "phone", "countries 12", "code", each with " link" behind it
     /// when the messaging app was opened; "closed".
     [[nodiscard]] QByteArray scene() const;
+    [[nodiscard]] bool waitForScene(const QByteArray &wanted,
+        std::chrono::milliseconds patience = std::chrono::seconds(5)) const;
+    [[nodiscard]] static bool waitForLink();
 
     /// How the service answers a call from now on: an outcome as in its scenario.
     void setOutcome(const QByteArray &call, const nlohmann::json &outcome);
@@ -45,44 +49,21 @@ public:
     void setFault(const QByteArray &call, QByteArray text);
     void setDeadline(std::chrono::milliseconds deadline);
     /// POSTs of a call that reached the service since its outcome was set.
-    [[nodiscard]] int posts(const QByteArray &call) const;
-    [[nodiscard]] bool waitForScene(const QByteArray &wanted,
-        std::chrono::milliseconds patience = std::chrono::seconds(3)) const;
-
-    /// Calls of the service that the kit has made so far.
-    [[nodiscard]] qsizetype calls() const { return m_yardstick.requests(); }
-    /// All that was written so far.
-    [[nodiscard]] QByteArray console() const { return m_yardstick.output(); }
+    [[nodiscard]] int posts(const QByteArray &call);
 
     void playInRounds(const Cell &cell);
 
-    /// See Yardstick.
-    [[nodiscard]] std::shared_ptr<void> pause() const { return m_yardstick.pause(); }
-    void say(const QByteArray &line) const { m_yardstick.say(line); }
+    Sandbox service; // `server` is another host, where no request may ever come
+    Yardstick yardstick;
     std::unique_ptr<ParloquinViewController> other; ///< where a cell has two containers
-
-    using ContainerTest::comeBack;
-    using ContainerTest::container;
-    using ContainerTest::delegate;
-    using ContainerTest::find;
-    using ContainerTest::forgetHandlerArguments;
-    using ContainerTest::handlerArguments;
-    using ContainerTest::present;
-    using ContainerTest::server; ///< another host: where no request may ever come
-    using ContainerTest::takeHandlerStarts;
-    using ContainerTest::tap;
-    using ContainerTest::tapRow;
 
 protected:
     void SetUp() override;
 
-    Sandbox m_service;
-    Yardstick m_yardstick;
-
 private:
     void play(const Cell &cell);
     /// A GET where there is no body.
-    nlohmann::json askService(const char *path, const nlohmann::json &body = {}) const;
+    nlohmann::json askService(const char *path, const nlohmann::json &body = {});
     bool send(const QString &message);
 
     std::chrono::milliseconds m_deadline {};

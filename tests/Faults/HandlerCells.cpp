@@ -1,10 +1,11 @@
 // What a link and the app that it names may do.
 #include "Faults/FaultTest.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QTemporaryDir>
 #include <QtNetwork/QLocalServer>
-#include <QtTest/QTest>
 
+using namespace Qt::StringLiterals;
 using nlohmann::json;
 
 namespace {
@@ -48,23 +49,20 @@ Cell opened(const Link &row)
         test.setOutcome("start", { { { "fault", "json:result.deeplink=" + text } }, "success" });
         QCoreApplication::processEvents(); // the heartbeat: that was the test's own time
         test.goTo("start");
-        test.make("start");
-        test.waitForAnswers();
+        test.makeAndWait("start");
         if (row.isOpened) {
-            (void)QTest::qWaitFor([] { return !FaultTest::handlerArguments().isEmpty(); });
+            (void)FaultTest::waitForLink();
             const QString link = QString::fromUtf8(row.link);
             EXPECT_EQ(FaultTest::handlerArguments(),
-                row.link.startsWith("options")
-                    ? QStringList({ QStringLiteral("--link"), link, QStringLiteral("end") })
-                    : QStringList(link));
+                link.startsWith(u"options"_s) ? QStringList({ u"--link"_s, link, u"end"_s })
+                                              : QStringList(link));
             FaultTest::forgetHandlerArguments();
         }
-        test.make("start");
-        test.waitForAnswers();
-        EXPECT_TRUE(QTest::qWaitFor([] { return !FaultTest::handlerArguments().isEmpty(); }));
+        test.makeAndWait("start");
+        EXPECT_TRUE(FaultTest::waitForLink());
         EXPECT_EQ(FaultTest::takeHandlerStarts(), row.isOpened ? 2 : 1);
     };
-    return { row.fault, "start", {}, act, {}, {}, row.inSample };
+    return { row.fault, "start", act, {}, {}, row.inSample };
 }
 
 /// An app of the list whose handler is like this: its row does nothing.
@@ -74,39 +72,38 @@ Cell ignored(const char *fault, const char *package)
         const std::string path = "json:result.list[0].appPackage=";
         test.setOutcome("init", { { "fault", path + json(package).dump() } });
         test.goTo("start");
-        const auto before = test.calls();
+        const auto before = Yardstick::requests();
         test.tapRow(0);
-        test.make("init"); // behind what the tap did
-        test.waitForAnswers();
-        EXPECT_EQ(test.calls() - before, 1);
+        test.makeAndWait("init"); // behind what the tap did
+        EXPECT_EQ(Yardstick::requests() - before, 1);
     };
-    return { fault, "app", {}, act, {}, {}, false };
+    return { fault, "app", act, {}, {} };
 }
 
-Cell silentBus()
+void startOnSilentBus(FaultTest &test)
 {
-    const auto act = [](FaultTest &test) {
-        const QTemporaryDir folder;
-        QLocalServer bus; // takes connections and says nothing
-        ASSERT_TRUE(bus.listen(folder.filePath(QStringLiteral("bus"))));
-        const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bus.fullServerName().toUtf8());
-        test.goTo("start");
-        test.make("start");
-        test.waitForAnswers();
-        EXPECT_TRUE(QTest::qWaitFor([] { return !FaultTest::handlerArguments().isEmpty(); }));
-        qputenv("DBUS_SESSION_BUS_ADDRESS", before);
-    };
-    return { "silent session bus", "start", {}, act, {}, {}, true };
+    const QTemporaryDir folder;
+    QLocalServer bus; // takes connections and says nothing
+    ASSERT_TRUE(bus.listen(folder.filePath(u"bus"_s)));
+    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bus.fullServerName().toUtf8());
+    test.goTo("start");
+    test.makeAndWait("start");
+    EXPECT_TRUE(FaultTest::waitForLink());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", before);
 }
 
 } // namespace
 
 std::vector<Cell> handlerCells()
 {
-    std::vector<Cell> cells { silentBus(), ignored("no handler", "unknown://"),
-        ignored("missing binary", "gone://"), ignored("no URL", "not a url"),
-        ignored("file", "file://") };
+    std::vector<Cell> cells {
+        { "silent session bus", "start", startOnSilentBus, {}, {}, true },
+        ignored("no handler", "unknown://"),
+        ignored("missing binary", "gone://"),
+        ignored("no URL", "not a url"),
+        ignored("file", "file://"),
+    };
     for (const Link &row : links)
         cells.push_back(opened(row));
     return cells;

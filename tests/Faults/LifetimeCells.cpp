@@ -1,7 +1,7 @@
 // Containers, delegates and applications that go while an answer is still to come.
-#include "Faults/Calls.h"
 #include "Faults/FaultTest.h"
 
+#include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
 using namespace std::chrono_literals;
@@ -11,32 +11,31 @@ namespace {
 
 /// What the host does while the call is out, and what it then hears and shows of it.
 struct Leaving {
-    const char *name;
-    void (*leave)(FaultTest &test);
+    QByteArray name;
+    Step leave;
     bool hearsUsual, hearsFailure;
-    const char *scene; // null: as the answer has it
+    QByteArray scene; ///< empty: as the answer has it
 };
-
 const Leaving leavings[] = {
-    { "container deleted", [](FaultTest &test) { test.container.reset(); }, false, true, "closed" },
-    { "container closed", [](FaultTest &test) { test.container->close(); }, true, true, "closed" },
-    { "delegate taken away", [](FaultTest &test) { test.container->setKitDelegate(nullptr); },
-        false, false, nullptr },
+    { "container deleted", [](auto &test) { test.container.reset(); }, false, true, "closed" },
+    { "container closed", [](auto &test) { test.container->close(); }, true, true, "closed" },
+    { "delegate taken away", [](auto &test) { test.container->setKitDelegate(nullptr); }, false,
+        false, {} },
     { "delegate replaced",
-        [](FaultTest &test) {
+        [](auto &test) {
             test.delegate = std::make_shared<RecordingDelegate>(); // the first may go
             test.container->setKitDelegate(test.delegate);
         },
-        true, true, nullptr },
+        true, true, {} },
     { "delegate deletes the container",
-        [](FaultTest &test) {
+        [](auto &test) {
             test.delegate->whenTold = [&test] {
                 QMetaObject::invokeMethod(qApp, [&test] { test.container.reset(); });
             };
         },
         true, true, "closed" },
     { "second container",
-        [](FaultTest &test) {
+        [](auto &test) {
             test.other = std::move(test.container);
             test.make("init");
         },
@@ -44,16 +43,44 @@ const Leaving leavings[] = {
 };
 
 struct Answer {
-    const char *name;
+    QByteArray name;
     json outcome;
     Kind kind;
+    std::chrono::milliseconds deadline = 10s;
 };
-
 const Answer answers[] = {
     { "answered", { { "delayMs", 250 } }, usual },
     { "reset", { { "delayMs", 250 }, { "fault", "reset@before" } }, failed },
-    { "unanswered", { { "fault", "stall@before" } }, failed },
+    { "unanswered", { { "fault", "stall@before" } }, failed, FaultTest::shortDeadline },
 };
+
+Cell left(const Call &call, const Leaving &leaving, const Answer &answer)
+{
+    const auto act = [&](FaultTest &test) {
+        ASSERT_NO_FATAL_FAILURE(test.goTo(call.name));
+        test.setOutcome(call.name, { answer.outcome, "success" });
+        test.setDeadline(answer.deadline);
+        test.make(call.name);
+        test.waitForRequest();
+        if (leaving.name == "second container") { // whose request must not overtake this one
+            EXPECT_TRUE(QTest::qWaitFor([&] { return test.posts(call.name) == 1; }));
+        }
+        test.setDeadline(10s); // of what comes later
+        leaving.leave(test);
+        test.waitForAnswers();
+        test.other.reset();
+        test.setOutcome(call.name, "success");
+    };
+    const auto &[outcomes, sceneOfAnswer] = call.effects[answer.kind];
+    QByteArray scene = leaving.scene;
+    if (scene.isEmpty() || (leaving.name.startsWith("delegate deletes") && outcomes.isEmpty()))
+        scene = sceneOfAnswer;
+    else if (leaving.name == "second container" && sceneOfAnswer.contains("link"))
+        scene += " link";
+    const bool hears = answer.kind == usual ? leaving.hearsUsual : leaving.hearsFailure;
+    return { leaving.name, call.name + ' ' + answer.name, act, hears ? outcomes : QStringList(),
+        scene };
+}
 
 /// Outlives the application object, as the peer does; the system ends it with the process.
 class Quitting : public FaultTest {
@@ -73,20 +100,24 @@ TEST(QuitCell, DISABLED_Child)
     quitting->make(words.first());
     quitting->waitForRequest();
     quitting->container.reset();
-    quitting->say("quits");
+    Yardstick::say("quits");
 }
 
-void quitAt(FaultTest &test, const QByteArray &call, const QByteArray &fault)
+Cell quit(const Call &call, const QByteArray &fault)
 {
-    qputenv("PARLOQUIN_QUIT", call + ' ' + fault);
-    const auto pause = test.pause();
-    Process child({ "/proc/self/exe", "--gtest_filter=QuitCell.DISABLED_Child",
-        "--gtest_also_run_disabled_tests" });
-    child.waitForOutput("quits");
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(child.waitForEnd(), 0) << child.output();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s + Yardstick::slack(1s));
-    EXPECT_EQ(child.output().find("Sanitizer"), std::string::npos) << child.output();
+    const QByteArray at = call.name + ' ' + fault;
+    const auto act = [at](FaultTest &test) {
+        qputenv("PARLOQUIN_QUIT", at);
+        const auto pause = test.yardstick.pause();
+        Process child({ "/proc/self/exe", "--gtest_filter=QuitCell.DISABLED_Child",
+            "--gtest_also_run_disabled_tests" });
+        child.waitForOutput("quits");
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(child.waitForEnd(), 0) << child.output();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, 1s + Yardstick::slack(1s));
+        EXPECT_EQ(child.output().find("Sanitizer"), std::string::npos) << child.output();
+    };
+    return { "application quits", at, act, {}, "closed" };
 }
 
 } // namespace
@@ -94,42 +125,17 @@ void quitAt(FaultTest &test, const QByteArray &call, const QByteArray &fault)
 std::vector<Cell> lifetimeCells()
 {
     std::vector<Cell> cells;
-    size_t turn = 0;
-    for (const Call &call : calls()) {
+    for (const Call &call : calls) {
         if (call.name == "icon")
             continue;
         for (const Leaving &leaving : leavings) {
-            for (const Answer &answer : answers) {
-                const auto act = [&](FaultTest &test) {
-                    ASSERT_NO_FATAL_FAILURE(test.goTo(call.name));
-                    test.setOutcome(call.name, { answer.outcome, "success" });
-                    if (answer.name == QByteArray("unanswered"))
-                        test.setDeadline(FaultTest::shortDeadline);
-                    test.make(call.name);
-                    test.waitForRequest();
-                    test.setDeadline(10s); // of what comes later
-                    leaving.leave(test);
-                    test.waitForAnswers();
-                    test.other.reset();
-                    test.setOutcome(call.name, "success");
-                };
-                const Effect &effect = call.effects[answer.kind];
-                const bool hears = answer.kind == usual ? leaving.hearsUsual : leaving.hearsFailure;
-                QByteArray scene = leaving.scene ? QByteArray(leaving.scene) : effect.scene;
-                if (leaving.name == QByteArray("second container") && effect.scene.contains("link"))
-                    scene += " link";
-                if (leaving.name == QByteArray("delegate deletes the container")
-                    && effect.outcomes.isEmpty())
-                    scene = effect.scene;
-                cells.push_back({ leaving.name, call.name + ' ' + answer.name, {}, act,
-                    hears ? effect.outcomes : QStringList(), scene, turn++ % 7 == 0 });
-            }
+            for (const Answer &answer : answers)
+                cells.push_back(left(call, leaving, answer));
         }
-        for (const char *fault : { "stall@before", "drip@body", "endless@body", "close@before" }) {
-            cells.push_back({ "application quits", call.name + ' ' + fault, {},
-                [&call, fault](FaultTest &test) { quitAt(test, call.name, fault); }, {}, "closed",
-                turn++ % 7 == 0 });
-        }
+        for (const char *fault : { "stall@before", "drip@body", "endless@body", "close@before" })
+            cells.push_back(quit(call, fault));
     }
+    for (size_t i = 0; i < cells.size(); i += 7)
+        cells[i].inSample = true;
     return cells;
 }

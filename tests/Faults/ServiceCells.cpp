@@ -9,133 +9,139 @@
 // (the soak draws those); the fields of `meta` with every call (one model); the result call (no
 // screen makes it); real 60 seconds but for three ways to never answer, as the deadline is one
 // timer.
-#include "Faults/Calls.h"
 #include "Faults/FaultTest.h"
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace {
+static const QStringList succeeded { u"succeeded"_s };
+static const QStringList unauthorised { u"failed 0"_s };
+static const QStringList serverError { u"failed 1"_s };
 
-const QStringList succeeded { QStringLiteral("succeeded") };
-const QStringList unauthorised { QStringLiteral("failed 0") };
-const QStringList serverError { QStringLiteral("failed 1") };
-
-const std::vector<Call> allCalls {
+// clang-format off
+const std::vector<Call> calls {
     { "init", { { {}, "apps 2 icon" }, { {}, "apps 0" }, { serverError, "apps 0" } } },
-    { "start",
-        { { {}, "apps 2 icon link" }, { {}, "apps 2 icon" }, { serverError, "apps 2 icon" } } },
-    { "check",
-        { { succeeded, "apps 2 icon link" }, { unauthorised, "apps 2 icon link" },
-            { serverError, "apps 2 icon link" } } },
+    { "start", { { {}, "apps 2 icon link" }, { {}, "apps 2 icon" }, { serverError, "apps 2 icon" } } },
+    { "check", { { succeeded, "apps 2 icon link" }, { unauthorised, "apps 2 icon link" }, { serverError, "apps 2 icon link" } } },
     { "country", { { {}, "countries 16" }, { {}, "countries 0" }, { {}, "countries 0" } } },
     { "send-otp", { { {}, "code" }, { {}, "phone" }, { {}, "phone" } } },
     { "check-otp", { { succeeded, "code" }, { unauthorised, "code" }, { serverError, "code" } } },
     { "icon", { { {}, "apps 2 icon" }, { {}, "apps 2" }, { {}, "apps 2" } } },
 };
-
-struct Fault {
-    const char *text; // of the sandbox's language; OTHER stands for another host
-    Kind kind;
-};
-
-// clang-format off
-/// Of the wire and of HTTP: every call meets them.
-const Fault wireFaults[] = {
-    { "none", usual },
-    { "close@accept", failed }, { "reset@accept", failed }, { "half-close@accept", failed },
-    { "stall@accept", failed }, { "garbage@accept", failed }, { "endless@accept", failed },
-    { "close@request", failed }, { "reset@request", failed }, { "half-close@request", failed },
-    { "stall@request", failed }, { "garbage@request", failed }, { "endless@request", failed },
-    { "close@before", failed }, { "reset@before", failed }, { "half-close@before", failed },
-    { "stall@before", failed }, { "drip@before", failed }, { "garbage@before", failed },
-    { "endless@before", failed },
-    { "close@head", failed }, { "reset@head", failed }, { "half-close@head", failed },
-    { "stall@head", failed }, { "drip@head", failed }, { "garbage@head", failed },
-    { "endless@head", failed },
-    { "close@body", failed }, { "close@body+0", failed }, { "reset@body", failed },
-    { "half-close@body", failed }, { "stall@body", failed }, { "stall@body+0", failed },
-    { "drip@body", failed }, { "cut@body", failed }, { "cut@body+16", failed },
-    { "garbage@body", failed }, { "endless@body", failed },
-    { "close@after", usual }, { "reset@after", usual }, { "half-close@after", usual },
-    { "stall@after", usual }, { "garbage@after", usual }, { "endless@after", usual },
-    { "redirect:301:http://OTHER/", usual }, { "redirect:307:http://OTHER/", usual },
-    { "length:+7", failed }, { "length:-7", failed }, { "length:none", usual },
-    { "length:twice", failed }, { "chunks:broken", failed }, { "chunks:endless", failed },
-    { "gzip:67108864", failed }, { "cookie", usual },
-    { "body:0", failed }, { "body:1", failed }, { "body:17", failed }, { "body:67108864", failed },
-    { "status:204", failed }, { "status:404", usual }, { "status:500", usual },
-};
-/// Of the cipher and of JSON: every call but the icon has these. What cannot be decrypted is read as it came: an envelope that holds nothing known.
-const Fault answerFaults[] = {
-    { "key:wrong", empty }, { "blocks:cut", empty }, { "blocks:swapped", failed },
-    { "padding:bad", empty }, { "flag:off", empty }, { "flag:on", usual },
-    { "json:depth:100", usual }, { "json:depth:1100", failed }, { "json:depth:1000000", failed },
-    { "json:duplicate", usual }, { "json:surrogate", failed },
-    { "json:2^53+1", failed }, { "json:1e400", failed }, { "json:bom", failed },
-    { "json:result=null", empty }, { "clock:7200", empty },
-};
-/// Told apart by code that knows no calls: one call meets them.
-const Fault otherFaults[] = {
-    { "redirect:302:http://OTHER/", usual }, { "redirect:303:http://OTHER/", usual },
-    { "redirect:308:http://OTHER/", usual }, { "redirect:302:/v1.0/check", usual },
-    { "body:15", failed }, { "body:16", failed }, { "json:nul", usual },
-    { "status:100", failed }, { "status:101", failed }, { "status:199", failed },
-    { "status:201", usual }, { "status:202", usual }, { "status:206", usual },
-    { "status:300", usual }, { "status:304", failed }, { "status:305", usual },
-    { "status:399", usual }, { "status:400", usual }, { "status:401", usual },
-    { "status:403", usual }, { "status:407", usual }, { "status:408", usual },
-    { "status:410", usual }, { "status:418", usual }, { "status:429", usual },
-    { "status:501", usual }, { "status:502", usual }, { "status:503", usual },
-    { "status:504", usual }, { "status:599", usual },
-};
-/// Every field of every answer, by the type it has: text, list, object, boolean, one of some words.
-struct Field { const char *call; const char *path; char type; };
-const Field fields[] = {
-    { "init", "result", 'o' }, { "init", "result.validation", 'w' },
-    { "init", "result.countryCode", 't' }, { "init", "result.description", 't' },
-    { "init", "result.alternativeValidation", 'w' },
-    { "init", "result.alternativeValidationDescription", 't' },
-    { "init", "result.list", 'l' }, { "init", "result.list[0]", 'o' },
-    { "init", "result.list[0].app", 't' }, { "init", "result.list[0].appPackage", 't' },
-    { "init", "result.list[0].name", 't' }, { "init", "result.list[1].text", 't' },
-    { "init", "result.list[1].icon", 't' }, { "init", "result.list[1].bgColour", 't' },
-    { "init", "result.list[1].textColour", 't' }, { "init", "result.appPackageList", 'l' },
-    { "init", "result.appPackageList[0].package", 't' },
-    { "init", "result.localizationList", 'l' }, { "init", "result.localizationList[0].key", 't' },
-    { "init", "result.localizationList[0].value", 't' },
-    { "start", "result", 'o' }, { "start", "result.deeplink", 't' },
-    { "start", "result.reference", 't' }, { "start", "result.type", 't' },
-    { "start", "result.countryList", 'l' }, { "start", "result.countryList[0].title", 't' },
-    { "start", "result.countryList[0].countryCode", 't' },
-    { "start", "result.countryList[0].phoneCode", 't' },
-    { "check", "result", 'o' }, { "check", "result.sessionId", 't' },
-    { "check", "result.validationStatus", 'b' },
-    { "country", "result", 'o' }, { "country", "result.list", 'l' },
-    { "country", "result.list[0].title", 't' }, { "country", "result.list[99].countryCode", 't' },
-    { "country", "result.list[241].phoneCode", 't' },
-    { "send-otp", "result", 'o' }, { "send-otp", "result.reference", 't' },
-    { "check-otp", "result", 'o' }, { "check-otp", "result.sessionId", 't' },
-    { "check-otp", "result.validationStatus", 'b' },
-    { "check-otp", "meta", 'o' }, { "check-otp", "meta.requestId", 't' },
-    { "check-otp", "meta.httpStatusCode", 'w' }, { "check-otp", "meta.errorCode", 'w' },
-    { "check-otp", "meta.errorMessage", 't' },
-};
 // clang-format on
 
-QList<QByteArray> wrongValuesFor(char type)
+namespace {
+
+/// Texts of the sandbox's language in a line; OTHER stands for another host.
+struct Faults {
+    Kind kind;
+    const char *texts;
+};
+/// Of the wire and of HTTP: every call meets them.
+const Faults wireFaults[] = {
+    { usual, "none" },
+    { failed,
+        "close@accept reset@accept half-close@accept stall@accept garbage@accept endless@accept "
+        "close@request reset@request half-close@request stall@request garbage@request "
+        "endless@request "
+        "close@before reset@before half-close@before stall@before drip@before garbage@before "
+        "endless@before "
+        "close@head reset@head half-close@head stall@head drip@head garbage@head endless@head "
+        "close@body close@body+0 reset@body half-close@body stall@body stall@body+0 drip@body "
+        "cut@body cut@body+16 garbage@body endless@body" },
+    { usual,
+        "close@after reset@after half-close@after stall@after garbage@after endless@after "
+        "redirect:301:http://OTHER/ redirect:307:http://OTHER/" },
+    { failed, "length:+7 length:-7" },
+    { usual, "length:none" },
+    { failed, "length:twice chunks:broken chunks:endless gzip:67108864" },
+    { usual, "cookie" },
+    { failed, "body:0 body:1 body:17 body:67108864 status:204" },
+    { usual, "status:404 status:500" },
+};
+/// Of the cipher and of JSON: every call but the icon has these. What cannot be decrypted is read
+/// as it came: an envelope that holds nothing known.
+const Faults answerFaults[] = {
+    { empty, "key:wrong blocks:cut" },
+    { failed, "blocks:swapped" },
+    { empty, "padding:bad flag:off" },
+    { usual, "flag:on json:depth:100" },
+    { failed, "json:depth:1100 json:depth:1000000" },
+    { usual, "json:duplicate" },
+    { failed, "json:surrogate json:2^53+1 json:1e400 json:bom" },
+    { empty, "json:result=null clock:7200" },
+};
+/// Told apart by code that knows no calls: one call meets them.
+const Faults otherFaults[] = {
+    { usual,
+        "redirect:302:http://OTHER/ redirect:303:http://OTHER/ redirect:308:http://OTHER/ "
+        "redirect:302:/v1.0/check json:nul" },
+    { failed, "body:15 body:16 status:100 status:101 status:199 status:304" },
+    { usual,
+        "status:201 status:202 status:206 status:300 status:305 status:399 status:400 status:401 "
+        "status:403 status:407 status:408 status:410 status:418 status:429 status:501 status:502 "
+        "status:503 status:504 status:599" },
+};
+
+/// Every field of every answer, by the values that it must not have.
+struct Fields {
+    const char *call;
+    const char *wrong;
+    const char *paths;
+};
+const char *const noObject = R"(7 "x" [])";
+const char *const noList = R"(7 "x" {} [7])";
+const char *const noText = "7 true [] {}";
+const char *const noBoolean = R"(1 "true" {})";
+const char *const noWord = R"(7 "200" 200.5 [])"; ///< one of some words, or a number
+const Fields fields[] = {
+    { "init", noObject, "result result.list[0]" },
+    { "init", noWord, "result.validation result.alternativeValidation" },
+    { "init", noList, "result.list result.appPackageList result.localizationList" },
+    { "init", noText,
+        "result.countryCode result.description result.alternativeValidationDescription "
+        "result.list[0].app result.list[0].appPackage result.list[0].name result.list[1].text "
+        "result.list[1].icon result.list[1].bgColour result.list[1].textColour "
+        "result.appPackageList[0].package result.localizationList[0].key "
+        "result.localizationList[0].value" },
+    { "start", noObject, "result" },
+    { "start", noList, "result.countryList" },
+    { "start", noText,
+        "result.deeplink result.reference result.type result.countryList[0].title "
+        "result.countryList[0].countryCode result.countryList[0].phoneCode" },
+    { "check", noObject, "result" },
+    { "check", noText, "result.sessionId" },
+    { "check", noBoolean, "result.validationStatus" },
+    { "country", noObject, "result" },
+    { "country", noList, "result.list" },
+    { "country", noText,
+        "result.list[0].title result.list[99].countryCode result.list[241].phoneCode" },
+    { "send-otp", noObject, "result" },
+    { "send-otp", noText, "result.reference" },
+    { "check-otp", noObject, "result meta" },
+    { "check-otp", noText, "result.sessionId meta.requestId meta.errorMessage" },
+    { "check-otp", noBoolean, "result.validationStatus" },
+    { "check-otp", noWord, "meta.httpStatusCode meta.errorCode" },
+};
+/// Texts that show: they may be as long as the service likes.
+struct ShownTexts {
+    const char *call;
+    const char *paths;
+    QByteArray scene;
+};
+const ShownTexts shownTexts[] = {
+    { "init", "result.description", "apps 0 icon" }, // it fills the screen
+    { "init", "result.alternativeValidationDescription result.list[0].text", "apps 2 icon" },
+    { "country", "result.list[0].title", "countries 15" },
+    { "country", "result.list[0].phoneCode", "countries 16" },
+};
+
+QList<QByteArray> words(const char *line) { return QByteArray(line).split(' '); }
+
+const Call &callNamed(const QByteArray &name)
 {
-    switch (type) {
-    case 't':
-        return { "7", "true", "[]", "{}" };
-    case 'l':
-        return { "7", "\"x\"", "{}", "[7]" };
-    case 'b':
-        return { "1", "\"true\"", "{}" };
-    case 'w':
-        return { "7", "\"200\"", "200.5", "[]" };
-    default:
-        return { "7", "\"x\"", "[]" };
-    }
+    return *std::find_if(
+        calls.begin(), calls.end(), [&](const Call &call) { return call.name == name; });
 }
 
 bool takesTheDeadline(const QByteArray &fault)
@@ -153,7 +159,7 @@ bool isKnownToFail(const QByteArray &fault)
     return fault == "chunks:endless" || fault == "endless@head";
 }
 
-Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample,
+Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample = false,
     std::chrono::milliseconds deadline = FaultTest::shortDeadline)
 {
     const auto act = [=, name = call.name](FaultTest &test) {
@@ -161,8 +167,7 @@ Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample,
         test.setFault(name, text);
         if (kind == failed && takesTheDeadline(text))
             test.setDeadline(deadline);
-        test.make(name);
-        test.waitForAnswers();
+        test.makeAndWait(name);
         if (name == "icon" && kind != usual) { // nothing tells when a picture does not come
             EXPECT_FALSE(test.waitForScene("apps 2 icon", FaultTest::shortDeadline * 2));
         }
@@ -171,55 +176,67 @@ Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample,
         EXPECT_TRUE(test.posts(name) == 1 || text.contains("@accept") || name == "icon");
         test.setFault(name, {});
     };
-    return { text, call.name, {}, act, call.effects[kind].outcomes, call.effects[kind].scene,
-        inSample };
+    const auto &[outcomes, scene] = call.effects[kind];
+    return { text, call.name, act, outcomes, scene, inSample };
+}
+
+/// The same for a value of one field, under the name of all such.
+Cell cellOf(const char *fault, const QByteArray &call, const QByteArray &path,
+    const QByteArray &value, const QByteArray &valueName, Kind kind, bool inSample = false)
+{
+    Cell cell = cellOf(callNamed(call), "json:" + path + '=' + value, kind, inSample);
+    cell.fault = fault;
+    cell.at += ' ' + path + valueName;
+    return cell;
 }
 
 } // namespace
-
-const std::vector<Call> &calls() { return allCalls; }
 
 std::vector<Cell> serviceCells()
 {
     std::vector<Cell> cells;
     size_t turn = 0; // each fault is in the sample once, with one call after another
-    const auto addAll = [&](const auto &faults, size_t callCount) {
-        for (const Fault &fault : faults) {
-            const size_t sampled = turn++ % callCount;
-            for (size_t i = 0; i < callCount; ++i) {
-                const bool isIcon = calls()[i].name == "icon";
-                // What comes before the request makes the stack connect again, and the picture
-                // come.
-                if (isIcon && QByteArray(fault.text) == "endless@accept")
-                    continue;
-                const bool isPicture = fault.kind == usual
-                    && !QByteArray(fault.text).contains("status")
-                    && !QByteArray(fault.text).contains("redirect");
-                cells.push_back(
-                    cellOf(calls()[i], fault.text, isIcon && !isPicture ? failed : fault.kind,
-                        i == sampled && !isKnownToFail(fault.text)));
+    const auto addAll = [&](const auto &table, size_t callCount) {
+        for (const auto &[kind, texts] : table) {
+            for (const QByteArray &text : words(texts)) {
+                const size_t sampled = turn++ % callCount;
+                // A picture is shown or not, whatever the reason.
+                const bool isPicture =
+                    kind == usual && !text.contains("status") && !text.contains("redirect");
+                for (size_t i = 0; i < callCount; ++i) {
+                    const bool isIcon = calls[i].name == "icon";
+                    // What comes before its request makes the stack connect again, and it come.
+                    if (isIcon && text == "endless@accept")
+                        continue;
+                    cells.push_back(cellOf(calls[i], text, isIcon && !isPicture ? failed : kind,
+                        i == sampled && !isKnownToFail(text)));
+                }
             }
         }
     };
     addAll(wireFaults, 7);
     addAll(answerFaults, 6);
-    for (const Fault &fault : otherFaults)
-        cells.push_back(cellOf(calls()[2], fault.text, fault.kind, false));
-    for (const char *text : { "stall@before", "drip@body", "endless@body" }) {
-        Cell cell = cellOf(calls()[2], text, failed, false, 60s);
-        cell.fault += " for 60 s";
-        cells.push_back(cell);
+    const Call &check = callNamed("check");
+    for (const auto &[kind, texts] : otherFaults) {
+        for (const QByteArray &text : words(texts))
+            cells.push_back(cellOf(check, text, kind));
     }
-    for (const Field &field : fields) {
-        const auto call = std::find_if(calls().begin(), calls().end(),
-            [&](const Call &one) { return one.name == field.call; });
-        for (const QByteArray &value : wrongValuesFor(field.type)) {
-            Cell cell = cellOf(*call, QByteArray("json:") + field.path + '=' + value, failed,
-                value == "7" && field.type == 'o');
-            cell.at += " " + cell.fault.mid(5);
-            cell.fault = "json:FIELD=VALUE of a wrong type";
-            cells.push_back(cell);
+    for (const char *text : { "stall@before", "drip@body", "endless@body" }) {
+        cells.push_back(cellOf(check, text, failed, false, 60s));
+        cells.back().fault += " for 60 s";
+    }
+    for (const auto &[call, wrong, paths] : fields) {
+        for (const QByteArray &path : words(paths)) {
+            for (const QByteArray &value : words(wrong))
+                cells.push_back(cellOf("json:FIELD=VALUE of a wrong type", call, path, value,
+                    '=' + value, failed, wrong == noObject && value == "7"));
         }
+    }
+    const QByteArray longText = '"' + QByteArray("a ").repeated(500000) + '"';
+    for (const auto &[call, paths, scene] : shownTexts) {
+        for (const QByteArray &path : words(paths))
+            cells.emplace_back(cellOf("a million characters", call, path, longText, {}, usual))
+                .scene = scene;
     }
     return cells;
 }

@@ -1,10 +1,7 @@
 #include "Faults/Yardstick.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QTimer>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
@@ -14,13 +11,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <csignal>
+#include <filesystem>
 #include <functional>
 #include <mutex>
 #include <utility>
 
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 // What Qt calls for each object that comes and goes; meant for debuggers, its form is stable.
 extern Q_CORE_EXPORT quintptr qtHookData[]; // NOLINT
@@ -35,12 +33,15 @@ constexpr int slowness = 4;
 #else
 constexpr int slowness = 1;
 #endif
+/// The time that the main thread was ready to run but had no processor is not counted. Sanitizers
+/// slow the kit and Qt down.
+constexpr std::chrono::nanoseconds longestHold = 100ms * slowness;
 
 /// What Qt has made since the first yardstick, whatever thread it lives in.
 std::mutex objectsMutex;
 auto &liveObjects = *new QHash<QObject *, int>; // with their number; for as long as any lives
 int objectsSoFar = 0;
-std::array<int, 2> realOutputs { -1, -1 };
+int realOutputs[] { -1, -1 };
 int capture = -1;
 
 /// Also from a signal: plain system calls only.
@@ -49,20 +50,12 @@ void release(bool show)
     if (capture < 0)
         return;
     for (int i = 0; i < 2; ++i)
-        ::dup2(realOutputs[static_cast<size_t>(i)], i + 1);
+        ::dup2(realOutputs[i], i + 1);
     char bytes[4096];
     off_t at = 0;
     for (ssize_t count = 0; show && (count = ::pread(capture, bytes, sizeof bytes, at)) > 0;)
         at += ::write(STDERR_FILENO, bytes, static_cast<size_t>(count));
     capture = -1;
-}
-
-void onDeath() { release(true); }
-
-int entriesOf(const char *folder)
-{
-    return static_cast<int>(
-        QDir(QLatin1String(folder)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size());
 }
 
 /// Nanoseconds that the main thread was ready to run and did not.
@@ -74,11 +67,15 @@ qint64 waitedForProcessor(int schedstat)
     return QByteArray(text).split(' ').value(1).toLongLong();
 }
 
-using Resources = std::array<int, 4>;
-constexpr std::array<const char *, 4> resourceNames { "descriptors", "threads", "objects",
-    "widgets" };
+int entriesOf(const char *folder)
+{
+    using Entries = std::filesystem::directory_iterator;
+    return static_cast<int>(std::distance(Entries(folder), Entries()));
+}
 
-Resources resources()
+constexpr const char *resourceNames[] { "descriptors", "threads", "objects", "widgets" };
+
+std::array<int, 4> resources()
 {
     const std::lock_guard lock(objectsMutex);
     return { entriesOf("/proc/self/fd"), entriesOf("/proc/self/task"),
@@ -87,71 +84,45 @@ Resources resources()
 
 } // namespace
 
-const std::chrono::milliseconds Yardstick::longestHold = 100ms * slowness;
-
 std::chrono::milliseconds Yardstick::slack(std::chrono::milliseconds deadline)
 {
     return deadline / 60 + 300ms * slowness;
 }
 
-struct Yardstick::Private {
-    int schedstat = -1;
-    QTimer heartbeat;
-    QElapsedTimer sinceBeat;
-    qint64 waitedBefore = 0;
-    qint64 longest = 0; // ns
-    Resources noted {};
-
-    void beat(bool counts = true)
-    {
-        const qint64 waited = waitedForProcessor(schedstat);
-        const qint64 passed = sinceBeat.nsecsElapsed();
-        if (counts)
-            longest = std::max(longest, passed - (waited - waitedBefore));
-        waitedBefore = waited;
-        sinceBeat.restart();
-    }
-
-    int objectsThen = 0;
-};
-
 Yardstick::Yardstick()
-    : d(std::make_unique<Private>())
+    : m_schedstat(::open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC))
 {
-    d->schedstat = ::open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC);
     std::fflush(stdout);
     capture = ::memfd_create("output", MFD_CLOEXEC);
     for (int i = 0; i < 2; ++i) {
-        realOutputs[static_cast<size_t>(i)] = ::fcntl(i + 1, F_DUPFD_CLOEXEC, 3);
+        realOutputs[i] = ::fcntl(i + 1, F_DUPFD_CLOEXEC, 3);
         ::dup2(capture, i + 1);
     }
     // Both outputs write at the end, whoever wrote before.
     ::fcntl(STDOUT_FILENO, F_SETFL, ::fcntl(STDOUT_FILENO, F_GETFL) | O_APPEND);
     for (const int signal : { SIGABRT, SIGSEGV, SIGBUS })
         std::signal(signal, [](int number) {
-            onDeath();
+            release(true);
             std::signal(number, SIG_DFL);
             std::raise(number);
         });
     if (__sanitizer_set_death_callback)
-        __sanitizer_set_death_callback(onDeath);
+        __sanitizer_set_death_callback([] { release(true); });
 
-    constexpr int onAdd = 3;
-    constexpr int onRemove = 4;
-    qtHookData[onAdd] = reinterpret_cast<quintptr>(+[](QObject *object) {
+    qtHookData[3] = reinterpret_cast<quintptr>(+[](QObject *added) {
         const std::lock_guard lock(objectsMutex);
-        liveObjects.insert(object, ++objectsSoFar);
+        liveObjects.insert(added, ++objectsSoFar);
     });
-    qtHookData[onRemove] = reinterpret_cast<quintptr>(+[](QObject *object) {
+    qtHookData[4] = reinterpret_cast<quintptr>(+[](QObject *removed) {
         const std::lock_guard lock(objectsMutex);
-        liveObjects.remove(object);
+        liveObjects.remove(removed);
     });
 
-    d->heartbeat.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&d->heartbeat, &QTimer::timeout, &d->heartbeat, [this] { d->beat(); });
-    d->waitedBefore = waitedForProcessor(d->schedstat);
-    d->sinceBeat.start();
-    d->heartbeat.start(10ms);
+    m_heartbeat.setTimerType(Qt::PreciseTimer);
+    m_heartbeat.callOnTimeout(&m_heartbeat, [this] { beat(); });
+    m_sinceBeat.start();
+    beat(false);
+    m_heartbeat.start(10ms);
 }
 
 Yardstick::~Yardstick()
@@ -159,51 +130,51 @@ Yardstick::~Yardstick()
     std::fflush(stdout);
     const int written = capture;
     release(testing::Test::HasFailure());
-    ::close(written);
-    for (const int output : realOutputs)
-        ::close(output);
-    ::close(d->schedstat);
+    for (const int descriptor : { written, realOutputs[0], realOutputs[1], m_schedstat })
+        ::close(descriptor);
     qtHookData[3] = qtHookData[4] = 0;
 }
 
-std::shared_ptr<void> Yardstick::pause() const
+void Yardstick::beat(bool counts)
 {
-    d->beat();
-    return { d.get(), [](Private *self) { self->beat(false); } };
+    const qint64 waited = waitedForProcessor(m_schedstat);
+    const qint64 passed = m_sinceBeat.nsecsElapsed();
+    if (counts)
+        m_longestHold = std::max(m_longestHold, passed - (waited - m_waitedBefore));
+    m_waitedBefore = waited;
+    m_sinceBeat.restart();
 }
 
-void Yardstick::say(const QByteArray &line) const
+std::shared_ptr<void> Yardstick::pause()
+{
+    beat();
+    return { this, [](Yardstick *self) { self->beat(false); } };
+}
+
+void Yardstick::say(const QByteArray &line)
 {
     const QByteArray text = line + '\n';
     static_cast<void>(::write(realOutputs[0], text.constData(), static_cast<size_t>(text.size())));
 }
 
-QByteArray Yardstick::output() const
+QByteArray Yardstick::output()
 {
     QByteArray bytes(::lseek(capture, 0, SEEK_END), Qt::Uninitialized);
     bytes.resize(::pread(capture, bytes.data(), static_cast<size_t>(bytes.size()), 0));
     return bytes;
 }
 
-void Yardstick::beginAnew()
-{
-    std::fflush(stdout);
-    static_cast<void>(::ftruncate(capture, 0));
-    d->longest = 0;
-}
-
-qsizetype Yardstick::requests() const
+qsizetype Yardstick::requests()
 {
     // One that is refused for want of a network is not even signed.
     const QByteArray written = '\n' + output();
     return written.count("\n[HMAC/SIGNATURE Start]\n") + written.count("\nconnection\n");
 }
 
-qsizetype Yardstick::completions() const
+qsizetype Yardstick::completions()
 {
     static const QRegularExpression failures(
-        QStringLiteral(
-            "^(general|requestObjectCreate|jsonDecode|noSuchFile|timeOutEtc|connection)$"),
+        u"^(general|requestObjectCreate|jsonDecode|noSuchFile|timeOutEtc|connection)$"_s,
         QRegularExpression::MultilineOption);
     const QByteArray written = output();
     // An answer is dumped by the request log and once more by whoever asked.
@@ -211,71 +182,73 @@ qsizetype Yardstick::completions() const
         - written.count("\n✅ Response:\n");
 }
 
+void Yardstick::beginAnew()
+{
+    std::fflush(stdout);
+    static_cast<void>(::ftruncate(capture, 0));
+    m_longestHold = 0;
+}
+
 void Yardstick::noteResources()
 {
-    Resources last {};
     int same = 0;
     (void)QTest::qWaitFor([&] {
-        const Resources before = std::exchange(last, resources());
-        same = last == before ? same + 1 : 0;
+        const auto before = std::exchange(m_noted, resources());
+        same = m_noted == before ? same + 1 : 0;
         return same == 5;
     });
-    d->noted = last;
-    d->beat(false);
-    d->longest = 0;
-    d->objectsThen = objectsSoFar;
+    beat(false);
+    m_longestHold = 0;
+    m_objectsThen = objectsSoFar;
 }
 
 QString Yardstick::leftOver() const
 {
-    Resources now {};
+    auto now = resources();
     const bool isBack = QTest::qWaitFor(
         [&] {
             now = resources();
-            return std::equal(now.begin(), now.end(), d->noted.begin(), std::less_equal());
+            return std::equal(now.begin(), now.end(), m_noted.begin(), std::less_equal());
         },
         2000 * slowness);
     if (isBack)
         return {};
     QStringList found;
     for (size_t i = 0; i < now.size(); ++i)
-        found << QStringLiteral("%1 %2, were %3")
-                     .arg(now.at(i))
-                     .arg(QLatin1String(resourceNames.at(i)))
-                     .arg(d->noted.at(i));
+        found << u"%1 %2, were %3"_s.arg(
+            QString::number(now[i]), QLatin1String(resourceNames[i]), QString::number(m_noted[i]));
     const std::lock_guard lock(objectsMutex);
-    for (auto object = liveObjects.cbegin(); object != liveObjects.cend(); ++object) {
-        if (object.value() > d->objectsThen)
-            found << QLatin1String(object.key()->metaObject()->className());
+    for (const auto &[object, number] : liveObjects.asKeyValueRange()) {
+        if (number > m_objectsThen)
+            found << QLatin1String(object->metaObject()->className());
     }
-    return found.join(QStringLiteral("; "));
+    return found.join(u"; "_s);
 }
 
-bool Yardstick::wasHeld() const { return std::chrono::nanoseconds(d->longest) > longestHold; }
+bool Yardstick::wasHeld() const { return std::chrono::nanoseconds(m_longestHold) > longestHold; }
 
 QStringList Yardstick::findings(const QList<QByteArray> &secrets) const
 {
     QStringList found;
     if (wasHeld())
-        found << QStringLiteral("the main thread was held %1 ms").arg(d->longest / 1'000'000);
+        found << u"the main thread was held %1 ms"_s.arg(m_longestHold / 1'000'000);
     if (completions() != requests())
-        found
-            << QStringLiteral("%1 requests had %2 completions").arg(requests()).arg(completions());
+        found << u"%1 requests had %2 completions"_s.arg(requests()).arg(completions());
 
     const QByteArray written = output();
-    for (const char *fault : { "Sanitizer", "runtime error:", "QObject::", "QSocketNotifier" }) {
-        if (written.contains(fault))
-            found << QStringLiteral("the output holds ") + QLatin1String(fault);
-    }
     static const QRegularExpression fixedLines(
-        QStringLiteral("^HMAC: .*?$|^🤜🏻 Request (Header|Params): .*?$"
-                       "|^- meta:.*?(?=^[^ -]|\\z)"
-                       "|CurrentJSON: .*?(?=^\\[Parloquin\\]$)"),
+        u"^HMAC: .*?$|^🤜🏻 Request (Header|Params): .*?$"
+        "|^- meta:.*?(?=^[^ -]|\\z)"
+        "|CurrentJSON: .*?(?=^\\[Parloquin\\]$)"_s,
         QRegularExpression::MultilineOption | QRegularExpression::DotMatchesEverythingOption);
     const QByteArray rest = QString::fromUtf8(written).remove(fixedLines).toUtf8();
-    for (const QByteArray &secret : secrets) {
-        if (rest.contains(secret))
-            found << QStringLiteral("the output holds ") + QString::fromUtf8(secret);
-    }
+    const auto find = [&found](const QByteArray &text, const QList<QByteArray> &parts) {
+        for (const QByteArray &part : parts) {
+            if (text.contains(part))
+                found << u"the output holds "_s + QString::fromUtf8(part);
+        }
+    };
+    find(written, { "Sanitizer", "runtime error:", "QObject::", "QSocketNotifier" });
+    find(rest, secrets);
     return found;
 }

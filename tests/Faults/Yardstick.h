@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QtCore/QByteArray>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QStringList>
+#include <QtCore/QTimer>
 
+#include <array>
 #include <chrono>
 #include <memory>
 
@@ -13,9 +16,6 @@
 /// failure, or when the program dies.
 class Yardstick {
 public:
-    /// No hold of the main thread may be longer; the time it was ready to run but had no processor
-    /// is not counted. Sanitizers slow the kit and Qt down, hence their wider bounds.
-    static const std::chrono::milliseconds longestHold;
     /// What a call may take beyond its deadline: a sixtieth, and the time until a thread that is
     /// told so gets the processor.
     static std::chrono::milliseconds slack(std::chrono::milliseconds deadline);
@@ -25,16 +25,15 @@ public:
     Q_DISABLE_COPY_MOVE(Yardstick)
 
     /// While this lives, holds of the main thread are the test's own.
-    [[nodiscard]] std::shared_ptr<void> pause() const;
-
+    [[nodiscard]] std::shared_ptr<void> pause();
     /// Writes a line to the real output.
-    void say(const QByteArray &line) const;
+    static void say(const QByteArray &line);
 
-    /// Calls of the service that were made, and those whose completion has run, by the console.
-    [[nodiscard]] qsizetype requests() const;
-    [[nodiscard]] qsizetype completions() const;
     /// Everything written so far.
-    [[nodiscard]] QByteArray output() const;
+    [[nodiscard]] static QByteArray output();
+    /// Calls of the service that were made, and those whose completion has run, by the output.
+    [[nodiscard]] static qsizetype requests();
+    [[nodiscard]] static qsizetype completions();
 
     /// Forgets what was written and held so far: a long run is judged in parts.
     void beginAnew();
@@ -50,6 +49,13 @@ public:
     [[nodiscard]] QStringList findings(const QList<QByteArray> &secrets) const;
 
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    void beat(bool counts = true);
+
+    int m_schedstat = -1;
+    QTimer m_heartbeat;
+    QElapsedTimer m_sinceBeat;
+    qint64 m_waitedBefore = 0; // for the processor
+    qint64 m_longestHold = 0; // ns
+    std::array<int, 4> m_noted {};
+    int m_objectsThen = 0;
 };

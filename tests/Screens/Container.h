@@ -37,10 +37,7 @@ private:
 /// The desktop of the test has a handler for `parlo:`, which writes down its arguments, and some
 /// odd ones.
 class ContainerTest : public testing::Test {
-protected:
-    void SetUp() override;
-    void TearDown() override;
-
+public:
     /// A container of 390 x 844, shown, its answers still to come.
     void present();
     /// The same, and waits until the overlay has gone again.
@@ -80,6 +77,10 @@ protected:
     RawServer server;
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     std::unique_ptr<ParloquinViewController> container;
+
+protected:
+    void SetUp() override;
+    void TearDown() override;
 };
 
 /// One app that the device has, one it has not, one without a link; with the road by SMS.

@@ -41,14 +41,14 @@ protected:
 
     void expectNoFinding(const QList<QByteArray> &secrets)
     {
-        for (const QString &finding : m_yardstick.findings(secrets)) {
+        for (const QString &finding : yardstick.findings(secrets)) {
             // We ask the service from this very thread, and a busy machine lets us wait for it.
             if (!finding.startsWith(QStringLiteral("the main thread was held")))
                 ADD_FAILURE() << finding.toStdString();
         }
         if (!HasFailure()) // its words are among what would be forgotten
-            m_yardstick.beginAnew();
-        m_service.process().takeOutput(); // it would wait for a reader
+            yardstick.beginAnew();
+        service.process().takeOutput(); // it would wait for a reader
     }
 
     void close()
@@ -60,7 +60,7 @@ protected:
 
     json get(const std::string &path)
     {
-        const auto answer = m_service.client().Get(path);
+        const auto answer = service.client().Get(path);
         return json::parse(answer ? answer->body : "", nullptr, false);
     }
 };
@@ -84,7 +84,7 @@ protected:
 void VerificationSoak::verify(const QList<QByteArray> &road)
 {
     constexpr int mostAttempts = 30;
-    m_service.client().Post("/sandbox/requests", "{}", "application/json");
+    service.client().Post("/sandbox/requests", "{}", "application/json");
     delegate = std::make_shared<RecordingDelegate>();
     for (int attempt = 0; delegate->outcomes().isEmpty() && attempt < mostAttempts; ++attempt) {
         close();
@@ -110,7 +110,7 @@ void VerificationSoak::verify(const QList<QByteArray> &road)
         posts += call.at("posts").get<int>();
         faults += call.at("faults").get<int>();
     }
-    EXPECT_EQ(posts, m_yardstick.requests()) << m_service.process().output();
+    EXPECT_EQ(posts, yardstick.requests()) << service.process().output();
     m_requests += posts;
     m_faults += faults;
     QList<QByteArray> secrets { number, code };
@@ -150,19 +150,19 @@ TEST_F(SoakTest, LeavesNothingWhereContainersCameAndWent)
         if (i % 2 == 0) // every other one goes while its answer is under way
             waitForAnswers();
         close();
-        EXPECT_TRUE(QTest::qWaitFor(
-            [this] { return m_yardstick.completions() == m_yardstick.requests(); }));
+        EXPECT_TRUE(
+            QTest::qWaitFor([this] { return yardstick.completions() == yardstick.requests(); }));
         expectNoFinding({});
     };
     for (int i = 0; i < std::max(count / 20, 50); ++i) // caches fill up
         cycle(i);
-    m_yardstick.noteResources();
+    yardstick.noteResources();
     const auto before = ::mallinfo2().uordblks;
     const auto residentBefore = residentMegabytes();
     int done = 0;
     for (; done < count && !HasFailure(); ++done)
         cycle(done);
-    EXPECT_EQ(m_yardstick.leftOver().toStdString(), "");
+    EXPECT_EQ(yardstick.leftOver().toStdString(), "");
     const auto grown = static_cast<long>(::mallinfo2().uordblks - before); // 0 under sanitizers
     EXPECT_LT(grown, 262144); // caches go on filling up for a while, whatever the count
     report += "open and close: " + std::to_string(done) + " times; heap grown by "
