@@ -1,6 +1,5 @@
 #include "Parloquin/Extension/Decodable+Extension.h"
-
-#include <simdjson.h>
+#include "Parloquin/Extension/ParseJson.h"
 
 #include <algorithm>
 #include <array>
@@ -216,12 +215,9 @@ bool decodeModel(const QByteArray &body, void *model, const JsonType &type, QStr
     dom::parser parser;
     dom::element root;
     DecodingFault found;
-    const auto parse = [&](const QByteArray &json) {
-        return parser.parse(json.constData(), static_cast<std::size_t>(json.size())).get(root);
-    };
-    auto error = parse(body);
+    auto error = parseJson(parser, body).get(root);
     if (error == simdjson::NUMBER_ERROR) // beyond 64 bits, perhaps in a key that nobody reads
-        error = parse(withoutLongNumbers(body));
+        error = parseJson(parser, withoutLongNumbers(body)).get(root);
     if (error != simdjson::SUCCESS)
         found.what = QStringLiteral("no JSON: ") + QLatin1String(simdjson::error_message(error));
     else if (readModel(root, type, model, found))

@@ -4,6 +4,9 @@
 #include <QtCore/QJsonDocument>
 
 #include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
 
 namespace parloquin {
 
@@ -80,6 +83,101 @@ void dumpInto(QString &out, const void *value, const JsonType &type, qsizetype d
     }
 }
 
+enum class Slashes { plain, escaped };
+
+/// By character: how many more it takes to write it within a JSON text (RFC 8259, section 7).
+constexpr std::array<uchar, 256> escapeLengths(Slashes slashes)
+{
+    std::array<uchar, 256> lengths {};
+    std::fill_n(lengths.begin(), 0x20, uchar { 5 }); // as \u001f
+    for (const char c : { '"', '\\', '\b', '\f', '\n', '\r', '\t' })
+        lengths[static_cast<uchar>(c)] = 1;
+    lengths['/'] = slashes == Slashes::escaped ? 1 : 0;
+    return lengths;
+}
+
+char *writeEscape(char *to, char c)
+{
+    constexpr std::string_view named = "\b\f\n\r\t";
+    constexpr std::string_view names = "bfnrt";
+    constexpr std::string_view digits = "0123456789abcdef";
+    const auto value = static_cast<uchar>(c);
+    *to++ = '\\';
+    if (value >= 0x20)
+        *to++ = c;
+    else if (const auto place = named.find(c); place != std::string_view::npos)
+        *to++ = names[place];
+    else
+        for (const char digit : { 'u', '0', '0', digits[value / 16], digits[value % 16] })
+            *to++ = digit;
+    return to;
+}
+
+void writeText(QByteArray &out, const QString &text, Slashes slashes)
+{
+    static constexpr auto plain = escapeLengths(Slashes::plain);
+    static constexpr auto all = escapeLengths(Slashes::escaped);
+    const auto &lengths = slashes == Slashes::plain ? plain : all;
+
+    // At any time there is room for the rest as it is, and beside that for what escapes add.
+    const QByteArray utf8 = text.toUtf8();
+    qsizetype spare = 16 + utf8.size() / 8;
+    const qsizetype start = out.size();
+    out.resize(start + utf8.size() + spare);
+    char *to = out.data() + start;
+    *to++ = '"';
+    for (const char c : utf8) {
+        const uchar more = lengths[static_cast<uchar>(c)];
+        if (more == 0) {
+            *to++ = c;
+            continue;
+        }
+        if (spare < more + 2) { // the quotes included
+            const qsizetype written = to - out.constData();
+            spare += 16 + utf8.size();
+            out.resize(out.size() + 16 + utf8.size());
+            to = out.data() + written;
+        }
+        spare -= more;
+        to = writeEscape(to, c);
+    }
+    *to++ = '"';
+    out.resize(to - out.constData());
+}
+
+void writeJson(QByteArray &out, const QJsonValue &value, Slashes slashes)
+{
+    const char *separator = "";
+    const auto next = [&] { out += std::exchange(separator, ","); };
+    switch (value.type()) {
+    case QJsonValue::String:
+        writeText(out, value.toString(), slashes);
+        return;
+    case QJsonValue::Array:
+        out += '[';
+        for (const QJsonValue item : value.toArray()) {
+            next();
+            writeJson(out, item, slashes);
+        }
+        out += ']';
+        return;
+    case QJsonValue::Object: {
+        const QJsonObject object = value.toObject();
+        out += '{';
+        for (auto it = object.begin(); it != object.end(); ++it) {
+            next();
+            writeText(out, it.key(), slashes);
+            out += ':';
+            writeJson(out, it.value(), slashes);
+        }
+        out += '}';
+        return;
+    }
+    default: // a number or a word
+        out += QJsonDocument(QJsonArray { value }).toJson(QJsonDocument::Compact).chopped(1).mid(1);
+    }
+}
+
 } // namespace
 
 QJsonObject encodedModel(const void *model, const JsonType &type)
@@ -101,22 +199,16 @@ QString dumpedModel(const void *model, const JsonType &type)
 
 QByteArray plainJsonText(const QJsonObject &object)
 {
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    QByteArray out;
+    writeJson(out, object, Slashes::plain);
+    return out;
 }
 
 QByteArray jsonText(const QJsonObject &object)
 {
-    const QByteArray plain = plainJsonText(object);
-    // A slash stands nowhere but inside strings, and is never escaped there yet.
-    const auto slashes = std::count(plain.cbegin(), plain.cend(), '/');
-    QByteArray text(plain.size() + slashes, Qt::Uninitialized);
-    char *to = text.data();
-    for (const char c : plain) {
-        if (c == '/')
-            *to++ = '\\';
-        *to++ = c;
-    }
-    return text;
+    QByteArray out;
+    writeJson(out, object, Slashes::escaped);
+    return out;
 }
 
 } // namespace parloquin

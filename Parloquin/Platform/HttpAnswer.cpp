@@ -8,6 +8,7 @@ namespace parloquin {
 namespace {
 
 constexpr qint64 mostHeadBytes = qint64 { 64 } * 1024; // interim answers included
+constexpr qint64 spareBytes = 64; // behind a body, for parsers that read in blocks
 constexpr qint64 mostReservedBytes = qint64 { 1 } * 1024 * 1024; // before any of them has come
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -197,7 +198,7 @@ void HttpAnswer::expect(qint64 bytes, Part part)
     else if (bytes == 0)
         m_state = State::whole;
     else if (part == Part::body)
-        m_body.reserve(std::min(bytes, mostReservedBytes));
+        m_body.reserve(std::min(bytes, mostReservedBytes) + spareBytes);
 }
 
 void HttpAnswer::takeData(QByteArrayView &bytes)

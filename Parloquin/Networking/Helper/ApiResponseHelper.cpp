@@ -1,8 +1,7 @@
 #include "Parloquin/Networking/Helper/ApiResponseHelper.h"
 
+#include "Parloquin/Extension/ParseJson.h"
 #include "Parloquin/Manager/EncryptManager.h"
-
-#include <simdjson.h>
 
 namespace parloquin {
 
@@ -22,10 +21,7 @@ std::optional<QByteArray> ApiResponseHelper::getData(const QByteArray &body) con
 {
     simdjson::dom::parser parser;
     simdjson::dom::object object;
-    if (parser.parse(body.constData(), static_cast<std::size_t>(body.size()))
-            .get_object()
-            .get(object)
-        != simdjson::SUCCESS)
+    if (parseJson(parser, body).get_object().get(object) != simdjson::SUCCESS)
         return {};
 
     std::optional<QByteArrayView> data;

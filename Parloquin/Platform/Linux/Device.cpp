@@ -46,7 +46,8 @@ QString name()
 
 QString systemVersion()
 {
-    const QString version = QSysInfo::productVersion();
+    static const QString version =
+        QSysInfo::productVersion(); // of a file; an upgrade comes with a restart
     // Rolling systems number nothing but their kernel.
     return version.isEmpty() || version == QStringLiteral("unknown") ? QSysInfo::kernelVersion()
                                                                      : version;
@@ -54,7 +55,7 @@ QString systemVersion()
 
 QString identifierForVendor()
 {
-    const QByteArray machine = QSysInfo::machineUniqueId().trimmed().toLower();
+    static const QByteArray machine = QSysInfo::machineUniqueId().trimmed().toLower(); // of a file
     if (!isMachineId(machine)) // an image not booted yet says "uninitialized"
         return {};
 

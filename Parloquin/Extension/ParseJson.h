@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QtCore/QByteArray>
+
+#include <simdjson.h>
+
+namespace parloquin {
+
+/// \brief Parses a body; what comes out borrows from the parser.
+///
+/// The parser looks a little beyond the end of its text, and copies a text that has no room there;
+/// one that does is read in place.
+[[nodiscard]] inline simdjson::simdjson_result<simdjson::dom::element> parseJson(
+    simdjson::dom::parser &parser, const QByteArray &body)
+{
+    QByteArray text = body; // shares the bytes: only a text that may change tells its room
+    const bool hasRoom =
+        text.data_ptr().freeSpaceAtEnd() >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING);
+    return parser.parse(body.constData(), static_cast<std::size_t>(body.size()), !hasRoom);
+}
+
+} // namespace parloquin
