@@ -150,15 +150,6 @@ bool takesTheDeadline(const QByteArray &fault)
         || fault.startsWith("half-close@re");
 }
 
-/// The stack reads a head byte by byte until it ends, and chunks as long as there are more, and
-/// does nothing else meanwhile. Where they never end the call fails in time, but the stack's thread
-/// and its socket are left behind until the peer stops. Such cells stand in the list as they are,
-/// not in the sample.
-bool isKnownToFail(const QByteArray &fault)
-{
-    return fault == "chunks:endless" || fault == "endless@head";
-}
-
 Cell cellOf(const Call &call, const QByteArray &text, Kind kind, bool inSample = false,
     std::chrono::milliseconds deadline = FaultTest::shortDeadline)
 {
@@ -205,11 +196,8 @@ std::vector<Cell> serviceCells()
                     kind == usual && !text.contains("status") && !text.contains("redirect");
                 for (size_t i = 0; i < callCount; ++i) {
                     const bool isIcon = calls[i].name == "icon";
-                    // What comes before its request makes the stack connect again, and it come.
-                    if (isIcon && text == "endless@accept")
-                        continue;
-                    cells.push_back(cellOf(calls[i], text, isIcon && !isPicture ? failed : kind,
-                        i == sampled && !isKnownToFail(text)));
+                    cells.push_back(
+                        cellOf(calls[i], text, isIcon && !isPicture ? failed : kind, i == sampled));
                 }
             }
         }
