@@ -11,13 +11,12 @@ constexpr qint64 mostHeadBytes = qint64 { 64 } * 1024; // interim answers includ
 constexpr qint64 spareBytes = 64; // behind a body, for parsers that read in blocks
 constexpr qint64 mostReservedBytes = qint64 { 1 } * 1024 * 1024; // before any of them has come
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
 /// \return the number; nothing where there is another character than digits, or too many of them
 std::optional<qint64> number(QByteArrayView digits, int base)
 {
     const auto isOther = [base](char c) {
-        return base == 16 ? std::isxdigit(static_cast<unsigned char>(c)) == 0 : !isDigit(c);
+        const auto value = static_cast<unsigned char>(c);
+        return (base == 16 ? std::isxdigit(value) : std::isdigit(value)) == 0;
     };
     bool fits = false;
     const qint64 value = digits.toLongLong(&fits, base);
@@ -109,8 +108,9 @@ void HttpAnswer::takeLine(QByteArrayView line)
 void HttpAnswer::takeStatus(QByteArrayView line)
 {
     // HTTP/1.1 200 OK, where the last word and the blank before it may be missing.
-    const bool isStatus = line.size() >= 12 && line.startsWith("HTTP/1.") && isDigit(line[7])
-        && line[8] == ' ' && (line.size() == 12 || line[12] == ' ');
+    const bool isStatus = line.size() >= 12 && line.startsWith("HTTP/1.")
+        && number(line.sliced(7, 1), 10) && line[8] == ' '
+        && (line.size() == 12 || line[12] == ' ');
     const auto code = isStatus ? number(line.sliced(9, 3), 10) : std::nullopt;
     if (!code || *code < 100) {
         m_state = State::broken;

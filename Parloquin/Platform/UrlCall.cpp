@@ -12,8 +12,6 @@ namespace {
 constexpr qint64 readBufferSize =
     qint64 { 256 } * 1024; // bytes; what more comes waits in the kernel
 
-using Socket = QAbstractSocket;
-
 /// The proxy that the host or the system has set; none on the way to this machine.
 QNetworkProxy proxyFor(const QUrl &url)
 {
@@ -61,26 +59,26 @@ QByteArray message(const UrlRequest &request, bool isProxied, const QByteArray &
     return text + "\r\n" + body;
 }
 
-int transportCode(Socket::SocketError error)
+int transportCode(QAbstractSocket::SocketError error)
 {
     switch (error) {
-    case Socket::SocketTimeoutError:
+    case QAbstractSocket::SocketTimeoutError:
         return TransportError::timedOut;
-    case Socket::HostNotFoundError:
+    case QAbstractSocket::HostNotFoundError:
         return TransportError::cannotFindHost;
-    case Socket::ConnectionRefusedError:
-    case Socket::ProxyAuthenticationRequiredError:
-    case Socket::ProxyConnectionRefusedError:
-    case Socket::ProxyConnectionClosedError:
-    case Socket::ProxyConnectionTimeoutError:
-    case Socket::ProxyNotFoundError:
-    case Socket::ProxyProtocolError:
+    case QAbstractSocket::ConnectionRefusedError:
+    case QAbstractSocket::ProxyAuthenticationRequiredError:
+    case QAbstractSocket::ProxyConnectionRefusedError:
+    case QAbstractSocket::ProxyConnectionClosedError:
+    case QAbstractSocket::ProxyConnectionTimeoutError:
+    case QAbstractSocket::ProxyNotFoundError:
+    case QAbstractSocket::ProxyProtocolError:
         return TransportError::cannotConnectToHost;
-    case Socket::NetworkError: // no way there
+    case QAbstractSocket::NetworkError: // no way there
         return TransportError::notConnectedToInternet;
-    case Socket::SslHandshakeFailedError:
-    case Socket::SslInternalError:
-    case Socket::SslInvalidUserDataError:
+    case QAbstractSocket::SslHandshakeFailedError:
+    case QAbstractSocket::SslInternalError:
+    case QAbstractSocket::SslInvalidUserDataError:
         return TransportError::secureConnectionFailed;
     default:
         return TransportError::networkConnectionLost;
@@ -131,11 +129,11 @@ void UrlCall::start()
         m_socket = secure;
     } else {
         m_socket = new QTcpSocket(this);
-        connect(m_socket, &Socket::connected, this, ready);
+        connect(m_socket, &QAbstractSocket::connected, this, ready);
     }
     m_socket->setReadBufferSize(readBufferSize);
-    connect(m_socket, &Socket::readyRead, this, &UrlCall::read);
-    connect(m_socket, &Socket::errorOccurred, this, &UrlCall::end);
+    connect(m_socket, &QAbstractSocket::readyRead, this, &UrlCall::read);
+    connect(m_socket, &QAbstractSocket::errorOccurred, this, &UrlCall::end);
     if (isProxied) {
         m_socket->setProxy(QNetworkProxy::NoProxy);
         m_socket->connectToHost(proxy.hostName(), proxy.port());
@@ -187,7 +185,8 @@ void UrlCall::end()
     read();
     if (!m_handler)
         return;
-    if (error == Socket::RemoteHostClosedError && m_answer.end() == HttpAnswer::State::whole)
+    if (error == QAbstractSocket::RemoteHostClosedError
+        && m_answer.end() == HttpAnswer::State::whole)
         finish({});
     else
         finish({ { transportCode(error), description } });
