@@ -8,6 +8,7 @@ namespace parloquin {
 namespace {
 
 constexpr qint64 mostHeadBytes = qint64 { 64 } * 1024; // interim answers included
+constexpr qsizetype mostFields = 500; // each is looked for among the ones before it
 constexpr qint64 spareBytes = 64; // behind a body, for parsers that read in blocks
 constexpr qint64 mostReservedBytes = qint64 { 1 } * 1024 * 1024; // before any of them has come
 
@@ -33,6 +34,12 @@ std::optional<qint64> contentLength(const QByteArray &value)
     const bool agree = std::all_of(lengths.begin(), lengths.end(),
         [&first](const QByteArray &length) { return length.trimmed() == first; });
     return agree ? number(first, 10) : std::nullopt;
+}
+
+bool isChunked(const QByteArray &transferEncoding)
+{
+    const QByteArray last = transferEncoding.split(',').constLast().trimmed();
+    return last.compare("chunked", Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
@@ -124,25 +131,33 @@ void HttpAnswer::takeField(QByteArrayView line)
 {
     HeaderFields &fields = m_head.headers;
     if (line.front() == ' ' || line.front() == '\t') { // goes on with the line before
-        if (fields.isEmpty())
+        if (fields.isEmpty()) {
             m_state = State::broken;
-        else
-            fields.last().second += ' ' + line.trimmed().toByteArray();
+            return;
+        }
+        QByteArray &value = fields[m_field].second;
+        const QByteArrayView rest = line.trimmed();
+        if (!value.isEmpty() && !rest.isEmpty())
+            value += ' ';
+        value += rest;
         return;
     }
-    const qsizetype colon = line.indexOf(':');
-    if (colon <= 0) {
+    const qsizetype colon = std::max<qsizetype>(line.indexOf(':'), 0);
+    const QByteArray name = line.first(colon).trimmed().toByteArray();
+    if (name.isEmpty()) {
         m_state = State::broken;
         return;
     }
-    const QByteArray name = line.first(colon).trimmed().toByteArray();
     QByteArray value = line.sliced(colon + 1).trimmed().toByteArray();
     const auto same = std::find_if(fields.begin(), fields.end(),
         [&name](const auto &field) { return field.first.compare(name, Qt::CaseInsensitive) == 0; });
-    if (same == fields.end())
-        fields.append({ name, std::move(value) });
-    else
+    m_field = std::distance(fields.begin(), same);
+    if (same != fields.end())
         same->second += ", " + value;
+    else if (fields.size() == mostFields)
+        m_state = State::tooLong;
+    else
+        fields.append({ name, std::move(value) });
 }
 
 void HttpAnswer::startBody()
@@ -164,7 +179,7 @@ void HttpAnswer::startBody()
     m_response = std::move(m_head);
     if (m_response->statusCode == 204 || m_response->statusCode == 304) {
         m_state = State::whole;
-    } else if (coding.toLower().endsWith("chunked")) {
+    } else if (isChunked(coding)) {
         m_part = Part::chunkSize;
     } else if (length.isEmpty() || !coding.isEmpty()) {
         m_part = Part::bodyToEnd;

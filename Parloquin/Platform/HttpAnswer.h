@@ -13,7 +13,8 @@ namespace parloquin {
 /// other.
 ///
 /// Interim answers (1xx) are passed over, transfer codings other than chunked are left in the body,
-/// and trailers are dropped. What a peer can make it keep is bounded: 64 KiB of head, and the body.
+/// and trailers are dropped. What a peer can make it keep is bounded: 64 KiB of head, in 500
+/// fields, and the body.
 class HttpAnswer {
 public:
     enum class State {
@@ -54,6 +55,7 @@ private:
     QByteArray m_line; ///< as much of the present one as has come
     qint64 m_lineBytes = 0; ///< of all lines so far
     UrlResponse m_head; ///< under way
+    qsizetype m_field = 0; ///< of the head: what the last line was about
     std::optional<UrlResponse> m_response;
     qint64 m_expected = 0; ///< bytes still to come of the body or the chunk
     QByteArray m_body;

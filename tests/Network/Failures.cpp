@@ -103,6 +103,13 @@ std::vector<Weather> weathers()
         { "InterimHeadsWithoutEnd",
             Scripted([] { return QByteArray("HTTP/1.1 102 Processing\r\n\r\n").repeated(3000); }),
             "general", "" },
+        { "MoreFieldsThanAreLookedThrough", Scripted([] {
+             QByteArray fields;
+             for (int i = 0; i < 1000; ++i)
+                 fields += "X" + QByteArray::number(i) + ":\r\n";
+             return json(200, success, fields);
+         }),
+            "general", "" },
         { "FieldWithoutName", answered("HTTP/1.1 200 OK\r\n: 1\r\n\r\n"), "general", "" },
         { "BytesOfNoMeaning", answered(QByteArray(3000, '\xfe') + "\r\n\r\n"), "general", "" },
 
@@ -197,6 +204,12 @@ std::vector<Weather> weathers()
                            QJsonObject { { QStringLiteral("httpStatusCode"), 201 } } },
                          { QStringLiteral("padding"), QString(5'000'000, QLatin1Char('x')) } }),
                  "X-TRZ-Encrypted: 1\r\n");
+         }),
+            "success", logged },
+        { "EncryptedByAFoldedField", Scripted([] {
+             const QJsonObject meta { { QStringLiteral("httpStatusCode"), 200 } };
+             return RawServer::http(200, RawServer::encrypted({ { QStringLiteral("meta"), meta } }),
+                 "Via: a\r\nX-TRZ-Encrypted:\r\n 1\r\nVia: b\r\n (c)\r\n");
          }),
             "success", logged },
     };
