@@ -3,6 +3,12 @@
 #include "Parloquin/Platform/UrlSession.h"
 #include "support/RawServer.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+#include <QtNetwork/QSslConfiguration>
+#include <QtNetwork/QSslKey>
+#include <QtNetwork/QSslServer>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
@@ -163,6 +169,81 @@ TEST(UrlSession, KeepsNoCallWaitingBehindSlowPictures)
         { { "Content-Type", "x" } }, "x", 30s };
     UrlSession::shared().dataTask(request, [](auto...) {})->resume();
     EXPECT_TRUE(QTest::qWaitFor([&] { return server.posts() == 1; }));
+}
+
+/// Answers over TLS, under a fresh certificate for 127.0.0.1 that only itself vouches for. Serves
+/// on the main thread, so that waits for more than one condition at once turn its event loop.
+class SecureServer : public QSslServer {
+public:
+    SecureServer()
+    {
+        const QTemporaryDir folder;
+        const QString key = folder.filePath(QStringLiteral("key"));
+        const QString certificate = folder.filePath(QStringLiteral("certificate"));
+        QProcess openssl;
+        openssl.start(QStringLiteral("openssl"),
+            QStringLiteral(
+                "req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=x "
+                "-addext subjectAltName=IP:127.0.0.1 -keyout %1 -out %2")
+                .arg(key, certificate)
+                .split(u' '));
+        QFile keyFile(key);
+        if (!openssl.waitForFinished() || !keyFile.open(QIODevice::ReadOnly))
+            qFatal("SecureServer: no certificate");
+        certificates = QSslCertificate::fromPath(certificate);
+        QSslConfiguration configuration;
+        configuration.setPrivateKey(QSslKey(&keyFile, QSsl::Ec));
+        configuration.setLocalCertificateChain(certificates);
+        setSslConfiguration(configuration);
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::pendingConnectionAvailable, this, [this] {
+            QTcpSocket *peer = nextPendingConnection();
+            connect(peer, &QIODevice::readyRead, this, [this, peer] {
+                ++requests;
+                peer->write(answer);
+                peer->disconnectFromHost();
+            });
+        });
+    }
+
+    QList<QSslCertificate> certificates;
+    QByteArray answer;
+    int requests = 0;
+};
+
+TEST(UrlSession, FetchesOverTlsFromWhomItCanTrust)
+{
+    SecureServer server;
+    const QByteArray body(900'000, 'x'); // more than the call and the socket hold at once
+    const QByteArray toTheEnd = "HTTP/1.1 200 OK\r\nContent-Type: image/png\r\n\r\n" + body;
+    const struct {
+        const char *host;
+        bool trusts;
+        QByteArray answer;
+        std::string outcome;
+    } rows[] = {
+        { "127.0.0.1", false, toTheEnd, "error -1200" },
+        { "127.0.0.1", true, toTheEnd, "200 image/png 900000" },
+        { "127.0.0.1", true, RawServer::http(200, body), "200 application/json 900000" },
+        { "127.0.0.1", true, RawServer::http(200, body).chopped(1), "200 error -1005" },
+        { "localhost", true, toTheEnd, "error -1200" }, // a name that the certificate lacks
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(&row - rows);
+        auto configuration = QSslConfiguration::defaultConfiguration();
+        configuration.setCaCertificates(
+            row.trusts ? server.certificates : QList<QSslCertificate>());
+        QSslConfiguration::setDefaultConfiguration(configuration);
+        server.answer = row.answer;
+        server.requests = 0;
+        Get get(
+            QStringLiteral("https://%1:%2/").arg(QLatin1String(row.host)).arg(server.serverPort()),
+            1'000'000);
+        get.task->resume();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return get.count() > 0; }));
+        EXPECT_EQ(get.wait(), row.outcome);
+        EXPECT_EQ(server.requests, row.outcome == "error -1200" ? 0 : 1);
+    }
 }
 
 } // namespace
