@@ -12,8 +12,8 @@ template <class Fields> auto find(Fields &fields, const QByteArray &name)
         [&name](const auto &field) { return field.first.compare(name, Qt::CaseInsensitive) == 0; });
 }
 
-// The network stack drops a field whose value is null, and writes what it is given: a line break
-// in a host's key would start a field of its own.
+// What is here is written to the wire as it is: a line break in a host's key would start a field of
+// its own.
 QByteArray sendable(QByteArray value)
 {
     if (value.isEmpty())
