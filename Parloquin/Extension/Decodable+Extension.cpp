@@ -196,7 +196,11 @@ QByteArray withoutLongNumbers(QByteArray json)
             ++at;
         } else if (c == '-' || isDigit(c)) {
             const qsizetype start = at;
-            if (skipNumber(json, at) && at - start >= shortest) {
+            const bool isNumber = skipNumber(json, at);
+            const qsizetype end = at;
+            while (at < json.size() && (isDigit(json.at(at)) || json.at(at) == '-'))
+                ++at; // 3-26 is none, and stays none
+            if (isNumber && at == end && end - start >= shortest) {
                 const auto place = json.begin() + start;
                 std::fill(place, json.begin() + at, ' ');
                 std::copy(substitute.begin(), substitute.end(), place);

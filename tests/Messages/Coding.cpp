@@ -178,6 +178,7 @@ const Row faults[] = {
     { "HugeStatusAsRead", init, R"({"meta":{"httpStatusCode":200e400}})",
         "meta.httpStatusCode: expected integer" },
     { "BadNumber", check, R"({"x":1e400,"y":012345})", "body: no JSON*" },
+    { "JoinedNumbers", check, R"({"x":3-2623})", "body: no JSON*" },
     { "TooDeep", check, R"({"x":)" + QByteArray(100000, '[') + QByteArray(100000, ']') + '}',
         "body: no JSON*" },
 };
