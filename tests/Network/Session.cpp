@@ -68,6 +68,8 @@ TEST(UrlSession, FetchesWhatHttpBringsAndNoMoreThanAllowed)
         { QStringLiteral("http://") + RawServer::refusingHostAndPort(), "error -1004" },
         { QStringLiteral("file:///etc/hostname"), "error -1002" },
         { QStringLiteral("data:image/png,x"), "error -1002" },
+        { server.url({}).replace(QStringLiteral("http"), QStringLiteral("ftp")), "error -1002" },
+        { QStringLiteral("http:///fits"), "error -1002" },
         { QString(), "error -1002" },
     };
     for (const auto &row : rows) {
@@ -90,6 +92,7 @@ TEST(UrlSession, KeepsNoCredentials)
     named.task->resume();
     named.wait();
     const auto asked = server.requests().size();
+    EXPECT_EQ(server.requests().back().header("Host"), server.hostAndPort().toLatin1());
     Get nameless(server.url(QStringLiteral("/open")));
     nameless.task->resume();
     nameless.wait();
@@ -169,6 +172,7 @@ TEST(UrlSession, KeepsNoCallWaitingBehindSlowPictures)
         { { "Content-Type", "x" } }, "x", 30s };
     UrlSession::shared().dataTask(request, [](auto...) {})->resume();
     EXPECT_TRUE(QTest::qWaitFor([&] { return server.posts() == 1; }));
+    EXPECT_EQ(server.connections(), 7) << "pictures beyond six wait";
 }
 
 /// Answers over TLS, under a fresh certificate for 127.0.0.1 that only itself vouches for. Serves
