@@ -133,6 +133,7 @@ const PictureRow pictureRows[] = {
     { "LargestSide", 200, "image/png", picture({ 1024, 1 }, "PNG"), { 1024, 1 } },
     { "LargestFile", 200, "image/png", padded(picture({ 4, 4 }, "PNG"), mebi), { 4, 4 } },
     { "SideTooLong", 200, "image/png", picture({ 1025, 1 }, "PNG"), {} },
+    { "SideTooHigh", 200, "image/png", picture({ 1, 1025 }, "PNG"), {} },
     { "FileTooLong", 200, "image/png", padded(picture({ 4, 4 }, "PNG"), mebi + 1), {} },
     { "Bomb", 200, "image/png", bomb(30000), {} },
     { "NotFound", 404, "image/png", picture({ 4, 4 }, "PNG"), {} },
