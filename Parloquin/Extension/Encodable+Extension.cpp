@@ -20,11 +20,8 @@ QString fromStd(std::string_view text)
 QJsonValue encoded(const void *value, const JsonType &type)
 {
     switch (type.kind) {
-    case JsonType::Kind::text: {
-        // Half a character, as from a text cut short, would make JSON that no strict reader takes.
-        const auto &text = *static_cast<const QString *>(value);
-        return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
-    }
+    case JsonType::Kind::text:
+        return *static_cast<const QString *>(value);
     case JsonType::Kind::boolean:
         return *static_cast<const bool *>(value);
     case JsonType::Kind::integerEnum:
@@ -119,7 +116,8 @@ void writeText(QByteArray &out, const QString &text, Slashes slashes)
     static constexpr auto all = escapeLengths(Slashes::escaped);
     const auto &lengths = slashes == Slashes::plain ? plain : all;
 
-    // At any time there is room for the rest as it is, and beside that for what escapes add.
+    // Half a character, as from a text cut short, becomes a question mark: no strict reader takes
+    // it. At any time there is room for the rest as it is, and beside that for what escapes add.
     const QByteArray utf8 = text.toUtf8();
     qsizetype spare = 16 + utf8.size() / 8;
     const qsizetype start = out.size();

@@ -30,6 +30,7 @@ const Link links[] = {
     { "empty link", "", false },
     { "no scheme", "parlo", false },
     { "blank", "parlo://a b", false },
+    { "blank in the path", "parlo://a/b c", false },
     { "bare line feed", "parlo://a\nb", false },
     { "dash first", "-parlo://x", false },
     { "no handler", "unknown://x", false },
