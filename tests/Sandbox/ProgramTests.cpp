@@ -100,6 +100,7 @@ TEST(SandboxProgram, RefusesWhatItDoesNotUnderstand)
         { { "--fault", "check=gzip:many" }, "--fault.check[0].fault: \"gzip:many\": expected a" },
         { { "--faults", "101:7" }, "--faults: expected PERCENT:SEED" },
         { { "--prot", "1" }, "--prot: unknown option" },
+        { { "--port", "0", "listen" }, "listen: unknown command" },
     };
     for (const auto &[arguments, complaint] : calls) {
         std::vector<std::string> words { SANDBOX_PROGRAM };
@@ -107,6 +108,25 @@ TEST(SandboxProgram, RefusesWhatItDoesNotUnderstand)
         Process program(words);
         EXPECT_NE(program.waitForEnd().value_or(0), 0);
         EXPECT_NE(program.output().find(complaint), std::string::npos) << program.output();
+    }
+}
+
+TEST(SandboxProgram, TellsWhatItIsAndChecksScenarios)
+{
+    const TemporaryFile right("{" + std::string(keysText) + "}");
+    const TemporaryFile wrong(beside(R"("outcomes":{"check":"maybe"})"));
+    const std::tuple<std::vector<std::string>, int, std::string> calls[] = {
+        { { "--help" }, EXIT_SUCCESS, "--scenario FILE " },
+        { { "--version" }, EXIT_SUCCESS, "parloquin-sandbox " SANDBOX_VERSION "\n" },
+        { { "--check", right.path() }, EXIT_SUCCESS, "a right scenario" },
+        { { "--check", wrong.path() }, EXIT_FAILURE, wrong.path() + ": outcomes.check: no " },
+    };
+    for (const auto &[arguments, code, words] : calls) {
+        std::vector<std::string> all { SANDBOX_PROGRAM };
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        Process program(all);
+        EXPECT_EQ(program.waitForEnd(), code);
+        EXPECT_NE(program.output().find(words), std::string::npos) << program.output();
     }
 }
 
