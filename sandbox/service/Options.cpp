@@ -52,8 +52,7 @@ const Rule rules[] = {
     { "--port", "N", "listen at port N of 127.0.0.1 (8046); 0 takes a free one",
         "a number from 0 to 65535",
         [](Options &options, const std::string &value) { return isPort(value, options.port); } },
-    { "--scenario", "FILE", "play this scenario", "a file",
-        setScenario },
+    { "--scenario", "FILE", "play this scenario", "a file", setScenario },
     { "--fault", "CALL=FAULT",
         "meet the next request of CALL with FAULT; each one more is the next", "CALL=FAULT",
         [](Options &options, const std::string &value) {
