@@ -6,8 +6,8 @@
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Platform/Crypto.h"
 #include "Parloquin/Platform/Telephony.h"
-#include "Parloquin/Platform/UrlSession.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
+#include "Parloquin/Transport/UrlSession.h"
 
 using namespace parloquin;
 

@@ -1,6 +1,6 @@
 #include "BareRows.h"
 
-#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Toolkit/Style.h"
 
 #include <QtGui/QPainter>
 

@@ -7,7 +7,7 @@
 #include "Parloquin/Controller/CountryListViewController.h"
 #include "Parloquin/Extension/Decodable+Extension.h"
 #include "Parloquin/Networking/Helper/ApiResponseHelper.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
+#include "Parloquin/Toolkit/NavigationController.h"
 #include "Probe.h"
 
 #include <QtCore/QFile>

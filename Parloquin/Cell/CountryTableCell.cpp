@@ -1,10 +1,10 @@
 #include "Parloquin/Cell/CountryTableCell.h"
 
-#include "Parloquin/Platform/UI/Anchors.h"
-#include "Parloquin/Platform/UI/FocusRing.h"
-#include "Parloquin/Platform/UI/ImageView.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/Style.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/FocusRing.h"
+#include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/Style.h"
 
 #include <QtGui/QPainter>
 

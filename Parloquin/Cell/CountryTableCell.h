@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Parloquin/Model/CountryModel.h"
-#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Toolkit/TableView.h"
 
 #include <optional>
 

@@ -4,12 +4,13 @@
 #include "Parloquin/Extension/QColor+Extension.h"
 #include "Parloquin/Extension/QImage+Extension.h"
 #include "Parloquin/Model/ThirdPartyKitModel.h"
-#include "Parloquin/Platform/UI/Anchors.h"
-#include "Parloquin/Platform/UI/FocusRing.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/Style.h"
-#include "Parloquin/Platform/UI/View.h"
+#include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Parloquin/Platform/UrlOpener.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/FocusRing.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/View.h"
 
 #include <QtGui/QPainter>
 
@@ -77,7 +78,7 @@ void ThirdPartyKitTableCell::configure(const ThirdPartyKitModel &kit)
         imgKitIcon->setImage({});
     m_icon = icon;
     if (const QUrl url = UrlOpener::parse(icon); url.isValid())
-        download(imgKitIcon, url, ContentMode::aspectFit);
+        download(imgKitIcon, url, ContentMode::aspectFit, serviceTimeout());
 }
 
 void ThirdPartyKitTableCell::stateChanged()

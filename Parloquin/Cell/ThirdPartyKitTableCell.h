@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Toolkit/TableView.h"
 
 #include <QtGui/QColor>
 

@@ -2,8 +2,8 @@
 
 #include "Parloquin/Cell/CountryTableCell.h"
 #include "Parloquin/Extension/ClassName.h"
-#include "Parloquin/Platform/UI/Anchors.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
 
 namespace parloquin {
 

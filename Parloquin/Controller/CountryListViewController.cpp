@@ -2,12 +2,12 @@
 
 #include "Parloquin/Cell/CountryTableCell.h"
 #include "Parloquin/Extension/ClassName.h"
-#include "Parloquin/Extension/Fatal.h"
 #include "Parloquin/Networking/Request/Request.h"
+#include "Parloquin/Platform/Fatal.h"
 #include "Parloquin/Platform/MainQueue.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
 #include "Parloquin/Protocol/CountryProtocol.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/NavigationController.h"
 
 namespace parloquin {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Parloquin/Controller/Base/BaseViewController.h"
-#include "Parloquin/Platform/UI/TableView.h"
 #include "Parloquin/Protocol/Updateable.h"
+#include "Parloquin/Toolkit/TableView.h"
 #include "Parloquin/ViewModel/CountryListViewModel.h"
 
 #include <QtCore/QPointer>

@@ -1,13 +1,13 @@
 #include "Parloquin/Controller/OtpCheckViewController.h"
 
-#include "Parloquin/Platform/UI/Anchors.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/Button.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/ScrollView.h"
-#include "Parloquin/Platform/UI/Style.h"
-#include "Parloquin/Platform/UI/TextField.h"
-#include "Parloquin/Platform/UI/View.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/ScrollView.h"
+#include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TextField.h"
+#include "Parloquin/Toolkit/View.h"
 
 namespace parloquin {
 

@@ -2,9 +2,9 @@
 
 #include "Parloquin/Extension/QString+Characters.h"
 #include "Parloquin/Platform/MainQueue.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/TextField.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/TextField.h"
 
 namespace parloquin {
 

@@ -3,10 +3,10 @@
 #include "Parloquin/Controller/CountryListViewController.h"
 #include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Model/CountryModel.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/TapGestureRecognizer.h"
-#include "Parloquin/Platform/UI/TextField.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/TapGestureRecognizer.h"
+#include "Parloquin/Toolkit/TextField.h"
 
 namespace parloquin {
 

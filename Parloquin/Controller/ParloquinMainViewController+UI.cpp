@@ -2,12 +2,12 @@
 
 #include "Parloquin/Cell/ThirdPartyKitTableCell.h"
 #include "Parloquin/Extension/ClassName.h"
-#include "Parloquin/Platform/UI/Anchors.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/ImageView.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/Style.h"
-#include "Parloquin/Platform/UI/View.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/View.h"
 
 namespace parloquin {
 namespace {

@@ -4,9 +4,9 @@
 #include "Parloquin/Controller/OtpMainViewController.h"
 #include "Parloquin/Extension/ClassName.h"
 #include "Parloquin/Manager/HudManager.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/View.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/View.h"
 
 #include <QtGui/QGuiApplication>
 

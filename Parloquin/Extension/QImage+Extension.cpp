@@ -1,7 +1,6 @@
 #include "Parloquin/Extension/QImage+Extension.h"
-#include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Parloquin/Platform/MainQueue.h"
-#include "Parloquin/Platform/UrlSession.h"
+#include "Parloquin/Transport/UrlSession.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QPointer>
@@ -45,14 +44,15 @@ QImage decodedImage(QByteArray data)
 
 } // namespace
 
-void download(ImageView *view, const QUrl &from, ContentMode contentMode)
+void download(
+    ImageView *view, const QUrl &from, ContentMode contentMode, std::chrono::milliseconds timeout)
 {
     view->setContentMode(contentMode);
 
     UrlRequest request;
     request.url = from;
     request.method = QByteArrayLiteral("GET");
-    request.timeout = serviceTimeout();
+    request.timeout = timeout;
     UrlSession::shared()
         .dataTask(
             std::move(request),

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "Parloquin/Platform/UI/ImageView.h"
+#include "Parloquin/Toolkit/ImageView.h"
 
 #include <QtCore/QUrl>
+
+#include <chrono>
 
 namespace parloquin {
 
@@ -13,6 +15,8 @@ namespace parloquin {
 /// nothing comes: the view keeps what it shows, and no error is reported. Nothing is cancelled: of
 /// two downloads into one view the later answer stays.
 /// \param contentMode set at once
-void download(ImageView *view, const QUrl &from, ContentMode contentMode);
+/// \param timeout for the whole download, connecting included
+void download(
+    ImageView *view, const QUrl &from, ContentMode contentMode, std::chrono::milliseconds timeout);
 
 } // namespace parloquin

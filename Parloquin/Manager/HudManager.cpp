@@ -1,11 +1,11 @@
 #include "Parloquin/Manager/HudManager.h"
 
 #include "Parloquin/Platform/MainQueue.h"
-#include "Parloquin/Platform/UI/ActivityIndicator.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/Screen.h"
-#include "Parloquin/Platform/UI/Style.h"
 #include "Parloquin/Protocol/Updateable.h"
+#include "Parloquin/Toolkit/ActivityIndicator.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/Style.h"
 
 #include <QtCore/QPropertyAnimation>
 #include <QtGui/QPainter>

@@ -2,6 +2,8 @@
 
 #include <QtCore/QUrl>
 
+#include <functional>
+
 /// \brief Opens another app through the desktop's handler for a link's scheme. Main thread only.
 namespace parloquin::UrlOpener {
 
@@ -11,9 +13,13 @@ namespace parloquin::UrlOpener {
 /// \return whether an installed app handles the url's scheme; never true for `file:`
 [[nodiscard]] bool canOpen(const QUrl &url);
 
-/// \brief Hands the url to its handler as exactly one argument. Failures are logged.
+/// Says why an app could not be opened, and how to mend it.
+using Report = std::function<void(const QString &fault)>;
+
+/// \brief Hands the url to its handler as exactly one argument.
 ///
 /// Returns at once: the handler is started from a thread of its own, in the order of the calls.
-void open(const QUrl &url);
+/// \param report runs at most once, only where the app could not be opened; on any thread
+void open(const QUrl &url, Report report);
 
 } // namespace parloquin::UrlOpener

@@ -110,7 +110,8 @@ void ParloquinViewModel::openDeeplink(const QString &deeplink)
     onMain([deeplink] {
         const QUrl url = UrlOpener::parse(deeplink);
         if (url.isValid() && UrlOpener::canOpen(url))
-            UrlOpener::open(url);
+            UrlOpener::open(
+                url, [](const QString &fault) { LogManager::shared().log(fault, true); });
     });
 }
 

@@ -1,7 +1,7 @@
 #include "Faults/FaultTest.h"
 
-#include "Parloquin/Platform/UI/ImageView.h"
-#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/TableView.h"
 #include "support/ServiceEndpoint.h"
 #include "support/StillStyle.h"
 

@@ -1,6 +1,6 @@
 // The shared session by itself: pictures use it too.
 #include "Network/Awaited.h"
-#include "Parloquin/Platform/UrlSession.h"
+#include "Parloquin/Transport/UrlSession.h"
 #include "support/RawServer.h"
 
 #include <QtCore/QFile>

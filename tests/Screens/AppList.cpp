@@ -1,11 +1,11 @@
 // The first screen as it stands: geometry, colours, texts.
 #include "Parloquin/Cell/ThirdPartyKitTableCell.h"
-#include "Parloquin/Platform/UI/ImageView.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/Screen.h"
-#include "Parloquin/Platform/UI/TableView.h"
-#include "Parloquin/Platform/UI/View.h"
+#include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/TableView.h"
+#include "Parloquin/Toolkit/View.h"
 #include "Screens/Container.h"
 
 #include <QtTest/QTest>

@@ -2,8 +2,8 @@
 
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Platform/MainQueue.h"
-#include "Parloquin/Platform/UI/TableView.h"
-#include "Parloquin/Platform/UrlSession.h"
+#include "Parloquin/Toolkit/TableView.h"
+#include "Parloquin/Transport/UrlSession.h"
 #include "support/ServiceEndpoint.h"
 
 #include <QtCore/QDir>

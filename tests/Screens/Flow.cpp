@@ -1,7 +1,7 @@
 // The road by messaging app, from the first request to the outcome.
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/TableView.h"
 #include "Screens/Container.h"
 
 #include <QtCore/QJsonObject>

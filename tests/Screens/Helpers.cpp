@@ -3,6 +3,7 @@
 #include "Parloquin/Extension/ClassName.h"
 #include "Parloquin/Extension/QColor+Extension.h"
 #include "Parloquin/Extension/QImage+Extension.h"
+#include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Screens/Container.h"
 
 #include <QtCore/QBuffer>
@@ -109,7 +110,8 @@ TEST_P(Picture, IsShownWhenItIsOneAndSmall)
     before.fill(Qt::green);
     view.setImage(before);
 
-    download(&view, QUrl(server.url(QStringLiteral("/a"))), ContentMode::aspectFit);
+    download(
+        &view, QUrl(server.url(QStringLiteral("/a"))), ContentMode::aspectFit, serviceTimeout());
     EXPECT_EQ(view.contentMode(), ContentMode::aspectFit);
     ASSERT_TRUE(server.waitForRequests(1));
     EXPECT_EQ(server.requests()[0].method(), "GET");
@@ -120,7 +122,8 @@ TEST_P(Picture, IsShownWhenItIsOneAndSmall)
     // Refused answers leave no trace: wait until a later one has made the same way.
     ASSERT_TRUE(QTest::qWaitFor([&] {
         if (witness.image().isNull())
-            download(&witness, QUrl(server.url(QStringLiteral("/last"))), ContentMode::aspectFit);
+            download(&witness, QUrl(server.url(QStringLiteral("/last"))), ContentMode::aspectFit,
+                serviceTimeout());
         return !witness.image().isNull();
     }));
     EXPECT_EQ(view.image(), before);
@@ -154,7 +157,8 @@ TEST(LatePicture, ArrivesInAViewThatHasAnotherByNow)
     server.answer("/fast", RawServer::http(200, picture({ 6, 6 }, "PNG"), type));
     auto view = std::make_unique<ImageView>();
     const auto load = [&](const char *path) {
-        download(view.get(), QUrl(server.url(QLatin1String(path))), ContentMode::aspectFit);
+        download(view.get(), QUrl(server.url(QLatin1String(path))), ContentMode::aspectFit,
+            serviceTimeout());
     };
     load("/fast");
     ASSERT_TRUE(QTest::qWaitFor([&] { return view->image().width() == 6; }));

@@ -1,8 +1,8 @@
 // Containers that come and go while calls are out.
 #include "Parloquin/Controller/ParloquinMainViewController.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/TableView.h"
 #include "Screens/Container.h"
 
 #include <QtTest/QTest>

@@ -1,8 +1,8 @@
 // What a host sets, and where it takes effect.
 #include "Parloquin/Manager/LogManager.h"
-#include "Parloquin/Platform/UI/NavigationBar.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
+#include "Parloquin/Toolkit/NavigationBar.h"
+#include "Parloquin/Toolkit/NavigationController.h"
 #include "Screens/Container.h"
 
 #include <optional>

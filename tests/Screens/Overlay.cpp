@@ -1,10 +1,10 @@
 // The progress overlay: where it lies, what it swallows, when it goes.
 #include "Parloquin/Manager/HudManager.h"
-#include "Parloquin/Platform/UI/ActivityIndicator.h"
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/Screen.h"
 #include "Parloquin/Protocol/Updateable.h"
+#include "Parloquin/Toolkit/ActivityIndicator.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Screen.h"
 #include "Screens/Container.h"
 
 #include <QtGui/QAccessible>

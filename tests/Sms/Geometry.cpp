@@ -1,6 +1,6 @@
 #include "Parloquin/Controller/CountryListViewController.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/TableView.h"
 #include "Sms/SmsRoad.h"
 
 #include <QtWidgets/QApplication>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Parloquin/Controller/Base/ParloquinNavigationController.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/Screen.h"
 #include "Parloquin/Protocol/ParloquinDelegate.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Screen.h"
 #include "support/RawServer.h"
 
 #include <QtCore/QMutex>

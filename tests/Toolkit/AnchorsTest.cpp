@@ -1,5 +1,5 @@
-#include "Parloquin/Platform/UI/Anchors.h"
-#include "Parloquin/Platform/UI/Label.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/Label.h"
 #include "Soon.h"
 
 #include <QtTest/QTest>

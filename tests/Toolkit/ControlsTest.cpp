@@ -1,10 +1,10 @@
-#include "Parloquin/Platform/UI/Anchors.h"
-#include "Parloquin/Platform/UI/Button.h"
-#include "Parloquin/Platform/UI/ImageView.h"
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/Screen.h"
-#include "Parloquin/Platform/UI/TextField.h"
-#include "Parloquin/Platform/UI/View.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/TextField.h"
+#include "Parloquin/Toolkit/View.h"
 #include "Soon.h"
 
 #include <QtGui/QMouseEvent>

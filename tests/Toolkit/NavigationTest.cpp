@@ -1,8 +1,8 @@
-#include "Parloquin/Platform/UI/BarButtonItem.h"
-#include "Parloquin/Platform/UI/NavigationBar.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/Screen.h"
-#include "Parloquin/Platform/UI/TextField.h"
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/NavigationBar.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/TextField.h"
 #include "Soon.h"
 
 #include <QtCore/QPointer>

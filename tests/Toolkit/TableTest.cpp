@@ -1,6 +1,6 @@
-#include "Parloquin/Platform/UI/Label.h"
-#include "Parloquin/Platform/UI/TableParts.h"
-#include "Parloquin/Platform/UI/TableView.h"
+#include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/TableParts.h"
+#include "Parloquin/Toolkit/TableView.h"
 
 #include <QtGui/QAccessible>
 #include <QtGui/QWheelEvent>

@@ -4,6 +4,7 @@
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Networking/Helper/Reachability.h"
 #include "Parloquin/Networking/Request/Request.h"
+#include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "fuzz/Fuzz.h"
 
 #include <QtWidgets/QApplication>
@@ -84,7 +85,8 @@ template <class T> static void call()
 static void picture()
 {
     ImageView view;
-    download(&view, QUrl(QStringLiteral("http://127.0.0.1/")), ContentMode::aspectFit);
+    download(
+        &view, QUrl(QStringLiteral("http://127.0.0.1/")), ContentMode::aspectFit, serviceTimeout());
     QCoreApplication::sendPostedEvents();
     const QSize size = view.image().size();
     require(size.isEmpty() || (data && response->statusCode == 200), "an answer with a picture");

@@ -1,6 +1,6 @@
 // Bytes of a connection to an HTTP answer, in one piece and in several: the same either way, and
 // never more kept than allowed.
-#include "Parloquin/Platform/HttpAnswer.h"
+#include "Parloquin/Transport/HttpAnswer.h"
 #include "fuzz/Fuzz.h"
 
 #include <algorithm>

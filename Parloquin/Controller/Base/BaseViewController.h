@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Parloquin/Extension/Fatal.h"
+#include "Parloquin/Platform/Fatal.h"
 #include "Parloquin/Platform/MainQueue.h"
-#include "Parloquin/Platform/UI/Screen.h"
+#include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
 #include <QtCore/QPointer>

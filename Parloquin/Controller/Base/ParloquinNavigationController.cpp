@@ -1,10 +1,10 @@
 #include "Parloquin/Controller/Base/ParloquinNavigationController.h"
 
-#include "Parloquin/Platform/UI/NavigationBar.h"
-#include "Parloquin/Platform/UI/NavigationController.h"
-#include "Parloquin/Platform/UI/Style.h"
 #include "Parloquin/Protocol/ParloquinDelegate.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
+#include "Parloquin/Toolkit/NavigationBar.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Style.h"
 
 #include <QtGui/QResizeEvent>
 

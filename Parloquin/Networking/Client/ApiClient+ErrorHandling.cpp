@@ -1,6 +1,6 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 
-#include "Parloquin/Extension/Fatal.h"
+#include "Parloquin/Platform/Fatal.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 
-#include "Parloquin/Extension/Fatal.h"
 #include "Parloquin/Manager/LogManager.h"
+#include "Parloquin/Platform/Fatal.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QStringDecoder>

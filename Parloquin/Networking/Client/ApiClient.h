@@ -6,7 +6,7 @@
 #include "Parloquin/Networking/Constant/ApiErrorAction.h"
 #include "Parloquin/Networking/Helper/ApiResponseHelper.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
-#include "Parloquin/Platform/UrlSession.h"
+#include "Parloquin/Transport/UrlSession.h"
 
 #include <atomic>
 #include <functional>

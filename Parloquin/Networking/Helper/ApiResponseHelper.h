@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Parloquin/Platform/UrlRequest.h"
+#include "Parloquin/Transport/UrlRequest.h"
 
 #include <QtCore/QByteArray>
 

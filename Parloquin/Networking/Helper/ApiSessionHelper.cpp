@@ -1,8 +1,8 @@
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 
-#include "Parloquin/Extension/Fatal.h"
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Networking/Helper/Reachability.h"
+#include "Parloquin/Platform/Fatal.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QThread>

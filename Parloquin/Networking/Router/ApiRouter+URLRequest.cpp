@@ -1,10 +1,10 @@
 #include "Parloquin/Networking/Router/ApiRouter.h"
 
 #include "Parloquin/Extension/Encodable+Extension.h"
-#include "Parloquin/Extension/Fatal.h"
 #include "Parloquin/Networking/Helper/ApiRequestHelper.h"
 #include "Parloquin/Networking/Model/Base/BaseRequestHeaderModel.h"
 #include "Parloquin/Networking/Router/ServiceEndpoint.h"
+#include "Parloquin/Platform/Fatal.h"
 
 namespace parloquin {
 

@@ -7,7 +7,7 @@
 #include "Parloquin/Networking/Model/Request/InitRequestModel.h"
 #include "Parloquin/Networking/Model/Request/SendOtpRequestModel.h"
 #include "Parloquin/Networking/Model/Request/StartRequestModel.h"
-#include "Parloquin/Platform/UrlRequest.h"
+#include "Parloquin/Transport/UrlRequest.h"
 
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>

@@ -1,6 +1,6 @@
 #include "Parloquin/Platform/SerialQueue.h"
 
-#include "Parloquin/Extension/Fatal.h"
+#include "Parloquin/Platform/Fatal.h"
 #include "Parloquin/Platform/MainQueue.h"
 
 #include <poll.h>

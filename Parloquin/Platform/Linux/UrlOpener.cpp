@@ -1,6 +1,5 @@
 #include "Parloquin/Platform/UrlOpener.h"
 
-#include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Platform/Linux/GLibPointers.h"
 #include "Parloquin/Platform/SerialQueue.h"
 
@@ -31,6 +30,7 @@ struct Launch {
     AppInfo app;
     QString scheme;
     QByteArray link;
+    Report report;
     GLibPointer<GCancellable> cancelled { g_cancellable_new() };
     bool isOver = false;
 };
@@ -49,7 +49,7 @@ public:
     ~Launcher() { end(); }
     Q_DISABLE_COPY_MOVE(Launcher)
 
-    void launch(AppInfo app, const QUrl &url)
+    void launch(AppInfo app, const QUrl &url, Report report)
     {
         if (!m_queue) {
             m_queue = std::make_unique<SerialQueue>(QStringLiteral("opener"));
@@ -59,6 +59,7 @@ public:
         m_last->app = std::move(app);
         m_last->scheme = url.scheme();
         m_last->link = url.toEncoded();
+        m_last->report = std::move(report);
         m_queue->async([launch = m_last] { run(*launch); });
     }
 
@@ -106,11 +107,10 @@ private:
         // Our own impatience with the bus is told like a failure.
         if (isOpened || g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE)
             return;
-        LogManager::shared().log(
+        launch.report(
             QStringLiteral("Cannot open the app for %1: links: %2")
                 .arg(launch.scheme,
-                    error ? QString::fromUtf8(error->message) : QStringLiteral("no reason given")),
-            true);
+                    error ? QString::fromUtf8(error->message) : QStringLiteral("no reason given")));
     }
 
     // Before the application object goes; ends every wait.
@@ -132,18 +132,16 @@ QUrl parse(const QString &text) { return QUrl(text, QUrl::StrictMode); }
 
 bool canOpen(const QUrl &url) { return handler(url) != nullptr; }
 
-void open(const QUrl &url)
+void open(const QUrl &url, Report report)
 {
     AppInfo app = handler(url);
     if (!app) {
-        LogManager::shared().log(
-            QStringLiteral(
-                "No installed app opens %1: links; install one that registers the scheme.")
-                .arg(url.scheme()),
-            true);
+        report(QStringLiteral(
+            "No installed app opens %1: links; install one that registers the scheme.")
+                   .arg(url.scheme()));
         return;
     }
-    Launcher::shared().launch(std::move(app), url);
+    Launcher::shared().launch(std::move(app), url, std::move(report));
 }
 
 } // namespace parloquin::UrlOpener

@@ -1,6 +1,6 @@
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
-#include "Parloquin/Extension/Fatal.h"
+#include "Parloquin/Platform/Fatal.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "Parloquin/Networking/Model/Base/BaseRequestHeaderModel.h"
 
-#include "Parloquin/Extension/Fatal.h"
 #include "Parloquin/Platform/Device.h"
+#include "Parloquin/Platform/Fatal.h"
 #include "Parloquin/Platform/InfoDictionary.h"
 
 namespace parloquin {

@@ -1,0 +1,67 @@
+#include "Parloquin/Toolkit/Accessibility.h"
+
+#include "Parloquin/Toolkit/ActivityIndicator.h"
+#include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/TableView.h"
+#include "Parloquin/Toolkit/View.h"
+
+#include <QtWidgets/QAccessibleWidget>
+
+namespace parloquin {
+
+namespace {
+
+class AccessibleRow : public QAccessibleWidget {
+public:
+    explicit AccessibleRow(TableCell *cell)
+        : QAccessibleWidget(cell, QAccessible::ListItem)
+    {
+    }
+
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        auto state = QAccessibleWidget::state();
+        state.focusable = true;
+        state.selectable = true;
+        state.focused = cell()->hasKeyboardFocus();
+        return state;
+    }
+
+    [[nodiscard]] QStringList actionNames() const override { return { pressAction() }; }
+
+    void doAction(const QString &name) override
+    {
+        if (name == pressAction())
+            cell()->select();
+    }
+
+private:
+    [[nodiscard]] TableCell *cell() const { return static_cast<TableCell *>(widget()); }
+};
+
+QAccessibleInterface *describe(const QString &, QObject *object)
+{
+    if (auto *cell = qobject_cast<TableCell *>(object))
+        return new AccessibleRow(cell);
+    if (auto *table = qobject_cast<TableView *>(object))
+        return new QAccessibleWidget(table, QAccessible::List);
+    if (auto *view = qobject_cast<View *>(object); view && !view->isTappable())
+        return new QAccessibleWidget(view, QAccessible::Grouping);
+    if (auto *picture = qobject_cast<ImageView *>(object))
+        return new QAccessibleWidget(picture, QAccessible::Graphic);
+    if (auto *spinner = qobject_cast<ActivityIndicator *>(object))
+        return new QAccessibleWidget(spinner, QAccessible::Animation);
+    return nullptr;
+}
+
+}
+
+void installAccessibility()
+{
+    [[maybe_unused]] static const bool once = [] {
+        QAccessible::installFactory(describe);
+        return true;
+    }();
+}
+
+} // namespace parloquin

@@ -1,0 +1,134 @@
+#include "Parloquin/Toolkit/AnchorEngine.h"
+
+#include "Parloquin/Toolkit/AnchorSolver.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
+#include <QtCore/QScopedValueRollback>
+#include <QtCore/QVariant>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace parloquin {
+
+namespace {
+
+constexpr char hairlineProperty[] = "parloquinHairline";
+
+// Half a pixel goes to the leading side.
+int whole(qreal value) { return static_cast<int>(std::ceil(value - 0.5)); }
+
+// A line thinner than a pixel still needs a widget to draw in.
+int wholeSize(qreal size) { return size > 0 ? std::max(whole(size), 1) : 0; }
+
+int depthOf(const QWidget *item)
+{
+    int depth = 0;
+    for (const auto *parent = item->parentWidget(); parent; parent = parent->parentWidget())
+        ++depth;
+    return depth;
+}
+
+}
+
+AnchorEngine &AnchorEngine::of(QWidget *root)
+{
+    auto *engine = root->findChild<AnchorEngine *>(QString(), Qt::FindDirectChildrenOnly);
+    return *(engine ? engine : new AnchorEngine(root));
+}
+
+AnchorEngine::AnchorEngine(QWidget *root)
+    : QObject(root)
+    , m_root(root)
+{
+    watch(root);
+}
+
+void AnchorEngine::watch(QWidget *item)
+{
+    for (auto *widget = item; widget; widget = widget->parentWidget()) {
+        widget->removeEventFilter(this); // never twice
+        widget->installEventFilter(this);
+        if (widget == m_root)
+            break;
+    }
+}
+
+void AnchorEngine::add(const Constraint &row)
+{
+    m_rows.append({ row, row.left.item, row.right.item });
+    watch(row.left.item);
+    if (row.right.item)
+        watch(row.right.item);
+}
+
+void AnchorEngine::layOut()
+{
+    if (m_layingOut)
+        return;
+    const QScopedValueRollback guard(m_layingOut, true);
+
+    m_rows.removeIf(
+        [](const Row &row) { return !row.left || (row.constraint.right.item && !row.right); });
+    QList<Constraint> rows;
+    for (const auto &row : std::as_const(m_rows))
+        rows.append(row.constraint);
+    AnchorSolver solver(m_root, rows);
+    const auto &places = solver.solve();
+
+    QList<QWidget *> items = places.keys();
+    items.removeOne(m_root);
+    // Parents first: children are placed inside of where their parents now stand.
+    std::stable_sort(items.begin(), items.end(),
+        [](const QWidget *a, const QWidget *b) { return depthOf(a) < depthOf(b); });
+    const bool mirrored = m_root->layoutDirection() == Qt::RightToLeft;
+    for (auto *item : std::as_const(items)) {
+        const auto &place = places[item];
+        const auto &[leadingEdge, trailingEdge, centreX, wide] = place.horizontal;
+        const QSize extent(wholeSize(*wide), wholeSize(*place.vertical[3]));
+        QPoint corner(whole(*leadingEdge), whole(*place.vertical[0]));
+        if (mirrored)
+            corner.setX(m_root->width() - corner.x() - extent.width());
+        const bool thin =
+            (*wide > 0 && *wide < 1) || (*place.vertical[3] > 0 && *place.vertical[3] < 1);
+        if (thin != isHairline(item))
+            item->setProperty(hairlineProperty, thin);
+        item->setGeometry({ item->parentWidget()->mapFrom(m_root, corner), extent });
+    }
+}
+
+bool AnchorEngine::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Resize:
+    case QEvent::Show:
+        if (watched == m_root)
+            layOut();
+        break;
+    case QEvent::LayoutRequest:
+    case QEvent::LayoutDirectionChange:
+    case QEvent::FontChange:
+        // Before the first size there is nothing to lay out; showing root does.
+        if (!m_root->testAttribute(Qt::WA_PendingResizeEvent) || m_root->isVisible())
+            layOut();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void activate(QWidget *root, std::initializer_list<Constraint> rows)
+{
+    auto &engine = AnchorEngine::of(root);
+    for (const auto &row : rows)
+        engine.add(row);
+    // Later, as more tables may follow in this call; a root not shown yet waits for that.
+    QCoreApplication::postEvent(root, new QEvent(QEvent::LayoutRequest));
+}
+
+bool isHairline(const QWidget *widget) { return widget->property(hairlineProperty).toBool(); }
+
+} // namespace parloquin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Parloquin/Toolkit/Tappable.h"
+
+#include <QtGui/QColor>
+
+namespace parloquin {
+
+/// \brief A text button of the navigation bar: 17 px, white unless tinted, 48 high, at least 60
+/// wide.
+class BarButtonItem : public Tappable {
+    Q_OBJECT
+public:
+    /// \param name becomes objectName and, with the title, what automation finds it by
+    BarButtonItem(const QString &title, const QString &name, QWidget *parent = nullptr);
+
+    void setTintColor(const QColor &color);
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QColor m_tint;
+};
+
+} // namespace parloquin

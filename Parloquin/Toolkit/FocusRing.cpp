@@ -1,0 +1,112 @@
+#include "Parloquin/Toolkit/FocusRing.h"
+
+#include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TextField.h"
+#include "Parloquin/Toolkit/View.h"
+
+#include <QtCore/QEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+
+namespace parloquin {
+
+namespace {
+
+constexpr int reach = 4; // px: gap and ring
+
+// What rings for the focused widget: itself, the box around it, or nothing.
+QWidget *ringedFor(QWidget *screen, QWidget *focused)
+{
+    const auto boxes = screen->findChildren<View *>();
+    for (auto *box : boxes) {
+        if (box->ringField() == focused)
+            return box;
+    }
+    if (qobject_cast<TextField *>(focused))
+        return focused;
+    const bool rings = qobject_cast<View *>(focused) || qobject_cast<Button *>(focused);
+    return rings && static_cast<Tappable *>(focused)->hasKeyboardFocus() ? focused : nullptr;
+}
+
+}
+
+FocusRing::FocusRing(QWidget *screen)
+    : QWidget(screen)
+    , m_screen(screen)
+{
+    setObjectName(QStringLiteral("focusRing"));
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+    connect(qApp, &QApplication::focusChanged, this,
+        [this](QWidget *, QWidget *focused) { follow(focused); });
+}
+
+void FocusRing::paint(
+    QPainter &painter, const QRectF &rect, qreal radius, bool inside, const QColor &color)
+{
+    // The pen's middle: 3 px outside the edge, or 3 inside (2 px off the edge, 2 wide).
+    const qreal offset = inside ? 3 : -3;
+    const auto ring = rect.adjusted(offset, offset, -offset, -offset);
+    const qreal round = inside ? 5 : radius + 3;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(ring, round, round);
+    painter.restore();
+}
+
+void FocusRing::follow(QWidget *focused)
+{
+    auto *target =
+        focused && m_screen->isAncestorOf(focused) ? ringedFor(m_screen, focused) : nullptr;
+    for (auto *watched = m_target.data(); watched && watched != m_screen;
+         watched = watched->parentWidget())
+        watched->removeEventFilter(this);
+    m_target = target;
+    for (auto *watched = target; watched && watched != m_screen; watched = watched->parentWidget())
+        watched->installEventFilter(this);
+    place();
+}
+
+void FocusRing::place()
+{
+    if (!m_target) {
+        hide();
+        return;
+    }
+    m_radius = 0;
+    m_inside = false;
+    if (const auto *view = qobject_cast<View *>(m_target)) {
+        m_radius = view->cornerRadius();
+        m_inside = view->ringsInside();
+    } else if (const auto *button = qobject_cast<Button *>(m_target)) {
+        m_radius = button->cornerRadius();
+    } else if (const auto *field = qobject_cast<TextField *>(m_target)) {
+        m_radius = field->cornerRadius();
+    }
+    const int margin = m_inside ? 0 : reach;
+    setGeometry(QRect(m_target->mapTo(m_screen, QPoint()), m_target->size())
+                    .adjusted(-margin, -margin, margin, margin));
+    raise();
+    show();
+    update();
+}
+
+void FocusRing::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    const int margin = m_inside ? 0 : reach;
+    paint(painter, QRectF(rect()).adjusted(margin, margin, -margin, -margin), m_radius, m_inside,
+        Style::blue);
+}
+
+bool FocusRing::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+        place();
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace parloquin

@@ -1,0 +1,95 @@
+#include "Parloquin/Toolkit/ImageView.h"
+
+#include "Parloquin/Platform/Fatal.h"
+#include "Parloquin/Toolkit/Accessibility.h"
+
+#include <QtCore/QFile>
+#include <QtGui/QPainter>
+#include <QtSvg/QSvgRenderer>
+#include <QtWidgets/QStyle>
+
+namespace parloquin {
+
+ImageView::ImageView(QWidget *parent)
+    : QWidget(parent)
+{
+    installAccessibility();
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+ImageView::~ImageView() = default;
+
+void ImageView::setImageNamed(const QString &name, bool mirrored)
+{
+    m_image = {};
+    m_mirrored = mirrored;
+    m_renderer.reset();
+    m_file = QStringLiteral(":/parloquin/%1.svg").arg(name);
+    if (!QFile::exists(m_file))
+        fatal(QStringLiteral("the kit has no image \"%1\"; add it to Parloquin.qrc").arg(name));
+    update();
+}
+
+void ImageView::setImage(const QImage &image)
+{
+    m_renderer.reset();
+    m_file.clear();
+    m_mirrored = false;
+    m_image = image;
+    update();
+}
+
+void ImageView::setContentMode(ContentMode mode)
+{
+    m_mode = mode;
+    update();
+}
+
+void ImageView::setAlignment(Qt::Alignment alignment)
+{
+    m_alignment = alignment;
+    update();
+}
+
+void ImageView::paintEvent(QPaintEvent *)
+{
+    if (!m_renderer && !m_file.isEmpty())
+        m_renderer = std::make_unique<QSvgRenderer>(m_file);
+    const QSizeF natural = m_renderer ? m_renderer->viewBoxF().size() : QSizeF(m_image.size());
+    if (natural.isEmpty())
+        return;
+
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    QRectF target(rect());
+    if (m_mode == ContentMode::aspectFit) {
+        const auto fitted = natural.scaled(target.size(), Qt::KeepAspectRatio);
+        const auto side = QStyle::visualAlignment(layoutDirection(), m_alignment);
+        qreal x = (target.width() - fitted.width()) / 2;
+        qreal y = (target.height() - fitted.height()) / 2;
+        if (side & Qt::AlignLeft)
+            x = 0;
+        else if (side & Qt::AlignRight)
+            x = target.width() - fitted.width();
+        if (side & Qt::AlignTop)
+            y = 0;
+        else if (side & Qt::AlignBottom)
+            y = target.height() - fitted.height();
+        target = { { x, y }, fitted };
+    }
+    if (m_mirrored && layoutDirection() == Qt::RightToLeft) {
+        painter.translate(width(), 0);
+        painter.scale(-1, 1);
+    }
+    if (m_renderer) {
+        m_renderer->render(&painter, target);
+        return;
+    }
+    // Scaled once, well, to the device's pixels: the painter's own scaling skips when shrinking.
+    const auto pixels = (target.size() * devicePixelRatioF()).toSize();
+    painter.drawImage(
+        target, m_image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
+} // namespace parloquin

@@ -1,0 +1,346 @@
+#include "Parloquin/Toolkit/TableView.h"
+
+#include "Parloquin/Platform/Fatal.h"
+#include "Parloquin/Toolkit/Accessibility.h"
+#include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TableViewPrivate.h"
+
+#include <QtCore/QEvent>
+#include <QtCore/QScopedValueRollback>
+#include <QtGui/QShowEvent>
+#include <QtWidgets/QScroller>
+
+#include <algorithm>
+
+namespace parloquin {
+
+namespace {
+constexpr int separatorMargin = 15; // px
+constexpr int jumpTime = 250; // ms
+}
+
+TableView::Private::Private(TableView *owner)
+    : table(owner)
+    , lines(new TableLines(owner))
+    , shadow(new TableShadow(owner))
+    , index(new TableIndex(owner))
+    , thumb(new TableThumb(owner))
+{
+    shadow->hide();
+    index->hide();
+    motion.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&motion, &QVariantAnimation::valueChanged, table,
+        [this](const QVariant &value) { setOffset(value.toInt()); });
+    connect(index, &TableIndex::chosen, table, [this](int letter) { jumpToSection(letter); });
+}
+
+void TableView::Private::reload()
+{
+    cancelPress();
+    for (const auto &[key, cell] : cells)
+        recycle(cell);
+    cells.clear();
+    geometry.load(*table, source, rowHeight);
+    const auto letters = source ? source->sectionIndexTitles(*table) : QStringList();
+    hasIndex = !letters.isEmpty();
+    index->setLetters(letters);
+    index->setVisible(hasIndex);
+    if (current && !geometry.contains(*current))
+        current = geometry.last();
+    offset = std::clamp(offset, 0, maxOffset());
+    arrange();
+}
+
+int TableView::Private::maxOffset() const
+{
+    return std::max(geometry.height() - table->height(), 0);
+}
+
+int TableView::Private::contentWidth() const
+{
+    return std::max(table->width() - (hasIndex ? TableIndex::stripWidth : 0), 0);
+}
+
+void TableView::Private::setOffset(int value)
+{
+    value = std::clamp(value, 0, maxOffset());
+    if (value == offset)
+        return;
+    offset = value;
+    arrange();
+    if (!hasIndex)
+        thumb->showFor(offset, geometry.height());
+}
+
+void TableView::Private::arrange()
+{
+    // Out of view no row is needed yet (its cell may not even be registered); showing asks again.
+    // And a cell being filled may ask for what is under way.
+    if (arranging || !table->isVisible())
+        return;
+    const QScopedValueRollback guard(arranging, true);
+    placeCells();
+    placeLines();
+    placeHeaders();
+    if (hasIndex) {
+        const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
+        index->setGeometry(
+            mirrored ? 0 : contentWidth(), 0, TableIndex::stripWidth, table->height());
+        index->raise();
+    }
+    updateStates();
+}
+
+void TableView::Private::recycle(TableCell *cell)
+{
+    cell->m_fade.reset();
+    cell->m_pressed = false;
+    cell->m_focused = false;
+    cell->hide();
+    waiting[cell->m_identifier].append(cell);
+}
+
+void TableView::Private::placeCells()
+{
+    const int bottom = offset + table->height();
+    for (auto it = cells.begin(); it != cells.end();) {
+        const int y = geometry.topOf({ it->first.first, it->first.second });
+        if (y + rowHeight <= offset || y >= bottom) {
+            recycle(it->second);
+            it = cells.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
+    const int x = mirrored && hasIndex ? TableIndex::stripWidth : 0;
+    for (int section = geometry.sectionAt(offset);
+         section >= 0 && section < static_cast<int>(geometry.sections().size()); ++section) {
+        const auto &found = geometry.sections()[static_cast<std::size_t>(section)];
+        const int rowsTop = found.top + found.header;
+        if (found.top >= bottom)
+            break;
+        for (int row = std::max((offset - rowsTop) / rowHeight, 0); row < found.rows; ++row) {
+            const int y = rowsTop + row * rowHeight;
+            if (y >= bottom)
+                break;
+            auto &cell = cells[{ section, row }];
+            if (!cell) {
+                cell = source->cellForRow(*table, { section, row });
+                cell->m_path = { section, row };
+                cell->lower();
+            }
+            cell->setGeometry(x, y - offset, contentWidth(), rowHeight);
+            cell->show();
+        }
+    }
+}
+
+void TableView::Private::placeLines()
+{
+    QList<QLineF> bottoms;
+    const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
+    for (const auto &[key, cell] : cells) {
+        // None under a section's last row: what follows is a header or nothing.
+        if (key.second == geometry.sections()[static_cast<std::size_t>(key.first)].rows - 1)
+            continue;
+        const QRect row = cell->geometry();
+        const int from = mirrored ? row.left() : row.left() + separatorMargin;
+        const int to = mirrored ? row.right() + 1 - separatorMargin : row.right() + 1;
+        bottoms.append(QLineF(from, row.bottom() + 1, to, row.bottom() + 1));
+    }
+    lines->setGeometry(table->rect());
+    lines->setLines(bottoms);
+    lines->setVisible(separators == SeparatorStyle::singleLine);
+    lines->raise();
+}
+
+void TableView::Private::placeHeaders()
+{
+    int used = 0;
+    shadow->hide();
+    for (int section = geometry.sectionAt(offset);
+         section >= 0 && section < static_cast<int>(geometry.sections().size()); ++section) {
+        const auto &found = geometry.sections()[static_cast<std::size_t>(section)];
+        if (found.top >= offset + table->height())
+            break;
+        if (found.header == 0)
+            continue;
+        // Stuck to the top until the next section pushes it off.
+        const int y = std::max(found.top - offset, std::min(0, found.end - found.header - offset));
+        if (used == headers.size())
+            headers.append(new TableHeader(table));
+        auto *header = headers[used++];
+        header->setText(found.title);
+        header->setGeometry(0, y, table->width(), found.header);
+        header->raise();
+        header->show();
+        if (found.top < offset) {
+            shadow->setGeometry(0, y + found.header, table->width(), TableShadow::reach);
+            shadow->raise();
+            shadow->show();
+        }
+    }
+    for (; used < headers.size(); ++used)
+        headers[used]->hide();
+}
+
+void TableView::Private::scrollTo(const IndexPath &path, bool animated)
+{
+    if (!geometry.contains(path))
+        return;
+    const auto &section = geometry.sections()[static_cast<std::size_t>(path.section)];
+    const int target = std::clamp(geometry.topOf(path) - section.header, 0, maxOffset());
+    motion.stop();
+    const int length = animated ? Style::duration(table, std::chrono::milliseconds(jumpTime)) : 0;
+    if (length == 0) {
+        setOffset(target);
+        return;
+    }
+    motion.setStartValue(offset);
+    motion.setEndValue(target);
+    motion.setDuration(length);
+    motion.start();
+}
+
+void TableView::Private::jumpToSection(int section)
+{
+    if (section < 0 || section >= static_cast<int>(geometry.sections().size()))
+        return;
+    motion.stop();
+    QScroller::scroller(table)->stop();
+    cancelPress();
+    setOffset(geometry.sections()[static_cast<std::size_t>(section)].top);
+}
+
+void TableView::Private::reveal(const IndexPath &path)
+{
+    const auto &section = geometry.sections()[static_cast<std::size_t>(path.section)];
+    const int top = geometry.topOf(path);
+    motion.stop();
+    if (top - section.header < offset)
+        setOffset(top - section.header);
+    else if (top + rowHeight > offset + table->height())
+        setOffset(top + rowHeight - table->height());
+}
+
+TableView::TableView(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<Private>(this))
+{
+    installAccessibility();
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_AcceptTouchEvents);
+    auto *scroller = QScroller::scroller(this);
+    auto properties = scroller->scrollerProperties();
+    // Stretched past its ends, a table under a fixed panel looks torn off.
+    properties.setScrollMetric(
+        QScrollerProperties::VerticalOvershootPolicy, QScrollerProperties::OvershootAlwaysOff);
+    properties.setScrollMetric(
+        QScrollerProperties::HorizontalOvershootPolicy, QScrollerProperties::OvershootAlwaysOff);
+    scroller->setScrollerProperties(properties);
+    connect(scroller, &QScroller::stateChanged, this, [this](QScroller::State state) {
+        if (state == QScroller::Dragging || state == QScroller::Scrolling)
+            d->cancelPress();
+    });
+}
+
+TableView::~TableView() = default;
+
+void TableView::setDataSource(TableViewDataSource *source)
+{
+    d->source = source;
+    d->reload();
+}
+
+void TableView::setDelegate(TableViewDelegate *delegate) { d->delegate = delegate; }
+
+void TableView::setRowHeight(int height)
+{
+    d->rowHeight = std::max(height, 1);
+    d->reload();
+}
+
+void TableView::setSeparatorStyle(SeparatorStyle style)
+{
+    d->separators = style;
+    d->arrange();
+}
+
+void TableView::registerCell(const QString &identifier, std::function<TableCell *()> make)
+{
+    d->makers[identifier] = std::move(make);
+}
+
+TableCell *TableView::dequeueReusableCell(const QString &identifier)
+{
+    auto &waiting = d->waiting[identifier];
+    if (!waiting.isEmpty())
+        return waiting.takeLast();
+    const auto maker = d->makers.constFind(identifier);
+    if (maker == d->makers.constEnd()) {
+        fatal(QStringLiteral("the table %1 knows no cell \"%2\"; register it first")
+                  .arg(objectName(), identifier));
+    }
+    auto *cell = (*maker)();
+    cell->setParent(this);
+    cell->m_identifier = identifier;
+    return cell;
+}
+
+void TableView::reloadData() { d->reload(); }
+
+TableCell *TableView::cellForRow(const IndexPath &path) const
+{
+    const auto found = d->cells.find({ path.section, path.row });
+    return found == d->cells.end() ? nullptr : found->second;
+}
+
+QList<TableCell *> TableView::visibleCells() const
+{
+    QList<TableCell *> cells;
+    for (const auto &[key, cell] : d->cells)
+        cells.append(cell);
+    return cells;
+}
+
+void TableView::scrollToRow(const IndexPath &path, bool animated) { d->scrollTo(path, animated); }
+
+int TableView::contentOffset() const { return d->offset; }
+
+void TableView::setContentOffset(int offset)
+{
+    d->motion.stop();
+    d->setOffset(offset);
+}
+
+void TableView::resizeEvent(QResizeEvent *)
+{
+    d->offset = std::clamp(d->offset, 0, d->maxOffset());
+    d->thumb->hide();
+    d->arrange();
+}
+
+void TableView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        d->arrange();
+}
+
+void TableView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        d->reload();
+}
+
+void TableView::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    d->cancelPress();
+    d->motion.stop();
+    QScroller::scroller(this)->stop();
+}
+
+} // namespace parloquin

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "Parloquin/Toolkit/TableGeometry.h"
+#include "Parloquin/Toolkit/TableParts.h"
+#include "Parloquin/Toolkit/TableView.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QPointer>
+#include <QtCore/QVariantAnimation>
+
+#include <map>
+#include <optional>
+#include <utility>
+
+class QKeyEvent;
+class QTouchEvent;
+
+namespace parloquin {
+
+/// \brief A table's state: what is in view, what waits for reuse, the finger and the keyboard.
+struct TableView::Private {
+    explicit Private(TableView *table);
+
+    // Layout
+    void reload();
+    void setOffset(int value);
+    [[nodiscard]] int maxOffset() const;
+    [[nodiscard]] int contentWidth() const;
+    void arrange();
+    void placeCells();
+    void placeLines();
+    void placeHeaders();
+    void recycle(TableCell *cell);
+    void scrollTo(const IndexPath &path, bool animated);
+    void jumpToSection(int section);
+    /// Scrolls as little as shows the whole row, clear of the stuck header.
+    void reveal(const IndexPath &path);
+
+    // Input
+    void press(const QPointF &position);
+    void stray(const QPointF &position);
+    void cancelPress();
+    void release();
+    void select(const IndexPath &path);
+    void moveCurrent(const IndexPath &path);
+    void updateStates();
+    bool handleTouch(QTouchEvent *event);
+    bool handleKey(QKeyEvent *event);
+    bool jumpToLetter(const QString &typed);
+
+    using Key = std::pair<int, int>; // section, row: in the order of the table
+
+    TableView *table;
+    TableViewDataSource *source = nullptr;
+    TableViewDelegate *delegate = nullptr;
+    TableGeometry geometry;
+    int rowHeight = 44;
+    SeparatorStyle separators = SeparatorStyle::singleLine;
+    int offset = 0;
+
+    QHash<QString, std::function<TableCell *()>> makers;
+    QHash<QString, QList<TableCell *>> waiting;
+    std::map<Key, TableCell *> cells;
+    QList<TableHeader *> headers;
+    TableLines *lines;
+    TableShadow *shadow;
+    TableIndex *index;
+    TableThumb *thumb;
+    bool hasIndex = false;
+    QVariantAnimation motion;
+
+    std::optional<IndexPath> pressed;
+    QPointF pressedAt;
+    std::optional<IndexPath> current;
+    bool keyboardFocus = false;
+    bool arranging = false;
+};
+
+} // namespace parloquin

@@ -1,0 +1,159 @@
+#include "Parloquin/Toolkit/TextBlock.h"
+
+#include "Parloquin/Toolkit/Style.h"
+
+#include <QtGui/QFontMetricsF>
+#include <QtGui/QPainter>
+#include <QtGui/QTextLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace parloquin {
+
+namespace {
+
+// Characters, several screens full. What a service sends beyond would take minutes to lay out.
+constexpr qsizetype mostText = 4096;
+
+QString bounded(const QString &text)
+{
+    return text.size() > mostText ? text.left(mostText) + QChar(0x2026) : text;
+}
+
+QTextOption optionFor(bool rightToLeft)
+{
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+    return option;
+}
+
+QString withoutEndingBlanks(QString text)
+{
+    while (!text.isEmpty() && text.back().isSpace())
+        text.chop(1);
+    return text;
+}
+
+}
+
+TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int lines)
+    : m_font(font)
+    , m_spacing(Style::lineSpacing(font, text))
+    , m_rightToLeft(text.isRightToLeft())
+{
+    if (text.isEmpty())
+        return;
+
+    QString source = bounded(text);
+    if (lines == 1) {
+        source.replace(QLatin1Char('\n'), QLatin1Char(' '));
+        source.replace(QChar::LineSeparator, QLatin1Char(' '));
+        source = withoutEndingBlanks(std::move(source));
+        m_whole = layOut(source);
+        m_isElided = m_whole->lineAt(0).naturalTextWidth() > width;
+        if (m_isElided) {
+            m_whole.reset();
+            source = QFontMetricsF(font).elidedText(source, Qt::ElideRight, width);
+        }
+        m_lines.push_back(source);
+        return;
+    }
+
+    source.replace(QLatin1Char('\n'), QChar::LineSeparator);
+    QTextLayout layout(source, font);
+    layout.setTextOption(optionFor(m_rightToLeft));
+    layout.beginLayout();
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(std::max<qreal>(width, 1));
+        const int start = line.textStart();
+        const bool last = lines > 0 && static_cast<int>(m_lines.size()) == lines - 1;
+        const bool more = start + line.textLength() < source.size();
+        if (last && (more || line.naturalTextWidth() > width)) {
+            auto rest = source.mid(start);
+            rest.replace(QChar::LineSeparator, QLatin1Char(' '));
+            m_lines.push_back(QFontMetricsF(font).elidedText(rest, Qt::ElideRight, width));
+            m_isElided = true;
+            break;
+        }
+        // The blank a line broke at takes no room.
+        m_lines.push_back(withoutEndingBlanks(source.mid(start, line.textLength())));
+        if (last)
+            break; // a break at the text's end would begin one line more
+    }
+    layout.endLayout();
+}
+
+TextBlock TextBlock::brokenAtSentence(const QString &text, const QFont &font, qreal width)
+{
+    TextBlock greedy(text, font, width, 0);
+    if (greedy.m_lines.size() != 2)
+        return greedy;
+    for (qsizetype at = 0; at + 1 < text.size(); ++at) {
+        const bool ends = text[at] == QLatin1Char('?') || text[at] == QLatin1Char('.')
+            || text[at] == QLatin1Char('!') || text[at] == QChar(0x61f);
+        if (!ends || !text[at + 1].isSpace())
+            continue;
+        auto broken = text;
+        broken[at + 1] = QLatin1Char('\n');
+        TextBlock block(broken, font, width, 0);
+        return block.m_lines.size() == 2 ? block : greedy;
+    }
+    return greedy;
+}
+
+int TextBlock::height() const { return static_cast<int>(m_lines.size()) * m_spacing; }
+
+qreal TextBlock::naturalWidth() const
+{
+    qreal widest = 0;
+    for (const auto &line : m_lines)
+        widest = std::max(widest, layoutOf(line)->lineAt(0).naturalTextWidth());
+    return widest;
+}
+
+std::shared_ptr<QTextLayout> TextBlock::layOut(const QString &line) const
+{
+    auto layout = std::make_shared<QTextLayout>(line, m_font);
+    auto option = optionFor(m_rightToLeft);
+    option.setWrapMode(QTextOption::NoWrap);
+    layout->setTextOption(option);
+    layout->setCacheEnabled(true); // else drawing shapes the text once more
+    layout->beginLayout();
+    layout->createLine();
+    layout->endLayout();
+    return layout;
+}
+
+std::shared_ptr<QTextLayout> TextBlock::layoutOf(const QString &line) const
+{
+    return m_whole ? m_whole : layOut(line);
+}
+
+void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignment) const
+{
+    qreal y = rect.top();
+    if (alignment & Qt::AlignVCenter)
+        y += (rect.height() - height()) / 2;
+    else if (alignment & Qt::AlignBottom)
+        y += rect.height() - height();
+
+    const QFontMetricsF metrics(m_font);
+    for (const auto &text : m_lines) {
+        const auto layout = layoutOf(text);
+        const auto line = layout->lineAt(0);
+        const qreal free = rect.width() - line.naturalTextWidth();
+        qreal x = rect.left();
+        if (alignment & Qt::AlignHCenter)
+            x += free / 2;
+        else if (alignment & Qt::AlignRight)
+            x += free;
+        // Not by the line's height: Qt rounds ascent and descent up, each for itself.
+        const qreal baseline = y + (m_spacing + metrics.ascent() - metrics.descent()) / 2;
+        layout->draw(&painter, { x, baseline - line.ascent() });
+        y += m_spacing;
+    }
+}
+
+} // namespace parloquin
