@@ -157,6 +157,11 @@ void HudManager::hide(const std::weak_ptr<Updateable> &)
     onMain([this] { removeFromSuperview(); });
 }
 
+bool HudManager::isOver(const QWidget *view) const
+{
+    return container && !container->isHidden() && container->parentWidget() == view;
+}
+
 void HudManager::showActivityIndicator(QWidget *uiView)
 {
     if (!container) {

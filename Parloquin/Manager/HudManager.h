@@ -29,6 +29,9 @@ public:
     /// \brief Takes the overlay away at once, whatever screen it lies on. Any thread; as above.
     void hide(const std::weak_ptr<Updateable> &screen);
 
+    /// Whether the overlay lies on this view now. Main thread only.
+    [[nodiscard]] bool isOver(const QWidget *view) const;
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -17,6 +17,10 @@ class ParloquinDelegate;
 ///
 /// A host that draws the device's status area over the container says how high it is with
 /// `setContentsMargins(0, height, 0, 0)`; the bar's blue then reaches up behind it.
+///
+/// For automation, every control bears an object name, and the property `atRest` is true while no
+/// slide, scroll or overlay is under way: what is seen then stays until someone acts or an answer
+/// comes.
 /// \since 1.0
 class PARLOQUIN_EXPORT ParloquinViewController : public QWidget {
     Q_OBJECT

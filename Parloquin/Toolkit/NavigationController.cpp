@@ -9,6 +9,9 @@
 #include <QtGui/QKeyEvent>
 #include <QtGui/QShowEvent>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QScroller>
+
+#include <algorithm>
 
 namespace parloquin {
 
@@ -163,6 +166,16 @@ Screen *NavigationController::topViewController() const { return d->top(); }
 QList<Screen *> NavigationController::viewControllers() const { return d->stack; }
 
 NavigationBar &NavigationController::navigationBar() const { return *d->bar; }
+
+bool NavigationController::isAtRest() const
+{
+    const auto scrolling = QScroller::activeScrollers();
+    return !d->slide->isRunning()
+        && std::none_of(scrolling.cbegin(), scrolling.cend(), [this](const QScroller *scroller) {
+               const auto *scrolled = qobject_cast<QWidget *>(scroller->target());
+               return scrolled && isAncestorOf(scrolled);
+           });
+}
 
 void NavigationController::setStatusAreaHeight(int height)
 {

@@ -31,6 +31,9 @@ public:
     [[nodiscard]] QList<Screen *> viewControllers() const;
     [[nodiscard]] NavigationBar &navigationBar() const;
 
+    /// No slide, and no finger or its momentum scrolling a screen.
+    [[nodiscard]] bool isAtRest() const;
+
     /// Height of the device's status area over the bar, painted in the bar's colour.
     void setStatusAreaHeight(int height);
 

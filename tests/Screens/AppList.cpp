@@ -8,8 +8,10 @@
 #include "Parloquin/Toolkit/View.h"
 #include "Screens/Container.h"
 
+#include <QtGui/QPointingDevice>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QProxyStyle>
 
 using namespace parloquin;
 
@@ -149,6 +151,45 @@ TEST_F(AppList, LeadsToTheRoadBySms)
     EXPECT_EQ(navigation->topViewController()->navigationItem().title(), QStringLiteral("SMS"));
     // The first screen's button is not the second's.
     EXPECT_TRUE(QTest::qWaitFor([this] { return find("btnClose") == nullptr; }));
+}
+
+TEST_F(AppList, TellsAutomationWhenItIsAtRest)
+{
+    struct Moving : QProxyStyle { // whatever the machine's own style says
+        int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+            QStyleHintReturn *data) const override
+        {
+            return hint == SH_Widget_Animation_Duration
+                ? 200
+                : QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    };
+    QApplication::setStyle(new Moving);
+    const auto atRest = [this] { return container->property("atRest").toBool(); };
+    QByteArray list;
+    for (int row = 0; row < 50; ++row)
+        list += R"({"text":"Row"},)";
+    answer("/v1.0/init",
+        R"({"result":{"alternativeValidation":"otp","list":[)" + list.chopped(1) + "]}}");
+    ContainerTest::present();
+    EXPECT_TRUE(waitForOverlay(true));
+    EXPECT_FALSE(atRest());
+    ASSERT_TRUE(settle(1));
+    EXPECT_TRUE(atRest());
+
+    const std::unique_ptr<QPointingDevice> device(QTest::createTouchDevice());
+    QWindow *const window = container->windowHandle();
+    QTest::touchEvent(window, device.get()).press(1, { 200, 600 });
+    for (int y = 590; y >= 300; y -= 10)
+        QTest::touchEvent(window, device.get()).move(1, { 200, y });
+    QTest::touchEvent(window, device.get()).release(1, { 200, 300 });
+    EXPECT_FALSE(atRest()) << "it rolls on by itself";
+    EXPECT_TRUE(QTest::qWaitFor(atRest));
+
+    tap(find("viewAlternativeKit"));
+    EXPECT_FALSE(atRest());
+    EXPECT_TRUE(QTest::qWaitFor(atRest));
+    EXPECT_FALSE(find("tblKits")->isVisible()) << "the slide is over";
 }
 
 TEST_F(AppList, PushesALongDescriptionsTableDownWithoutOverlap)

@@ -1,5 +1,6 @@
 #include "Parloquin/Controller/Base/ParloquinNavigationController.h"
 
+#include "Parloquin/Manager/HudManager.h"
 #include "Parloquin/Protocol/ParloquinDelegate.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
 #include "Parloquin/Toolkit/NavigationBar.h"
@@ -57,6 +58,11 @@ ParloquinStatusBarStyle ParloquinNavigationController::preferredStatusBarStyle()
 {
     const auto &options = ParloquinSingleton::shared().options;
     return options ? options->theme.statusBarColor : ParloquinStatusBarStyle::lightContent;
+}
+
+bool ParloquinNavigationController::isAtRest() const
+{
+    return m_navigation->isAtRest() && !HudManager::shared().isOver(m_navigation);
 }
 
 QSize ParloquinNavigationController::sizeHint() const { return phoneSize; }

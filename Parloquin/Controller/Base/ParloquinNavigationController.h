@@ -19,6 +19,8 @@ class ParloquinNavigationController : public ParloquinViewController {
     /// What a phone's shell, or a host that draws the status area itself, asks for; read it with
     /// QObject::property().
     Q_PROPERTY(ParloquinStatusBarStyle preferredStatusBarStyle READ preferredStatusBarStyle)
+    /// For automation: what is seen now stays where it is until someone or an answer moves it.
+    Q_PROPERTY(bool atRest READ isAtRest)
 public:
     /// \param rootViewController adopted; loads when the container is first shown
     explicit ParloquinNavigationController(Screen *rootViewController, QWidget *parent = nullptr);
@@ -29,6 +31,9 @@ public:
 
     /// Of the options last given to the process; light where there are none.
     [[nodiscard]] ParloquinStatusBarStyle preferredStatusBarStyle() const;
+
+    /// No slide, scroll or overlay under way.
+    [[nodiscard]] bool isAtRest() const;
 
     [[nodiscard]] NavigationController &navigationController() const { return *m_navigation; }
 
