@@ -12,16 +12,29 @@
 using namespace parloquin;
 
 Parloquin::Parloquin()
-    : m_options(ParloquinEnvironment::debug, true,
-        { QColor(Qt::blue), ParloquinStatusBarStyle::lightContent })
+    : m_options { true, QColor(Qt::blue), ParloquinStatusBarStyle::lightContent,
+        ParloquinEnvironment::debug }
 {
+    static_assert(sizeof(Parloquin) == 28, "hosts of every version 1 give an object this room");
+}
+
+Parloquin::Parloquin(const ParloquinOptions::Record &record)
+    : m_options { record.logActive, record.navigationBarBackgroundColor, record.statusBarColor,
+        record.environment }
+{
+    // A field that came later is taken over only from headers that have it.
+    ParloquinSingleton::shared().options = ParloquinOptions(record.environment, record.logActive,
+        { record.navigationBarBackgroundColor, record.statusBarColor });
+    LogManager::shared().isActive = record.logActive;
 }
 
 Parloquin::Parloquin(const ParloquinOptions &options)
-    : m_options(options)
+    : Parloquin([&options] {
+        const auto &given = reinterpret_cast<const Kept &>(options);
+        return ParloquinOptions::Record { PARLOQUIN_VERSION_CHECK(1, 0, 0), given.environment,
+            given.logActive, given.navigationBarBackgroundColor, given.statusBarColor };
+    }())
 {
-    ParloquinSingleton::shared().options = options;
-    LogManager::shared().isActive = options.logActive;
 }
 
 ParloquinViewController *Parloquin::viewControllerForLogin()

@@ -29,12 +29,32 @@ public:
     Parloquin();
 
     /// \brief Takes these options, for this object and for the whole process: the last ones win.
-    explicit Parloquin(const ParloquinOptions &options);
+    /// \tparam headers leave it alone: it keeps hosts built with different headers apart
+    template <int headers = PARLOQUIN_VERSION>
+    explicit Parloquin(const ParloquinOptions &options)
+        : Parloquin(options.record())
+    {
+    }
 
     /// \brief A new container, with nothing shared with earlier ones.
     /// \return never null; without a parent: the caller owns it
     [[nodiscard]] ParloquinViewController *viewControllerForLogin();
 
+#if defined(PARLOQUIN_BUILDING)
+    // What hosts built with 1.0 call: their options are laid out as Kept.
+    explicit Parloquin(const ParloquinOptions &options);
+#endif
+
 private:
-    ParloquinOptions m_options;
+    explicit Parloquin(const ParloquinOptions::Record &record);
+
+    // The options as 1.0 had them, and no more: an object is as large as its host's headers say, so
+    // this never changes. Options that came later are kept for the process alone.
+    struct Kept {
+        bool logActive;
+        QColor navigationBarBackgroundColor;
+        ParloquinStatusBarStyle statusBarColor;
+        ParloquinEnvironment environment;
+    };
+    Kept m_options;
 };
