@@ -1,6 +1,7 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Platform/Rehearsal.h"
 
 #include <exception>
 
@@ -9,7 +10,7 @@ namespace parloquin {
 void ApiClient::send(std::optional<ApiRouter> route, Decoder decoder, Failure fail)
 {
     router = std::move(route);
-    if (!ApiSessionHelper::shared().isNetworkReachable) {
+    if (!Rehearsal::hasRoute().value_or(ApiSessionHelper::shared().isNetworkReachable)) {
         cancelRequest();
         fail(ApiError::connection);
         return;

@@ -6,7 +6,7 @@
 
 namespace parloquin {
 
-/// \brief Where the service is: fixed at build time, ends in a slash.
+/// \brief Where the service is: fixed at build time but for rehearsals; ends in a slash.
 [[nodiscard]] QString serviceBaseUrl();
 
 /// \brief How long one whole call may take.

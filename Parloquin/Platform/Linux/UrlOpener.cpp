@@ -1,6 +1,7 @@
 #include "Parloquin/Platform/UrlOpener.h"
 
 #include "Parloquin/Platform/Linux/GLibPointers.h"
+#include "Parloquin/Platform/Rehearsal.h"
 #include "Parloquin/Platform/SerialQueue.h"
 
 #include <QtCore/QCoreApplication>
@@ -13,11 +14,18 @@ namespace {
 
 using AppInfo = GLibPointer<GAppInfo>;
 
-AppInfo handler(const QUrl &url)
+/// \return the scheme of a link that may be opened, in small letters; else empty
+QString openable(const QUrl &url)
 {
     // A file: link would run or show whatever the service names on this device.
     const QString scheme = url.scheme().toLower();
-    if (!url.isValid() || scheme.isEmpty() || scheme == QStringLiteral("file"))
+    return url.isValid() && scheme != QStringLiteral("file") ? scheme : QString();
+}
+
+AppInfo handler(const QUrl &url)
+{
+    const QString scheme = openable(url);
+    if (scheme.isEmpty())
         return {};
     AppInfo app(g_app_info_get_default_for_uri_scheme(scheme.toUtf8().constData()));
     // An app that takes no links would be started without this one.
@@ -130,11 +138,23 @@ private:
 
 QUrl parse(const QString &text) { return QUrl(text, QUrl::StrictMode); }
 
-bool canOpen(const QUrl &url) { return handler(url) != nullptr; }
+bool canOpen(const QUrl &url)
+{
+    const QString scheme = openable(url);
+    if (scheme.isEmpty())
+        return false;
+    const auto answer = Rehearsal::askDesktop("can " + scheme.toUtf8());
+    return answer ? *answer : handler(url) != nullptr;
+}
 
 void open(const QUrl &url, Report report)
 {
-    AppInfo app = handler(url);
+    std::optional<bool> isOpened;
+    if (!openable(url).isEmpty())
+        isOpened = Rehearsal::askDesktop("open " + url.toEncoded());
+    if (isOpened.value_or(false))
+        return;
+    AppInfo app = isOpened ? AppInfo() : handler(url);
     if (!app) {
         report(QStringLiteral(
             "No installed app opens %1: links; install one that registers the scheme.")
