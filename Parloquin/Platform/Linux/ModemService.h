@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Parloquin/Platform/Linux/GLibPointers.h"
+#include "Parloquin/Platform/Linux/SystemBus.h"
 
 #include <QtCore/QString>
 
@@ -16,26 +16,17 @@ class ModemService {
 public:
     /// \param changed called on a thread of the bus when asking again may bring another answer
     explicit ModemService(std::function<void()> changed);
-    ~ModemService();
-    Q_DISABLE_COPY_MOVE(ModemService)
 
     /// \param cancelled ends the wait from another thread
     /// \return whether the bus has answered; the connection is kept until it hangs up
-    [[nodiscard]] bool connect(GCancellable *cancelled);
+    [[nodiscard]] bool connect(GCancellable *cancelled) { return m_bus.connect(cancelled); }
 
     /// \param cancelled ends the wait from another thread
     /// \return country and network code of the SIM in the first modem; nothing without
     [[nodiscard]] std::optional<QString> operatorIdentifier(GCancellable *cancelled) const;
 
 private:
-    [[nodiscard]] GLibPointer<GVariant> call(const char *path, const char *interface,
-        const char *method, GVariant *arguments, const char *answer, GCancellable *cancelled) const;
-    void subscribe() const;
-    void close();
-
-    std::function<void()> m_changed;
-    GLibPointer<GDBusConnection> m_bus;
-    guint m_filter = 0;
+    SystemBus m_bus;
 };
 
 } // namespace parloquin
