@@ -22,6 +22,7 @@ void OtpCheckViewController::setUI()
     setAnchorsForFields();
     setAnchorsForButtonCheck();
     setAnchorsForButtonTryAgain();
+    setButtonMessageCode();
     m_page->setConcludingButton(btnCheck);
     m_page->setLastWidget(btnTryAgain, 20);
 }

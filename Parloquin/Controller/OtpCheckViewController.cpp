@@ -1,6 +1,7 @@
 #include "Parloquin/Controller/OtpCheckViewController.h"
 
 #include "Parloquin/Extension/QString+Characters.h"
+#include "Parloquin/Platform/IncomingMessages.h"
 #include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Toolkit/BarButtonItem.h"
 #include "Parloquin/Toolkit/NavigationController.h"
@@ -49,11 +50,14 @@ void OtpCheckViewController::viewWillAppear(bool animated)
 {
     BaseViewController::viewWillAppear(animated);
     setBackButton();
+    listenForMessages();
 }
 
 void OtpCheckViewController::viewWillDisappear(bool animated)
 {
     BaseViewController::viewWillDisappear(animated);
+    m_messages.reset();
+    withdrawCode();
     navigationItem().setLeftBarButtonItem(nullptr);
 }
 
@@ -82,6 +86,11 @@ void OtpCheckViewController::textFieldDidChange(const TextField *field)
         else
             txtCode2->clearFocus();
     }
+    rememberCode();
+}
+
+void OtpCheckViewController::rememberCode()
+{
     requiredViewModel().otpCode = txtCode0->text() + txtCode1->text() + txtCode2->text();
 }
 

@@ -6,10 +6,13 @@
 
 #include <QtCore/QPointer>
 
+#include <memory>
+
 namespace parloquin {
 
 class BarButtonItem;
 class Button;
+class IncomingMessages;
 class Label;
 class ScrollView;
 class TextField;
@@ -54,6 +57,13 @@ private:
     void setBackButton();
 
     void textFieldDidChange(const TextField *field);
+    void rememberCode();
+
+    void listenForMessages();
+    void offerCode(const QString &code);
+    void setButtonMessageCode();
+    void fillCode();
+    void withdrawCode();
 
     QPointer<BarButtonItem> btnBack;
     Label *lblDescription = nullptr;
@@ -65,7 +75,11 @@ private:
     Button *btnCheck = nullptr;
     Button *btnTryAgain = nullptr;
 
+    Button *btnMessageCode = nullptr; // shown while a code that came by SMS is offered
+
     ScrollView *m_page = nullptr;
+    std::unique_ptr<IncomingMessages> m_messages; // while the screen is shown
+    QString m_offeredCode;
 };
 
 } // namespace parloquin

@@ -12,6 +12,7 @@ namespace parloquin::Style {
 
 inline constexpr QColor blue { 0, 0, 255 };
 inline constexpr QColor pressedBlue { 0, 0, 204 };
+inline constexpr QColor softBlue { 0xe4, 0xe6, 0xff };
 inline constexpr QColor ink { 0x11, 0x13, 0x22 };
 inline constexpr QColor secondInk { 0x4a, 0x4f, 0x66 };
 inline constexpr QColor placeholder { 0x6b, 0x70, 0x85 };

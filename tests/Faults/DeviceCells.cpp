@@ -1,10 +1,9 @@
 // What the device may do: its network, its modems and the bus that tells of them.
 #include "Faults/FaultTest.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
-#include "Parloquin/Platform/Telephony.h"
+#include "support/ModemBus.h"
 #include "support/OwnNetwork.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
 #include <linux/netlink.h>
@@ -12,7 +11,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <map>
 
 using namespace parloquin;
 using namespace Qt::StringLiterals;
@@ -123,45 +121,6 @@ Cell cut(const Network &row, const QByteArray &call, const QStringList &outcomes
     return { row.fault, call, act, outcomes, {}, row.inSample, isInOwnNetwork };
 }
 
-/// A system bus of the test's own, with a modem service made of mock objects.
-class SystemBus {
-public:
-    SystemBus()
-    {
-        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + m_folder.filePath(u"bus"_s).toUtf8());
-    }
-    void play(const QByteArray &steps);
-
-private:
-    const QTemporaryDir m_folder; // of its socket
-    std::map<QByteArray, Process> m_programs;
-};
-
-/// \param steps "start" and "end" of programs, the other words of the file `modems`, and "ask",
-/// which another container does; semicolons between
-void SystemBus::play(const QByteArray &steps)
-{
-    for (const QByteArray &step : steps.split(';')) {
-        std::vector<std::string> command { "/bin/sh", MODEMS, m_folder.path().toStdString() };
-        const auto words = step.simplified().split(' ');
-        if (words[0] == "start") {
-            command.push_back(words[1].toStdString());
-            m_programs.erase(words[1]);
-            auto &program = m_programs.emplace(words[1], command).first->second;
-            EXPECT_NE(program.waitForOutput("\n"), "");
-        } else if (words[0] == "end") {
-            m_programs.erase(words[1]);
-        } else if (words[0] == "ask") {
-            Telephony::shared().ask();
-        } else {
-            for (const QByteArray &word : words)
-                command.push_back(word == "locked" ? "" : word.toStdString());
-            Process told(command);
-            EXPECT_EQ(told.waitForEnd(), 0) << told.output();
-        }
-    }
-}
-
 struct Modem {
     const char *fault;
     QByteArray prepare; ///< steps
@@ -210,7 +169,7 @@ void start(FaultTest &test, const QString &country)
 Cell told(const Modem &row)
 {
     const auto act = [&row](FaultTest &test) {
-        SystemBus bus;
+        ModemBus bus;
         const auto play = [&](const QByteArray &steps) {
             const auto pause = test.yardstick.pause();
             bus.play(steps);

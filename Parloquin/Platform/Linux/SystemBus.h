@@ -2,7 +2,7 @@
 
 #include "Parloquin/Platform/Linux/GLibPointers.h"
 
-#include <QtCore/QtClassHelperMacros>
+#include <QtCore/QtGlobal>
 
 #include <functional>
 #include <span>

@@ -1,0 +1,81 @@
+#include "Parloquin/Controller/OtpCheckViewController.h"
+
+#include "Parloquin/Extension/QString+OneTimeCode.h"
+#include "Parloquin/Networking/Router/ServiceEndpoint.h"
+#include "Parloquin/Platform/IncomingMessages.h"
+#include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TextField.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QUrl>
+#include <QtGui/QAccessible>
+
+#include <algorithm>
+
+namespace parloquin {
+
+void OtpCheckViewController::listenForMessages()
+{
+    m_messages = std::make_unique<IncomingMessages>([this](const QString &text) {
+        // Only a message that says whose code it brings; of any other nothing is kept.
+        if (const auto code = oneTimeCode(text, QUrl(serviceBaseUrl()).host(), 3))
+            offerCode(*code);
+    });
+}
+
+void OtpCheckViewController::offerCode(const QString &code)
+{
+    m_offeredCode = code;
+    btnMessageCode->setText(
+        QCoreApplication::translate("Parloquin", "Fill in %1 from your message").arg(code));
+    // One step of the Tab key from where the person types.
+    const QList<QWidget *> boxes { txtCode0, txtCode1, txtCode2 };
+    const auto typing = std::ranges::find_if(boxes, &QWidget::hasFocus);
+    setTabOrder(typing != boxes.end() ? *typing : txtCode2, btnMessageCode);
+    btnMessageCode->show();
+    QAccessibleEvent appeared(btnMessageCode, QAccessible::Alert);
+    QAccessible::updateAccessibility(&appeared);
+}
+
+void OtpCheckViewController::setButtonMessageCode()
+{
+    // Over the page, as a keyboard offers words: nothing that is there moves.
+    btnMessageCode = new Button(this);
+    btnMessageCode->setObjectName(QStringLiteral("btnMessageCode"));
+    btnMessageCode->hide();
+    btnMessageCode->setBackgroundColor(Style::softBlue);
+    btnMessageCode->setTitleColor(Style::blue);
+    btnMessageCode->setFontSize(16, QFont::DemiBold);
+    btnMessageCode->setCornerRadius(6);
+    connect(btnMessageCode, &Button::clicked, this, [this] { fillCode(); });
+
+    using parloquin::height;
+    // clang-format off
+    activate(this, {
+        leading(btnMessageCode)  == leading(this)  + 20,
+        trailing(btnMessageCode) == trailing(this) - 20,
+        bottom(btnMessageCode)   == bottom(this)   - 20,
+        height(btnMessageCode)   == 55,
+    });
+    // clang-format on
+}
+
+void OtpCheckViewController::fillCode()
+{
+    const QList<TextField *> boxes { txtCode0, txtCode1, txtCode2 };
+    for (qsizetype i = 0; i < boxes.size(); ++i)
+        boxes[i]->setText(m_offeredCode.mid(i, 1));
+    rememberCode();
+    btnCheck->setFocus();
+    withdrawCode();
+}
+
+void OtpCheckViewController::withdrawCode()
+{
+    m_offeredCode.clear();
+    btnMessageCode->hide();
+}
+
+} // namespace parloquin

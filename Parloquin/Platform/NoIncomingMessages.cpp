@@ -1,0 +1,11 @@
+#include "Parloquin/Platform/IncomingMessages.h"
+
+// Of a kit that is built to read no messages, or for a system that gives none away.
+namespace parloquin {
+
+struct IncomingMessages::Private { };
+
+IncomingMessages::IncomingMessages(Heard) { }
+IncomingMessages::~IncomingMessages() = default;
+
+} // namespace parloquin
