@@ -106,6 +106,12 @@ Objection faultOfParameters(std::string_view call, const json &parameters)
     return std::nullopt;
 }
 
+bool isFullNumber(std::string_view text)
+{
+    return text.size() > 1 && text.front() == '+'
+        && std::all_of(text.begin() + 1, text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
 std::string canonicalText(const json &value)
 {
     std::string text;

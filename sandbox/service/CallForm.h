@@ -23,6 +23,9 @@ inline constexpr std::string_view iconName = "icon";
 std::optional<std::string> faultOfParameters(
     std::string_view call, const nlohmann::json &parameters);
 
+/// A plus and digits, as E.164 writes a number.
+bool isFullNumber(std::string_view text);
+
 /// The one spelling of \p json that a client may send: compact, keys sorted, slashes escaped.
 std::string canonicalText(const nlohmann::json &json);
 

@@ -161,6 +161,20 @@ Answer<std::string> Calls::fullNumber(
     return full;
 }
 
+std::string Calls::numberOf(const std::string &call, const json &parameters) const
+{
+    if (call == "result") {
+        const auto session = m_state.session(textOf(parameters, "session_id"));
+        return session ? session->number : std::string();
+    }
+    if (call != "send-otp" && call != "check-otp")
+        return {};
+    const auto number = fullNumber(
+        textOf(parameters, "phoneNumber"), textOf(parameters, "countryCode"), call == "send-otp");
+    const auto *const full = std::get_if<std::string>(&number);
+    return full ? *full : std::string();
+}
+
 Answer<CallResult> Calls::sendOtp(const json &parameters)
 {
     auto number =
@@ -191,8 +205,11 @@ Answer<CallResult> Calls::checkOtp(const json &parameters)
 Answer<CallResult> Calls::result(const json &parameters) const
 {
     const auto id = textOf(parameters, "session_id");
-    if (!m_state.session(id))
+    const auto session = m_state.session(id);
+    if (!session)
         return Refusal { 404, {}, "\"session_id\": unknown" };
+    if (session->expired)
+        return Refusal { 400, {}, "\"session_id\": too old" };
     return CallResult { verified(id), "session " + id };
 }
 

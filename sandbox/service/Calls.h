@@ -16,7 +16,7 @@ struct CallResult {
 
 /// \brief The calls of the service: from right parameters to a result.
 ///
-/// Any thread. The scenario and the state must outlive it.
+/// Made for one request, which keeps to one scenario. Both must outlive it.
 class Calls {
 public:
     Calls(const Scenario &scenario, State &state);
@@ -26,6 +26,9 @@ public:
     /// \param ownUrl scheme, host and port under which the client reached us; icons are below it
     Answer<CallResult> perform(
         const std::string &call, const nlohmann::json &parameters, const std::string &ownUrl);
+
+    /// The full number that a request is about; empty when there is none.
+    std::string numberOf(const std::string &call, const nlohmann::json &parameters) const;
 
 private:
     CallResult init(const nlohmann::json &parameters, const std::string &ownUrl) const;

@@ -96,23 +96,23 @@ bool Connection::receive(std::string &bytes, std::size_t most, milliseconds pati
 void Connection::countLines(std::string_view bytes)
 {
     constexpr std::string_view post = "POST /v1.0/";
-    constexpr std::size_t longest = 256;
-    for (const auto c : bytes) {
-        if (c == '\n') {
-            // Not only at its start: a second request follows the body of the first on its line.
-            const auto at = m_line.find(post);
-            const auto call = at == m_line.npos
-                ? std::string()
-                : m_line.substr(
-                    at + post.size(), m_line.find(' ', at + post.size()) - at - post.size());
-            if (isCall(call))
-                m_count.addPost(call);
-            m_line.clear();
-            continue;
-        }
-        if (m_line.size() > 2 * longest)
-            m_line.erase(0, longest);
-        m_line += c;
+    constexpr std::size_t longest = 512;
+    while (!bytes.empty()) {
+        const auto end = std::min(bytes.find('\n'), bytes.size());
+        m_line += bytes.substr(end - std::min(end, longest), std::min(end, longest));
+        m_line.erase(0, m_line.size() - std::min(m_line.size(), longest));
+        if (end == bytes.size())
+            return;
+        bytes.remove_prefix(end + 1);
+        // Not only at its start: a second request follows the body of the first on its line.
+        const auto at = m_line.find(post);
+        const auto call = at == m_line.npos
+            ? std::string()
+            : m_line.substr(
+                at + post.size(), m_line.find(' ', at + post.size()) - at - post.size());
+        if (isCall(call))
+            m_count.addPost(call);
+        m_line.clear();
     }
 }
 

@@ -71,10 +71,10 @@ std::string withoutPacking(const std::string &request)
 }
 }
 
-Front::Front(Outcomes &outcomes, RequestCount &count, Say say)
+Front::Front(Outcomes &outcomes, RequestCount &count, Played played)
     : m_outcomes(outcomes)
     , m_count(count)
-    , m_say(std::move(say))
+    , m_played(std::move(played))
     , m_stopped(::eventfd(0, EFD_CLOEXEC))
 {
 }
@@ -165,7 +165,7 @@ void Front::serve(Connection &client)
 {
     const std::string connection(connectionName);
     if (const auto outcome = m_outcomes.take(connection); outcome.fault) {
-        m_say(connection, "fault " + outcome.fault.text);
+        m_played(connection, outcome.fault.text);
         return client.play(outcome.fault, {}, 0, std::string(4096, 'x'));
     }
 
@@ -184,7 +184,7 @@ void Front::serve(Connection &client)
         if (const auto outcome = m_outcomes.takeIf(call, isWithin)) {
             const auto &fault = outcome->fault;
             m_count.addFault(call);
-            m_say(call, "fault " + fault.text);
+            m_played(call, fault.text);
             const auto until = std::min(fault.bytes.value_or(size / 2), size);
             while (request.size() < until
                 && client.receive(request, until - request.size(), patience)) { }

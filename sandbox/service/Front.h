@@ -18,13 +18,14 @@ namespace sandbox {
 /// connection: those that are never answered hold up nobody else.
 class Front {
 public:
-    using Say = std::function<void(const std::string &call, const std::string &verdict)>;
+    /// Hears of a fault that came before the service behind could.
+    using Played = std::function<void(const std::string &call, const std::string &fault)>;
 
     /// In which the service behind names the fault of its answer; it never reaches a client.
     static constexpr auto faultHeader = "X-Sandbox-Fault";
 
     /// All three are used until run() has returned, by any thread.
-    Front(Outcomes &outcomes, RequestCount &count, Say say);
+    Front(Outcomes &outcomes, RequestCount &count, Played played);
     ~Front();
     Front(const Front &) = delete;
     Front &operator=(const Front &) = delete;
@@ -44,7 +45,7 @@ private:
 
     Outcomes &m_outcomes;
     RequestCount &m_count;
-    Say m_say;
+    Played m_played;
     int m_socket = -1;
     int m_stopped = -1;
     int m_backPort = 0;

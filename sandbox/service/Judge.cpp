@@ -2,6 +2,7 @@
 
 #include "sandbox/service/CallForm.h"
 #include "sandbox/service/Cipher.h"
+#include "sandbox/service/SignatureHint.h"
 
 #include <algorithm>
 #include <cctype>
@@ -10,10 +11,6 @@
 namespace sandbox {
 namespace {
 using nlohmann::json;
-
-/// Every client signs with this; it tells a client from a stranger, not one host from another.
-constexpr std::string_view signingKey =
-    "GPzEyoL8,?Es,]|$aJd#wy$XxQPpl+H)8ACyjkz,4;)jmBQlm.7k)nI4]+pS(hZ/";
 
 constexpr auto timeStampHeader = "X-TRZ-Req-Timestamp";
 
@@ -92,15 +89,6 @@ std::optional<std::chrono::milliseconds> timeOf(const std::string &text)
     if (result.ec != std::errc() || result.ptr != end || number <= 0 || !text.ends_with("000"))
         return std::nullopt;
     return std::chrono::milliseconds(number);
-}
-
-std::string signatureOf(const std::string &timeStamp, const std::string &plain)
-{
-    auto text = timeStamp + "-";
-    for (std::size_t at = 0; at < plain.size(); ++at)
-        if (plain.compare(at, 2, "\\/") != 0)
-            text += plain[at];
-    return toBase64(hmacSha256(text, signingKey));
 }
 
 Refusal forbidden(const char *code, std::string reason) { return { 403, code, std::move(reason) }; }
@@ -184,7 +172,7 @@ Judgement Judge::judge(const httplib::Request &request, std::string_view call,
     std::chrono::system_clock::time_point now) const
 {
     Judgement judgement;
-    std::string plain;
+    auto &plain = judgement.plain;
     judgement.refusal = faultOfHeaders(request, now);
     if (!judgement.refusal)
         judgement.refusal = faultOfKey(request);
@@ -200,17 +188,23 @@ Judgement Judge::judge(const httplib::Request &request, std::string_view call,
         return judgement;
     }
     judgement.readable = true;
-    if (canonicalText(parameters) != plain)
+    const auto canonical = canonicalText(parameters);
+    const auto timeStamp = request.get_header_value(timeStampHeader);
+    const auto signature = request.get_header_value("X-TRZ-Req-Signature");
+    if (canonical != plain) {
         judgement.refusal =
             Refusal { 400, {}, "body: expected compact JSON with sorted keys and escaped slashes" };
-    else if (request.get_header_value("X-TRZ-Req-Signature")
-        != signatureOf(request.get_header_value(timeStampHeader), plain))
+        judgement.comparison = Comparison { "the parameters", canonical, plain, "" };
+    } else if (signature != signatureOf(signedTextOf(timeStamp, plain))) {
         judgement.refusal = forbidden(ErrorCode::signatureMismatch,
             "X-TRZ-Req-Signature: does not match the timestamp and the parameters");
-    else if (auto fault = faultOfParameters(call, parameters))
+        judgement.comparison = compareSignature(
+            { timeStamp, plain, request.body, signature }, m_keys.secret, m_keys.client);
+    } else if (auto fault = faultOfParameters(call, parameters)) {
         judgement.refusal = Refusal { 400, {}, std::move(*fault) };
-    else
+    } else {
         judgement.parameters = std::move(parameters);
+    }
     return judgement;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sandbox/service/Exchange.h"
 #include "sandbox/service/Refusal.h"
 #include "sandbox/service/Scenario.h"
 
@@ -20,6 +21,8 @@ struct Judgement {
     /// encrypted answer, so a refusal before that point must be sent in clear.
     bool readable = false;
     nlohmann::json parameters; ///< valid unless refused
+    std::string plain; ///< what the body decrypted to; empty when it did not
+    std::optional<Comparison> comparison; ///< of a refusal whose reason is a text that differs
 };
 
 /// \brief Decides whether a request is exactly what a right client sends.

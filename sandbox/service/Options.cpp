@@ -52,7 +52,14 @@ const Rule rules[] = {
     { "--port", "N", "listen at port N of 127.0.0.1 (8046); 0 takes a free one",
         "a number from 0 to 65535",
         [](Options &options, const std::string &value) { return isPort(value, options.port); } },
-    { "--scenario", "FILE", "play this scenario", "a file", setScenario },
+    { "--page", "N", "show the page at port N (8047, or a free one if it is taken)",
+        "a number from 0 to 65535",
+        [](Options &options, const std::string &value) {
+            options.pageGiven = true;
+            return isPort(value, options.page);
+        } },
+    { "--scenario", "FILE", "play this scenario, and again whenever the file changes", "a file",
+        setScenario },
     { "--fault", "CALL=FAULT",
         "meet the next request of CALL with FAULT; each one more is the next", "CALL=FAULT",
         [](Options &options, const std::string &value) {
@@ -125,8 +132,8 @@ Scenario scenarioFor(const Options &options)
         const auto equals = fault.find('=');
         lists[fault.substr(0, equals)].push_back({ { "fault", fault.substr(equals + 1) } });
     }
-    for (auto &[call, list] : readOutcomes({ lists, "--fault" }))
-        scenario.outcomes[call] = std::move(list);
+    for (auto &[key, list] : readOutcomes({ lists, "--fault" }))
+        scenario.outcomes[key] = std::move(list);
     return scenario;
 }
 

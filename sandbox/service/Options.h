@@ -14,6 +14,8 @@ struct Options {
 
     Task task = Task::serve;
     int port = 8046; ///< 0: a free one
+    int page = 8047; ///< of the page; 0: a free one
+    bool pageGiven = false; ///< this port or none; else a free one when it is taken
     std::string scenarioFile; ///< to be played or to be checked; empty: the built-in one
     std::vector<std::string> faults; ///< "CALL=FAULT"
     Weather weather;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <nlohmann/json.hpp>
 
 namespace sandbox {
 namespace {
@@ -50,11 +51,19 @@ const std::map<std::string, Outcome> &commonOutcomes()
     return outcomes;
 }
 
+std::string listOf(const std::vector<std::string> &names)
+{
+    std::string list;
+    for (const auto &name : names)
+        list += (list.empty() ? "" : ", ") + name;
+    return list;
+}
+
 Outcome commonOutcome(const ScenarioReader &reader)
 {
     const auto found = commonOutcomes().find(reader.text());
     if (found == commonOutcomes().end())
-        reader.fail("no outcome has this name");
+        reader.fail("no outcome has this name; there are " + listOf(outcomeNames()));
     return found->second;
 }
 
@@ -118,24 +127,97 @@ void expectPlayable(const std::string &call, const Outcome &outcome, const Scena
         reader.fail("a picture takes delays and the faults of wire and HTTP only");
     }
 }
-}
 
-std::map<std::string, std::vector<Outcome>> readOutcomes(const ScenarioReader &reader)
+constexpr std::string_view numbersKey = "numbers";
+constexpr std::string_view clientsKey = "clients";
+
+void readCalls(const ScenarioReader &reader, const std::string &whose, OutcomeLists &lists)
 {
-    std::map<std::string, std::vector<Outcome>> lists;
     for (const auto &call : reader.keys()) {
+        if (whose.empty() && (call == numbersKey || call == clientsKey))
+            continue;
         const auto value = reader.at(call);
-        if (!isCall(call) && call != connectionName && call != iconName)
-            value.fail("no call has this name");
-        auto &list = lists[call];
+        if (!isCall(call) && (!whose.empty() || (call != connectionName && call != iconName)))
+            value.fail("no call has this name; there are "
+                + listOf({ std::begin(callNames), std::end(callNames) })
+                + (whose.empty() ? ", connection, icon" : ""));
+        auto &list = lists[{ call, whose }];
+        if (value.isNull())
+            continue;
         for (const auto &item : value.isList() ? value.items() : std::vector { value }) {
             list.push_back(readOutcome(item));
             expectPlayable(call, list.back(), item);
+            // Whose a request is stands in it, and its age is judged before it is read.
+            const auto &fault = list.back().fault;
+            if (!whose.empty() && (fault.isWithinRequest() || fault.is("clock")))
+                item.fail("this fault comes before the request is read; set it for all");
         }
         if (list.empty())
-            value.fail("an empty list");
+            value.fail("an empty list; null says that nothing is set");
+    }
+}
+
+nlohmann::json jsonOf(const Outcome &outcome)
+{
+    auto object = nlohmann::json::object();
+    if (outcome.status != Outcome().status)
+        object["status"] = outcome.status;
+    if (!outcome.errorCode.empty())
+        object["errorCode"] = outcome.errorCode;
+    if (!outcome.message.empty())
+        object["message"] = outcome.message;
+    if (!outcome.without.empty())
+        object["without"] = outcome.without;
+    if (outcome.delay.count() > 0)
+        object["delayMs"] = outcome.delay.count();
+    if (outcome.plain)
+        object["plain"] = true;
+    if (outcome.fault)
+        object["fault"] = outcome.fault.text;
+    return object.empty() ? nlohmann::json("success") : object;
+}
+}
+
+OutcomeLists readOutcomes(const ScenarioReader &reader)
+{
+    OutcomeLists lists;
+    readCalls(reader, {}, lists);
+    if (reader.has(numbersKey)) {
+        const auto numbers = reader.at(numbersKey);
+        for (const auto &number : numbers.keys()) {
+            if (!isFullNumber(number))
+                numbers.at(number).fail("expected the full number: a plus and digits");
+            readCalls(numbers.at(number), whoseNumber(number), lists);
+        }
+    }
+    if (reader.has(clientsKey)) {
+        const auto clients = reader.at(clientsKey);
+        for (const auto &client : clients.keys())
+            readCalls(clients.at(client), whoseClient(client), lists);
     }
     return lists;
+}
+
+std::vector<std::string> outcomeNames()
+{
+    std::vector<std::string> names;
+    for (const auto &[name, outcome] : commonOutcomes())
+        names.push_back(name);
+    return names;
+}
+
+nlohmann::json jsonOf(const OutcomeLists &lists)
+{
+    auto result = nlohmann::json::object();
+    for (const auto &[key, list] : lists) {
+        const auto blank = key.whose.find(' ');
+        auto &calls = key.whose.empty()
+            ? result
+            : result[key.whose.substr(0, blank) + "s"][key.whose.substr(blank + 1)];
+        for (const auto &outcome : list)
+            calls[key.call].push_back(jsonOf(outcome));
+    }
+    return result;
 }
 
 }

@@ -8,15 +8,16 @@
 
 namespace sandbox {
 
-Outcomes::Outcomes(Lists lists, Weather weather)
-    : m_lists(std::move(lists))
-    , m_weather(weather)
+Outcomes::Outcomes(OutcomeLists lists, Weather weather)
+    : m_weather(weather)
 {
+    reset(std::move(lists));
 }
 
-Outcome Outcomes::draw(const std::string &call, std::size_t index) const
+Outcome Outcomes::draw(const OutcomeKey &key, std::size_t index) const
 {
-    const auto found = m_lists.find(call);
+    const auto &call = key.call;
+    const auto found = m_lists.find(key);
     if (found != m_lists.end()) {
         const auto &list = found->second;
         // Broken connections end with their list: else nobody could set other outcomes any more.
@@ -40,30 +41,64 @@ Outcome Outcomes::draw(const std::string &call, std::size_t index) const
     return outcome;
 }
 
+Outcome &Outcomes::next(const OutcomeKey &key)
+{
+    auto &place = m_places[key];
+    if (!place.next)
+        place.next = draw(key, place.served++);
+    return *place.next;
+}
+
 std::optional<Outcome> Outcomes::takeIf(
     const std::string &call, const std::function<bool(const Outcome &)> &wanted)
 {
     const std::lock_guard lock(m_mutex);
-    auto &place = m_places[call];
-    if (!place.next)
-        place.next = draw(call, place.served++);
-    if (!wanted(*place.next))
+    const OutcomeKey key { call };
+    if (!wanted(next(key)))
         return std::nullopt;
-    return std::exchange(place.next, std::nullopt);
+    return std::exchange(m_places[key].next, std::nullopt);
 }
 
-Outcome Outcomes::take(const std::string &call)
-{
-    return *takeIf(call, [](const Outcome &) { return true; });
-}
+Outcome Outcomes::take(const std::string &call) { return take(call, {}); }
 
-void Outcomes::replace(const Lists &lists)
+Outcome Outcomes::take(const std::string &call, const std::vector<std::string> &whose)
 {
     const std::lock_guard lock(m_mutex);
-    for (const auto &[call, list] : lists) {
-        m_lists[call] = list;
-        m_places.erase(call);
+    OutcomeKey key { call };
+    for (const auto &each : whose)
+        if (m_lists.contains({ call, each })) {
+            key.whose = each;
+            break;
+        }
+    auto outcome = std::move(next(key));
+    m_places[key].next.reset();
+    return outcome;
+}
+
+void Outcomes::replace(const OutcomeLists &lists)
+{
+    const std::lock_guard lock(m_mutex);
+    for (const auto &[key, list] : lists) {
+        if (list.empty())
+            m_lists.erase(key);
+        else
+            m_lists[key] = list;
+        m_places.erase(key);
     }
+}
+
+void Outcomes::reset(OutcomeLists lists)
+{
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(lists, [](const auto &each) { return each.second.empty(); });
+    m_lists = std::move(lists);
+    m_places.clear();
+}
+
+OutcomeLists Outcomes::lists() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_lists;
 }
 
 }

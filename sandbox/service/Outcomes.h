@@ -23,9 +23,7 @@ struct Weather {
 /// Any thread.
 class Outcomes {
 public:
-    using Lists = std::map<std::string, std::vector<Outcome>>;
-
-    Outcomes(Lists lists, Weather weather);
+    Outcomes(OutcomeLists lists, Weather weather);
 
     /// Takes the next outcome of \p call if \p wanted says so of it; else it stays the next. One
     /// outcome is looked at by each part of the service that can play it, in the order in which a
@@ -33,20 +31,26 @@ public:
     std::optional<Outcome> takeIf(
         const std::string &call, const std::function<bool(const Outcome &)> &wanted);
     Outcome take(const std::string &call);
-    /// The calls named in \p lists begin anew, with these.
-    void replace(const Lists &lists);
+    /// Of the first in \p whose that has outcomes of \p call set, else everybody's.
+    Outcome take(const std::string &call, const std::vector<std::string> &whose);
+    /// What is named in \p lists begins anew, with these; an empty list ends it.
+    void replace(const OutcomeLists &lists);
+    /// All begins anew, with these and nothing else.
+    void reset(OutcomeLists lists);
+    OutcomeLists lists() const;
 
 private:
     struct Place {
         std::size_t served = 0;
         std::optional<Outcome> next;
     };
-    Outcome draw(const std::string &call, std::size_t index) const;
+    Outcome draw(const OutcomeKey &key, std::size_t index) const;
+    Outcome &next(const OutcomeKey &key);
 
-    std::mutex m_mutex;
-    Lists m_lists;
+    mutable std::mutex m_mutex;
+    OutcomeLists m_lists;
     Weather m_weather;
-    std::map<std::string, Place> m_places;
+    std::map<OutcomeKey, Place> m_places;
 };
 
 }

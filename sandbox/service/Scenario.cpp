@@ -16,6 +16,14 @@ namespace sandbox {
 namespace {
 using nlohmann::json;
 constexpr int secondsOfDay = 24 * 60 * 60; // s
+constexpr auto codeLength = 3; // characters: the boxes of a client
+
+/// \return the characters of \p text, which is UTF-8
+std::ptrdiff_t lengthOf(const std::string &text)
+{
+    return std::count_if(text.begin(), text.end(),
+        [](char c) { return (static_cast<unsigned char>(c) & 0xc0U) != 0x80U; });
+}
 
 Keys readKeys(const ScenarioReader &reader)
 {
@@ -94,8 +102,9 @@ Codes readCodes(const ScenarioReader &reader)
     reader.expectKeys({ "fixed", "alphabet", "expirySeconds", "attempts" });
     Codes codes;
     codes.fixed = reader.optionalText("fixed");
-    if (codes.fixed && codes.fixed->empty())
-        reader.at("fixed").fail("empty; null draws a code for each number");
+    if (codes.fixed && lengthOf(*codes.fixed) != codeLength)
+        reader.at("fixed").fail("expected three characters, a box each; null draws a code for each"
+                                " number");
     codes.alphabet = reader.at("alphabet").nonEmptyText();
     codes.expiry = std::chrono::seconds(reader.at("expirySeconds").number(0, secondsOfDay));
     codes.attempts = reader.at("attempts").number(1, 1000);
@@ -156,6 +165,19 @@ Scenario Scenario::fromJson(const json &given)
     return scenario;
 }
 
+Scenario Scenario::fromText(const std::string &text)
+{
+    try {
+        auto scenario = fromJson(json::parse(text));
+        scenario.source = text;
+        return scenario;
+    } catch (const json::exception &error) { // a number out of range is no parse error
+        // The library's own code and class lead its message; the place and the complaint follow.
+        const std::string what = error.what();
+        throw ScenarioError(what.substr(what.find("] ") + 2));
+    }
+}
+
 Scenario Scenario::fromFile(const std::string &path)
 {
     std::ifstream file(path);
@@ -165,16 +187,12 @@ Scenario Scenario::fromFile(const std::string &path)
     if (!file)
         throw ScenarioError(path + ": " + std::strerror(errno));
     try {
-        return fromJson(json::parse(text));
-    } catch (const json::exception &error) { // a number out of range is no parse error
-        // The library's own code and class lead its message; the place and the complaint follow.
-        const std::string what = error.what();
-        throw ScenarioError(path + ": " + what.substr(what.find("] ") + 2));
+        return fromText(text);
     } catch (const ScenarioError &error) {
         throw ScenarioError(path + ": " + error.what());
     }
 }
 
-Scenario Scenario::builtIn() { return fromJson(json::parse(builtInScenarioText())); }
+Scenario Scenario::builtIn() { return fromText(builtInScenarioText()); }
 
 }

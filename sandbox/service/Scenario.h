@@ -3,6 +3,7 @@
 #include "sandbox/service/Fault.h"
 
 #include <chrono>
+#include <compare>
 #include <map>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -61,6 +62,23 @@ struct Outcome {
     bool refuses() const { return status >= 400; }
 };
 
+/// Which requests outcomes are for.
+struct OutcomeKey {
+    std::string call;
+    /// Empty: everybody's; "number +90…" those about a phone number, "client …" those with this
+    /// client key or device id.
+    std::string whose = {};
+
+    auto operator<=>(const OutcomeKey &) const = default;
+};
+
+inline std::string whoseNumber(const std::string &number) { return "number " + number; }
+inline std::string whoseClient(const std::string &client) { return "client " + client; }
+
+/// The first request takes the first of a list, the last stands for all that follow. An empty list
+/// says that nothing is set.
+using OutcomeLists = std::map<OutcomeKey, std::vector<Outcome>>;
+
 /// Says what is wrong with a scenario: the path of the field, then what was expected there.
 class ScenarioError : public std::runtime_error {
 public:
@@ -79,12 +97,14 @@ struct Scenario {
     std::vector<Country> countries;
     Codes codes;
     std::chrono::seconds messageExpiry {};
-    /// By call: the first request takes the first, the last stands for all that follow.
-    std::map<std::string, std::vector<Outcome>> outcomes;
+    OutcomeLists outcomes;
+    std::string source; ///< JSON: what was read, as it was written
 
     /// Fields that \p json lacks come from the built-in scenario; "keys" it must have.
     /// \throws ScenarioError
     static Scenario fromJson(const nlohmann::json &json);
+    /// \throws ScenarioError
+    static Scenario fromText(const std::string &text);
     /// \throws ScenarioError, also when the file cannot be read; the message begins with its path
     static Scenario fromFile(const std::string &path);
     static Scenario builtIn();

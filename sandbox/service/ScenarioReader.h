@@ -28,6 +28,7 @@ public:
     std::vector<ScenarioReader> items() const;
     std::vector<std::string> keys() const;
 
+    bool isNull() const { return m_value.is_null(); }
     bool isText() const { return m_value.is_string(); }
     bool isList() const { return m_value.is_array(); }
     std::string text() const;

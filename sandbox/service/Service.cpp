@@ -2,10 +2,12 @@
 
 #include "sandbox/service/AnswerFaults.h"
 #include "sandbox/service/CallForm.h"
+#include "sandbox/service/Calls.h"
 #include "sandbox/service/Cipher.h"
+#include "sandbox/service/Icons.h"
+#include "sandbox/service/Judge.h"
+#include "sandbox/service/Routes.h"
 
-#include <ctime>
-#include <iostream>
 #include <thread>
 
 namespace sandbox {
@@ -32,14 +34,19 @@ std::string verdictOf(int status, const std::string &errorCode, const std::strin
 }
 }
 
-Service::Service(Scenario scenario, Weather weather)
-    : m_scenario(std::move(scenario))
-    , m_state(m_scenario)
-    , m_calls(m_scenario, m_state)
-    , m_judge(m_scenario.keys, m_scenario.clockTolerance)
-    , m_outcomes(m_scenario.outcomes, weather)
-    , m_front(m_outcomes, m_count,
-          [this](const std::string &call, const std::string &verdict) { say(call, verdict); })
+Service::Service(Sandbox &sandbox)
+    : m_sandbox(sandbox)
+    , m_front(sandbox.outcomes, sandbox.count,
+          [this](const std::string &call, const std::string &fault) {
+              Exchange exchange;
+              exchange.time = std::chrono::system_clock::now();
+              exchange.call = call;
+              exchange.verdict = Exchange::Verdict::fault;
+              exchange.reason = "the fault came before the request was read";
+              exchange.fault = fault;
+              m_sandbox.journal.put(exchange);
+              m_sandbox.console.say(call, "fault " + fault);
+          })
 {
     // One request a connection: a client never meets a connection that we are about to close, and
     // the service ends at once.
@@ -50,14 +57,14 @@ Service::Service(Scenario scenario, Weather weather)
     m_server.set_payload_max_length(mostBytes);
     // The library's default shares the port with any other process that asks for it.
     m_server.set_socket_options([](int) {});
-    routeSandbox();
     routeCalls();
 }
 
-int Service::bind(int port)
+bool Service::bind(int port)
 {
     m_port = m_server.bind_to_any_port("127.0.0.1");
-    return m_port < 0 ? -1 : m_front.bind(port);
+    m_sandbox.port = m_port < 0 ? -1 : m_front.bind(port);
+    return m_sandbox.port >= 0;
 }
 
 void Service::run()
@@ -69,11 +76,6 @@ void Service::run()
 
 void Service::stop()
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_stopped = true;
-    }
-    m_stopping.notify_all();
     m_front.stop();
     // The library forgets a stop that comes before it serves.
     for (int tries = 0; !m_server.is_running() && tries < 100; ++tries)
@@ -81,41 +83,30 @@ void Service::stop()
     m_server.stop();
 }
 
-bool Service::waitFor(std::chrono::milliseconds duration)
-{
-    std::unique_lock lock(m_mutex);
-    return !m_stopping.wait_for(lock, duration, [this] { return m_stopped; });
-}
-
-void Service::say(const std::string &call, const std::string &verdict)
-{
-    const auto now = std::time(nullptr);
-    std::tm parts {};
-    ::localtime_r(&now, &parts);
-    char time[sizeof "00:00:00"] = {};
-    std::strftime(time, sizeof time, "%H:%M:%S", &parts);
-
-    // What a stranger sent must not pass for a line of ours.
-    auto line = std::string(time) + "  " + call
-        + std::string(call.size() < 10 ? 10 - call.size() : 0, ' ') + "  " + verdict;
-    for (auto &c : line)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
-            c = '?';
-    const std::lock_guard lock(m_console);
-    std::cout << line << std::endl; // flushed: a person or a pipe watches
-}
-
 void Service::routeCalls()
 {
-    const auto onCall = [this](const httplib::Request &request, httplib::Response &response) {
+    using httplib::Request;
+    using httplib::Response;
+    Routes routes(m_server, m_sandbox);
+    routes.get("/sandbox/icons/([a-z]+)\\.png",
+        [this](const Request &request, Response &response) { sendIcon(request, response); });
+    routeState(routes);
+    routeOutcomes(routes);
+    routeJournal(routes);
+    routeRest(routes, "/sandbox(/[^]*)?");
+
+    const auto onCall = [this](const Request &request, Response &response) {
         try {
             answerCall(request, response);
         } catch (const FaultError &error) {
-            refuse(response, request.path, { 500, {}, error.what() }, true);
+            auto exchange = exchangeOf(request, request.path);
+            const auto scenario = m_sandbox.scenario.get();
+            refuse(response, exchange, { 500, {}, error.what() }, scenario.get());
         }
     };
-    const auto otherMethod = [this](const httplib::Request &request, httplib::Response &response) {
-        refuse(response, request.path, { 404, {}, request.method + ": expected POST" }, false);
+    const auto otherMethod = [this](const Request &request, Response &response) {
+        auto exchange = exchangeOf(request, request.path);
+        refuse(response, exchange, { 404, {}, request.method + ": expected POST" });
     };
     constexpr auto anyPath = "[^]*"; // a dot would stop at a line break
     m_server.Post(anyPath, onCall);
@@ -124,54 +115,79 @@ void Service::routeCalls()
     m_server.Patch(anyPath, otherMethod);
     m_server.Delete(anyPath, otherMethod);
     m_server.Options(anyPath, otherMethod);
-    m_server.set_error_handler(httplib::Server::HandlerWithResponse(
-        [this](const httplib::Request &request, httplib::Response &response) {
-            if (!response.body.empty())
-                return httplib::Server::HandlerResponse::Unhandled;
-            // The library turned the request away before any of our handlers saw it.
-            const auto library = std::to_string(response.status);
-            refuse(response, request.path,
-                { 400, {}, "not a request that can be read (" + library + ")" }, false);
-            return httplib::Server::HandlerResponse::Handled;
-        }));
+    m_server.set_error_handler(httplib::Server::HandlerWithResponse([this](const Request &request,
+                                                                        Response &response) {
+        if (!response.body.empty())
+            return httplib::Server::HandlerResponse::Unhandled;
+        // The library turned the request away before any of our handlers saw it.
+        const auto library = std::to_string(response.status);
+        auto exchange = exchangeOf(request, request.path);
+        refuse(response, exchange, { 400, {}, "not a request that can be read (" + library + ")" });
+        return httplib::Server::HandlerResponse::Handled;
+    }));
 }
 
 void Service::answerCall(const httplib::Request &request, httplib::Response &response)
 {
     constexpr std::string_view base = "/v1.0/";
     const auto call = request.path.starts_with(base) ? request.path.substr(base.size()) : "";
-    if (!isCall(call) || request.target != request.path)
-        return refuse(response, request.target, { 404, {}, "no such call" }, false);
-
-    const auto isOfClock = [](const Outcome &each) { return each.fault.is("clock"); };
-    const auto late = m_outcomes.takeIf(call, isOfClock);
-    const std::chrono::seconds off(late ? late->fault.number() : 0);
-    auto judgement = m_judge.judge(request, call, std::chrono::system_clock::now() + off);
-    if (judgement.refusal) {
-        if (late) {
-            m_count.addFault(call);
-            judgement.refusal->reason += late->fault.note();
-        }
-        return refuse(response, call, *judgement.refusal, judgement.readable);
+    if (!isCall(call) || request.target != request.path) {
+        auto exchange = exchangeOf(request, request.target);
+        return refuse(response, exchange, { 404, {}, "no such call" });
     }
 
-    const auto outcome = late ? *late : m_outcomes.take(call);
+    auto exchange = exchangeOf(request, call);
+    const auto current = m_sandbox.scenario.get();
+    const auto &scenario = *current;
+    const auto isOfClock = [](const Outcome &each) { return each.fault.is("clock"); };
+    const auto late = m_sandbox.outcomes.takeIf(call, isOfClock);
+    const std::chrono::seconds off(late ? late->fault.number() : 0);
+    auto judgement = Judge(scenario.keys, scenario.clockTolerance)
+                         .judge(request, call, std::chrono::system_clock::now() + off);
+    exchange.parameters = judgement.plain;
+    exchange.comparison = judgement.comparison;
+    if (judgement.refusal) {
+        if (late) {
+            m_sandbox.count.addFault(call);
+            exchange.fault = late->fault.text;
+            judgement.refusal->reason += late->fault.note();
+        }
+        return refuse(
+            response, exchange, *judgement.refusal, judgement.readable ? &scenario : nullptr);
+    }
+
+    Calls calls(scenario, m_sandbox.state);
+    exchange.number = calls.numberOf(call, judgement.parameters);
+    std::vector<std::string> whose;
+    if (!exchange.number.empty())
+        whose.push_back(whoseNumber(exchange.number));
+    for (const auto *header : { "X-TRZ-Client-Device-Id", "X-TRZ-Client-Key" })
+        whose.push_back(whoseClient(request.get_header_value(header)));
+    const auto outcome = late ? *late : m_sandbox.outcomes.take(call, whose);
+    exchange.fault = outcome.fault.text;
     if (outcome.fault)
-        m_count.addFault(call);
-    if (outcome.delay.count() > 0 && !waitFor(outcome.delay))
-        return;
+        m_sandbox.count.addFault(call);
+    if (outcome.delay.count() > 0) {
+        exchange.reason = "answered after " + std::to_string(outcome.delay.count()) + " ms";
+        m_sandbox.journal.put(exchange);
+        if (!m_sandbox.stopping.waitFor(outcome.delay))
+            return;
+    }
     if (outcome.refuses()) {
-        say(call,
+        exchange.verdict = Exchange::Verdict::refused;
+        exchange.errorCode = outcome.errorCode;
+        exchange.reason = outcome.message + (outcome.message.empty() ? "" : " ") + "(as set)";
+        m_sandbox.console.say(call,
             verdictOf(outcome.status, outcome.errorCode, outcome.message) + " (as set)"
                 + outcome.fault.note());
-        return send(response, envelopeOf(outcome.status, outcome.errorCode, outcome.message),
-            outcome, true);
+        return send(response, exchange,
+            envelopeOf(outcome.status, outcome.errorCode, outcome.message), outcome, &scenario);
     }
 
     auto answer =
-        m_calls.perform(call, judgement.parameters, "http://" + request.get_header_value("Host"));
+        calls.perform(call, judgement.parameters, "http://" + request.get_header_value("Host"));
     if (const auto *refusal = std::get_if<Refusal>(&answer))
-        return refuse(response, call, *refusal, true);
+        return refuse(response, exchange, *refusal, &scenario);
     auto &[result, note] = std::get<CallResult>(answer);
     auto envelope = envelopeOf(outcome.status, outcome.errorCode, outcome.message);
     envelope["result"] = std::move(result);
@@ -180,35 +196,67 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
         if (key == "result")
             envelope.erase(key);
     }
-    say(call, "accepted: " + note + outcome.fault.note());
-    send(response, envelope, outcome, true);
+    exchange.verdict = Exchange::Verdict::accepted;
+    exchange.reason = note;
+    m_sandbox.console.say(call, "accepted: " + note + outcome.fault.note());
+    send(response, exchange, envelope, outcome, &scenario);
 }
 
-void Service::refuse(
-    httplib::Response &response, const std::string &call, const Refusal &refusal, bool readable)
+void Service::refuse(httplib::Response &response, Exchange &exchange, const Refusal &refusal,
+    const Scenario *readable)
 {
-    say(call, verdictOf(refusal.status, refusal.errorCode, refusal.reason));
+    m_sandbox.console.say(
+        exchange.call, verdictOf(refusal.status, refusal.errorCode, refusal.reason));
+    exchange.verdict = Exchange::Verdict::refused;
+    exchange.errorCode = refusal.errorCode;
+    exchange.reason = refusal.reason;
     Outcome outcome;
     outcome.status = refusal.status;
-    send(
-        response, envelopeOf(refusal.status, refusal.errorCode, refusal.reason), outcome, readable);
+    send(response, exchange, envelopeOf(refusal.status, refusal.errorCode, refusal.reason), outcome,
+        readable);
 }
 
-void Service::send(
-    httplib::Response &response, const json &envelope, const Outcome &outcome, bool readable)
+void Service::send(httplib::Response &response, Exchange &exchange, const json &envelope,
+    const Outcome &outcome, const Scenario *readable)
 {
     const auto &fault = outcome.fault;
-    const auto encrypted = readable && !outcome.plain && fault.text != "flag:on";
+    exchange.answerEncrypted = readable != nullptr && !outcome.plain && fault.text != "flag:on";
     auto body = textOf(envelope, fault);
-    if (encrypted)
+    exchange.status = outcome.status;
+    exchange.answer = body;
+    exchange.duration = std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::system_clock::now() - exchange.time);
+    m_sandbox.journal.put(exchange);
+    if (exchange.answerEncrypted)
         body =
-            json { { "data", toBase64(cipherTextOf(body, fault, m_scenario.keys.secret)) } }.dump();
-    if (fault.is("flag") ? fault.value == "on" : encrypted)
+            json { { "data", toBase64(cipherTextOf(body, fault, readable->keys.secret)) } }.dump();
+    if (fault.is("flag") ? fault.value == "on" : exchange.answerEncrypted)
         response.set_header("X-TRZ-Encrypted", "1");
     if (fault.isOfFront())
         response.set_header(Front::faultHeader, fault.text);
     response.status = outcome.status;
     response.set_content(body, "application/json; charset=utf-8");
+}
+
+void Service::sendIcon(const httplib::Request &request, httplib::Response &response)
+{
+    const auto name = request.matches[1].str();
+    auto exchange = exchangeOf(request, std::string(iconName));
+    const auto outcome = m_sandbox.outcomes.take(exchange.call);
+    if (!m_sandbox.stopping.waitFor(outcome.delay))
+        return;
+    const auto icon = iconNamed(name);
+    exchange.reason = name + (icon.empty() ? ": unknown" : "");
+    exchange.verdict = icon.empty() ? Exchange::Verdict::refused : Exchange::Verdict::accepted;
+    exchange.status = icon.empty() ? 404 : 200;
+    exchange.fault = outcome.fault.text;
+    m_sandbox.journal.put(exchange);
+    m_sandbox.console.say(exchange.call, exchange.reason + outcome.fault.note());
+    if (outcome.fault)
+        response.set_header(Front::faultHeader, outcome.fault.text);
+    if (icon.empty())
+        return answerError(response, 404, "no such icon");
+    response.set_content(icon.data(), icon.size(), "image/png");
 }
 
 }

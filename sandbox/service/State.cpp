@@ -2,6 +2,8 @@
 
 #include "sandbox/service/Cipher.h"
 
+#include <algorithm>
+
 namespace sandbox {
 namespace {
 /// No 0, O, 1, I: a person may have to read it aloud.
@@ -9,91 +11,111 @@ constexpr auto codeLetters = "23456789ABCDEFGHJKLMNPQRSTUVWXYZ";
 constexpr auto codeMark = "{code}";
 constexpr std::size_t smsCodeLength = 3;
 
+constexpr std::size_t mostOfEach = 10000;
+
+template <typename Item> void add(std::deque<Item> &list, Item item)
+{
+    list.push_back(std::move(item));
+    if (list.size() > mostOfEach)
+        list.pop_front();
+}
+
+template <typename Item> auto byReference(std::deque<Item> &list, const std::string &reference)
+{
+    return std::find_if(list.begin(), list.end(),
+        [&reference](const Item &each) { return each.reference == reference; });
+}
+
 Refusal refuse(int status, std::string reason) { return { status, {}, std::move(reason) }; }
 }
 
-State::State(const Scenario &scenario)
+State::State(const CurrentScenario &scenario)
     : m_scenario(scenario)
 {
 }
 
-std::string State::confirm(const std::string &method, const std::string &app)
+std::string State::confirm(Session session)
 {
-    Session session { randomUuid(), method, app, Clock::now() };
+    session.id = randomUuid();
+    session.confirmedAt = Clock::now();
     auto id = session.id;
-    m_sessions.emplace(id, std::move(session));
+    add(m_sessions, std::move(session));
     return id;
 }
 
 PreparedMessage State::prepareMessage(const std::string &app)
 {
+    const auto scenario = m_scenario.get();
     const auto code = randomText(4, codeLetters) + "-" + randomText(4, codeLetters);
-    auto text = m_scenario.texts.message;
+    auto text = scenario->texts.message;
     text.replace(text.find(codeMark), std::string(codeMark).size(), code);
 
+    const auto now = Clock::now();
+    PreparedMessage message { randomUuid(), app, std::move(text), {}, now,
+        now + scenario->messageExpiry };
     const std::lock_guard lock(m_mutex);
-    PreparedMessage message { randomUuid(), std::move(text) };
-    m_messages[message.reference] = { app, message.text, {},
-        Clock::now() + m_scenario.messageExpiry };
+    add(m_messages, message);
     return message;
 }
 
-std::optional<Refusal> State::receiveMessage(const std::string &app, const std::string &text)
+std::optional<Refusal> State::receiveMessage(
+    const std::string &app, const std::string &text, const std::string &from)
 {
     const std::lock_guard lock(m_mutex);
-    for (auto &[reference, attempt] : m_messages) {
-        if (attempt.text != text)
-            continue;
-        if (attempt.app != app)
-            return refuse(400, "this message was prepared for another app");
-        if (!attempt.sessionId.empty())
-            return std::nullopt;
-        if (Clock::now() >= attempt.expiry)
-            return refuse(404, "this message is too old");
-        attempt.sessionId = confirm("3rdparty", app);
+    const auto found = std::find_if(m_messages.begin(), m_messages.end(),
+        [&text](const PreparedMessage &each) { return each.text == text; });
+    if (found == m_messages.end())
+        return refuse(404, "no verification waits for this message");
+    if (found->app != app)
+        return refuse(400, "this message was prepared for another app");
+    if (!found->sessionId.empty())
         return std::nullopt;
-    }
-    return refuse(404, "no verification waits for this message");
+    if (Clock::now() >= found->expiry)
+        return refuse(404, "this message is too old");
+    found->sessionId = confirm({ {}, "3rdparty", app, from, {}, false });
+    return std::nullopt;
 }
 
 Answer<std::string> State::checkMessage(const std::string &reference)
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_messages.find(reference);
+    const auto found = byReference(m_messages, reference);
     if (found == m_messages.end())
         return refuse(404, "\"reference\": unknown");
-    return found->second.sessionId;
+    return found->sessionId;
 }
 
 SentCode State::sendCode(const std::string &number)
 {
-    const auto &codes = m_scenario.codes;
-    SentCode sent { randomUuid(), codes.fixed.value_or(randomText(smsCodeLength, codes.alphabet)) };
-
+    const auto scenario = m_scenario.get();
+    const auto &codes = scenario->codes;
+    const auto now = Clock::now();
+    SentCode sent { randomUuid(), number,
+        codes.fixed.value_or(randomText(smsCodeLength, codes.alphabet)), {}, now,
+        now + codes.expiry, codes.attempts };
     const std::lock_guard lock(m_mutex);
-    m_codes[sent.reference] = { number, sent.code, {}, Clock::now() + codes.expiry,
-        codes.attempts };
-    m_lastReference[number] = sent.reference;
+    add(m_codes, sent);
     return sent;
 }
 
 std::optional<SentCode> State::codeFor(const std::string &number) const
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_lastReference.find(number);
-    if (found == m_lastReference.end())
+    const auto found = std::find_if(m_codes.rbegin(), m_codes.rend(),
+        [&number](const SentCode &each) { return each.number == number; });
+    if (found == m_codes.rend())
         return std::nullopt;
-    return SentCode { found->second, m_codes.at(found->second).code };
+    return *found;
 }
 
 Answer<std::string> State::checkCode(
     const std::string &reference, const std::string &number, const std::string &code)
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_codes.find(reference);
+    const auto found = byReference(m_codes, reference);
     if (found == m_codes.end())
         return refuse(404, "\"reference\": unknown");
-    auto &attempt = found->second;
+    auto &attempt = *found;
     if (attempt.number != number)
         return refuse(400, "\"phoneNumber\": not the number of this reference");
     if (attempt.attemptsLeft == 0)
@@ -105,17 +127,50 @@ Answer<std::string> State::checkCode(
         return refuse(400, "This code is not right.");
     }
     if (attempt.sessionId.empty())
-        attempt.sessionId = confirm("otp", {});
+        attempt.sessionId = confirm({ {}, "otp", {}, number, {}, false });
     return attempt.sessionId;
 }
 
 std::optional<Session> State::session(const std::string &id) const
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_sessions.find(id);
+    const auto found = std::find_if(
+        m_sessions.begin(), m_sessions.end(), [&id](const Session &each) { return each.id == id; });
     if (found == m_sessions.end())
         return std::nullopt;
-    return found->second;
+    return *found;
+}
+
+std::string State::makeSession(Session session)
+{
+    const std::lock_guard lock(m_mutex);
+    return confirm(std::move(session));
+}
+
+std::vector<Session> State::sessions() const
+{
+    const std::lock_guard lock(m_mutex);
+    return { m_sessions.rbegin(), m_sessions.rend() };
+}
+
+std::vector<SentCode> State::codes() const
+{
+    const std::lock_guard lock(m_mutex);
+    return { m_codes.rbegin(), m_codes.rend() };
+}
+
+std::vector<PreparedMessage> State::messages() const
+{
+    const std::lock_guard lock(m_mutex);
+    return { m_messages.rbegin(), m_messages.rend() };
+}
+
+void State::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_messages.clear();
+    m_codes.clear();
+    m_sessions.clear();
 }
 
 }

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "sandbox/service/CurrentScenario.h"
 #include "sandbox/service/Refusal.h"
-#include "sandbox/service/Scenario.h"
 
 #include <chrono>
-#include <map>
+#include <deque>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace sandbox {
 
@@ -20,33 +21,47 @@ struct Session {
     std::string id;
     std::string method; ///< "3rdparty" or "otp"
     std::string app; ///< empty for an SMS
+    std::string number; ///< plus and digits; empty when the service does not know it
     std::chrono::system_clock::time_point confirmedAt;
+    bool expired = false; ///< made so; the service itself lets none expire
 };
 
 /// A message that the user is to send, as prepared for one attempt.
 struct PreparedMessage {
     std::string reference;
+    std::string app;
     std::string text;
+    std::string sessionId; ///< empty until it came
+    std::chrono::system_clock::time_point preparedAt;
+    std::chrono::system_clock::time_point expiry;
 };
 
 /// A code on its way to a number.
 struct SentCode {
     std::string reference;
+    std::string number; ///< plus and digits
     std::string code;
+    std::string sessionId; ///< empty until it was typed
+    std::chrono::system_clock::time_point sentAt;
+    std::chrono::system_clock::time_point expiry;
+    int attemptsLeft = 0;
 };
 
 /// \brief What the service remembers between requests: attempts, messages, codes, sessions.
 ///
-/// Any thread. Lives in memory; forgets all when the process ends. The scenario must outlive it.
+/// Any thread. Lives in memory, the newest of each sort; forgets all when the process ends. The
+/// scenario must outlive it.
 class State {
 public:
     using Clock = std::chrono::system_clock;
 
-    explicit State(const Scenario &scenario);
+    explicit State(const CurrentScenario &scenario);
 
     PreparedMessage prepareMessage(const std::string &app);
     /// The messenger's part. Sending the same message again changes nothing.
-    std::optional<Refusal> receiveMessage(const std::string &app, const std::string &text);
+    /// \param from the full number that sent it; empty when nobody says
+    std::optional<Refusal> receiveMessage(
+        const std::string &app, const std::string &text, const std::string &from = {});
     /// \return the session id, empty while the message has not come
     Answer<std::string> checkMessage(const std::string &reference);
 
@@ -60,29 +75,26 @@ public:
 
     std::optional<Session> session(const std::string &id) const;
 
+    /// Makes a session as if somebody had verified a number, \p session without its id.
+    /// \return its id
+    std::string makeSession(Session session);
+
+    /// Each of them the newest first.
+    std::vector<Session> sessions() const;
+    std::vector<SentCode> codes() const;
+    std::vector<PreparedMessage> messages() const;
+    /// As if the process began anew.
+    void clear();
+
 private:
-    struct MessageAttempt {
-        std::string app;
-        std::string text;
-        std::string sessionId;
-        Clock::time_point expiry;
-    };
-    struct CodeAttempt {
-        std::string number;
-        std::string code;
-        std::string sessionId;
-        Clock::time_point expiry;
-        int attemptsLeft = 0;
-    };
+    std::string confirm(Session session);
 
-    std::string confirm(const std::string &method, const std::string &app);
-
-    const Scenario &m_scenario;
+    const CurrentScenario &m_scenario;
     mutable std::mutex m_mutex;
-    std::map<std::string, MessageAttempt> m_messages; // by reference
-    std::map<std::string, CodeAttempt> m_codes; // by reference
-    std::map<std::string, std::string> m_lastReference; // by number
-    std::map<std::string, Session> m_sessions; // by id
+    // The oldest first; a service that runs for days forgets those.
+    std::deque<PreparedMessage> m_messages;
+    std::deque<SentCode> m_codes;
+    std::deque<Session> m_sessions;
 };
 
 }

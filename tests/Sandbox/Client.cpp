@@ -131,15 +131,18 @@ Sandbox::Sandbox(const json &scenario, const std::vector<std::string> &options)
     auto whole = json::parse(keys);
     whole.update(scenario);
     m_scenario = std::make_unique<TemporaryFile>(whole.dump());
-    std::vector<std::string> words { SANDBOX_PROGRAM, "--port", "0", "--scenario",
+    std::vector<std::string> words { SANDBOX_PROGRAM, "--port", "0", "--page", "0", "--scenario",
         m_scenario->path() };
     words.insert(words.end(), options.begin(), options.end());
     m_process = std::make_unique<Process>(words);
-    const auto output = m_process->waitForOutput("\n");
-    const auto colon = output.find("127.0.0.1:");
-    if (colon == std::string::npos)
+    const auto output = m_process->waitForOutput("/\n");
+    std::smatch ports;
+    if (!std::regex_search(output, ports,
+            std::regex("^parloquin-sandbox listens at 127.0.0.1:([0-9]+)\n"
+                       "its page is at http://127.0.0.1:([0-9]+)/\n")))
         throw std::runtime_error("the service did not start: " + output);
-    m_port = std::stoi(output.substr(colon + 10));
+    m_port = std::stoi(ports[1]);
+    m_pagePort = std::stoi(ports[2]);
 
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (std::chrono::steady_clock::now() < deadline) {
@@ -155,6 +158,23 @@ httplib::Client Sandbox::client() const
     httplib::Client client("127.0.0.1", m_port);
     client.set_read_timeout(20);
     return client;
+}
+
+json Sandbox::get(const std::string &path) const
+{
+    const auto answer = httplib::Client("127.0.0.1", m_pagePort).Get(path);
+    auto result = json::parse(answer ? answer->body : "{}");
+    result["status"] = answer ? answer->status : 0;
+    return result;
+}
+
+json Sandbox::post(const std::string &path, const json &body) const
+{
+    const auto answer =
+        httplib::Client("127.0.0.1", m_pagePort).Post(path, body.dump(), "application/json");
+    auto result = json::parse(answer ? answer->body : "{}");
+    result["status"] = answer ? answer->status : 0;
+    return result;
 }
 
 Request Sandbox::request(const std::string &call, const std::string &text) const

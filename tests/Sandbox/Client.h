@@ -52,11 +52,17 @@ public:
     Process &process() { return *m_process; }
     httplib::Client client() const;
     int port() const { return m_port; }
+    int pagePort() const { return m_pagePort; }
+
+    /// A call for developers, at the port of the page. \return its answer, with "status" beside it
+    nlohmann::json get(const std::string &path) const;
+    nlohmann::json post(const std::string &path, const nlohmann::json &body) const;
 
 private:
     std::unique_ptr<TemporaryFile> m_scenario;
     std::unique_ptr<Process> m_process;
     int m_port = 0;
+    int m_pagePort = 0;
 };
 
 /// Compact, sorted, slashes escaped.

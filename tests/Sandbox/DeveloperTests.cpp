@@ -1,0 +1,142 @@
+// What a developer's tests ask and set: sessions, codes, messages, outcomes.
+#include "Client.h"
+
+#include <gtest/gtest.h>
+
+using nlohmann::json;
+
+namespace {
+json smsTo(const char *number) { return { { "phoneNumber", number }, { "countryCode", "TR" } }; }
+
+int statusOf(const Sandbox &sandbox, const std::string &number)
+{
+    return sandbox.call("send-otp", smsTo(number.c_str())).metaStatus();
+}
+}
+
+TEST(SandboxDeveloper, MakesSessionsForABackEnd)
+{
+    const Sandbox sandbox;
+    const struct {
+        json given;
+        int status;
+        const char *message;
+    } rows[] = {
+        { { { "state", "verified" }, { "phoneNumber", "+905321234567" } }, 200, "" },
+        { { { "app", "kite" } }, 200, "" },
+        { { { "state", "unknown" } }, 404, "\"session_id\": unknown" },
+        { { { "state", "expired" } }, 400, "\"session_id\": too old" },
+    };
+    for (const auto &row : rows) {
+        const auto made = sandbox.post("/sandbox/sessions", row.given);
+        EXPECT_EQ(made["status"], 201);
+        const auto reply = sandbox.call("result", { { "session_id", made.at("sessionId") } });
+        EXPECT_EQ(reply.metaStatus(), row.status) << row.given;
+        EXPECT_EQ(reply.errorMessage(), row.message);
+        EXPECT_EQ(reply.result().is_object(), row.status == 200);
+    }
+    const auto sessions = sandbox.get("/sandbox/sessions").at("sessions");
+    ASSERT_EQ(sessions.size(), 3U) << "an unknown one is none";
+    EXPECT_EQ(sessions[0]["state"], "expired");
+    EXPECT_EQ(sessions[1]["app"], "kite");
+    EXPECT_EQ(sessions[1]["method"], "3rdparty");
+    EXPECT_EQ(sessions[2]["phoneNumber"], "+905321234567");
+    EXPECT_EQ(sessions[2]["method"], "otp");
+
+    for (const auto &wrong : { json { { "state", "lost" } }, json { { "phoneNumber", "532" } },
+             json { { "number", "+90532" } }, json::array() })
+        EXPECT_EQ(sandbox.post("/sandbox/sessions", wrong)["status"], 400) << wrong;
+}
+
+TEST(SandboxDeveloper, ListsCodesAndMessagesTheNewestFirst)
+{
+    const Sandbox sandbox;
+    EXPECT_EQ(sandbox.get("/sandbox/codes/last")["status"], 404);
+    for (const auto *number : { "+90 532 123 45 67", "+90 555 000 00 00" })
+        sandbox.call("send-otp", smsTo(number));
+    const auto codes = sandbox.get("/sandbox/codes").at("codes");
+    ASSERT_EQ(codes.size(), 2U);
+    EXPECT_EQ(codes[0]["phoneNumber"], "+905550000000");
+    EXPECT_EQ(codes[1]["phoneNumber"], "+905321234567");
+    const auto last = sandbox.get("/sandbox/codes/last");
+    EXPECT_EQ(last["reference"], codes[0]["reference"]);
+    const auto checked = sandbox.call("check-otp",
+        { { "phoneNumber", "5550000000" }, { "countryCode", "TR" }, { "code", last["code"] },
+            { "reference", last["reference"] } });
+    const auto session = sandbox.get("/sandbox/sessions").at("sessions").at(0);
+    EXPECT_EQ(session["sessionId"], checked.result().at("sessionId"));
+    EXPECT_EQ(session["phoneNumber"], "+905550000000");
+    EXPECT_EQ(sandbox.get("/sandbox/codes/last")["sessionId"], session["sessionId"]);
+
+    const auto reference = sandbox.call("start", { { "app", "parlo" } }).result().at("reference");
+    const auto message = sandbox.get("/sandbox/messages").at("messages").at(0);
+    EXPECT_EQ(message["reference"], reference);
+    EXPECT_EQ(message["sessionId"], json());
+    const json sent { { "app", message["app"] }, { "text", message["text"] },
+        { "from", "+905321234567" } };
+    EXPECT_EQ(sandbox.post("/sandbox/messages", sent)["status"], 202);
+    EXPECT_EQ(
+        sandbox.get("/sandbox/sessions").at("sessions").at(0)["phoneNumber"], "+905321234567");
+}
+
+// Tests that run at once each have a number, so that none meets the outcomes of another.
+TEST(SandboxDeveloper, SetsOutcomesByNumberAndByClient)
+{
+    const Sandbox sandbox;
+    const json outcomes { { "send-otp", "serverError" },
+        { "numbers",
+            { { "+905321234567", { { "send-otp", { "limit", "success" } } } },
+                { "+905550000000", { { "send-otp", "success" } } } } },
+        { "clients",
+            { { "6F9619FF-8B86-D011-B42D-00C04FC964FF", { { "check", "limit" } } },
+                { "parloquin-demo", { { "check", "serverError" }, { "country", "limit" } } } } } };
+    EXPECT_EQ(sandbox.post("/sandbox/outcomes", outcomes)["status"], 200);
+    EXPECT_EQ(statusOf(sandbox, "+905321234567"), 429);
+    EXPECT_EQ(statusOf(sandbox, "+905550000000"), 200);
+    EXPECT_EQ(statusOf(sandbox, "+905321234567"), 200) << "its list goes on by itself";
+    EXPECT_EQ(statusOf(sandbox, "+905339999999"), 500) << "everybody else's";
+    EXPECT_EQ(sandbox.call("check", { { "reference", "r" } }).metaStatus(), 429);
+    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 429);
+
+    auto set = sandbox.get("/sandbox/outcomes");
+    set.erase("status");
+    EXPECT_EQ(set["numbers"]["+905321234567"]["send-otp"][0]["status"], 429);
+    EXPECT_EQ(sandbox.post("/sandbox/outcomes", set)["status"], 200) << "takes what it gives";
+    EXPECT_EQ(statusOf(sandbox, "+905321234567"), 429);
+    sandbox.post("/sandbox/outcomes",
+        { { "send-otp", nullptr },
+            { "numbers", { { "+905321234567", { { "send-otp", nullptr } } } } } });
+    EXPECT_EQ(statusOf(sandbox, "+905321234567"), 200) << "null ends it";
+
+    const std::pair<json, const char *> wrong[] = {
+        { { { "numbers", { { "0532", { { "check", "limit" } } } } } },
+            "outcomes.numbers.0532: expected the full number" },
+        { { { "numbers", { { "+1", { { "connection", "success" } } } } } },
+            "no call has this name" },
+        { { { "clients", { { "c", { { "check", { { "fault", "clock:7" } } } } } } } },
+            "before the request is read" },
+        { { { "check", "maybe" } }, "there are cut, drip, expiredCode" },
+    };
+    for (const auto &[body, complaint] : wrong) {
+        const auto reply = sandbox.post("/sandbox/outcomes", body);
+        EXPECT_EQ(reply["status"], 400);
+        EXPECT_NE(reply["error"].get<std::string>().find(complaint), std::string::npos) << reply;
+    }
+}
+
+TEST(SandboxDeveloper, ResetsToWhatTheScenarioSays)
+{
+    const Sandbox sandbox(json { { "outcomes", { { "country", { "limit", "success" } } } } });
+    sandbox.call("country", json::object());
+    sandbox.call("send-otp", smsTo("+905321234567"));
+    sandbox.call("start", { { "app", "parlo" } });
+    sandbox.post("/sandbox/sessions", json::object());
+    sandbox.post("/sandbox/outcomes", { { "check", "limit" } });
+    EXPECT_EQ(sandbox.post("/sandbox/reset", json::object())["status"], 200);
+    for (const auto *list : { "sessions", "codes", "messages" })
+        EXPECT_EQ(sandbox.get(std::string("/sandbox/") + list).at(list).size(), 0U) << list;
+    EXPECT_EQ(sandbox.get("/sandbox/journal")["held"], 0);
+    EXPECT_EQ(sandbox.get("/sandbox/requests")["country"]["posts"], 0);
+    EXPECT_FALSE(sandbox.get("/sandbox/outcomes").contains("check"));
+    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 429) << "begins anew";
+}
