@@ -1,4 +1,11 @@
+// Tests of what lies below the screens run without Qt's widgets.
+#ifdef TEST_OF_SCREENS
 #include <QtWidgets/QApplication>
+using Application = QApplication;
+#else
+#include <QtGui/QGuiApplication>
+using Application = QGuiApplication;
+#endif
 
 #include <gtest/gtest.h>
 
@@ -11,6 +18,6 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsSet("LC_ALL"))
         qputenv("LC_ALL", "C.UTF-8");
-    const QApplication app(argc, argv);
+    const Application app(argc, argv);
     return RUN_ALL_TESTS();
 }
