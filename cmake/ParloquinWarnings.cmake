@@ -4,8 +4,10 @@ target_compile_features(ParloquinWarnings INTERFACE cxx_std_20)
 target_compile_options(ParloquinWarnings INTERFACE -Wall -Wextra -Wpedantic -Werror)
 if(NOT CMAKE_UNITY_BUILD)
     target_compile_options(ParloquinWarnings INTERFACE -Wshadow)
-elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU") # files in one unit look like headers to it
-    target_compile_options(ParloquinWarnings INTERFACE -Wno-subobject-linkage)
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Of files in one unit each local name would shadow what another file calls its own, and all but
+    # one look like headers.
+    target_compile_options(ParloquinWarnings INTERFACE -Wshadow=local -Wno-subobject-linkage)
 endif()
 # GCC 12 sees overlapping copies in plain std::string concatenation when it optimises (its bug
 # 105651, mended in 13).
