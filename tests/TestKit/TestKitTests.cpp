@@ -138,10 +138,3 @@ TEST_F(SignIn, TellsAStepThatCannotBeDone)
 }
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    testing::InitGoogleTest(&argc, argv);
-    const QApplication app(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+#if defined(PARLOQUIN_STATIC)
+#define PARLOQUIN_ADAPTERS_EXPORT
+#elif defined(PARLOQUIN_ADAPTERS_BUILDING)
+#define PARLOQUIN_ADAPTERS_EXPORT Q_DECL_EXPORT
+#else
+#define PARLOQUIN_ADAPTERS_EXPORT Q_DECL_IMPORT
+#endif

@@ -1,0 +1,119 @@
+// Outcomes as a host's main thread hears them, over the real library and sandbox.
+#include <QtCore/QMetaEnum>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+#include <Parloquin/Adapters/ParloquinSignals.h>
+#include <Parloquin/Parloquin.h>
+#include <Parloquin/TestKit/Person.h>
+#include <Parloquin/TestKit/Sandbox.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace ParloquinTest;
+
+namespace {
+
+TEST(Signals, TellTheWholeStoryOnTheMainThread)
+{
+    Sandbox sandbox;
+    switchMotionOff();
+    auto *const container = Parloquin().viewControllerForLogin();
+    container->setAttribute(Qt::WA_DeleteOnClose);
+    auto *const outcome = new ParloquinSignals(container);
+    QSignalSpy succeeded(outcome, &ParloquinSignals::succeeded);
+    QSignalSpy failed(outcome, &ParloquinSignals::failed);
+    QSignalSpy closed(outcome, &ParloquinSignals::closed);
+    bool isOnMain = true;
+    const auto look = [&] { isOnMain &= QThread::currentThread() == qApp->thread(); };
+    QObject::connect(outcome, &ParloquinSignals::succeeded, outcome, look, Qt::DirectConnection);
+    QObject::connect(outcome, &ParloquinSignals::failed, outcome, look, Qt::DirectConnection);
+
+    container->show();
+    Person person(sandbox, container);
+    ASSERT_TRUE(person.asksForCode(QStringLiteral("470123456")));
+    sandbox.answers(QStringLiteral("check-otp"),
+        QJsonArray {
+            QStringLiteral("wrongCode"), QStringLiteral("cut"), QStringLiteral("success") });
+    const QString code = sandbox.lastCode();
+    for (int i = 0; i < 3; ++i)
+        ASSERT_TRUE(person.types(code));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return succeeded.count() == 1; }));
+    EXPECT_TRUE(sandbox.confirms(succeeded.at(0).at(0).toString()));
+    ASSERT_EQ(failed.count(), 2);
+    const auto names = QMetaEnum::fromType<ParloquinSignals::Error>();
+    EXPECT_STREQ(names.valueToKey(failed.at(0).at(0).value<ParloquinSignals::Error>()),
+        "AuthorizationError");
+    EXPECT_STREQ(
+        names.valueToKey(failed.at(1).at(0).value<ParloquinSignals::Error>()), "ServerError");
+    EXPECT_TRUE(isOnMain);
+
+    const QPointer<QWidget> watched = container;
+    container->close();
+    EXPECT_EQ(closed.count(), 0); // whoever filters the event after it may keep the kit open
+    ASSERT_TRUE(QTest::qWaitFor([&] { return watched.isNull(); }));
+    EXPECT_EQ(closed.count(), 1);
+}
+
+TEST(Signals, SayNothingOfAClosingThatTheAppRefuses)
+{
+    class Refusing : public QObject {
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            if (event->type() != QEvent::Close)
+                return false;
+            event->ignore();
+            return true;
+        }
+    } refusing;
+    const std::unique_ptr<ParloquinViewController> container(Parloquin().viewControllerForLogin());
+    container->installEventFilter(&refusing);
+    const ParloquinSignals outcome(container.get());
+    QSignalSpy closed(&outcome, &ParloquinSignals::closed);
+    container->show();
+    container->close();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(container->isVisible());
+    EXPECT_EQ(closed.count(), 0);
+}
+
+/// Tells where it dies.
+struct Mark {
+    std::thread::id *died;
+    ~Mark() { *died = std::this_thread::get_id(); }
+};
+
+TEST(DelegateOfFunctions, CallsAndLetsGoOnTheMainThread)
+{
+    std::thread::id died;
+    QStringList heard;
+    auto context = std::make_unique<QObject>();
+    auto delegate = parloquinDelegate(
+        context.get(),
+        [&heard, mark = std::make_shared<Mark>(Mark { &died })](const QString &id) {
+            heard += QThread::currentThread() == qApp->thread() ? id : QStringLiteral("elsewhere");
+        },
+        [&heard](ParloquinError error) { heard += QString::number(static_cast<int>(error)); });
+    died = {};
+    delegate->verificationDidFail(ParloquinError::serverError);
+    EXPECT_EQ(heard, QStringList()); // never before the call that failed returns
+    std::thread([last = std::move(delegate)]() mutable {
+        last->verificationDidSucceed(QStringLiteral("id"));
+        last.reset();
+    }).join();
+    EXPECT_EQ(died, std::thread::id());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(heard, QStringList({ QStringLiteral("1"), QStringLiteral("id") }));
+    EXPECT_EQ(died, std::this_thread::get_id());
+
+    delegate = parloquinDelegate(context.get(), [&heard](const QString &id) { heard += id; }, {});
+    delegate->verificationDidFail(ParloquinError::serverError); // nobody wants to know
+    delegate->verificationDidSucceed(QStringLiteral("late"));
+    context.reset();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(heard.size(), 2);
+}
+
+} // namespace
