@@ -1,7 +1,7 @@
 # QtBelowScreens: Qt for what lies below the screens. Whoever links it finds the headers of these
 # modules and of no other: Qt's own targets give the folder that holds all modules, so that a QLabel
 # compiles wherever QtCore does.
-set(modules Core Gui Network)
+set(modules Core Gui)
 
 set(walled ${CMAKE_BINARY_DIR}/QtBelowScreens)
 add_library(QtBelowScreens INTERFACE)

@@ -1,7 +1,11 @@
 #include "Parloquin/Platform/Rehearsal.h"
 
+#include "Parloquin/Platform/GLibPointers.h"
+
+#include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
-#include <QtNetwork/QLocalSocket>
+
+#include <gio/gunixsocketaddress.h>
 
 #include <atomic>
 #include <cstdio>
@@ -65,17 +69,31 @@ std::optional<bool> askDesktop(const QByteArray &question)
     const QString path = variable("PARLOQUIN_DESKTOP");
     if (path.isNull())
         return std::nullopt;
-    constexpr int patience = 1500; // ms
-    QLocalSocket socket;
-    socket.connectToServer(path);
-    if (!socket.waitForConnected(patience))
+    constexpr gint64 patience = 1'500'000; // us
+    const GLibPointer<GSocket> socket(g_socket_new(
+        G_SOCKET_FAMILY_UNIX, G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_DEFAULT, nullptr));
+    const GLibPointer<GSocketAddress> desktop(
+        g_unix_socket_address_new(QFile::encodeName(path).constData()));
+    const QByteArray line = question + '\n';
+    if (!socket || g_socket_connect(socket.get(), desktop.get(), nullptr, nullptr) == FALSE
+        || g_socket_send(
+               socket.get(), line.constData(), static_cast<gsize>(line.size()), nullptr, nullptr)
+            != line.size())
         return false;
-    socket.write(question + '\n');
-    while (!socket.canReadLine()) {
-        if (!socket.waitForReadyRead(patience))
+    const QByteArray yes("yes\n");
+    QByteArray answer;
+    while (answer.size() < yes.size() && !answer.contains('\n')) {
+        char bytes[4];
+        const bool isThere =
+            g_socket_condition_timed_wait(socket.get(), G_IO_IN, patience, nullptr, nullptr)
+            != FALSE;
+        const gssize count =
+            isThere ? g_socket_receive(socket.get(), bytes, sizeof bytes, nullptr, nullptr) : 0;
+        if (count <= 0)
             return false;
+        answer.append(bytes, count);
     }
-    return socket.readLine() == "yes\n";
+    return answer.startsWith(yes);
 }
 
 } // namespace parloquin::Rehearsal

@@ -20,6 +20,9 @@ enum class QualityOfService {
 
 /// \brief A queue with a thread of its own, or sharing that of a target queue.
 ///
+/// The thread's own default GMainContext is what waits: sources and asynchronous operations of GLib
+/// that a block starts call back on the queue's thread, between the blocks.
+///
 /// Destroying the queue waits for the block that runs and drops those that have not begun; a block
 /// may itself destroy its queue, whose thread then ends behind it.
 class SerialQueue final : public DispatchQueue {

@@ -8,6 +8,7 @@ namespace parloquin {
 namespace {
 
 constexpr qint64 mostHeadBytes = qint64 { 64 } * 1024; // interim answers included
+constexpr qint64 mostLineBytes = mostHeadBytes; // of a chunk's size, or behind the last chunk
 constexpr qsizetype mostFields = 500; // each is looked for among the ones before it
 constexpr qint64 spareBytes = 64; // behind a body, for parsers that read in blocks
 constexpr qint64 mostReservedBytes = qint64 { 1 } * 1024 * 1024; // before any of them has come
@@ -36,11 +37,7 @@ std::optional<qint64> contentLength(const QByteArray &value)
     return agree ? number(first, 10) : std::nullopt;
 }
 
-bool isChunked(const QByteArray &transferEncoding)
-{
-    const QByteArray last = transferEncoding.split(',').constLast().trimmed();
-    return last.compare("chunked", Qt::CaseInsensitive) == 0;
-}
+bool isUnreadable(QByteArrayView line) { return line.contains('\0') || line.contains('\r'); }
 
 } // namespace
 
@@ -60,7 +57,8 @@ HttpAnswer::State HttpAnswer::read(QByteArrayView bytes)
         const QByteArrayView piece = end < 0 ? bytes : bytes.first(end + 1);
         bytes = bytes.sliced(piece.size());
         m_lineBytes += piece.size();
-        if (m_lineBytes > mostHeadBytes + (m_response ? m_maximumBytes : 0)) {
+        if (m_lineBytes > mostHeadBytes + (m_response ? m_maximumBytes : 0)
+            || m_line.size() + piece.size() > mostLineBytes) {
             m_state = State::tooLong;
         } else if (end < 0) {
             m_line += piece;
@@ -84,6 +82,10 @@ HttpAnswer::State HttpAnswer::end()
 void HttpAnswer::takeLine(QByteArrayView line)
 {
     line.chop(line.endsWith("\r\n") ? 2 : 1);
+    if (isUnreadable(line)) {
+        m_state = State::broken;
+        return;
+    }
     switch (m_part) {
     case Part::status:
         takeStatus(line);
@@ -166,8 +168,8 @@ void HttpAnswer::startBody()
         m_part = Part::status;
         return;
     }
-    QByteArray length;
-    QByteArray coding;
+    std::optional<QByteArray> length;
+    std::optional<QByteArray> coding;
     for (const auto &[name, value] : std::as_const(m_head.headers)) {
         if (name.compare("Content-Length", Qt::CaseInsensitive) == 0)
             length = value;
@@ -179,12 +181,14 @@ void HttpAnswer::startBody()
     m_response = std::move(m_head);
     if (m_response->statusCode == 204 || m_response->statusCode == 304) {
         m_state = State::whole;
-    } else if (isChunked(coding)) {
+    } else if (coding) {
         m_part = Part::chunkSize;
-    } else if (length.isEmpty() || !coding.isEmpty()) {
+        if (coding->compare("chunked", Qt::CaseInsensitive) != 0)
+            m_state = State::broken;
+    } else if (!length) {
         m_part = Part::bodyToEnd;
         m_expected = m_maximumBytes + 1; // one more, which is too much
-    } else if (const auto bytes = contentLength(length)) {
+    } else if (const auto bytes = contentLength(*length)) {
         expect(*bytes, Part::body);
     } else {
         m_state = State::broken;

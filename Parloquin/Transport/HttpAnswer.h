@@ -12,9 +12,10 @@ namespace parloquin {
 /// \brief Reads one HTTP/1.x answer (RFC 9112) from the bytes of a connection that carries no
 /// other.
 ///
-/// Interim answers (1xx) are passed over, transfer codings other than chunked are left in the body,
-/// and trailers are dropped. What a peer can make it keep is bounded: 64 KiB of head, in 500
-/// fields, and the body.
+/// Interim answers (1xx) are passed over and trailers dropped. Refused are a transfer coding other
+/// than chunked, which has no end that can be told, and a NUL or a lone CR among the fields, which
+/// every reader takes for something else. What a peer can make it keep is bounded: 64 KiB of head,
+/// in 500 fields, as much of any later line, and the body.
 class HttpAnswer {
 public:
     enum class State {

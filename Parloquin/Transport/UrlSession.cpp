@@ -1,17 +1,15 @@
 #include "Parloquin/Transport/UrlSession.h"
 
+#include "Parloquin/Platform/SerialQueue.h"
 #include "Parloquin/Transport/UrlCall.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QEventLoop>
-#include <QtCore/QPointer>
 
 #include <atomic>
 #include <deque>
-#include <future>
 #include <mutex>
-#include <thread>
 #include <utility>
+#include <vector>
 
 namespace parloquin {
 
@@ -23,7 +21,7 @@ struct UrlSessionTask::State {
     UrlSession::Handler handler;
     qint64 maximumBytes = 0;
 
-    QPointer<UrlCall> call; ///< while it is under way; the session's thread only
+    std::weak_ptr<UrlCall> call; ///< while it is under way; the session's thread only
 };
 
 namespace {
@@ -35,88 +33,65 @@ constexpr int mostDownloads = 6; // at once: a long list of pictures must not us
 struct UrlSession::Private {
     /// Runs the block on the session's thread, later; drops it when the session has ended.
     void post(std::function<void()> block);
-    void run(std::promise<void> started);
     void stop();
+    std::shared_ptr<UrlCall> add(UrlRequest request, Handler handler, qint64 maximumBytes);
     /// Starts waiting downloads while there is room for them.
     void startDownloads();
 
-    std::thread thread;
-    std::mutex mutex; ///< of `loop`
-    QEventLoop *loop = nullptr; ///< the thread's, while it takes blocks
+    std::mutex mutex; ///< of `queue`
+    std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>(QStringLiteral("session"));
 
     // The thread's own:
-    QObject *calls = nullptr; ///< parent of those under way
-    std::deque<QPointer<UrlCall>> waitingDownloads;
-    int downloads = 0; ///< under way
+    std::vector<std::shared_ptr<UrlCall>> calls; ///< under way
+    std::deque<std::weak_ptr<UrlCall>> waitingDownloads;
+    std::vector<const UrlCall *> downloads; ///< under way
 };
 
 void UrlSession::Private::post(std::function<void()> block)
 {
     const std::lock_guard lock(mutex);
-    if (!loop)
-        return;
-    // Both sides take the lock, before they touch what is handed over: what one thread wrote the
-    // other then sees, also in the eyes of a race detector that cannot look into the event queue.
-    QMetaObject::invokeMethod(
-        loop,
-        [block = std::move(block)] {
-            {
-                const std::lock_guard handedOver(shared().d->mutex);
-            }
-            block();
-        },
-        Qt::QueuedConnection);
-}
-
-void UrlSession::Private::run(std::promise<void> started)
-{
-    QObject threadCalls;
-    QEventLoop threadLoop;
-    calls = &threadCalls;
-    loop = &threadLoop;
-    started.set_value();
-    threadLoop.exec();
-}
-
-void UrlSession::Private::startDownloads()
-{
-    while (downloads < mostDownloads && !waitingDownloads.empty()) {
-        const QPointer<UrlCall> call = waitingDownloads.front();
-        waitingDownloads.pop_front();
-        if (!call)
-            continue;
-        ++downloads;
-        QObject::connect(call, &QObject::destroyed, calls, [this] {
-            --downloads;
-            startDownloads();
-        });
-        call->start();
-    }
+    if (queue)
+        queue->async(std::move(block));
 }
 
 void UrlSession::Private::stop()
 {
-    post([last = loop] { last->quit(); });
+    std::unique_ptr<SerialQueue> last;
     {
         const std::lock_guard lock(mutex);
-        loop = nullptr;
+        last = std::move(queue);
     }
-    if (!thread.joinable())
-        return;
-    if (thread.get_id() == std::this_thread::get_id())
-        thread.detach(); // a handler has called exit()
-    else
-        thread.join();
+    if (last)
+        last->sync([this] { calls.clear(); });
+}
+
+std::shared_ptr<UrlCall> UrlSession::Private::add(
+    UrlRequest request, Handler handler, qint64 maximumBytes)
+{
+    return calls.emplace_back(std::make_shared<UrlCall>(
+        std::move(request), std::move(handler), maximumBytes, [this](const UrlCall *ended) {
+            std::erase_if(calls, [ended](const auto &call) { return call.get() == ended; });
+            std::erase(downloads, ended);
+            post([this] { startDownloads(); });
+        }));
+}
+
+void UrlSession::Private::startDownloads()
+{
+    while (downloads.size() < mostDownloads && !waitingDownloads.empty()) {
+        const auto call = waitingDownloads.front().lock();
+        waitingDownloads.pop_front();
+        if (!call)
+            continue;
+        downloads.push_back(call.get());
+        call->start();
+    }
 }
 
 UrlSession::UrlSession()
     : d(std::make_unique<Private>())
 {
-    std::promise<void> started;
-    const std::future<void> running = started.get_future();
-    d->thread = std::thread(&Private::run, d.get(), std::move(started));
-    running.wait();
-    // Sockets and timers need the application object: the thread has to end before it does.
+    // What handlers of the host touch may need the application object: the thread ends before it.
     qAddPostRoutine([] { shared().d->stop(); });
 }
 
@@ -148,11 +123,12 @@ void UrlSessionTask::resume()
     auto &session = *UrlSession::shared().d;
     session.post(
         [&session, state = d, request = std::move(d->request), handler = std::move(d->handler)] {
-            state->call = new UrlCall(request, handler, state->maximumBytes, session.calls);
+            const auto call = session.add(request, handler, state->maximumBytes);
+            state->call = call;
             if (request.body) {
-                state->call->start(); // no call ever waits, least of all for pictures
+                call->start(); // no call ever waits, least of all for pictures
             } else {
-                session.waitingDownloads.push_back(state->call);
+                session.waitingDownloads.push_back(call);
                 session.startDownloads();
             }
         });
@@ -168,8 +144,8 @@ void UrlSessionTask::cancel()
         return;
     }
     session.post([state = d] {
-        if (state->call)
-            state->call->cancel();
+        if (const auto call = state->call.lock())
+            call->cancel();
     });
 }
 

@@ -1,6 +1,7 @@
 // What the device may do: its network, its modems and the bus that tells of them.
 #include "Faults/FaultTest.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Platform/Telephony.h"
 #include "support/ModemBus.h"
 #include "support/OwnNetwork.h"
 

@@ -1,6 +1,6 @@
 // The shared session by itself: pictures use it too.
-#include "Network/Awaited.h"
-#include "Parloquin/Transport/UrlSession.h"
+#include "Network/Get.h"
+#include "Parloquin/Platform/GLibPointers.h"
 #include "support/RawServer.h"
 
 #include <QtCore/QFile>
@@ -12,38 +12,12 @@
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 
 using namespace parloquin;
 using namespace std::chrono_literals;
 
 namespace {
-
-// "200 image/png 4" of a whole answer, else "error -1005", with the status where there is one.
-std::string shown(const std::optional<QByteArray> &data, const std::optional<UrlResponse> &response,
-    const std::optional<TransportError> &error)
-{
-    std::string text = response ? std::to_string(response->statusCode) + ' ' : "";
-    if (data && response)
-        text += response->mimeType.toStdString() + ' ' + std::to_string(data->size());
-    if (error)
-        text += "error " + std::to_string(error->code);
-    return text;
-}
-
-struct Get : Awaited<std::optional<QByteArray>, std::optional<UrlResponse>,
-                 std::optional<TransportError>> {
-    explicit Get(const QString &url, qint64 maximumBytes = 1000)
-        : Awaited(shown)
-    {
-        UrlRequest request;
-        request.url = QUrl(url);
-        request.method = "GET";
-        request.timeout = 30s;
-        task = UrlSession::shared().dataTask(request, handler(), maximumBytes);
-    }
-
-    std::shared_ptr<UrlSessionTask> task;
-};
 
 TEST(UrlSession, FetchesWhatHttpBringsAndNoMoreThanAllowed)
 {
@@ -181,7 +155,6 @@ class SecureServer : public QSslServer {
 public:
     SecureServer()
     {
-        const QTemporaryDir folder;
         const QString key = folder.filePath(QStringLiteral("key"));
         const QString certificate = folder.filePath(QStringLiteral("certificate"));
         QProcess openssl;
@@ -194,10 +167,10 @@ public:
         QFile keyFile(key);
         if (!openssl.waitForFinished() || !keyFile.open(QIODevice::ReadOnly))
             qFatal("SecureServer: no certificate");
-        certificates = QSslCertificate::fromPath(certificate);
+        authority.reset(g_tls_file_database_new(certificate.toUtf8().constData(), nullptr));
         QSslConfiguration configuration;
         configuration.setPrivateKey(QSslKey(&keyFile, QSsl::Ec));
-        configuration.setLocalCertificateChain(certificates);
+        configuration.setLocalCertificateChain(QSslCertificate::fromPath(certificate));
         setSslConfiguration(configuration);
         listen(QHostAddress::LocalHost);
         connect(this, &QTcpServer::pendingConnectionAvailable, this, [this] {
@@ -205,13 +178,20 @@ public:
             connect(peer, &QIODevice::readyRead, this, [this, peer] {
                 ++requests;
                 peer->write(answer);
-                peer->disconnectFromHost();
+                if (saysGoodbye) {
+                    peer->disconnectFromHost();
+                    return;
+                }
+                while (peer->bytesToWrite() > 0 && peer->waitForBytesWritten()) { }
+                ::shutdown(static_cast<int>(peer->socketDescriptor()), SHUT_WR);
             });
         });
     }
 
-    QList<QSslCertificate> certificates;
+    const QTemporaryDir folder;
+    GLibPointer<GTlsDatabase> authority; ///< which knows this server and nobody else
     QByteArray answer;
+    bool saysGoodbye = true; ///< by TLS, before the connection ends
     int requests = 0;
 };
 
@@ -228,19 +208,21 @@ TEST(UrlSession, FetchesOverTlsFromWhomItCanTrust)
         bool trusts;
         QByteArray answer;
         std::string outcome;
+        bool saysGoodbye = true;
     } rows[] = {
         { "127.0.0.1", false, toTheEnd, "error -1200" },
         { "127.0.0.1", true, toTheEnd, "200 image/png 900000" },
         { "127.0.0.1", true, RawServer::http(200, body), "200 application/json 900000" },
         { "127.0.0.1", true, RawServer::http(200, body).chopped(1), "200 error -1005" },
+        { "127.0.0.1", true, toTheEnd, "200 error -1005", false }, // cut off, for all we know
+        { "127.0.0.1", true, RawServer::http(200, body), "200 application/json 900000", false },
         { "localhost", true, toTheEnd, "error -1200" }, // a name that the certificate lacks
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(&row - rows);
-        auto configuration = QSslConfiguration::defaultConfiguration();
-        configuration.setCaCertificates(
-            row.trusts ? server.certificates : QList<QSslCertificate>());
-        QSslConfiguration::setDefaultConfiguration(configuration);
+        g_tls_backend_set_default_database(
+            g_tls_backend_get_default(), row.trusts ? server.authority.get() : nullptr);
+        server.saysGoodbye = row.saysGoodbye;
         server.answer = row.answer;
         server.requests = 0;
         Get get(

@@ -28,9 +28,12 @@ bool isInOwnNetwork()
     const QString filter =
         QStringLiteral("--gtest_filter=%1.%2")
             .arg(QLatin1String(info->test_suite_name()), QLatin1String(info->name()));
-    for (const QString &how : { QStringLiteral("-n"), QStringLiteral("-rn") }) {
+    for (const QString &how : { QStringLiteral("-mn"), QStringLiteral("-rmn") }) {
         const QStringList shell { how, QStringLiteral("sh"), QStringLiteral("-c"),
-            QStringLiteral("ip link set lo up && exec \"$0\" \"$@\"") };
+            QStringLiteral("ip link set lo up && names=$(mktemp) "
+                           "&& echo nameserver 127.0.0.1 >$names "
+                           "&& mount --bind $names /etc/resolv.conf && rm $names "
+                           "&& exec \"$0\" \"$@\"") };
         if (!run(shell + QStringList(QStringLiteral("true"))))
             continue;
         qputenv("PARLOQUIN_TEST_NETWORK", "1");

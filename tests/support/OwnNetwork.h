@@ -5,7 +5,8 @@
 /// \brief Whether this process has a network of its own, where it may do as it likes.
 ///
 /// The first answer is no: by then the current case has run again in a process that has one, with
-/// nothing but the loopback up, and has failed here when it failed there.
+/// nothing but the loopback up and names asked at 127.0.0.1, and has failed here when it failed
+/// there.
 bool isInOwnNetwork();
 
 /// Runs commands of the network tool, one a line.

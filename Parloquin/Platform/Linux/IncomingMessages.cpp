@@ -16,11 +16,11 @@ namespace parloquin {
 
 namespace {
 
-constexpr char service[] = "org.freedesktop.ModemManager1";
+constexpr char modemManager[] = "org.freedesktop.ModemManager1";
 constexpr char messageInterface[] = "org.freedesktop.ModemManager1.Sms";
 constexpr char messagingInterface[] = "org.freedesktop.ModemManager1.Modem.Messaging";
-constexpr char properties[] = "org.freedesktop.DBus.Properties";
-constexpr std::array rules {
+constexpr char propertiesInterface[] = "org.freedesktop.DBus.Properties";
+constexpr std::array messageRules {
     "type='signal',sender='org.freedesktop.ModemManager1',member='Added',"
     "interface='org.freedesktop.ModemManager1.Modem.Messaging'",
     "type='signal',sender='org.freedesktop.ModemManager1',member='PropertiesChanged',"
@@ -36,7 +36,7 @@ constexpr std::size_t mostInParts = 16;
 // More than the 255 parts that a message can have hold.
 constexpr gsize longestText = 1 << 17; // bytes
 
-bool is(const char *text, std::string_view expected) { return text && text == expected; }
+bool equals(const char *text, std::string_view expected) { return text && text == expected; }
 
 struct Notice {
     QByteArray path; // of the message
@@ -52,16 +52,16 @@ std::optional<Notice> noticeOf(GDBusMessage *signal)
     const char *interface = g_dbus_message_get_interface(signal);
     const char *member = g_dbus_message_get_member(signal);
     const char *subject = nullptr;
-    if (is(interface, messagingInterface) && is(member, "Added")
+    if (equals(interface, messagingInterface) && equals(member, "Added")
         && g_variant_is_of_type(body, G_VARIANT_TYPE("(ob)")) != FALSE) {
         gboolean isReceived = FALSE; // or written on this device
         g_variant_get(body, "(&ob)", &subject, &isReceived);
         return isReceived != FALSE ? std::optional(Notice { subject, true }) : std::nullopt;
     }
-    if (is(interface, properties) && is(member, "PropertiesChanged")
+    if (equals(interface, propertiesInterface) && equals(member, "PropertiesChanged")
         && g_variant_is_of_type(body, G_VARIANT_TYPE("(sa{sv}as)")) != FALSE) {
         g_variant_get_child(body, 0, "&s", &subject);
-        if (is(subject, messageInterface))
+        if (equals(subject, messageInterface))
             return Notice { g_dbus_message_get_path(signal), false };
     }
     return std::nullopt;
@@ -80,7 +80,7 @@ struct IncomingMessages::Private : std::enable_shared_from_this<Private> {
     {
         queue = std::make_unique<SerialQueue>(QStringLiteral("messages"));
         queue->async([this, weak = weak_from_this()] {
-            bus = std::make_unique<SystemBus>(rules, [weak](GDBusMessage *signal) {
+            bus = std::make_unique<SystemBus>(messageRules, [weak](GDBusMessage *signal) {
                 auto notice = noticeOf(signal);
                 if (!notice)
                     return;
@@ -111,7 +111,7 @@ struct IncomingMessages::Private : std::enable_shared_from_this<Private> {
         if (!notice.isNew && !inParts.contains(path))
             return;
         inParts.erase(path);
-        const auto answer = bus->call(service, path.c_str(), properties, "GetAll",
+        const auto answer = bus->call(modemManager, path.c_str(), propertiesInterface, "GetAll",
             g_variant_new("(s)", messageInterface), "(a{sv})", cancelled.get());
         if (!answer)
             return;

@@ -1,14 +1,14 @@
 #include "Parloquin/Platform/SerialQueue.h"
 
-#include "Parloquin/Platform/Fatal.h"
+#include "Parloquin/Platform/GLibPointers.h"
 #include "Parloquin/Platform/MainQueue.h"
 
-#include <poll.h>
+#include <glib-unix.h>
 #include <pthread.h>
-#include <sys/eventfd.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -41,29 +41,36 @@ int niceness(QualityOfService qos)
 
 } // namespace
 
-// Not Qt's event loop: a library built without the thread checker hides its locks from it, and
-// every block that crosses threads would look like a race.
+// GLib's context waits, but what crosses threads lies in a list of ours under a lock of ours: a
+// library built without the thread checker hides its locks from it, and every block that crosses
+// would look like a race.
 class SerialQueue::Loop {
 public:
     Loop()
-        : m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+        : m_context(g_main_context_new())
     {
-        if (m_wake < 0)
-            fatal(
-                QStringLiteral("no descriptor is left for a queue; close some or raise the limit"));
+        static GSourceFuncs functions { nullptr, nullptr,
+            [](GSource *, GSourceFunc call, gpointer loop) { return call(loop); }, nullptr, nullptr,
+            nullptr };
+        m_source.reset(g_source_new(&functions, sizeof(GSource)));
+        g_source_set_callback(
+            m_source.get(),
+            [](gpointer loop) -> gboolean {
+                static_cast<Loop *>(loop)->runTasks();
+                return G_SOURCE_CONTINUE;
+            },
+            this, nullptr);
+        g_source_attach(m_source.get(), m_context.get());
     }
-    ~Loop() { ::close(m_wake); }
     Q_DISABLE_COPY_MOVE(Loop)
 
     /// \param owner the queue that it is for
     void push(const void *owner, Clock::time_point due, std::function<void()> block)
     {
-        {
-            const std::lock_guard lock(m_mutex);
-            // Of equal times the one that came first runs first.
-            m_tasks.emplace(due, Task { owner, std::move(block) });
-        }
-        wake();
+        const std::lock_guard lock(m_mutex);
+        // Of equal times the one that came first runs first.
+        m_tasks.emplace(due, Task { owner, std::move(block) });
+        wakeWhenDue();
     }
 
     /// Drops what has not begun; waits for what has, unless it is what calls.
@@ -86,11 +93,8 @@ public:
 
     void end()
     {
-        {
-            const std::lock_guard lock(m_mutex);
-            m_isEnding = true;
-        }
-        wake();
+        m_isEnding = true;
+        g_main_context_wakeup(m_context.get());
     }
 
     void run()
@@ -99,18 +103,27 @@ public:
             const std::lock_guard lock(m_mutex);
             m_id = std::this_thread::get_id();
         }
-        while (runTasks())
-            waitForEvents();
-        m_watches.clear();
+        g_main_context_push_thread_default(m_context.get());
+        while (!m_isEnding)
+            g_main_context_iteration(m_context.get(), TRUE);
+        g_main_context_pop_thread_default(m_context.get());
     }
 
     [[nodiscard]] bool isCurrent() const { return m_id == std::this_thread::get_id(); }
 
-    std::shared_ptr<void> watch(int descriptor, std::function<void()> readable)
+    std::shared_ptr<void> watch(int descriptor, std::function<void()> readable) const
     {
-        const auto entry = std::make_shared<Watch>(Watch { descriptor, std::move(readable) });
-        m_watches.push_back(entry);
-        return entry;
+        GLibPointer<GSource> source(g_unix_fd_source_new(
+            descriptor, static_cast<GIOCondition>(G_IO_IN | G_IO_ERR | G_IO_HUP)));
+        const GUnixFDSourceFunc call = [](gint, GIOCondition, gpointer block) -> gboolean {
+            (*static_cast<std::function<void()> *>(block))();
+            return G_SOURCE_CONTINUE;
+        };
+        g_source_set_callback(source.get(), G_SOURCE_FUNC(call),
+            new std::function<void()>(std::move(readable)),
+            [](gpointer block) { delete static_cast<std::function<void()> *>(block); });
+        g_source_attach(source.get(), m_context.get());
+        return std::shared_ptr<GSource>(std::move(source));
     }
 
 private:
@@ -118,23 +131,13 @@ private:
         const void *owner;
         std::function<void()> block;
     };
-    struct Watch {
-        int descriptor;
-        std::function<void()> readable;
-    };
 
-    void wake() const
+    /// Runs what is due by now; what comes due meanwhile lets the watches go first.
+    void runTasks()
     {
-        const quint64 one = 1;
-        // It fails only while the counter is full, and then the loop wakes in any case.
-        static_cast<void>(!::write(m_wake, &one, sizeof(one)));
-    }
-
-    /// \return false at the end
-    bool runTasks()
-    {
+        const auto now = Clock::now();
         std::unique_lock lock(m_mutex);
-        while (!m_isEnding && !m_tasks.empty() && m_tasks.begin()->first <= Clock::now()) {
+        while (!m_isEnding && !m_tasks.empty() && m_tasks.begin()->first <= now) {
             Task task = std::move(m_tasks.begin()->second);
             m_tasks.erase(m_tasks.begin());
             m_running = task.owner;
@@ -145,50 +148,28 @@ private:
             m_running = nullptr;
             m_idle.notify_all();
         }
-        return !m_isEnding;
+        wakeWhenDue();
     }
 
-    void waitForEvents()
+    /// Under the lock.
+    void wakeWhenDue()
     {
-        std::erase_if(m_watches, [](const auto &watch) { return watch.expired(); });
-        const auto watches = m_watches; // a block may add some
-        std::vector<pollfd> polled { { m_wake, POLLIN, 0 } };
-        for (const auto &weak : watches) {
-            const auto watch = weak.lock();
-            polled.push_back({ watch ? watch->descriptor : -1, POLLIN, 0 });
-        }
-        if (::poll(polled.data(), polled.size(), patience()) <= 0)
-            return;
-        quint64 count = 0;
-        static_cast<void>(!::read(m_wake, &count, sizeof(count)));
-        for (std::size_t i = 0; i < watches.size(); ++i) {
-            const auto watch = watches[i].lock();
-            if (watch && polled[i + 1].revents != 0)
-                watch->readable();
-        }
+        using std::chrono::microseconds; // of the clock that GLib reads too
+        g_source_set_ready_time(m_source.get(),
+            m_tasks.empty()
+                ? -1
+                : std::chrono::ceil<microseconds>(m_tasks.begin()->first.time_since_epoch())
+                      .count());
     }
 
-    /// \return milliseconds until the next block is due
-    int patience()
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_isEnding)
-            return 0;
-        if (m_tasks.empty())
-            return -1;
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(m_tasks.begin()->first - Clock::now());
-        return static_cast<int>(std::max<qint64>(0, left.count()));
-    }
-
-    int m_wake;
+    const GLibPointer<GMainContext> m_context;
+    GLibPointer<GSource> m_source; ///< ready when the next task is due
     std::mutex m_mutex;
     std::condition_variable m_idle;
     std::multimap<Clock::time_point, Task> m_tasks;
     const void *m_running = nullptr;
-    bool m_isEnding = false;
+    std::atomic<bool> m_isEnding = false;
     std::thread::id m_id;
-    std::vector<std::weak_ptr<Watch>> m_watches; // on the thread
 };
 
 /// The thread, which keeps its loop; the queues keep it.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Parloquin/Platform/Linux/GLibPointers.h"
+#include "Parloquin/Platform/GLibPointers.h"
 
 #include <QtCore/QtGlobal>
 

@@ -1,6 +1,6 @@
 #include "Parloquin/Platform/UrlOpener.h"
 
-#include "Parloquin/Platform/Linux/GLibPointers.h"
+#include "Parloquin/Platform/GLibPointers.h"
 #include "Parloquin/Platform/Rehearsal.h"
 #include "Parloquin/Platform/SerialQueue.h"
 

@@ -1,0 +1,208 @@
+// Calls over networks as they are: names with addresses that are silent, name servers that are,
+// proxies. Each case has a network of its own.
+#include "Network/Get.h"
+#include "Parloquin/Networking/Request/Request.h"
+#include "support/NameServer.h"
+#include "support/OwnNetwork.h"
+#include "support/RawServer.h"
+#include "support/ServiceEndpoint.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QJsonObject>
+#include <QtCore/QTemporaryDir>
+#include <QtNetwork/QLocalServer>
+
+#include <gtest/gtest.h>
+
+using namespace parloquin;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr char here[] = "127.0.0.1";
+
+// A way to everywhere that nothing comes back from: no neighbour is asked for, nobody refuses.
+constexpr char silentNetwork[] = "addr add fd00::2/64 dev d0 nodad\n"
+                                 "link set d0 arp off\n"
+                                 "route add default via 10.9.0.1\n";
+
+QString port(const RawServer &server) { return server.hostAndPort().section(u':', 1); }
+
+struct NamesRow {
+    const char *name;
+    NameServer::Names names;
+    std::string outcome = "success";
+    std::chrono::milliseconds atLeast = 0s;
+    std::chrono::milliseconds timeout = 60s; // as it is
+};
+
+std::ostream &operator<<(std::ostream &out, const NamesRow &row) { return out << row.name; }
+
+class ServiceName : public testing::TestWithParam<NamesRow> { };
+
+TEST_P(ServiceName, CostsACallAtMostASecond)
+{
+    if (!isInOwnNetwork())
+        return;
+    const NamesRow &row = GetParam();
+    ASSERT_TRUE(ip(QByteArray(wired) + silentNetwork));
+    const NameServer names(row.names);
+    RawServer server;
+    server.answer("/v1.0/check",
+        QJsonObject { { QStringLiteral("meta"),
+            QJsonObject { { QStringLiteral("httpStatusCode"), 200 } } } });
+    setServiceHost(QStringLiteral("service.test:") + port(server));
+    setServiceTimeout(row.timeout);
+    AwaitedResult<CheckResponseModel> call;
+    QElapsedTimer time;
+    time.start();
+    ApiRequest::check({}, call.handler());
+    EXPECT_EQ(call.wait(), row.outcome);
+    EXPECT_LT(time.elapsed(), (row.atLeast + 1s).count());
+    EXPECT_GE(time.elapsed(), row.atLeast.count());
+    EXPECT_GT(names.questions(), 0);
+}
+
+const NamesRow namesRows[] = {
+    { "OneSilentAddress", { { here }, { "fd00::9" } } },
+    { "TwoSilentAddresses", { { here }, { "fd00::8", "fd00::9" } } },
+    { "ThreeSilentAddresses", { { here }, { "fd00::7", "fd00::8", "fd00::9" } } },
+    { "NoAnswerForIpv6", { { here }, {}, true, false } },
+    { "NoAnswer", { {}, {}, false, false }, "general", 1500ms, 1500ms },
+    { "NoSuchName", { {}, {} }, "general" },
+};
+INSTANTIATE_TEST_SUITE_P(Network, ServiceName, testing::ValuesIn(namesRows),
+    [](const auto &row) { return row.param.name; });
+
+struct ProxyRow {
+    const char *name;
+    const char *variable; // @ stands for the proxy's host and port
+    const char *url;
+    RawServer::Script script;
+    std::string outcome;
+    QByteArray head; // of what the proxy hears; # stands for the name and password as a proxy of
+                     // HTTP hears them
+};
+
+std::ostream &operator<<(std::ostream &out, const ProxyRow &row) { return out << row.name; }
+
+class SystemProxy : public testing::TestWithParam<ProxyRow> { };
+
+qint64 mostMemory() // that this process ever had, in KiB
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
+    const QByteArray text = status.readAll();
+    return text.mid(text.indexOf("VmHWM:") + 6, 12).trimmed().split(' ').front().toLongLong();
+}
+
+TEST_P(SystemProxy, CarriesACallAndHearsNoMoreThanItHasTo)
+{
+    if (!isInOwnNetwork())
+        return;
+    const ProxyRow &row = GetParam();
+    RawServer proxy;
+    proxy.play(row.script);
+    for (const char *variable : { "http_proxy", "HTTP_PROXY", "https_proxy", "HTTPS_PROXY",
+             "no_proxy", "NO_PROXY", "all_proxy", "ALL_PROXY", "XDG_CURRENT_DESKTOP" })
+        qunsetenv(variable);
+    QByteArray value = row.variable;
+    value.replace("@", "@" + proxy.hostAndPort().toLatin1()).replace("//@", "//");
+    const qsizetype equals = value.indexOf('=');
+    qputenv(value.left(equals).constData(), value.sliced(equals + 1));
+
+    const qint64 before = mostMemory();
+    Get get(QString::fromLatin1(row.url));
+    get.task->resume();
+    EXPECT_EQ(get.wait(), row.outcome);
+    EXPECT_LT(mostMemory() - before, 16 * 1024);
+    ASSERT_EQ(proxy.requests().size(), 1U);
+    QByteArray head = row.head;
+    head.replace("#", "Proxy-Authorization: Basic " + QByteArray("name:p@ss").toBase64());
+    const QByteArray heard = proxy.requests().front().head;
+    EXPECT_TRUE(heard.contains(head)) << heard.toStdString();
+    EXPECT_EQ(heard.contains("Proxy-Authorization"), head.contains("Proxy-Authorization"));
+}
+
+RawServer::Script endless()
+{
+    RawServer::Script script { RawServer::read(), RawServer::send("HTTP/1.0 200 OK\r\nX: ") };
+    script.insert(script.end(), 1000, RawServer::send(QByteArray(1'000'000, 'x')));
+    return script;
+}
+
+const QByteArray socksAgrees("\5\2\1\0\5\0\0\1\0\0\0\0\0\0", 14); // name, password and place
+const ProxyRow proxyRows[] = {
+    { "Plain", "http_proxy=http://@", "http://icons.test/a?b",
+        { RawServer::read(), RawServer::send(RawServer::http(200, "1234")) },
+        "200 application/json 4", "GET http://icons.test/a?b HTTP/1.1\r\nHost: icons.test\r\n" },
+    { "PlainWithAName", "http_proxy=http://name:p%40ss@", "http://icons.test/",
+        { RawServer::read(), RawServer::send(RawServer::http(407, "")) }, "407 application/json 0",
+        "\r\n#\r\n" },
+    { "Socks", "http_proxy=socks5://name:p%40ss@", "http://icons.test/",
+        { RawServer::send(socksAgrees), RawServer::read(),
+            RawServer::send(RawServer::http(200, "1234")) },
+        "200 application/json 4", "GET / HTTP/1.1\r\nHost: icons.test\r\n" },
+    { "Connect", "https_proxy=http://@", "https://icons.test/",
+        { RawServer::read(), RawServer::send(RawServer::http(407, "")) }, "error -1004",
+        "CONNECT icons.test:443 HTTP/1.0\r\n" },
+    { "ConnectWithAName", "https_proxy=http://name:p%40ss@", "https://icons.test/",
+        { RawServer::read(), RawServer::close() }, "error -1004", "\r\n#\r\n" },
+    { "ConnectWithoutEnd", "https_proxy=http://name:p%40ss@", "https://icons.test/", endless(),
+        "error -1004", "#" },
+};
+INSTANTIATE_TEST_SUITE_P(Network, SystemProxy, testing::ValuesIn(proxyRows),
+    [](const auto &row) { return row.param.name; });
+
+// The desktop has its proxies worked out by a service of the session, which says nothing.
+TEST(SystemProxy, HoldsNoCallUpThatIsNeverTold)
+{
+    if (!isInOwnNetwork())
+        return;
+    ASSERT_TRUE(ip(QByteArray(wired) + silentNetwork));
+    const QTemporaryDir folder;
+    QDir(folder.path()).mkpath(QStringLiteral("glib-2.0/settings"));
+    QFile settings(folder.filePath(QStringLiteral("glib-2.0/settings/keyfile")));
+    ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+    settings.write("[system/proxy]\nmode='auto'\nautoconfig-url='http://127.0.0.1:1/'\n");
+    settings.close();
+    const QString bus = folder.filePath(QStringLiteral("bus"));
+    QLocalServer silent;
+    ASSERT_TRUE(silent.listen(bus));
+    qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
+    qputenv("XDG_CURRENT_DESKTOP", "GNOME");
+    qputenv("GSETTINGS_BACKEND", "keyfile");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bus.toUtf8());
+
+    const NameServer names({ { here }, {} });
+    RawServer server;
+    server.answer("/", RawServer::http(200, "1234"));
+    for (const int most : { 2500, 1000 }) { // ms; the second knows of the first
+        Get get(QStringLiteral("http://icons.test:%1/").arg(port(server)));
+        QElapsedTimer time;
+        time.start();
+        get.task->resume();
+        EXPECT_EQ(get.wait(), "200 application/json 4");
+        EXPECT_LT(time.elapsed(), most);
+    }
+    EXPECT_TRUE(silent.hasPendingConnections() || silent.waitForNewConnection(0));
+}
+
+TEST(UrlSession, SaysOnceWhatHttpsNeeds)
+{
+    if (!isInOwnNetwork()) // for a process of its own, by whose variable GIO has no TLS
+        return;
+    qputenv("GIO_USE_TLS", "dummy");
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 2; ++i) {
+        Get get(QStringLiteral("https://127.0.0.1:1/"));
+        get.task->resume();
+        EXPECT_EQ(get.wait(), "error -1200");
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "Parloquin: GIO has no TLS, so nothing comes by https; install glib-networking.\n");
+}
+
+} // namespace
