@@ -7,10 +7,11 @@
 #include <nlohmann/json.hpp>
 
 namespace sandbox {
-namespace {
 using nlohmann::json;
 
 json orNull(const std::string &text) { return text.empty() ? json() : json(text); }
+
+namespace {
 
 /// JSON as it is, any other text as a text.
 json readable(const std::string &text)

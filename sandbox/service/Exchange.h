@@ -52,6 +52,9 @@ struct Exchange {
 /// What came, now; what came of it is still to be said.
 Exchange exchangeOf(const httplib::Request &request, const std::string &call);
 
+/// Empty texts are left unsaid.
+nlohmann::json orNull(const std::string &text);
+
 /// "waiting", "accepted", "refused", "fault"
 const char *nameOf(Exchange::Verdict verdict);
 

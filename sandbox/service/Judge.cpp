@@ -61,7 +61,7 @@ struct HeaderRule {
     const char *expected;
 };
 
-const HeaderRule rules[] = {
+const HeaderRule headerRules[] = {
     { "User-Agent", false, [](const std::string &text) { return text == "iOS"; }, "\"iOS\"" },
     { "X-TRZ-Os", false, isOs, "\"ios \" and a version" },
     { "X-TRZ-Sdk-Version", false, [](const std::string &text) { return text == "1.0"; },
@@ -76,7 +76,7 @@ const HeaderRule rules[] = {
 
 bool isRuled(const std::string &name)
 {
-    return std::any_of(std::begin(rules), std::end(rules),
+    return std::any_of(std::begin(headerRules), std::end(headerRules),
         [&name](const HeaderRule &rule) { return lowered(rule.name) == name; });
 }
 
@@ -105,7 +105,7 @@ std::optional<Refusal> Judge::faultOfHeaders(
 {
     if (request.get_header_value("Content-Type") != "application/json; charset=utf-8")
         return Refusal { 400, {}, "Content-Type: expected \"application/json; charset=utf-8\"" };
-    for (const auto &rule : rules) {
+    for (const auto &rule : headerRules) {
         const std::string name = rule.name;
         const auto count = request.get_header_value_count(rule.name);
         if (count > 1)

@@ -7,8 +7,6 @@ using httplib::Request;
 using httplib::Response;
 using nlohmann::json;
 
-json orNull(const std::string &text) { return text.empty() ? json() : json(text); }
-
 json jsonOf(const Session &session)
 {
     return { { "sessionId", session.id }, { "confirmed", !session.expired },
