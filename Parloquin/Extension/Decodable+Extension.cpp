@@ -220,7 +220,8 @@ bool decodeModel(const QByteArray &body, void *model, const JsonType &type, QStr
     dom::element root;
     DecodingFault found;
     auto error = parseJson(parser, body).get(root);
-    if (error == simdjson::NUMBER_ERROR) // beyond 64 bits, perhaps in a key that nobody reads
+    // Perhaps a number beyond 64 bits, in a key that nobody reads: versions call that differently.
+    if (error != simdjson::SUCCESS)
         error = parseJson(parser, withoutLongNumbers(body)).get(root);
     if (error != simdjson::SUCCESS)
         found.what = QStringLiteral("no JSON: ") + QLatin1String(simdjson::error_message(error));

@@ -204,7 +204,7 @@ std::vector<Cell> serviceCells()
     };
     addAll(wireFaults, 7);
     addAll(answerFaults, 6);
-    const Call &check = callNamed("check");
+    const Call check = callNamed("check");
     for (const auto &[kind, texts] : otherFaults) {
         for (const QByteArray &text : words(texts))
             cells.push_back(cellOf(check, text, kind));
