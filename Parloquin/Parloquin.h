@@ -19,7 +19,8 @@
 /// container->show();
 /// \endcode
 /// Main thread only, with a QApplication alive. The object may go as soon as the container is
-/// made. Nothing here fails: every failure reaches the delegate.
+/// made. Nothing here fails; the failures that the delegate hears of are those of
+/// ParloquinDelegate::verificationDidFail().
 /// \since 1.0
 class PARLOQUIN_EXPORT Parloquin {
 public:

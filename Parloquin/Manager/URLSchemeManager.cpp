@@ -1,6 +1,7 @@
 #include "Parloquin/Manager/URLSchemeManager.h"
 
 #include "Parloquin/Extension/Encodable+Extension.h"
+#include "Parloquin/Manager/DeveloperLog.h"
 #include "Parloquin/Platform/UrlOpener.h"
 
 #include <QtCore/QJsonObject>
@@ -10,7 +11,11 @@ namespace parloquin {
 bool URLSchemeManager::checkIfAppIsInstalled(const QString &urlScheme) const
 {
     const QUrl url = UrlOpener::parse(urlScheme);
-    return url.isValid() && UrlOpener::canOpen(url);
+    const bool isInstalled = url.isValid() && UrlOpener::canOpen(url);
+    if (!isInstalled)
+        qCWarning(developerLog, "%ls: no handler for its links, so its app counts as not installed",
+            qUtf16Printable(urlScheme));
+    return isInstalled;
 }
 
 QString URLSchemeManager::getInstalledAppsOnDevice(const QList<AppPackageModel> &packages) const

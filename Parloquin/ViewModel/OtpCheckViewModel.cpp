@@ -2,6 +2,7 @@
 
 #include "Parloquin/Extension/Encodable+Extension.h"
 #include "Parloquin/Extension/RawValues.h"
+#include "Parloquin/Manager/DeveloperLog.h"
 #include "Parloquin/Manager/HudManager.h"
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Networking/Request/Request.h"
@@ -35,6 +36,8 @@ void OtpCheckViewModel::receive(const std::weak_ptr<OtpCheckViewModel> &weak,
     if (!weak.expired())
         HudManager::shared().hide(screen);
     const auto delegate = ParloquinSingleton::shared().delegate();
+    if (!delegate)
+        qCWarning(developerLog, "an outcome reaches nobody: no delegate is set");
     if (const ApiError *error = result.error()) {
         print(rawValue(*error));
         if (delegate)

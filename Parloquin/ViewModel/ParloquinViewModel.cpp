@@ -2,6 +2,7 @@
 
 #include "Parloquin/Extension/Encodable+Extension.h"
 #include "Parloquin/Extension/RawValues.h"
+#include "Parloquin/Manager/DeveloperLog.h"
 #include "Parloquin/Manager/HudManager.h"
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Manager/URLSchemeManager.h"
@@ -17,11 +18,18 @@
 namespace parloquin {
 namespace {
 
+void tellOfNoDelegate()
+{
+    qCWarning(developerLog, "an outcome reaches nobody: no delegate is set");
+}
+
 /// Any thread. Asked for at each outcome: the host may have replaced it since the call began.
 void tellFailure(ParloquinError error)
 {
     if (const auto delegate = ParloquinSingleton::shared().delegate())
         delegate->verificationDidFail(error);
+    else
+        tellOfNoDelegate();
 }
 
 } // namespace
@@ -112,6 +120,9 @@ void ParloquinViewModel::openDeeplink(const QString &deeplink)
         if (url.isValid() && UrlOpener::canOpen(url))
             UrlOpener::open(
                 url, [](const QString &fault) { LogManager::shared().log(fault, true); });
+        else
+            qCWarning(developerLog, "%ls: no handler for the link that the service sent",
+                qUtf16Printable(url.scheme()));
     });
 }
 
@@ -144,6 +155,8 @@ void ParloquinViewModel::receive(const Origin &origin, const Result<CheckRespons
         tellFailure(ParloquinError::authorizationError);
     else if (const auto delegate = ParloquinSingleton::shared().delegate())
         delegate->verificationDidSucceed(*envelope.result->sessionId);
+    else
+        tellOfNoDelegate();
 }
 
 } // namespace parloquin

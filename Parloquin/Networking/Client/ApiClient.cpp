@@ -1,5 +1,7 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 
+#include "Parloquin/Extension/RawValues.h"
+#include "Parloquin/Manager/DeveloperLog.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Platform/Rehearsal.h"
 
@@ -11,6 +13,8 @@ void ApiClient::send(std::optional<ApiRouter> route, Decoder decoder, Failure fa
 {
     router = std::move(route);
     if (!Rehearsal::hasRoute().value_or(ApiSessionHelper::shared().isNetworkReachable)) {
+        qCWarning(developerLog, "%ls: not sent, as the device has no default route",
+            qUtf16Printable(router ? router->path() : QString()));
         cancelRequest();
         fail(ApiError::connection);
         return;
@@ -65,12 +69,23 @@ void ApiClient::handleAnswer(std::optional<QByteArray> data,
         fail(ApiError::jsonDecode);
         return;
     }
-    if (!answer->isSuccess)
+    if (!answer->isSuccess) {
+        tellRefusal(answer->meta);
         handleResponseError(answer->meta);
+    }
     logRequest(answer->dump,
         urlRequest.body ? apiResponseHelper.getData(*urlRequest.body) : std::nullopt,
         response->headers, urlRequest);
     answer->deliver();
+}
+
+void ApiClient::tellRefusal(const std::optional<MetaModel> &meta) const
+{
+    const auto status = meta ? meta->httpStatusCode : std::nullopt;
+    const auto code = meta ? meta->errorCode : std::nullopt;
+    qCWarning(developerLog, "%ls: refused by the service, status %d, code %ls",
+        qUtf16Printable(router ? router->path() : QString()), status ? rawValue(*status) : 0,
+        qUtf16Printable(code ? rawValue(*code) : QStringLiteral("none")));
 }
 
 void ApiClient::cancelRequest()

@@ -62,6 +62,7 @@ public:
 
     /// Classifies an answer that is no success; the only effect is on TokenExpiredTryCount.
     void handleResponseError(const std::optional<MetaModel> &metaResponse);
+    void tellRefusal(const std::optional<MetaModel> &meta) const;
 
     /// Counts each time that it says true.
     bool isTokenExpired(
