@@ -67,12 +67,16 @@ int main(int argc, char **argv)
     messenger::MessengerWindow window(*link, parser.value(service));
     window.resize(390, 844);
     window.show();
-    const auto file = parser.value(picture);
+    // By the environment too, as who opens a link cannot say how.
+    const auto file = parser.isSet(picture) ? parser.value(picture)
+                                            : qEnvironmentVariable("PARLOQUIN_MESSENGER_PICTURE");
+    const bool sends =
+        parser.isSet(autoSend) || qEnvironmentVariableIsSet("PARLOQUIN_MESSENGER_AUTO_SEND");
     QTimer::singleShot(0, &window, [&] {
         // The picture first: it shows what a person decides on.
         if (!file.isEmpty() && !window.grab().save(file))
             complain(QStringLiteral("%1: cannot be written").arg(file));
-        if (parser.isSet(autoSend))
+        if (sends)
             window.btnSend->click();
     });
     return QApplication::exec();

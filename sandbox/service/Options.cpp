@@ -109,9 +109,11 @@ Options optionsFrom(const std::vector<std::string> &words)
 std::string helpText()
 {
     std::string text =
-        "usage: parloquin-sandbox [OPTIONS]\n\n"
+        "usage: parloquin-sandbox [OPTIONS]\n"
+        "       parloquin-sandbox exec [OPTIONS] COMMAND...\n\n"
         "A verification service for developing: it listens at 127.0.0.1 only, judges\n"
-        "every request and says why it refuses one.\n\n";
+        "every request and says why it refuses one. With exec it runs COMMAND, a host,\n"
+        "with the sandbox and the stand-in messenger around it, and ends with it.\n\n";
     constexpr std::size_t column = 25;
     for (const auto &rule : rules) {
         auto line =

@@ -1,0 +1,144 @@
+#include "Process.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+using namespace std::chrono_literals;
+
+namespace {
+/// `parloquin-sandbox exec` at free ports.
+std::vector<std::string> exec(const std::vector<std::string> &host)
+{
+    std::vector<std::string> words { SANDBOX_PROGRAM, "exec", "--port", "0", "--page", "0" };
+    words.insert(words.end(), host.begin(), host.end());
+    return words;
+}
+
+std::vector<std::string> shell(const std::string &script)
+{
+    return exec({ "/bin/sh", "-c", script });
+}
+
+/// What stands behind \p name in a line of its own.
+std::string valueOf(const std::string &name, const std::string &output)
+{
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(name + '='))
+            return line.substr(name.size() + 1);
+    }
+    return {};
+}
+
+/// Whether it ends by itself within a while; one that nobody buried counts as ended.
+bool ends(pid_t process)
+{
+    const auto patience = std::chrono::steady_clock::now() + 10s;
+    for (std::string line; std::chrono::steady_clock::now() < patience;) {
+        std::ifstream state("/proc/" + std::to_string(process) + "/stat");
+        if (!std::getline(state, line) || line.find(") Z ") != std::string::npos)
+            return true;
+    }
+    return false;
+}
+}
+
+TEST(SandboxExec, EndsAsTheHostDoes)
+{
+    const std::tuple<std::vector<std::string>, int, const char *> hosts[] = {
+        { shell("exit 7"), 7, "" },
+        { shell("kill -TERM $$"), 128 + SIGTERM, "" },
+        { shell("kill -KILL $$"), 128 + SIGKILL, "" },
+        { exec({ "no-such-host" }), 127, "no-such-host: No such file" },
+        { exec({ "/etc/passwd" }), 126, "/etc/passwd: Permission denied" },
+        { exec({}), 2, "exec: expected a command" },
+        { exec({ "--prot", "1", "true" }), 2, "--prot: unknown option" },
+        { exec({ "--scenario", "/nowhere.json", "true" }), EXIT_FAILURE, "/nowhere.json: No such" },
+    };
+    for (const auto &[words, code, complaint] : hosts) {
+        Process program(words);
+        EXPECT_EQ(program.waitForEnd(), code);
+        EXPECT_NE(program.output().find(complaint), std::string::npos) << program.output();
+    }
+}
+
+TEST(SandboxExec, GivesTheHostAServiceAndAMessenger)
+{
+    Process program(shell(
+        "env; python3 -c 'import os, urllib.request as web; print(web.urlopen(\"http://\""
+        " + os.environ[\"PARLOQUIN_SERVICE_HOST\"] + \"/sandbox/health\").read())';"
+        "gio mime x-scheme-handler/parlo; command -v parloquin-messenger; parloquin-messenger x:"));
+    ASSERT_EQ(program.waitForEnd(), 2) << program.output(); // the messenger's, of a bad link
+    const auto output = program.output();
+    EXPECT_NE(output.find(R"({"status":"running"})"), std::string::npos) << output;
+    EXPECT_NE(output.find("parloquin-messenger.desktop"), std::string::npos) << output;
+    EXPECT_NE(output.find(MESSENGER_PROGRAM), std::string::npos) << output;
+    EXPECT_TRUE(valueOf("QT_LOGGING_RULES", output).starts_with("parloquin*=true")) << output;
+
+    const auto folders = valueOf("XDG_DATA_DIRS", output);
+    const auto folder = folders.substr(0, folders.find(':'));
+    EXPECT_NE(folders.find(":/"), std::string::npos) << "only ours: " << folders;
+    EXPECT_TRUE(valueOf("XDG_CONFIG_DIRS", output).starts_with(folder + ':')) << output;
+    EXPECT_FALSE(std::filesystem::exists(folder)) << "left behind: " << folder;
+}
+
+TEST(SandboxExec, SaysWhenTheUsersSettingsGoFirst)
+{
+    const auto home =
+        std::filesystem::temp_directory_path() / ("exec-test-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(home / "applications");
+    std::ofstream(home / "applications/mine.desktop")
+        << "[Desktop Entry]\nType=Application\nName=Mine\nExec=true %u\n";
+    std::ofstream(home / "mimeapps.list")
+        << "[Default Applications]\nx-scheme-handler/kite=mine.desktop\n";
+    auto words = shell("true");
+    words.insert(words.begin(),
+        { "/usr/bin/env", "XDG_CONFIG_HOME=" + home.string(), "XDG_DATA_HOME=" + home.string() });
+    Process program(words);
+    EXPECT_EQ(program.waitForEnd(), EXIT_SUCCESS);
+    std::filesystem::remove_all(home);
+    EXPECT_NE(program.output().find("kite: links do not reach"), std::string::npos)
+        << program.output();
+    EXPECT_EQ(program.output().find("parlo: links"), std::string::npos) << program.output();
+}
+
+TEST(SandboxExec, EndsWhatTheHostLeavesBehind)
+{
+    Process program(shell("setsid sleep 1000 & echo left=$!"));
+    ASSERT_EQ(program.waitForEnd(), EXIT_SUCCESS);
+    EXPECT_TRUE(ends(std::stoi(valueOf("left", program.output())))) << program.output();
+}
+
+TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
+{
+    const auto waiting = "echo host=$$; trap 'exit 5' TERM;"
+                         " echo ready; while :; do sleep 0.05; done";
+    Process asked(shell(waiting));
+    asked.waitForOutput("ready\n");
+    asked.signal(SIGTERM);
+    EXPECT_EQ(asked.waitForEnd(), 5);
+
+    Process killed(shell(waiting));
+    const auto output = killed.waitForOutput("ready\n");
+    killed.signal(SIGKILL);
+    EXPECT_EQ(killed.waitForEnd(), -SIGKILL);
+    EXPECT_TRUE(ends(std::stoi(valueOf("host", output)))) << output;
+}
+
+TEST(SandboxExec, MakesARouteWhereThereIsNone)
+{
+    const std::vector<std::string> own { "/usr/bin/unshare", "--map-root-user", "--net" };
+    auto probe = own;
+    probe.emplace_back("true");
+    if (Process(probe).waitForEnd() != EXIT_SUCCESS)
+        GTEST_SKIP() << "no network of one's own is allowed here";
+    auto words = shell("cat /proc/net/route");
+    words.insert(words.begin(), own.begin(), own.end());
+    Process program(words);
+    EXPECT_EQ(program.waitForEnd(), EXIT_SUCCESS);
+    EXPECT_NE(program.output().find("lo\t00000000"), std::string::npos) << program.output();
+}
