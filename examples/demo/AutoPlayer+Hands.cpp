@@ -88,6 +88,19 @@ QWidget *AutoPlayer::visible(const QString &name) const
     return nullptr;
 }
 
+AutoPlayer::Condition AutoPlayer::shown(const QString &name) const
+{
+    return [this, name] { return visible(name) != nullptr; };
+}
+
+AutoPlayer::Condition AutoPlayer::focused(const QString &name) const
+{
+    return [this, name] {
+        const QWidget *widget = visible(name);
+        return widget && widget->hasFocus();
+    };
+}
+
 QWidget *AutoPlayer::visibleWithText(
     const QString &cell, const QString &part, const QString &text) const
 {
@@ -116,18 +129,18 @@ bool AutoPlayer::see(const QString &name, QWidget *&found)
 {
     return waitQuietlyFor(tr("%1 is on the screen").arg(name), [&, this] {
         found = visible(name);
-        return found && settled();
+        return found && isAtRest();
     });
 }
 
-bool AutoPlayer::click(const QString &name)
+bool AutoPlayer::tap(const QString &name, const QString &effect, const Condition &come)
 {
     QWidget *target = nullptr;
     if (!see(name, target))
         return false;
     QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, middleOf(target));
     step(tr("tapped %1").arg(name));
-    return true;
+    return waitFor(effect, come);
 }
 
 void AutoPlayer::turnWheel(QWidget *target, int eighths)
@@ -138,21 +151,26 @@ void AutoPlayer::turnWheel(QWidget *target, int eighths)
     QCoreApplication::sendEvent(target, &turn);
 }
 
-bool AutoPlayer::type(const QString &text)
+bool AutoPlayer::type(const QString &name, const QString &text)
 {
     for (const QChar letter : text)
         QTest::sendKeyEvent(QTest::Click, m_window->windowHandle(), Qt::Key(letter.unicode()),
             letter, Qt::NoModifier);
-    step(tr("typed %1").arg(text));
-    return true;
+    return waitFor(tr("typed %1").arg(text), [this, name, text] {
+        const QWidget *field = visible(name);
+        return field && bare(field->property("text").toString()).remove(QLatin1Char(' ')) == text;
+    });
 }
 
 QImage AutoPlayer::frame() const { return m_window->grab().toImage(); }
 
+bool AutoPlayer::isAtRest() const { return m_window->isAtRest(); }
+
+// For a picture: the host's buttons still fade when nothing slides any more.
 bool AutoPlayer::settled()
 {
     const QImage now = frame();
-    return now == std::exchange(m_frame, now);
+    return now == std::exchange(m_frame, now) && isAtRest();
 }
 
 bool AutoPlayer::iconsShown() const

@@ -81,10 +81,10 @@ bool AutoPlayer::playMessaging()
 
     ++m_number; // the messenger's own picture
     return waitFor(
-               tr("the messenger is in front"), [this] { return m_left; }, 20s)
+               tr("the messenger is in front"), [this] { return m_left; }, 60s)
         && waitFor(
             tr("the message is sent, the host is in front again"),
-            [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; }, 20s)
+            [] { return QGuiApplication::applicationState() == Qt::ApplicationActive; }, 60s)
         && confirmed(QStringLiteral("verified-by-message"));
 }
 
@@ -92,26 +92,28 @@ bool AutoPlayer::playSms()
 {
     m_road = QStringLiteral("SMS code");
     QString code;
-    if (!askForCode(code) || !typeCode(wrongFor(code)) || !click(QStringLiteral("btnCheck"))
-        || !refused())
+    const auto check = [this] {
+        return tap(QStringLiteral("btnCheck"), tr("the host has heard of it"),
+            shown(QStringLiteral("pageOutcome")));
+    };
+    if (!askForCode(code) || !typeCode(wrongFor(code)) || !check() || !refused())
         return false;
     return askForCode(code) && typeCode(code) && picture(QStringLiteral("code-entry-filled"))
-        && click(QStringLiteral("btnCheck")) && confirmed(QStringLiteral("verified-by-code"));
+        && check() && confirmed(QStringLiteral("verified-by-code"));
 }
 
 bool AutoPlayer::askForCode(QString &code)
 {
-    QWidget *field = nullptr;
-    if (!presentKit() || !click(QStringLiteral("viewAlternativeKit"))
-        || !see(QStringLiteral("txtPhoneNumber"), field) || !picture(QStringLiteral("phone-entry"))
-        || !click(QStringLiteral("viewCountryBack")) || !pickCountry()
-        || !click(QStringLiteral("txtPhoneNumber")) || !type(number)
-        || !picture(QStringLiteral("phone-entry-filled")) || !click(QStringLiteral("btnContinue")))
-        return false;
-
-    QWidget *box = nullptr;
-    if (!see(QStringLiteral("txtCode0"), box)
-        || !waitFor(tr("the first box has the caret"), [&box] { return box->hasFocus(); })
+    const QString field = QStringLiteral("txtPhoneNumber");
+    if (!presentKit()
+        || !tap(QStringLiteral("viewAlternativeKit"), tr("a number is asked for"), shown(field))
+        || !picture(QStringLiteral("phone-entry"))
+        || !tap(QStringLiteral("viewCountryBack"), tr("the countries are listed"),
+            shown(QStringLiteral("CountryTableCell")))
+        || !pickCountry() || !tap(field, tr("the number has the caret"), focused(field))
+        || !type(field, number) || !picture(QStringLiteral("phone-entry-filled"))
+        || !tap(QStringLiteral("btnContinue"), tr("the first box has the caret"),
+            focused(QStringLiteral("txtCode0")))
         || !picture(QStringLiteral("code-entry")))
         return false;
 
@@ -143,25 +145,24 @@ bool AutoPlayer::presentKit()
                    button = visible(QStringLiteral("btnVerify"));
                    return button && button->isEnabled();
                })
-        && picture(QStringLiteral("start")) && click(QStringLiteral("btnVerify"))
-        && waitFor(tr("the kit is open, its first answer is in"), [this] {
-               const QWidget *panel = visible(QStringLiteral("viewAlternativeKit"));
-               return panel && settled();
-           });
+        && picture(QStringLiteral("start"))
+        && tap(QStringLiteral("btnVerify"), tr("the kit is open, its first answer is in"),
+            [this] { return visible(QStringLiteral("viewAlternativeKit")) && isAtRest(); });
 }
 
 bool AutoPlayer::pickCountry()
 {
-    const QString cell = QStringLiteral("CountryTableCell");
-    if (!waitFor(tr("the countries are listed"), [&, this] { return visible(cell) != nullptr; })
-        || !picture(QStringLiteral("country-picker")))
+    if (!picture(QStringLiteral("country-picker")))
         return false;
 
     QWidget *row = nullptr;
     const auto findRow = [&, this] {
-        row = visibleWithText(cell, QStringLiteral("lblPhoneCode"), phoneCode);
+        if (!isAtRest()) // a list that still moves takes the finger as a stop
+            return false;
+        row = visibleWithText(
+            QStringLiteral("CountryTableCell"), QStringLiteral("lblPhoneCode"), phoneCode);
         if (row)
-            return settled(); // a list that still moves takes the finger as a stop
+            return true;
         QWidget *table = visible(QStringLiteral("tblCountries"));
         if (table)
             turnWheel(table, -240);
@@ -182,11 +183,8 @@ bool AutoPlayer::typeCode(const QString &code)
 {
     for (int i = 0; i < code.size(); ++i) {
         const QString name = QStringLiteral("txtCode%1").arg(i);
-        const auto focused = [this, &name] {
-            const QWidget *box = visible(name);
-            return box && box->hasFocus();
-        };
-        if (!waitFor(tr("the caret is in box %1").arg(i + 1), focused) || !type(code.mid(i, 1)))
+        if (!waitFor(tr("the caret is in box %1").arg(i + 1), focused(name))
+            || !type(name, code.mid(i, 1)))
             return false;
     }
     return true;
@@ -211,7 +209,8 @@ bool AutoPlayer::refused()
     if (state != QStringLiteral("failed"))
         return fail(tr("a wrong code was not refused, the outcome is: %1").arg(state));
     step(tr("the wrong code was refused, as it should be"));
-    return click(QStringLiteral("btnAgain")); // "Not now": back to the start
+    return tap(QStringLiteral("btnAgain"), tr("the host's start page is back"),
+        shown(QStringLiteral("btnVerify")));
 }
 
 bool AutoPlayer::confirmed(const QString &name)
@@ -232,7 +231,8 @@ bool AutoPlayer::confirmed(const QString &name)
         return fail(tr("no new session id on the page, but \"%1\"").arg(session));
     m_sessions.insert(session);
     step(tr("the back end has confirmed session %1").arg(session));
-    return click(QStringLiteral("btnDone"));
+    return tap(QStringLiteral("btnDone"), tr("the host's start page is back"),
+        shown(QStringLiteral("btnVerify")));
 }
 
 } // namespace demo

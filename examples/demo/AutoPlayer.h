@@ -43,23 +43,28 @@ private:
 
     // The player's eyes and hands. Each that returns a bool names the step at fault when false.
     using Condition = std::function<bool()>;
-    static constexpr std::chrono::seconds usualPatience { 10 };
+    static constexpr std::chrono::seconds usualPatience { 30 }; // busy machines are slow
     [[nodiscard]] bool waitFor(const QString &what, const Condition &come,
         std::chrono::milliseconds patience = usualPatience);
     [[nodiscard]] bool waitQuietlyFor(const QString &what, const Condition &come,
         std::chrono::milliseconds patience = usualPatience);
     [[nodiscard]] bool see(const QString &name, QWidget *&found);
-    [[nodiscard]] bool click(const QString &name);
+    /// Waits until it may be tapped, taps, and waits for what comes of it.
+    [[nodiscard]] bool tap(const QString &name, const QString &effect, const Condition &come);
     void turnWheel(QWidget *target, int eighths);
-    [[nodiscard]] bool type(const QString &text);
+    /// Into what has the caret; waits until it stands there.
+    [[nodiscard]] bool type(const QString &name, const QString &text);
     /// Once for each name: a road walked again is not pictured again.
     [[nodiscard]] bool picture(const QString &name);
+    [[nodiscard]] bool isAtRest() const;
     [[nodiscard]] bool settled();
     [[nodiscard]] bool iconsShown() const;
     [[nodiscard]] bool fail(const QString &why);
     void step(const QString &words) const;
 
     [[nodiscard]] QWidget *visible(const QString &name) const;
+    [[nodiscard]] Condition shown(const QString &name) const;
+    [[nodiscard]] Condition focused(const QString &name) const;
     [[nodiscard]] QWidget *visibleWithText(
         const QString &cell, const QString &part, const QString &text) const;
     [[nodiscard]] QPoint middleOf(const QWidget *widget) const;

@@ -17,7 +17,10 @@ void BackEnd::get(const QString &path, Done done)
 {
     // A proxy of the machine has no way to this machine's own loopback.
     m_network.setProxy(QNetworkProxy::NoProxy);
-    QNetworkRequest request(QUrl(QStringLiteral("http://" DEMO_BACK_END) + path));
+    // Where the kit in this process is pointed for a rehearsal, the service has moved.
+    const QString service =
+        qEnvironmentVariable("PARLOQUIN_SERVICE_HOST", QStringLiteral(DEMO_BACK_END));
+    QNetworkRequest request(QUrl(QStringLiteral("http://%1%2").arg(service, path)));
     request.setTransferTimeout(patience);
     QNetworkReply *reply = m_network.get(request);
     connect(reply, &QNetworkReply::finished, this, [reply, done = std::move(done)] {

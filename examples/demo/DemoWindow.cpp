@@ -9,6 +9,7 @@
 #include <QtGui/QCloseEvent>
 #include <QtGui/QScreen>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -100,6 +101,14 @@ void DemoWindow::backToStart()
 {
     m_start->show();
     m_outcomeSheet->slideOut([this] { m_outcome->hide(); });
+}
+
+bool DemoWindow::isAtRest() const
+{
+    const auto sheets = findChildren<Sheet *>();
+    return std::none_of(sheets.begin(), sheets.end(), [](const Sheet *sheet) {
+        return sheet->isMoving();
+    }) && (!m_kit || m_kit->property("atRest").toBool());
 }
 
 bool DemoWindow::eventFilter(QObject *watched, QEvent *event)

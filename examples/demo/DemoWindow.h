@@ -33,6 +33,9 @@ public:
     void verified(int attempt, const QString &sessionId);
     void failed(int attempt, ParloquinError error);
 
+    /// \brief Whether nothing slides, here or in the kit: what is seen may be tapped.
+    [[nodiscard]] bool isAtRest() const;
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

@@ -46,6 +46,8 @@ void Sheet::cover()
     m_page->show();
 }
 
+bool Sheet::isMoving() const { return m_motion.state() == QAbstractAnimation::Running; }
+
 void Sheet::run(qreal to, std::chrono::milliseconds duration, std::function<void()> then)
 {
     m_then = {};

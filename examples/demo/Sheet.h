@@ -23,6 +23,7 @@ public:
     void slideOut(std::function<void()> then = {});
     /// At once, without a slide.
     void cover();
+    [[nodiscard]] bool isMoving() const;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

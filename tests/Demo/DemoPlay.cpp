@@ -1,0 +1,118 @@
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int edge = 8; // device px
+constexpr int barHeight = 96; // device px, as the pictures have two to a point
+
+/// Rows of pixels that hold more than one colour between two columns, counted in runs: lines of
+/// text, buttons, boxes.
+int bandsOf(const QImage &picture, int top)
+{
+    int bands = 0;
+    int high = 0;
+    for (int y = top; y < picture.height(); ++y) {
+        bool isPlain = true;
+        for (int x = edge; x < picture.width() / 2 && isPlain; ++x)
+            isPlain = picture.pixel(x, y) == picture.pixel(edge, y);
+        high = isPlain ? 0 : high + 1;
+        constexpr int legible = 10; // device px; a line that parts is lower
+        bands += high == legible ? 1 : 0;
+    }
+    return bands;
+}
+
+/// A screen that has not come to rest leaves a strip of the one before at an edge.
+bool hasSliver(const QImage &picture)
+{
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int i = 1; i < edge; ++i) {
+            const int right = picture.width() - 1;
+            if (picture.pixel(i, y) != picture.pixel(0, y)
+                || picture.pixel(right - i, y) != picture.pixel(right, y))
+                return true;
+        }
+    }
+    for (int x = 0; x < picture.width(); ++x) {
+        for (int i = 1; i < edge; ++i) {
+            if (picture.pixel(x, i) != picture.pixel(x, 0))
+                return true;
+        }
+    }
+    return false;
+}
+
+/// White letters in the middle of the kit's blue bar.
+bool hasTitle(const QImage &picture)
+{
+    int white = 0;
+    for (int y = 0; y < barHeight; ++y) {
+        if (picture.pixelColor(edge, y) != QColor(Qt::blue))
+            return false;
+        for (int x = picture.width() / 4; x < picture.width() * 3 / 4; ++x)
+            white += picture.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+    }
+    constexpr int aWord = 200; // device px
+    return white > aWord;
+}
+
+struct Screen {
+    const char *file;
+    bool isKits; // with its bar
+    int bands; // at least so many below the bar
+};
+const Screen screens[] = {
+    { "01-start", false, 3 },
+    { "02-app-list", true, 7 }, // the text, five apps, the other road
+    { "03-app-list-pressed", true, 7 },
+    { "04-messenger", false, 2 },
+    { "05-verified-by-message", false, 3 },
+    { "06-phone-entry", true, 3 },
+    { "07-country-picker", true, 12 },
+    { "08-country-picker-scrolled", true, 12 },
+    { "09-phone-entry-filled", true, 3 },
+    { "10-code-entry", true, 3 },
+    { "11-not-verified", false, 3 },
+    { "12-code-entry-filled", true, 3 },
+    { "13-verified-by-code", false, 3 },
+};
+
+class DemoPlay : public testing::TestWithParam<const char *> { };
+
+TEST_P(DemoPlay, VerifiesByBothRoadsAndLeavesWholePictures)
+{
+    const QString language = QString::fromLatin1(GetParam());
+    QTemporaryDir folder;
+    QProcess play;
+    play.setProcessChannelMode(QProcess::MergedChannels);
+    play.start(QStringLiteral(DEMO),
+        { QStringLiteral("--headless"), QStringLiteral("--port"), QStringLiteral("0"),
+            QStringLiteral("--built"), QStringLiteral(BUILT), QStringLiteral("--lang"), language,
+            QStringLiteral("--out"), folder.path() });
+    ASSERT_TRUE(play.waitForFinished(int(std::chrono::milliseconds(110s).count())))
+        << play.readAll().toStdString();
+    ASSERT_EQ(play.exitCode(), 0) << play.readAll().toStdString();
+
+    for (const Screen &screen : screens) {
+        SCOPED_TRACE(screen.file);
+        const QImage picture(folder.filePath(
+            language + QLatin1Char('/') + QLatin1String(screen.file) + QStringLiteral(".png")));
+        ASSERT_FALSE(picture.isNull());
+        EXPECT_FALSE(hasSliver(picture));
+        EXPECT_GE(bandsOf(picture, screen.isKits ? barHeight : 0), screen.bands);
+        EXPECT_EQ(hasTitle(picture), screen.isKits);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, DemoPlay, testing::Values("en_US", "ar_EG"),
+    [](const auto &row) { return row.param; });
+
+} // namespace
