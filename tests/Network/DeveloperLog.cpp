@@ -1,15 +1,18 @@
 // What the kit tells the host's developer, and when.
 #include "Network/Awaited.h"
 #include "Parloquin/Manager/URLSchemeManager.h"
+#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"
 
 #include <QtCore/QLoggingCategory>
+#include <QtCore/QMutex>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
 
 using namespace parloquin;
 
@@ -57,9 +60,10 @@ TEST(DeveloperLog, TellsWhatThePersonIsNotTold)
     } rows[] = {
         { callInit, "init: refused by the service, status 403, code 403003" },
         { [] {
-             qputenv("PARLOQUIN_ROUTE", "none");
+             auto &isReachable = ApiSessionHelper::shared().isNetworkReachable;
+             const bool was = isReachable.exchange(false);
              callInit();
-             qunsetenv("PARLOQUIN_ROUTE");
+             isReachable = was;
          },
             "init: not sent, as the device has no default route" },
         { [] {
