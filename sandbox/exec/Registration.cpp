@@ -87,8 +87,8 @@ std::string Registration::complaint() const
         std::array<char, 4096> line {};
         if (answer && std::fgets(line.data(), line.size(), answer.get()) != nullptr
             && std::string_view(line.data()).find(entry) == std::string_view::npos)
-            return std::string(scheme) + ": links do not reach the messenger (" + std::strtok(line.data(), "\n")
-                + "); settings of your own go first";
+            return std::string(scheme) + ": links do not reach the messenger ("
+                + std::strtok(line.data(), "\n") + "); settings of your own go first";
     }
     return {};
 }
