@@ -24,6 +24,7 @@ void OtpCheckViewController::setUI()
     setAnchorsForButtonTryAgain();
     setButtonMessageCode();
     m_page->setConcludingButton(btnCheck);
+    setDefaultButton(btnCheck);
     m_page->setLastWidget(btnTryAgain, 20);
 }
 
@@ -67,9 +68,13 @@ void OtpCheckViewController::setViewFieldsBack()
             if (!field->hasSelectedText())
                 field->end(false);
         });
-        // Enter only closes the keyboard: a code cut short is not to be sent by it.
-        connect(field, &QLineEdit::returnPressed, field, [field] { field->clearFocus(); });
     }
+    for (const auto &[box, next] :
+        { std::pair(txtCode0, txtCode1), std::pair(txtCode1, txtCode2) }) {
+        connect(box, &QLineEdit::returnPressed, next, [next = next] { next->setFocus(); });
+        connect(next, &TextField::deletedBeyondStart, box, [box = box] { box->setFocus(); });
+    }
+    connect(txtCode2, &QLineEdit::returnPressed, this, [this] { btnCheck->click(); });
 }
 
 void OtpCheckViewController::setButtonCheck()

@@ -4,6 +4,7 @@
 #include "Parloquin/Platform/IncomingMessages.h"
 #include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/Button.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/TextField.h"
 
@@ -31,8 +32,8 @@ void OtpCheckViewController::viewDidLoad()
     BaseViewController::viewDidLoad();
     // Once the screen has slid in, so that the keyboard does not rise during the motion.
     onMainAfter(std::chrono::milliseconds(350), this, [this] {
-        if (txtCode0)
-            txtCode0->setFocus();
+        if (NavigationController *navigation = navigationController(); navigation && txtCode0)
+            navigation->focus(txtCode0);
     });
 }
 
@@ -84,7 +85,7 @@ void OtpCheckViewController::textFieldDidChange(const TextField *field)
         if (txtCode2->text().isEmpty())
             txtCode1->setFocus();
         else
-            txtCode2->clearFocus();
+            btnCheck->setFocus(Qt::OtherFocusReason); // no field any more: the keyboard closes
     }
     rememberCode();
 }

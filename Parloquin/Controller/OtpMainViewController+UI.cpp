@@ -46,6 +46,7 @@ void OtpMainViewController::setUI()
     setAnchorsForViewPhoneNumber();
     setAnchorsForButtonContinue();
     m_page->setConcludingButton(btnContinue);
+    setDefaultButton(btnContinue);
     m_page->setLastWidget(btnContinue, 20);
 }
 
@@ -89,7 +90,7 @@ void OtpMainViewController::setViewPhoneNumber()
     connect(txtPhoneNumber, &TextField::beganEditing, this, [this] { textFieldDidBeginEditing(); });
     connect(txtPhoneNumber, &TextField::endedEditing, this, [this] { textFieldDidEndEditing(); });
     // The keyboard's done key.
-    connect(txtPhoneNumber, &QLineEdit::returnPressed, this, [this] { dismissKeyboard(); });
+    connect(txtPhoneNumber, &QLineEdit::returnPressed, this, [this] { btnContinue->click(); });
 
     keyboardDismisser = new TapGestureRecognizer(this);
     keyboardDismisser->setObjectName(QStringLiteral("keyboardDismisser"));

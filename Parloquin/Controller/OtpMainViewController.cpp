@@ -100,7 +100,7 @@ void OtpMainViewController::textFieldDidChange(const TextField *field)
 void OtpMainViewController::dismissKeyboard()
 {
     if (txtPhoneNumber->hasFocus())
-        txtPhoneNumber->clearFocus();
+        setFocus(Qt::OtherFocusReason); // the page keeps the keys, and shows nothing of it
 }
 
 } // namespace parloquin

@@ -3,11 +3,14 @@
 #include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Protocol/Updateable.h"
 #include "Parloquin/Toolkit/ActivityIndicator.h"
+#include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/Shield.h"
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtCore/QPropertyAnimation>
+#include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QAccessibleWidget>
 #include <QtWidgets/QApplication>
@@ -23,14 +26,13 @@ constexpr QSize spinnerSize(40, 40); // px
 constexpr qreal plateRadius = 10; // px
 
 /// The veil: swallows whatever is meant for the widgets under it.
-class VeilView : public QWidget {
+class VeilView : public Shield {
 public:
     VeilView()
     {
         setObjectName(QStringLiteral("container"));
         setAccessibleName(QStringLiteral("Loading"));
         setFocusPolicy(Qt::TabFocus);
-        setAttribute(Qt::WA_AcceptTouchEvents);
     }
 
 protected:
@@ -38,26 +40,27 @@ protected:
     {
         switch (event->type()) {
         case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonRelease:
         case QEvent::MouseButtonDblClick:
-        case QEvent::MouseMove:
-        case QEvent::Wheel:
-        case QEvent::ContextMenu:
-        case QEvent::TouchBegin:
-        case QEvent::TouchUpdate:
-        case QEvent::TouchEnd:
-        case QEvent::TabletPress:
-        case QEvent::TabletMove:
-        case QEvent::TabletRelease:
-        case QEvent::KeyRelease:
-            event->accept();
+        case QEvent::MouseButtonRelease:
+            if (isHosts() && static_cast<QMouseEvent *>(event)->button() == Qt::BackButton) {
+                event->ignore();
+                return true;
+            }
+            return Shield::event(event);
+        case QEvent::ShortcutOverride:
+            // A command is none of what the veil covers.
+            event->setAccepted(!isHosts(*static_cast<QKeyEvent *>(event))
+                && !Keys::isCommand(*static_cast<QKeyEvent *>(event)));
             return true;
         case QEvent::KeyPress:
             QWidget::event(event); // Tab leaves for the host's own widgets
-            event->accept();
+            event->setAccepted(!isHosts(*static_cast<QKeyEvent *>(event)));
+            return true;
+        case QEvent::KeyRelease:
+            event->setAccepted(!isHosts(*static_cast<QKeyEvent *>(event)));
             return true;
         default:
-            return QWidget::event(event);
+            return Shield::event(event);
         }
     }
 
@@ -80,6 +83,18 @@ protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter(this).fillRect(rect(), QColor::fromRgbF(1, 1, 1, 0.3F));
+    }
+
+private:
+    // To go back from the first screen is to leave the kit, also while it is busy.
+    [[nodiscard]] bool isHosts() const
+    {
+        const auto *navigation = qobject_cast<NavigationController *>(parentWidget());
+        return navigation && navigation->viewControllers().size() == 1;
+    }
+    [[nodiscard]] bool isHosts(const QKeyEvent &key) const
+    {
+        return isHosts() && Keys::isBack(key);
     }
 };
 
@@ -175,6 +190,7 @@ void HudManager::showActivityIndicator(QWidget *uiView)
     if (arrives) {
         removeFromSuperview();
         container->setParent(uiView);
+        QWidget::setTabOrder(uiView, container); // where the host's Tab finds what it covers
         uiView->installEventFilter(this);
     }
     layOut();
@@ -197,10 +213,8 @@ void HudManager::showActivityIndicator(QWidget *uiView)
     container->show();
 
     QWidget *const focus = uiView->window()->focusWidget();
-    if (!focus || uiView->isAncestorOf(focus)) {
-        m_focusBefore = focus;
-        container->setFocus();
-    }
+    if (!focus || uiView->isAncestorOf(focus))
+        cover(focus);
     // An overlay that went with its container has left its connection behind.
     disconnect(qApp, &QApplication::focusChanged, this, nullptr);
     connect(qApp, &QApplication::focusChanged, this,
@@ -217,10 +231,9 @@ void HudManager::removeFromSuperview()
     container->setGraphicsEffect(nullptr);
     // The keyboard moves before the veil hides: hiding the widget that has it moves it on unasked.
     if (container->window()->focusWidget() == container) {
-        if (m_focusBefore && m_focusBefore->isVisible())
-            m_focusBefore->setFocus();
-        else
-            container->clearFocus();
+        QWidget *const view = container->parentWidget();
+        (m_focusBefore && m_focusBefore->isVisible() ? m_focusBefore.data() : view)
+            ->setFocus(Qt::PopupFocusReason);
     }
     m_focusBefore.clear();
     container->hide();
@@ -240,10 +253,15 @@ void HudManager::keepFocus(QWidget *now)
 {
     if (!container || !now || now == container)
         return;
-    if (container->parentWidget()->isAncestorOf(now)) {
-        m_focusBefore = now;
-        container->setFocus();
-    }
+    if (container->parentWidget()->isAncestorOf(now))
+        cover(now);
+}
+
+// Like a popup: what has the focus now keeps its ring, its selection and its editing.
+void HudManager::cover(QWidget *focused)
+{
+    m_focusBefore = focused;
+    container->setFocus(Qt::PopupFocusReason);
 }
 
 bool HudManager::eventFilter(QObject *watched, QEvent *event)

@@ -41,6 +41,7 @@ private:
     void removeFromSuperview();
     void layOut();
     void keepFocus(QWidget *now);
+    void cover(QWidget *focused);
 
     // The container's parent is the host view, and deletes it; it is made again when next shown.
     QPointer<QWidget> container;

@@ -15,6 +15,10 @@ class Screen;
 /// Main thread only. Owns its screens; a popped screen is deleted once it has slid out. The top
 /// screen loads when the controller is first shown. Screens out of view take no input. Where the
 /// style asks for no animation everything happens at once.
+///
+/// Escape, the Back key, Alt+Left, a mouse's back button and a finger's drag from the leading edge
+/// go back a screen; on the first screen they are the host's. A Back while the last one is under
+/// way is nobody's. What the keyboard has is never nothing: the screen itself if need be.
 class NavigationController : public QWidget {
     Q_OBJECT
 public:
@@ -34,6 +38,10 @@ public:
     /// No slide, and no finger or its momentum scrolling a screen.
     [[nodiscard]] bool isAtRest() const;
 
+    /// Gives the keyboard to this widget of a screen, unless the host has it or the screen is not
+    /// on top.
+    void focus(QWidget *widget);
+
     /// Height of the device's status area over the bar, painted in the bar's colour.
     void setStatusAreaHeight(int height);
 
@@ -44,11 +52,18 @@ Q_SIGNALS:
     void dismissRequested();
 
 protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     struct Private;

@@ -1,6 +1,7 @@
 #include "Parloquin/Toolkit/Screen.h"
 
 #include "Parloquin/Toolkit/FocusRing.h"
+#include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 
 namespace parloquin {
@@ -20,6 +21,26 @@ Screen::Screen(QWidget *parent)
 Screen::~Screen() = default;
 
 NavigationController *Screen::navigationController() const { return m_navigationController; }
+
+bool Screen::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride && m_defaultButton
+        && Keys::isEnter(*static_cast<QKeyEvent *>(event))) {
+        event->accept(); // not a shortcut of the host's
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void Screen::keyPressEvent(QKeyEvent *event)
+{
+    if (!m_defaultButton || !Keys::isEnter(*event)) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (!event->isAutoRepeat())
+        m_defaultButton->click();
+}
 
 void Screen::loadViewIfNeeded()
 {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QtCore/QPointer>
-#include <QtWidgets/QWidget>
+#include <QtWidgets/QAbstractButton>
 
 namespace parloquin {
 
@@ -55,8 +55,12 @@ public:
     [[nodiscard]] NavigationItem &navigationItem() { return m_navigationItem; }
     void setTitle(const QString &title) { m_navigationItem.setTitle(title); }
     [[nodiscard]] bool isViewLoaded() const { return m_loaded; }
+    /// Enter taps it while the page itself has the keyboard.
+    void setDefaultButton(QAbstractButton *button) { m_defaultButton = button; }
 
 protected:
+    bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     /// Builds the screen; called once, before it first appears.
     virtual void viewDidLoad() { }
     /// Called before every appearance: shown, pushed, or uncovered by a pop.
@@ -65,12 +69,14 @@ protected:
     virtual void viewWillDisappear(bool /*animated*/) { }
 
 private:
+    friend class KeyboardFocus;
     friend class NavigationController;
     void loadViewIfNeeded();
 
     NavigationItem m_navigationItem;
     QPointer<NavigationController> m_navigationController;
-    QPointer<QWidget> m_focus; // what had the focus when the screen was covered
+    QPointer<QWidget> m_focus; // what had the keyboard when the screen was covered
+    QPointer<QAbstractButton> m_defaultButton;
     bool m_focusRings = false;
     bool m_loaded = false;
 };

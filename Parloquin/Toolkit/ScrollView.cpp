@@ -1,5 +1,7 @@
 #include "Parloquin/Toolkit/ScrollView.h"
 
+#include "Parloquin/Toolkit/Keys.h"
+
 #include <QtCore/QEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPointingDevice>
@@ -28,9 +30,6 @@ ScrollView::ScrollView(QWidget *parent)
     // The screen's own background shows through.
     viewport()->setAutoFillBackground(false);
     widget()->setAutoFillBackground(false);
-    // Fingers reach the fields as a mouse does; the application sees them whichever field it is.
-    // (QScroller's own gesture would do as well, if it did not leak with every viewport.)
-    qApp->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, [this] { revealFocus(); });
     parent->installEventFilter(this);
     setGeometry(parent->rect());
@@ -46,16 +45,6 @@ void ScrollView::setLastWidget(QWidget *last, int margin)
 
 bool ScrollView::eventFilter(QObject *watched, QEvent *event)
 {
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseMove:
-    case QEvent::MouseButtonRelease:
-        if (auto *widget = qobject_cast<QWidget *>(watched); widget && isAncestorOf(widget))
-            followFinger(*static_cast<QMouseEvent *>(event));
-        return false;
-    default:
-        break;
-    }
     const bool moved = event->type() == QEvent::Move || event->type() == QEvent::Resize;
     if (moved && watched == parent())
         setGeometry(parentWidget()->rect());
@@ -64,16 +53,34 @@ bool ScrollView::eventFilter(QObject *watched, QEvent *event)
     return QScrollArea::eventFilter(watched, event);
 }
 
-void ScrollView::followFinger(const QMouseEvent &event)
+void ScrollView::keyPressEvent(QKeyEvent *event)
 {
-    if (event.pointerType() != QPointingDevice::PointerType::Finger)
+    // The base takes every arrow for its own, Alt+Left too.
+    if (Keys::isCommand(*event))
+        event->ignore();
+    else
+        QScrollArea::keyPressEvent(event);
+}
+
+void ScrollView::mousePressEvent(QMouseEvent *event) { followFinger(event); }
+
+void ScrollView::mouseMoveEvent(QMouseEvent *event) { followFinger(event); }
+
+void ScrollView::mouseReleaseEvent(QMouseEvent *event) { followFinger(event); }
+
+// Fingers reach fields and buttons as a mouse does, and those hand on what they get. (QScroller's
+// own gesture would do as well, if it did not leak with every viewport.)
+void ScrollView::followFinger(QMouseEvent *event)
+{
+    event->ignore(); // who goes back a screen by it stands further up
+    if (event->pointerType() != QPointingDevice::PointerType::Finger)
         return;
-    const QScroller::Input input = event.type() == QEvent::MouseButtonPress ? QScroller::InputPress
-        : event.type() == QEvent::MouseMove                                 ? QScroller::InputMove
-                                            : QScroller::InputRelease;
+    const QScroller::Input input = event->type() == QEvent::MouseMove ? QScroller::InputMove
+        : event->type() == QEvent::MouseButtonRelease                 ? QScroller::InputRelease
+                                                                      : QScroller::InputPress;
     QScroller::scroller(viewport())
-        ->handleInput(input, viewport()->mapFromGlobal(event.globalPosition()),
-            static_cast<qint64>(event.timestamp()));
+        ->handleInput(input, viewport()->mapFromGlobal(event->globalPosition()),
+            static_cast<qint64>(event->timestamp()));
 }
 
 void ScrollView::resizeEvent(QResizeEvent *event)

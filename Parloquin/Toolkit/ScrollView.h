@@ -27,10 +27,14 @@ public:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    void followFinger(const QMouseEvent &event);
+    void followFinger(QMouseEvent *event);
     void fitContent();
     void revealFocus();
     void reveal(const QWidget *widget);

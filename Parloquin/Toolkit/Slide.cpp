@@ -2,6 +2,7 @@
 
 #include <QtGui/QPainter>
 
+#include <cmath>
 #include <utility>
 
 namespace parloquin {
@@ -31,8 +32,6 @@ Slide::Slide(QWidget *stage)
     , m_dim(new Dim(stage))
 {
     m_dim->hide();
-    m_animation.setStartValue(0.0);
-    m_animation.setEndValue(1.0);
     m_animation.setEasingCurve(QEasingCurve::OutCubic);
     connect(&m_animation, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
         if (isRunning())
@@ -44,18 +43,54 @@ Slide::Slide(QWidget *stage)
 void Slide::start(
     QWidget *lower, QWidget *upper, bool entering, int milliseconds, std::function<void()> done)
 {
+    if (m_following && lower == m_lower && upper == m_upper) {
+        m_following = false;
+        m_done = std::move(done);
+    } else {
+        setOut(lower, upper, entering, std::move(done));
+    }
+    run(1, milliseconds);
+}
+
+void Slide::follow(QWidget *lower, QWidget *upper, std::function<void()> givenUp)
+{
+    setOut(lower, upper, false, std::move(givenUp));
+    m_following = true;
+}
+
+void Slide::moveTo(qreal progress)
+{
+    if (m_following)
+        place(progress);
+}
+
+void Slide::giveUp(int milliseconds)
+{
+    if (!std::exchange(m_following, false))
+        return;
+    run(0, milliseconds);
+}
+
+void Slide::setOut(QWidget *lower, QWidget *upper, bool entering, std::function<void()> done)
+{
     finish();
     m_lower = lower;
     m_upper = upper;
     m_entering = entering;
     m_done = std::move(done);
-    // Neither screen is where it seems to be until the motion ends.
-    m_stage->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_dim->raise();
     m_upper->raise();
     m_dim->show();
     place(0);
-    m_animation.setDuration(milliseconds);
+}
+
+void Slide::run(qreal target, int milliseconds)
+{
+    const qreal way = std::abs(target - m_progress);
+    place(m_progress); // meanwhile someone may have laid the screens out anew
+    m_animation.setStartValue(m_progress);
+    m_animation.setEndValue(target);
+    m_animation.setDuration(qRound(milliseconds * way));
     m_animation.start();
 }
 
@@ -65,18 +100,20 @@ void Slide::finish()
     const auto done = std::exchange(m_done, {});
     if (!done)
         return;
+    m_following = false;
     m_animation.stop();
     m_dim->hide();
-    m_stage->setAttribute(Qt::WA_TransparentForMouseEvents, false);
     for (const auto &screen : { m_lower, m_upper }) {
         if (screen)
             screen->move(0, 0);
     }
     done();
+    Q_EMIT finished();
 }
 
 void Slide::place(qreal progress)
 {
+    m_progress = progress;
     const qreal out = m_entering ? 1 - progress : progress; // how far upper is out of view
     const int away =
         m_stage->layoutDirection() == Qt::RightToLeft ? -m_stage->width() : m_stage->width();

@@ -210,6 +210,8 @@ void TableView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
         d->press(event->position());
+    else
+        event->ignore();
 }
 
 void TableView::mouseMoveEvent(QMouseEvent *event) { d->stray(event->position()); }
@@ -218,6 +220,8 @@ void TableView::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() == Qt::LeftButton)
         d->release();
+    else
+        event->ignore();
 }
 
 void TableView::wheelEvent(QWheelEvent *event)
@@ -249,6 +253,8 @@ void TableView::focusInEvent(QFocusEvent *event)
         d->reveal(*d->current);
     d->updateStates();
 }
+
+bool TableView::hasKeyboardFocus() const { return d->keyboardFocus && hasFocus(); }
 
 void TableView::focusOutEvent(QFocusEvent *event)
 {

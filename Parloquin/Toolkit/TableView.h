@@ -105,6 +105,8 @@ public:
     [[nodiscard]] TableCell *cellForRow(const IndexPath &path) const;
     [[nodiscard]] QList<TableCell *> visibleCells() const; // top to bottom
     void scrollToRow(const IndexPath &path, bool animated);
+    /// A row rings, or would if there were one.
+    [[nodiscard]] bool hasKeyboardFocus() const;
     [[nodiscard]] int contentOffset() const; // px from the top
     void setContentOffset(int offset);
 

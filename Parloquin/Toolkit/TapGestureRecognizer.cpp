@@ -1,6 +1,5 @@
 #include "Parloquin/Toolkit/TapGestureRecognizer.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtGui/QMouseEvent>
 
 #include <utility>
@@ -13,33 +12,31 @@ constexpr int tapSlop = 10; // px a finger may move and still tap
 
 void TapGestureRecognizer::attach(QWidget *view, QWidget *exempt)
 {
-    if (!m_view)
-        // The application sees every press, whichever child takes it.
-        QCoreApplication::instance()->installEventFilter(this);
+    detach();
     m_view = view;
     m_exempt = exempt;
-    m_pressedAt.reset();
+    view->installEventFilter(this);
 }
 
 void TapGestureRecognizer::detach()
 {
-    if (std::exchange(m_view, nullptr))
-        QCoreApplication::instance()->removeEventFilter(this);
+    if (m_view)
+        m_view->removeEventFilter(this);
+    m_view.clear();
+    m_pressedAt.reset();
 }
 
-bool TapGestureRecognizer::eventFilter(QObject *watched, QEvent *event)
+bool TapGestureRecognizer::eventFilter(QObject *, QEvent *event)
 {
     const bool press = event->type() == QEvent::MouseButtonPress;
     if (!press && event->type() != QEvent::MouseButtonRelease)
         return false;
-    auto *widget = qobject_cast<QWidget *>(watched);
-    if (!widget || !m_view || (widget != m_view && !m_view->isAncestorOf(widget))
-        || widget == m_exempt)
-        return false;
 
     const QPoint at = static_cast<QMouseEvent *>(event)->globalPosition().toPoint();
     if (press) {
-        m_pressedAt = at;
+        m_pressedAt.reset();
+        if (!m_exempt || !m_exempt->rect().contains(m_exempt->mapFromGlobal(at)))
+            m_pressedAt = at;
     } else if (const auto from = std::exchange(m_pressedAt, {});
                from && (at - *from).manhattanLength() < tapSlop) {
         Q_EMIT tapped();

@@ -8,8 +8,8 @@
 
 namespace parloquin {
 
-/// \brief Notices taps anywhere on a view, its children included, and leaves them to whoever takes
-/// them.
+/// \brief Notices taps anywhere on a view, its children included: they come to the view once the
+/// child has done its part.
 ///
 /// Works only while it is attached to a view. Main thread only.
 class TapGestureRecognizer : public QObject {

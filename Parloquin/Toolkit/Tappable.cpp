@@ -1,12 +1,24 @@
 #include "Parloquin/Toolkit/Tappable.h"
 
 #include "Parloquin/Toolkit/Accessibility.h"
+#include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 
-#include <QtGui/QKeyEvent>
+#include <QtCore/QPointer>
 #include <QtGui/QMouseEvent>
 
 namespace parloquin {
+
+namespace {
+
+bool pressesButton(const QKeyEvent &event)
+{
+    return Keys::isEnter(event)
+        || (!Keys::isCommand(event)
+            && (event.key() == Qt::Key_Space || event.key() == Qt::Key_Select));
+}
+
+}
 
 Tappable::Tappable(QWidget *parent)
     : QAbstractButton(parent)
@@ -38,6 +50,7 @@ void Tappable::mousePressEvent(QMouseEvent *event)
     m_pressedAt = event->pos();
     m_strayed = false;
     QAbstractButton::mousePressEvent(event);
+    event->ignore();
 }
 
 void Tappable::mouseMoveEvent(QMouseEvent *event)
@@ -50,20 +63,38 @@ void Tappable::mouseMoveEvent(QMouseEvent *event)
     // Passed on, it would press again as soon as the finger comes back.
     if (!m_strayed)
         QAbstractButton::mouseMoveEvent(event);
+    event->ignore();
+}
+
+void Tappable::mouseReleaseEvent(QMouseEvent *event)
+{
+    // A click may have its host delete everything here, and then there is nowhere to go on to.
+    const QPointer self(this);
+    QAbstractButton::mouseReleaseEvent(event);
+    event->setAccepted(self.isNull());
+}
+
+bool Tappable::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride
+        && pressesButton(*static_cast<QKeyEvent *>(event))) {
+        event->accept(); // not a shortcut of the host's
+        return true;
+    }
+    return QAbstractButton::event(event);
 }
 
 void Tappable::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (Keys::isEnter(*event)) {
         if (!event->isAutoRepeat())
             click();
-        return;
-    }
-    // The base would turn arrows into focus moves and swallow Escape, which goes back a screen.
-    if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back)
-        event->ignore();
-    else
+    } else if (Keys::isCommand(*event) || event->key() == Qt::Key_Escape
+        || event->key() == Qt::Key_Back) {
+        event->ignore(); // the base would take Alt+Left for an arrow, and swallow Escape
+    } else {
         QAbstractButton::keyPressEvent(event);
+    }
 }
 
 void Tappable::focusInEvent(QFocusEvent *event)

@@ -10,7 +10,8 @@ namespace parloquin {
 /// \brief What everything tapped shares: the press, the keyboard and the focus that rings.
 ///
 /// Takes focus from the keyboard only, as a tap must not close the keyboard of a field. A finger
-/// that moves 10 px takes its press back.
+/// that moves 10 px takes its press back. What the mouse or a finger does goes on to the parents as
+/// well, which scroll, or go back a screen.
 class Tappable : public QAbstractButton {
     Q_OBJECT
 public:
@@ -24,8 +25,10 @@ public:
     [[nodiscard]] static bool isKeyboardReason(Qt::FocusReason reason, bool before);
 
 protected:
+    bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
 

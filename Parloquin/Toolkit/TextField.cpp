@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/TextField.h"
 
+#include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtGui/QFocusEvent>
@@ -51,7 +52,7 @@ TextField::TextField(QWidget *parent)
     setMaxLength(mostTyped);
     // The line edit keeps 2 px to itself; the text is to begin at the edge.
     setTextMargins(-2, 0, -2, 0);
-    setContextMenuPolicy(Qt::NoContextMenu);
+    setFocusPolicy(Qt::TabFocus); // what a press means is found out below
     setAttribute(Qt::WA_MacShowFocusRect, false);
 
     auto colors = palette();
@@ -112,10 +113,10 @@ QVariant TextField::inputMethodQuery(Qt::InputMethodQuery query) const
 void TextField::setUserInteractionEnabled(bool enabled)
 {
     setReadOnly(!enabled);
-    setFocusPolicy(enabled ? Qt::StrongFocus : Qt::NoFocus);
+    setFocusPolicy(enabled ? Qt::TabFocus : Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents, !enabled);
-    if (!enabled)
-        clearFocus();
+    if (!enabled && hasFocus() && parentWidget())
+        parentWidget()->setFocus(Qt::OtherFocusReason); // the keys still go somewhere
 }
 
 void TextField::focusInEvent(QFocusEvent *event)
@@ -194,6 +195,11 @@ void TextField::drawShownText()
 
 bool TextField::event(QEvent *event)
 {
+    if (event->type() == QEvent::ShortcutOverride
+        && Keys::isEnter(*static_cast<QKeyEvent *>(event))) {
+        event->accept(); // not a shortcut of the host's
+        return true;
+    }
     const bool handled = QLineEdit::event(event);
     if (event->type() == QEvent::ParentChange)
         watchParent();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QBasicTimer>
+#include <QtCore/QPointF>
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtWidgets/QLineEdit>
@@ -9,7 +11,8 @@ namespace parloquin {
 /// \brief A line of text to type, without a frame of its own unless given one.
 ///
 /// Tells edits by textEdited: the user's only, input methods, paste and selection included. Of a
-/// text beyond 1024 characters only the beginning is taken.
+/// text beyond 1024 characters only the beginning is taken. Enter tells returnPressed, once however
+/// long it is held, and goes no further. A long press or a right click offers cut, copy and paste.
 class TextField : public QLineEdit {
     Q_OBJECT
 public:
@@ -32,11 +35,20 @@ public:
 Q_SIGNALS:
     void beganEditing();
     void endedEditing();
+    /// Backspace where there is nothing left to delete.
+    void deletedBeyondStart();
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -45,12 +57,16 @@ private:
     void watchParent();
     void restartCaret();
     void drawShownText();
+    void openMenu();
 
     QColor m_borderColor;
     qreal m_borderWidth = 0;
     qreal m_radius = 0;
     Qt::EnterKeyType m_returnKey = Qt::EnterKeyDefault;
     QTimer m_blink;
+    QBasicTimer m_hold; // runs while a press may become a long one
+    QPointF m_pressedAt;
+    bool m_strayed = false;
     bool m_caretShown = false;
     QPointer<QWidget> m_watchedParent;
 };

@@ -1,5 +1,6 @@
 // What fingers, keyboards and windows may do to each screen.
 #include "Faults/FaultTest.h"
+#include "support/Hands.h"
 
 #include <QtGui/QClipboard>
 #include <QtTest/QTest>
@@ -22,12 +23,6 @@ const Field fields[] = {
     { "txtCode2", "check-otp", { u"failed 0"_s }, "code" },
 };
 
-QWidget *focused()
-{
-    QWidget *const widget = QApplication::focusWidget();
-    return widget ? widget : QApplication::activeWindow();
-}
-
 using Typing = std::function<void()>;
 
 constexpr int mib = 1 << 20;
@@ -37,7 +32,7 @@ Typing paste(const QString &text)
 {
     return [text] {
         QApplication::clipboard()->setText(text);
-        QTest::keyClick(focused(), Qt::Key_V, Qt::ControlModifier);
+        hands::key(Qt::Key_V, Qt::ControlModifier);
     };
 }
 
@@ -52,7 +47,7 @@ Typing compose(const QList<Composition> &steps)
         for (const auto &[shown, entered, from, length] : steps) {
             QInputMethodEvent event(shown, {});
             event.setCommitString(entered, from, length);
-            QApplication::sendEvent(focused(), &event);
+            QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
         }
     };
 }
@@ -119,9 +114,9 @@ const Held helds[] = {
     { "hold Enter", Qt::Key_Return, "viewAlternativeKit", "start", 0, "phone", {} },
     { "hold Enter", Qt::Key_Return, "viewCountryBack", "country", 1, "countries 16", {} },
     { "hold Enter", Qt::Key_Enter, "btnContinue", "send-otp", 1, "code", {} },
-    { "hold Enter", Qt::Key_Return, "txtPhoneNumber", "send-otp", 0, "phone", {} },
+    { "hold Enter", Qt::Key_Return, "txtPhoneNumber", "send-otp", 1, "code", {} },
     { "hold Enter", Qt::Key_Return, "btnCheck", "check-otp", 1, "code", { u"succeeded"_s } },
-    { "hold Enter", Qt::Key_Return, "txtCode2", "check-otp", 0, "code", {} },
+    { "hold Enter", Qt::Key_Return, "txtCode2", "check-otp", 1, "code", { u"succeeded"_s } },
     { "hold Enter", Qt::Key_Return, "btnBack", "check-otp", 0, "phone", {} },
     { "hold Escape", Qt::Key_Escape, "txtCode1", "check-otp", 0, "phone", {} },
     { "hold Backspace", Qt::Key_Backspace, "txtCode2", "check-otp", 0, "code", {} },
@@ -133,23 +128,18 @@ Cell held(const Held &row)
         test.goTo(row.at);
         const auto before = Yardstick::requests();
         test.find(row.widget)->setFocus(Qt::TabFocusReason);
-        const auto send = [&row](QEvent::Type type, bool isRepeat = false) {
-            QKeyEvent event(type, row.key, {}, {}, isRepeat);
-            QApplication::sendEvent(focused(), &event);
-            QCoreApplication::processEvents();
-        };
         const auto shows = [&] { return test.scene().endsWith(row.until); };
-        send(QEvent::KeyPress);
+        hands::keyDown(row.key);
         if (row.key == Qt::Key_Space) // a button waits for its release
-            send(QEvent::KeyRelease);
+            hands::keyUp(row.key);
         EXPECT_TRUE(QTest::qWaitFor([&] {
-            send(QEvent::KeyPress, true);
+            hands::keyDown(row.key, true);
             return shows();
         }));
         test.waitForAnswers();
         for (int i = 0; i < 50; ++i)
-            send(QEvent::KeyPress, true);
-        send(QEvent::KeyRelease);
+            hands::keyDown(row.key, true);
+        hands::keyUp(row.key);
         test.waitForAnswers();
         EXPECT_EQ(Yardstick::requests() - before, row.calls);
         EXPECT_TRUE(shows()) << test.scene().constData();
@@ -166,14 +156,14 @@ void shrink(const FaultTest &test)
     for (const QSize size : { QSize(1, 1), QSize(0, 0), QSize(3, 90), QSize(4000, 1) }) {
         auto *letters = test.find("sectionIndex");
         if (letters)
-            QTest::mousePress(letters, Qt::LeftButton);
+            hands::press(letters);
         test.container->resize(size);
         QCoreApplication::processEvents();
         test.container->grab();
         if (letters)
-            QTest::mouseRelease(letters, Qt::LeftButton);
+            hands::release(letters);
         for (const Qt::Key key : { Qt::Key_Tab, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_Home })
-            QTest::keyClick(focused(), key);
+            hands::key(key);
     }
     test.container->resize(390, 844);
     QCoreApplication::processEvents();

@@ -2,6 +2,7 @@
 
 #include "Parloquin/Toolkit/ImageView.h"
 #include "Parloquin/Toolkit/TableView.h"
+#include "support/Hands.h"
 #include "support/ServiceEndpoint.h"
 #include "support/StillStyle.h"
 
@@ -81,13 +82,12 @@ bool FaultTest::leadTo(const QByteArray &call)
         if (!waitForScene("phone"))
             return false;
         tap(find("txtPhoneNumber"));
-        QTest::keyClicks(QApplication::focusWidget(), QLatin1String(number));
+        hands::keys(QLatin1String(number));
     } else if (call == "check-otp") {
         if (!waitForScene("code"))
             return false;
         tap(find("txtCode0"));
-        for (const char *c = code; *c != '\0'; ++c) // each field hands the focus on
-            QTest::keyClick(QApplication::focusWidget(), *c);
+        hands::keys(QLatin1String(code)); // each field hands the focus on
     }
     return true;
 }

@@ -4,6 +4,7 @@
 #include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Parloquin/Transport/UrlSession.h"
+#include "support/Hands.h"
 #include "support/ServiceEndpoint.h"
 
 #include <QtCore/QDir>
@@ -185,12 +186,7 @@ bool ContainerTest::waitForOutcomes(int count) const
     return QTest::qWaitFor([this, count] { return delegate->outcomes().size() >= count; });
 }
 
-void ContainerTest::tap(const QWidget *widget) const
-{
-    QWidget *const window = container->window();
-    QTest::mouseClick(
-        window->windowHandle(), Qt::LeftButton, {}, widget->mapTo(window, widget->rect().center()));
-}
+void ContainerTest::tap(const QWidget *widget) const { hands::click(widget); }
 
 void ContainerTest::tapRow(int row) const
 {

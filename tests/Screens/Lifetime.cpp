@@ -4,6 +4,7 @@
 #include "Parloquin/Toolkit/BarButtonItem.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Screens/Container.h"
+#include "support/Hands.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -201,8 +202,7 @@ TEST_F(Lifetime, KeepsTwoContainersApart)
     container.reset();
     EXPECT_EQ(veil, nullptr);
     const auto *cell = first->findChild<TableView *>()->cellForRow({ 0, 0 });
-    QTest::mouseClick(
-        first->windowHandle(), Qt::LeftButton, {}, cell->mapTo(first.get(), cell->rect().center()));
+    hands::click(cell);
     EXPECT_TRUE(QTest::qWaitFor([&] { return paths().last() == "/v1.0/start"; }));
     EXPECT_TRUE(QTest::qWaitFor([&] {
         const auto *again = first->findChild<QWidget *>(QStringLiteral("container"));

@@ -1,4 +1,5 @@
 #include "Parloquin/Controller/OtpCheckViewController.h"
+#include "Parloquin/Controller/OtpMainViewController.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Sms/SmsRoad.h"
 
@@ -49,7 +50,7 @@ TEST_P(CodeBoxes, MoveTheFocusAndKeepOneCharacterEach)
         if (step.startsWith(u'@'))
             tap(u"txtCode"_s.append(step[1]).toLatin1());
         else if (step == u"<")
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backspace);
+            hands::key(Qt::Key_Backspace);
         else if (step.startsWith(u'v'))
             paste(step.mid(1));
         else
@@ -81,7 +82,8 @@ const Steps steps[] = {
     { "DeletedInSecondGoesBack", { u"1"_s, u"2"_s, u"@1"_s, u"<"_s }, u"[1]||"_s, u"1"_s },
     { "DeletedBackToTheStart", { u"1"_s, u"2"_s, u"3"_s, u"@2"_s, u"<"_s, u"<"_s, u"<"_s },
         u"[]||"_s, {} },
-    { "BackspaceInEmptyBoxIsNoEdit", { u"1"_s, u"<"_s }, u"1|[]|"_s, u"1"_s },
+    { "BackspaceInEmptyBoxGoesBack", { u"1"_s, u"<"_s }, u"[1]||"_s, u"1"_s },
+    { "BackspaceInEmptyFirstBoxStays", { u"<"_s }, u"[]||"_s, {} },
     { "PasteOfTwoKeepsOne", { u"v47"_s }, u"4|[]|"_s, u"4"_s },
     { "PasteOfThreeKeepsTwo", { u"v471"_s }, u"47|[]|"_s, u"47"_s },
     { "LettersPass", { u"a"_s, u"?"_s, u" "_s }, u"a|?| "_s, u"a? "_s },
@@ -165,8 +167,11 @@ TEST_F(CodeEntry, AHostMayDeleteTheContainerOverAMissingNetwork)
     container->setKitDelegate(std::make_shared<Leaver>([this] { container.reset(); }));
     ApiSessionHelper::shared().isNetworkReachable = false;
     type(u"1"_s);
+    bool lives = false; // after the kit has dealt with the tap
+    QObject::connect(part<QAbstractButton>("btnCheck"), &QAbstractButton::clicked,
+        [&] { lives = container != nullptr; });
     tap("btnCheck");
-    EXPECT_NE(container, nullptr) << "deleted within the tap";
+    EXPECT_TRUE(lives) << "deleted within the tap";
     EXPECT_TRUE(QTest::qWaitFor([this] { return container == nullptr; }));
 }
 
@@ -174,9 +179,9 @@ TEST_F(CodeEntry, TryAgainLeadsNowhereAndLooksUnpressed)
 {
     auto *link = part<QAbstractButton>("btnTryAgain");
     const QImage before = link->grab().toImage();
-    QTest::mousePress(link, Qt::LeftButton);
+    hands::press(link);
     EXPECT_EQ(link->grab().toImage(), before);
-    QTest::mouseRelease(link, Qt::LeftButton);
+    hands::release(link);
     type(u"1"_s);
     tap("btnCheck"); // the only call that goes out
     ASSERT_TRUE(QTest::qWaitFor([this] { return !outcomes->all().isEmpty(); }));
@@ -184,18 +189,39 @@ TEST_F(CodeEntry, TryAgainLeadsNowhereAndLooksUnpressed)
     EXPECT_NE(top<OtpCheckViewController>(), nullptr);
 }
 
-TEST_F(CodeEntry, EnterSendsNothingAndTabWalksOn)
+TEST_F(CodeEntry, EnterGoesOnAndChecksFromTheLastBoxOnce)
 {
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    hands::key(Qt::Key_Return);
     EXPECT_EQ(boxes(), u"|[]|"_s);
     type(u"2"_s);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    hands::key(Qt::Key_Tab);
     EXPECT_TRUE(part("btnCheck")->hasFocus());
     tap("txtCode0");
-    QTest::keyClick(part("txtCode0"), Qt::Key_Return);
-    EXPECT_EQ(boxes(), u"|2|"_s);
+    hands::hold(Qt::Key_Enter);
+    EXPECT_EQ(boxes(), u"|[2]|"_s) << "held, it goes on by one";
+    hands::key(Qt::Key_Enter);
     QCoreApplication::processEvents();
     EXPECT_TRUE(bodies("check-otp").isEmpty());
+    hands::hold(Qt::Key_Return); // the last box is empty, and the button would not mind either
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !outcomes->all().isEmpty(); }));
+    EXPECT_EQ(bodies("check-otp").size(), 1);
+    EXPECT_EQ(bodies("check-otp")[0][u"code"], u"2"_s);
+}
+
+TEST_F(CodeEntry, TheLastDigitLeavesTheKeyboardOnTheButton)
+{
+    for (const bool byKeys : { true, false }) {
+        tap("txtCode0");
+        if (byKeys)
+            hands::keys(u"471"_s);
+        else
+            for (const QString &digit : { u"4"_s, u"7"_s, u"1"_s })
+                type(digit);
+        EXPECT_TRUE(part("btnCheck")->hasFocus());
+        EXPECT_FALSE(part("focusRing")->isVisible());
+    }
+    hands::key(Qt::Key_Escape); // and so it is still heard
+    EXPECT_TRUE(arrivesAt<OtpMainViewController>());
 }
 
 TEST_F(CodeEntry, BoxesAndButtonStayInViewAboveAKeyboard)

@@ -97,7 +97,7 @@ TEST_P(CountryCall, WithoutAListShowsNoneAndFetchesAfreshNextTime)
     openPicker();
     table = part<TableView>("tblCountries");
     ASSERT_TRUE(QTest::qWaitFor([this] { return bodies("country").size() == 1; }));
-    QTest::keyClick(table, Qt::Key_Return); // nothing to choose
+    hands::key(Qt::Key_Return); // nothing to choose
     EXPECT_TRUE(table->visibleCells().isEmpty());
     tap("btnClose");
     ASSERT_TRUE(arrivesAt<OtpMainViewController>());
@@ -126,8 +126,8 @@ TEST_F(CountryPicker, ChoiceByKeyboardEqualsATap)
 {
     openOn({ u"Chad"_s, u"Nauru"_s });
     table->setFocus();
-    QTest::keyClicks(table, u"n"_s);
-    QTest::keyClick(table, Qt::Key_Return);
+    hands::keys(u"n"_s);
+    hands::key(Qt::Key_Return);
     ASSERT_TRUE(arrivesAt<OtpMainViewController>());
     EXPECT_EQ(text("txtCountryName"), u"Nauru"_s);
 }

@@ -27,8 +27,7 @@ TEST_F(Road, LeadsFromTheNumberToTheSession)
     ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
     // The keyboard opens on the first box by itself; the rest is typing.
     ASSERT_TRUE(QTest::qWaitFor([this] { return part("txtCode0")->hasFocus(); }));
-    for (const Qt::Key key : { Qt::Key_4, Qt::Key_7, Qt::Key_1 })
-        QTest::keyClick(QApplication::focusWidget(), key);
+    hands::keys(u"471"_s);
     tap("btnCheck");
     ASSERT_TRUE(QTest::qWaitFor([this] { return !outcomes->all().isEmpty(); }));
     EXPECT_EQ(outcomes->all(), QStringList { u"success:s-9"_s });

@@ -86,17 +86,10 @@ QRect SmsRoad::frame(const char *name) const
     return { widget->mapTo(container.get(), QPoint()), widget->size() };
 }
 
-void SmsRoad::type(const QString &text)
-{
-    QInputMethodEvent commit;
-    commit.setCommitString(text);
-    QApplication::sendEvent(QApplication::focusWidget(), &commit);
-}
-
 void SmsRoad::paste(const QString &text)
 {
     QApplication::clipboard()->setText(text);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+    hands::key(Qt::Key_V, Qt::ControlModifier);
 }
 
 bool SmsRoad::overlayShows() const

@@ -4,6 +4,7 @@
 #include "Parloquin/Protocol/ParloquinDelegate.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
+#include "support/Hands.h"
 #include "support/RawServer.h"
 
 #include <QtCore/QMutex>
@@ -41,8 +42,8 @@ private:
 /// \brief A phone of 390 x 844 with a status area of 44, phone entry open on an empty root screen.
 class SmsRoad : public testing::Test {
 public:
-    /// Commits a text into the field that has the focus, as an input method does.
-    static void type(const QString &text);
+    /// As an input method does.
+    static void type(const QString &text) { hands::commit(text); }
     static void paste(const QString &text);
 
 protected:
@@ -74,11 +75,16 @@ protected:
     QRect frame(const char *name) const;
 
     void tap(const char *name) const { tap(part(name)); }
-    static void tap(QWidget *widget) { QTest::mouseClick(widget, Qt::LeftButton); }
+    static void tap(const QWidget *widget) { hands::click(widget); }
     [[nodiscard]] bool overlayShows() const;
     template <class S> [[nodiscard]] bool arrivesAt() const
     {
         return QTest::qWaitFor([this] { return top<S>() != nullptr; });
+    }
+
+    [[nodiscard]] bool rests() const
+    {
+        return QTest::qWaitFor([this] { return container->isAtRest(); });
     }
 
     // The steps of the road, each by hand and eye.

@@ -6,6 +6,7 @@
 #include "Parloquin/Toolkit/TextField.h"
 #include "Parloquin/Toolkit/View.h"
 #include "Soon.h"
+#include "support/Hands.h"
 
 #include <QtGui/QMouseEvent>
 #include <QtTest/QSignalSpy>
@@ -152,20 +153,19 @@ TEST(Button, TellsTapsFromStrayingFingers)
     ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     page.field->setFocus();
     const QSignalSpy clicks(page.button, &QAbstractButton::clicked);
-    QTest::mouseClick(page.button, Qt::LeftButton);
+    hands::click(page.button);
     EXPECT_EQ(clicks.size(), 1);
     EXPECT_TRUE(page.field->hasFocus()) << "a tap leaves the keyboard open";
 
-    QTest::mousePress(page.button, Qt::LeftButton, {}, QPoint(20, 20));
+    hands::press(page.button, QPoint(20, 20));
     EXPECT_TRUE(page.button->isDown());
-    QMouseEvent move(QEvent::MouseMove, QPointF(31, 20), page.button->mapToGlobal(QPointF(31, 20)),
-        Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(page.button, &move);
+    hands::moveTo(page.button, QPoint(31, 20));
     EXPECT_FALSE(page.button->isDown());
-    QTest::mouseRelease(page.button, Qt::LeftButton, {}, QPoint(20, 20));
+    hands::release(page.button, QPoint(20, 20));
     EXPECT_EQ(clicks.size(), 1);
-    QTest::keyClick(page.button, Qt::Key_Return);
-    QTest::keyClick(page.button, Qt::Key_Space);
+    page.button->setFocus(Qt::TabFocusReason);
+    hands::key(Qt::Key_Return);
+    hands::key(Qt::Key_Space);
     EXPECT_EQ(clicks.size(), 3);
 }
 
@@ -190,7 +190,7 @@ TEST(TextField, OneThatOnlyShowsTakesNoTapAndNoFocus)
     page.box->setTappable(true);
     const QSignalSpy taps(page.box, &QAbstractButton::clicked);
     const auto at = page.field->mapTo(&page, page.field->rect().center());
-    QTest::mouseClick(page.childAt(at), Qt::LeftButton, {}, {});
+    hands::click(&page, at);
     EXPECT_EQ(page.childAt(at), page.box);
     EXPECT_EQ(taps.size(), 1);
     EXPECT_FALSE(page.field->hasFocus());

@@ -4,6 +4,7 @@
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TextField.h"
 #include "Soon.h"
+#include "support/Hands.h"
 
 #include <QtCore/QPointer>
 #include <QtTest/QTest>
@@ -201,7 +202,7 @@ TEST_P(Navigation, BackKeysPopOneScreenAndFocusReturns)
         controller->pushViewController(second, true);
         EXPECT_SOON(!root->isVisible());
         EXPECT_FALSE(root->isAncestorOf(QApplication::focusWidget()));
-        QTest::keyClick(QApplication::focusWidget(), key);
+        hands::key(key);
         EXPECT_EQ(controller->topViewController(), root);
         EXPECT_EQ(QApplication::focusWidget(), root->field);
     }

@@ -8,13 +8,17 @@
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtGui/QResizeEvent>
+#include <QtGui/QScreen>
+#include <QtWidgets/QStyle>
 
+#include <algorithm>
 #include <utility>
 
 namespace parloquin {
 namespace {
 
 constexpr QSize phoneSize(390, 844); // px, what a window of its own opens with
+constexpr QSize smallestSize(320, 480); // px, the smallest phone that all screens were made for
 
 } // namespace
 
@@ -34,6 +38,7 @@ void ParloquinNavigationController::setup()
     setAccessibleName(QStringLiteral("Parloquin"));
     setAccessibleDescription(QStringLiteral("Phone number verification"));
     resize(sizeHint());
+    setFocusProxy(m_navigation);
 
     // Fixed: the theme drives the status area alone.
     m_navigation->navigationBar().setBarTintColor(Style::blue);
@@ -65,7 +70,15 @@ bool ParloquinNavigationController::isAtRest() const
     return m_navigation->isAtRest() && !HudManager::shared().isOver(m_navigation);
 }
 
-QSize ParloquinNavigationController::sizeHint() const { return phoneSize; }
+QSize ParloquinNavigationController::sizeHint() const
+{
+    // A window is to open whole, its title bar included.
+    const int frame = isWindow() ? style()->pixelMetric(QStyle::PM_TitleBarHeight) : 0;
+    const int room = screen()->availableGeometry().height() - frame;
+    return { phoneSize.width(), std::min(phoneSize.height(), room) };
+}
+
+QSize ParloquinNavigationController::minimumSizeHint() const { return smallestSize; }
 
 bool ParloquinNavigationController::event(QEvent *event)
 {

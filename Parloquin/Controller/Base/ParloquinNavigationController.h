@@ -38,6 +38,7 @@ public:
     [[nodiscard]] NavigationController &navigationController() const { return *m_navigation; }
 
     [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     bool event(QEvent *event) override;

@@ -1,0 +1,89 @@
+#include "Parloquin/Toolkit/EditMenu.h"
+
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/Keys.h"
+#include "Parloquin/Toolkit/NavigationBar.h"
+#include "Parloquin/Toolkit/Style.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QPainter>
+#include <QtGui/QScreen>
+#include <QtWidgets/QLineEdit>
+
+#include <utility>
+
+namespace parloquin {
+
+namespace {
+constexpr int gap = 8; // px between field and menu
+
+QString translated(const char *text) { return QCoreApplication::translate("Parloquin", text); }
+}
+
+void EditMenu::open(QLineEdit *field)
+{
+    if (!field->hasSelectedText())
+        field->selectAll();
+    auto *menu = new EditMenu(field);
+    if (field->hasSelectedText()) {
+        menu->add(translated(QT_TRANSLATE_NOOP("Parloquin", "Cut")), QStringLiteral("btnCut"),
+            [field] { field->cut(); });
+        menu->add(translated(QT_TRANSLATE_NOOP("Parloquin", "Copy")), QStringLiteral("btnCopy"),
+            [field] { field->copy(); });
+    }
+    if (!QGuiApplication::clipboard()->text().isEmpty()) {
+        menu->add(translated(QT_TRANSLATE_NOOP("Parloquin", "Paste")), QStringLiteral("btnPaste"),
+            [field] { field->paste(); });
+    }
+    if (menu->m_width == 0) {
+        delete menu;
+        return;
+    }
+    const QRect around(field->mapToGlobal(QPoint()), field->size());
+    const QRect room = field->screen()->availableGeometry();
+    QRect place({}, QSize(menu->m_width, NavigationBar::barHeight));
+    place.moveCenter(around.center());
+    place.moveBottom(around.top() - gap);
+    if (place.top() < room.top())
+        place.moveTop(around.bottom() + gap);
+    place.moveLeft(std::max(std::min(place.left(), room.right() - place.width()), room.left()));
+    menu->setGeometry(place);
+    menu->show();
+}
+
+EditMenu::EditMenu(QLineEdit *field)
+    : QWidget(field, Qt::Popup)
+    , m_field(field)
+{
+    setObjectName(QStringLiteral("editMenu"));
+    setAttribute(Qt::WA_DeleteOnClose);
+}
+
+void EditMenu::add(const QString &title, const QString &name, std::function<void()> action)
+{
+    auto *button = new BarButtonItem(title, name, this);
+    const QSize size = button->sizeHint();
+    button->setGeometry({ { m_width, 0 }, size });
+    m_width += size.width();
+    connect(button, &QAbstractButton::clicked, m_field, [this, action = std::move(action)] {
+        close(); // first: the field has the keyboard again when its text changes
+        action();
+    });
+}
+
+void EditMenu::paintEvent(QPaintEvent *)
+{
+    QPainter(this).fillRect(rect(), Style::ink); // a popup's corners are not see-through everywhere
+}
+
+void EditMenu::keyPressEvent(QKeyEvent *event)
+{
+    if (Keys::isBack(*event))
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+} // namespace parloquin

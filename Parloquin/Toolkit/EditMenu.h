@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+
+#include <functional>
+
+class QLineEdit;
+
+namespace parloquin {
+
+/// \brief Cut, copy and paste beside a field, as far as they lead to anything now.
+///
+/// A popup that deletes itself. Main thread only.
+class EditMenu : public QWidget {
+    Q_OBJECT
+public:
+    /// Opens over the field, or under it where there is no room. Selects the whole text unless a
+    /// part of it is selected. Nothing opens where nothing can be done.
+    static void open(QLineEdit *field);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    explicit EditMenu(QLineEdit *field);
+    void add(const QString &title, const QString &name, std::function<void()> action);
+
+    QLineEdit *m_field;
+    int m_width = 0; // px so far
+};
+
+} // namespace parloquin

@@ -1,0 +1,115 @@
+#include "Parloquin/Toolkit/KeyboardFocus.h"
+
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/TableView.h"
+
+#include <QtWidgets/QApplication>
+
+namespace parloquin {
+
+namespace {
+
+bool takesTab(const QWidget *widget) { return (widget->focusPolicy() & Qt::TabFocus) != 0; }
+
+// The screen's controls, in the order in which Tab finds them.
+QList<QWidget *> controlsOf(Screen *screen)
+{
+    QList<QWidget *> controls;
+    for (auto *widget = screen->nextInFocusChain(); widget != screen;
+         widget = widget->nextInFocusChain()) {
+        if (takesTab(widget) && screen->isAncestorOf(widget))
+            controls.append(widget);
+    }
+    return controls;
+}
+
+bool showsRing(const QWidget *focused)
+{
+    if (const auto *table = qobject_cast<const TableView *>(focused))
+        return table->hasKeyboardFocus();
+    const auto *tapped = qobject_cast<const Tappable *>(focused);
+    return tapped && tapped->hasKeyboardFocus();
+}
+
+}
+
+KeyboardFocus::KeyboardFocus(QWidget *stack, QWidget *stage, QWidget *bar)
+    : QObject(stack)
+    , m_stack(stack)
+    , m_stage(stage)
+    , m_bar(bar)
+{
+    m_stack->setFocusProxy(m_stage);
+    connect(qApp, &QApplication::focusChanged, this,
+        [this](QWidget *, QWidget *focused) { follow(focused); });
+}
+
+void KeyboardFocus::follow(QWidget *focused)
+{
+    if (!focused || !m_stack->isAncestorOf(focused)) {
+        Q_EMIT left();
+        return;
+    }
+    // What else lies in the stack covers it for a while and has nothing to give back.
+    if (m_stage->isAncestorOf(focused) || m_bar->isAncestorOf(focused))
+        m_stack->setFocusProxy(focused);
+}
+
+bool KeyboardFocus::isOurs() const
+{
+    const auto *focused = m_stack->window()->focusWidget();
+    return !focused || focused == m_stack->window() || m_stack->isAncestorOf(focused);
+}
+
+bool KeyboardFocus::leave(Screen *screen)
+{
+    auto *focused = m_stack->focusProxy();
+    const bool rings = focused && showsRing(focused);
+    const bool here = focused && (focused == screen || screen->isAncestorOf(focused));
+    screen->m_focus = here ? focused : nullptr;
+    screen->m_focusRings = here && rings;
+    return rings;
+}
+
+void KeyboardFocus::park() { m_stage->setFocus(Qt::OtherFocusReason); }
+
+QWidget *KeyboardFocus::target(Screen *screen)
+{
+    QWidget *before = screen->m_focus;
+    if (before && (before == screen || (before->isVisibleTo(screen) && before->isEnabled())))
+        return before;
+    for (auto *control : controlsOf(screen)) {
+        if (control->isVisibleTo(screen) && control->isEnabled())
+            return control->testAttribute(Qt::WA_InputMethodEnabled) ? screen : control;
+    }
+    return screen;
+}
+
+void KeyboardFocus::enter(Screen *screen, bool rings)
+{
+    auto *next = target(screen);
+    if (next == screen->m_focus)
+        rings = screen->m_focusRings;
+    m_stack->setFocusProxy(next); // at once, also in a window that is not active
+    next->setFocus(rings ? Qt::TabFocusReason : Qt::OtherFocusReason);
+}
+
+void KeyboardFocus::prepare(Screen *screen) { m_stack->setFocusProxy(target(screen)); }
+
+void KeyboardFocus::orderTabs(Screen *screen) const
+{
+    // Qt puts what is made later at the end of the window's chain, behind the host's own.
+    auto *last = m_stage;
+    auto controls = controlsOf(screen);
+    for (auto *item : m_bar->findChildren<BarButtonItem *>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (!item->isHidden())
+            controls.append(item);
+    }
+    for (auto *control : std::as_const(controls)) {
+        QWidget::setTabOrder(last, control);
+        last = control;
+    }
+}
+
+} // namespace parloquin

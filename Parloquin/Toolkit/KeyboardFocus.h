@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QtCore/QObject>
+
+class QWidget;
+
+namespace parloquin {
+
+class Screen;
+
+/// \brief Which widget of a stack of screens has the keyboard, and which gets it next.
+///
+/// The focus proxy of the stack is whatever had the focus last, so that a host may give the
+/// keyboard to the whole without knowing its parts. What belongs to the host keeps its focus.
+class KeyboardFocus : public QObject {
+    Q_OBJECT
+public:
+    /// \param stack parent of both
+    /// \param stage parent of the screens
+    KeyboardFocus(QWidget *stack, QWidget *stage, QWidget *bar);
+
+    /// True where the focus is ours to move.
+    [[nodiscard]] bool isOurs() const;
+
+    /// Remembers what has the focus on a screen that is about to be covered.
+    /// \return whether the keyboard is in use, seen by a ring around what has the focus
+    bool leave(Screen *screen);
+    /// Keeps the keyboard while screens change, so that what is hidden meanwhile loses nothing.
+    void park();
+    /// Gives the focus back to what had it on this screen, else to its first control. One that
+    /// would raise an on-screen keyboard leaves it on the page.
+    void enter(Screen *screen, bool rings);
+    /// The same, where the keyboard is the host's: for when it comes here.
+    void prepare(Screen *screen);
+
+    /// Tab leads through the screen and on to the bar, wherever the stack stands in its window.
+    void orderTabs(Screen *screen) const;
+
+Q_SIGNALS:
+    void left();
+
+private:
+    void follow(QWidget *focused);
+    [[nodiscard]] static QWidget *target(Screen *screen);
+
+    QWidget *m_stack;
+    QWidget *m_stage;
+    QWidget *m_bar;
+};
+
+} // namespace parloquin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QtGui/QKeyEvent>
+
+/// \brief What keys mean on all screens.
+namespace parloquin::Keys {
+
+/// Held together with others it may be a command of the host's.
+[[nodiscard]] inline bool isCommand(const QKeyEvent &key)
+{
+    return key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+}
+
+[[nodiscard]] inline bool isEnter(const QKeyEvent &key)
+{
+    return !isCommand(key) && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
+}
+
+/// Goes back a screen.
+[[nodiscard]] inline bool isBack(const QKeyEvent &key)
+{
+    if (key.key() == Qt::Key_Left)
+        return (key.modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier;
+    return !isCommand(key) && (key.key() == Qt::Key_Escape || key.key() == Qt::Key_Back);
+}
+
+} // namespace parloquin::Keys

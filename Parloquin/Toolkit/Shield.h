@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+
+namespace parloquin {
+
+/// \brief A pane of glass: whoever points at what lies under it, with a mouse, a finger or a pen,
+/// reaches nothing, and nor does what the pane lies in.
+class Shield : public QWidget {
+    Q_OBJECT
+public:
+    explicit Shield(QWidget *parent = nullptr);
+
+protected:
+    bool event(QEvent *event) override;
+};
+
+} // namespace parloquin

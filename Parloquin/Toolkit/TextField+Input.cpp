@@ -1,0 +1,121 @@
+#include "Parloquin/Toolkit/TextField.h"
+
+#include "Parloquin/Toolkit/EditMenu.h"
+#include "Parloquin/Toolkit/Keys.h"
+#include "Parloquin/Toolkit/Style.h"
+
+#include <QtGui/QContextMenuEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPointingDevice>
+
+namespace parloquin {
+
+namespace {
+
+constexpr int longPress = 700; // ms
+
+bool isFinger(const QMouseEvent &event)
+{
+    return event.pointerType() == QPointingDevice::PointerType::Finger;
+}
+
+}
+
+void TextField::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        // A line edit lets it through to the host, whose default button it would press.
+        event->accept();
+        if (Keys::isEnter(*event) && !event->isAutoRepeat())
+            Q_EMIT returnPressed();
+        return;
+    }
+    const bool beyond = event->key() == Qt::Key_Backspace && text().isEmpty();
+    QLineEdit::keyPressEvent(event);
+    if (beyond)
+        Q_EMIT deletedBeyondStart();
+}
+
+// A mouse puts the caret, and selects, from its press on. A finger may be about to scroll, or to go
+// back, and then the field gets neither focus nor keyboard: it means the field when it is lifted.
+void TextField::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton && event->button() != Qt::MiddleButton) {
+        event->ignore();
+        return;
+    }
+    m_pressedAt = event->position();
+    m_strayed = false;
+    m_hold.start(longPress, this);
+    if (isFinger(*event)) {
+        event->ignore();
+        return;
+    }
+    if (!hasFocus())
+        setFocus(Qt::MouseFocusReason);
+    QLineEdit::mousePressEvent(event);
+}
+
+void TextField::mouseMoveEvent(QMouseEvent *event)
+{
+    if ((event->position() - m_pressedAt).manhattanLength() >= Style::strayDistance) {
+        m_strayed = true;
+        m_hold.stop();
+    }
+    if (isFinger(*event))
+        event->ignore();
+    else
+        QLineEdit::mouseMoveEvent(event);
+}
+
+void TextField::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_hold.stop();
+    if (!isFinger(*event)) {
+        QLineEdit::mouseReleaseEvent(event);
+        return;
+    }
+    if (!m_strayed) {
+        if (!hasFocus())
+            setFocus(Qt::MouseFocusReason);
+        QMouseEvent press(QEvent::MouseButtonPress, event->position(), event->globalPosition(),
+            event->button(), event->button(), event->modifiers(), event->pointingDevice());
+        QLineEdit::mousePressEvent(&press);
+        QLineEdit::mouseReleaseEvent(event); // opens an on-screen keyboard
+    }
+    event->ignore();
+}
+
+void TextField::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        QLineEdit::mouseDoubleClickEvent(event);
+    else
+        event->ignore();
+}
+
+void TextField::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_hold.timerId()) {
+        QLineEdit::timerEvent(event);
+        return;
+    }
+    m_hold.stop();
+    m_strayed = true; // lifting the finger means nothing any more
+    openMenu();
+}
+
+void TextField::contextMenuEvent(QContextMenuEvent *event)
+{
+    openMenu();
+    event->accept();
+}
+
+void TextField::openMenu()
+{
+    if (!hasFocus())
+        setFocus(Qt::MouseFocusReason);
+    EditMenu::open(this);
+}
+
+} // namespace parloquin

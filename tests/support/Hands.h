@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QInputMethodEvent>
+#include <QtGui/QPointingDevice>
+#include <QtGui/QWindow>
+#include <QtTest/QTest>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+/// \brief What a person does, given to the window as the device does it: who gets it is for the
+/// window to find out.
+namespace hands {
+
+/// Of a widget, or a place in it, in its window.
+inline QPoint placeOf(const QWidget *widget, QPoint at)
+{
+    return widget->mapTo(widget->window(), at);
+}
+inline QPoint placeOf(const QWidget *widget) { return placeOf(widget, widget->rect().center()); }
+
+inline void click(const QWidget *widget, QPoint at, Qt::MouseButton button = Qt::LeftButton)
+{
+    QTest::mouseClick(widget->window()->windowHandle(), button, {}, placeOf(widget, at));
+}
+inline void click(const QWidget *widget) { click(widget, widget->rect().center()); }
+inline void press(const QWidget *widget, QPoint at)
+{
+    QTest::mousePress(widget->window()->windowHandle(), Qt::LeftButton, {}, placeOf(widget, at));
+}
+inline void press(const QWidget *widget) { press(widget, widget->rect().center()); }
+/// With the button still down.
+inline void moveTo(const QWidget *widget, QPoint at)
+{
+    QTest::mouseMove(widget->window()->windowHandle(), placeOf(widget, at));
+}
+inline void release(const QWidget *widget, QPoint at)
+{
+    QTest::mouseRelease(widget->window()->windowHandle(), Qt::LeftButton, {}, placeOf(widget, at));
+}
+inline void release(const QWidget *widget) { release(widget, widget->rect().center()); }
+
+inline void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+{
+    QTest::keyClick(QGuiApplication::focusWindow(), key, modifiers);
+}
+inline void keys(const QString &text)
+{
+    for (const QChar c : text)
+        QTest::keyClick(QGuiApplication::focusWindow(), c.toLatin1());
+}
+inline void keyDown(Qt::Key key, bool isRepeat = false)
+{
+    QTest::simulateEvent(QGuiApplication::focusWindow(), true, key, {}, {}, isRepeat);
+}
+inline void keyUp(Qt::Key key)
+{
+    QTest::simulateEvent(QGuiApplication::focusWindow(), false, key, {}, {}, false);
+}
+/// Held until it has repeated some times; let go of after that.
+inline void hold(Qt::Key key, int repeats = 5)
+{
+    keyDown(key);
+    for (int i = 0; i < repeats; ++i)
+        keyDown(key, true);
+    keyUp(key);
+}
+/// An on-screen keyboard's text.
+inline void commit(const QString &text)
+{
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
+}
+
+/// One finger on a touch screen.
+class Finger {
+public:
+    void down(const QWidget *widget, QPoint at)
+    {
+        m_window = widget->window()->windowHandle();
+        QTest::touchEvent(m_window, m_screen.get()).press(1, m_at = placeOf(widget, at));
+    }
+    /// Moved by this much, in steps as a screen reports them.
+    void drag(QPoint way)
+    {
+        constexpr int steps = 20;
+        const QPoint from = m_at;
+        for (int i = 1; i <= steps; ++i)
+            QTest::touchEvent(m_window, m_screen.get()).move(1, m_at = from + way * i / steps);
+    }
+    void up() { QTest::touchEvent(m_window, m_screen.get()).release(1, m_at); }
+
+    void tap(const QWidget *widget, QPoint at)
+    {
+        down(widget, at);
+        up();
+    }
+    void tap(const QWidget *widget) { tap(widget, widget->rect().center()); }
+
+private:
+    std::unique_ptr<QPointingDevice> m_screen { QTest::createTouchDevice() };
+    QWindow *m_window = nullptr;
+    QPoint m_at;
+};
+
+} // namespace hands
