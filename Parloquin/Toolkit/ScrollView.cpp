@@ -1,10 +1,9 @@
 #include "Parloquin/Toolkit/ScrollView.h"
 
+#include "Parloquin/Toolkit/Finger.h"
 #include "Parloquin/Toolkit/Keys.h"
 
 #include <QtCore/QEvent>
-#include <QtGui/QMouseEvent>
-#include <QtGui/QPointingDevice>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QScroller>
@@ -73,7 +72,7 @@ void ScrollView::mouseReleaseEvent(QMouseEvent *event) { followFinger(event); }
 void ScrollView::followFinger(QMouseEvent *event)
 {
     event->ignore(); // who goes back a screen by it stands further up
-    if (event->pointerType() != QPointingDevice::PointerType::Finger)
+    if (!isFinger(*event))
         return;
     const QScroller::Input input = event->type() == QEvent::MouseMove ? QScroller::InputMove
         : event->type() == QEvent::MouseButtonRelease                 ? QScroller::InputRelease

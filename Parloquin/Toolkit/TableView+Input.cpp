@@ -1,3 +1,4 @@
+#include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableViewPrivate.h"
 #include "Parloquin/Toolkit/Tappable.h"
@@ -15,6 +16,16 @@ namespace parloquin {
 namespace {
 constexpr int wheelStep = 60; // px a notch
 constexpr int notch = 120; // of a wheel, in its own units
+
+bool isForTables(const QKeyEvent &key)
+{
+    constexpr Qt::Key moves[] = { Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp,
+        Qt::Key_Home, Qt::Key_End, Qt::Key_Select };
+    const QString text = key.text();
+    return !Keys::isCommand(key)
+        && (Keys::isEnter(key) || (!text.isEmpty() && text.front().isPrint())
+            || std::find(std::begin(moves), std::end(moves), key.key()) != std::end(moves));
+}
 }
 
 void TableCell::select()
@@ -198,6 +209,10 @@ bool TableView::event(QEvent *event)
         prepare->accept();
         return true;
     }
+    case QEvent::ShortcutOverride:
+        // What moves the ring, chooses or jumps is no shortcut of the host's meanwhile.
+        event->setAccepted(isForTables(*static_cast<QKeyEvent *>(event)));
+        return true;
     case QEvent::Scroll:
         d->setOffset(qRound(static_cast<QScrollEvent *>(event)->contentPos().y()));
         return true;
@@ -235,8 +250,7 @@ void TableView::wheelEvent(QWheelEvent *event)
 
 void TableView::keyPressEvent(QKeyEvent *event)
 {
-    constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    if ((event->modifiers() & commands) || !d->handleKey(event))
+    if (Keys::isCommand(*event) || !d->handleKey(event))
         QWidget::keyPressEvent(event);
 }
 

@@ -1,24 +1,16 @@
 #include "Parloquin/Toolkit/TextField.h"
 
 #include "Parloquin/Toolkit/EditMenu.h"
+#include "Parloquin/Toolkit/Finger.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtGui/QContextMenuEvent>
-#include <QtGui/QMouseEvent>
-#include <QtGui/QPointingDevice>
 
 namespace parloquin {
 
 namespace {
-
 constexpr int longPress = 700; // ms
-
-bool isFinger(const QMouseEvent &event)
-{
-    return event.pointerType() == QPointingDevice::PointerType::Finger;
-}
-
 }
 
 void TextField::keyPressEvent(QKeyEvent *event)

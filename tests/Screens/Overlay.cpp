@@ -8,6 +8,7 @@
 #include "Screens/Container.h"
 
 #include <QtGui/QAccessible>
+#include <QtGui/QShortcut>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
@@ -162,6 +163,28 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
     EXPECT_EQ(field->text(), QStringLiteral("c"));
     tap(button);
     EXPECT_EQ(clicks, 2);
+}
+
+TEST_F(Overlay, LeavesTheWayOutOfTheFirstScreenToTheHost)
+{
+    int heard = 0;
+    const QShortcut escape(Qt::Key_Escape, &host);
+    QObject::connect(&escape, &QShortcut::activated, [&heard] { ++heard; });
+    navigation->setFocus();
+    show();
+    ASSERT_TRUE(comesUp());
+    QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
+    EXPECT_EQ(heard, 1);
+    navigation->pushViewController(new PlainScreen, false);
+    QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
+    QTest::mouseClick(host.windowHandle(), Qt::BackButton, {}, QPoint(400, 250));
+    EXPECT_EQ(heard, 1) << "from the others it leads back, and not now";
+    EXPECT_EQ(navigation->viewControllers().size(), 2);
+    hide();
+    ASSERT_TRUE(goes());
+    EXPECT_TRUE(navigation->isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
+    EXPECT_EQ(navigation->viewControllers().size(), 1);
 }
 
 TEST_F(Overlay, LeavesTheHostsKeyboardAlone)

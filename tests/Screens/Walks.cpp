@@ -229,6 +229,16 @@ TEST_P(Walk, LeadsAlongBothRoads)
     (void)focusName();
 }
 
+TEST(Container, FitsIntoAHostsLayoutAndOnTheScreen)
+{
+    const std::unique_ptr<ParloquinViewController> container(Parloquin().viewControllerForLogin());
+    EXPECT_NE(container->focusProxy(), nullptr);
+    EXPECT_EQ(container->minimumSizeHint(), QSize(320, 480));
+    EXPECT_EQ(container->sizeHint().width(), 390);
+    EXPECT_LE(container->sizeHint().height(), container->screen()->availableGeometry().height());
+    EXPECT_EQ(container->size(), container->sizeHint());
+}
+
 using Case = testing::TestParamInfo<Walk::ParamType>;
 
 std::string nameOf(const Case &walk)

@@ -3,7 +3,9 @@
 #include "Parloquin/Controller/OtpMainViewController.h"
 #include "Sms/SmsRoad.h"
 
+#include <QtGui/QClipboard>
 #include <QtGui/QInputMethodEvent>
+#include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
 
@@ -146,6 +148,79 @@ TEST_F(PhoneEntry, TapAnywhereButOnTheFieldEndsTyping)
     hands::key(Qt::Key_Tab);
     EXPECT_TRUE(part("viewCountryBack")->hasFocus()) << "from the page Tab goes on";
     EXPECT_EQ(numbersSent(), QStringList());
+}
+
+TEST_F(PhoneEntry, EnterTapsTheButtonOnceHoweverLongItIsHeld)
+{
+    hands::click(part("txtPhoneNumber"));
+    hands::hold(Qt::Key_Return); // nothing typed: nothing comes of it, and the field keeps the keys
+    EXPECT_TRUE(part("txtPhoneNumber")->hasFocus());
+    openPicker();
+    choose(u"Norway"_s);
+    enterNumber(u"41234567"_s);
+    on("send-otp", ok("{}"));
+    hands::hold(Qt::Key_Enter, 20);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return numbersSent().size() == 1 && !overlayShows(); }));
+    EXPECT_TRUE(part("txtPhoneNumber")->hasFocus()) << "as before the overlay";
+    hands::click(
+        container.get(), QPoint(200, 700)); // beside the field: from the page it is as good
+    on("send-otp", ok(R"({"reference":"r"})"));
+    hands::hold(Qt::Key_Return, 20);
+    ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
+    EXPECT_EQ(numbersSent().size(), 2);
+}
+
+TEST_F(PhoneEntry, AFingerOnTheFieldScrollsTypesOrPastes)
+{
+    hands::Finger finger;
+    auto *field = part<QLineEdit>("txtPhoneNumber");
+    container->resize(390, 250);
+    QCoreApplication::processEvents();
+    const int y = frame("txtPhoneNumber").y();
+    finger.down(field, QPoint(100, 10));
+    finger.drag({ 0, -60 });
+    finger.up();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame("txtPhoneNumber").y() < y - 30; }));
+    EXPECT_FALSE(field->hasFocus()) << "it was a scroll";
+    container->resize(390, 844);
+    ASSERT_TRUE(rests());
+
+    finger.tap(field);
+    EXPECT_TRUE(field->hasFocus());
+    finger.tap(container.get(), QPoint(200, 700));
+    EXPECT_TRUE(top<Screen>()->hasFocus());
+
+    const auto longPress = [&] {
+        finger.down(field, field->rect().center());
+        EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
+        finger.up();
+        return QApplication::activePopupWidget();
+    };
+    const auto offers = [](const QWidget *menu) {
+        QStringList texts;
+        for (const auto *button : menu->findChildren<QAbstractButton *>())
+            texts.append(button->text());
+        return texts.join(u' ');
+    };
+    QApplication::clipboard()->setText(u"41 23"_s);
+    auto *menu = longPress();
+    EXPECT_EQ(offers(menu), u"Paste");
+    EXPECT_GE(menu->geometry().left(), 0);
+    finger.tap(menu->findChild<QWidget *>(u"btnPaste"_s));
+    EXPECT_EQ(field->text(), u"41 23");
+    EXPECT_TRUE(field->hasFocus());
+    menu = longPress();
+    EXPECT_EQ(offers(menu), u"Cut Copy Paste");
+    hands::key(Qt::Key_Escape);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_NE(top<OtpMainViewController>(), nullptr) << "that went to the menu alone";
+    menu = longPress();
+    finger.tap(menu->findChild<QWidget *>(u"btnCut"_s));
+    EXPECT_EQ(field->text(), QString());
+    EXPECT_EQ(QApplication::clipboard()->text(), u"41 23");
+    openPicker();
+    choose(u"Norway"_s);
+    sendsOnly(u"+4741 23"_s); // what was pasted has counted
 }
 
 TEST_F(PhoneEntry, BackItemComesAndGoesWithTheScreen)

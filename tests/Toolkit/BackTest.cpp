@@ -1,0 +1,370 @@
+// Every way back a screen, and what the host hears of it.
+#include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/TableView.h"
+#include "Soon.h"
+#include "support/Hands.h"
+
+#include <QtGui/QShortcut>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QProxyStyle>
+#include <QtWidgets/QScrollArea>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace parloquin;
+
+namespace {
+
+QStringList hooks;
+
+class Rows : public TableViewDataSource {
+public:
+    int numberOfRows(const TableView &, int) const override { return 100; }
+    TableCell *cellForRow(TableView &table, const IndexPath &) override
+    {
+        return table.dequeueReusableCell(QStringLiteral("row"));
+    }
+};
+
+class TablePage : public Screen {
+public:
+    explicit TablePage(int number)
+        : m_number(number)
+    {
+        setTitle(QString::number(number));
+    }
+    Button *button = nullptr;
+    TableView *table = nullptr;
+
+protected:
+    void viewDidLoad() override
+    {
+        button = new Button(this);
+        button->setGeometry(100, 20, 100, 50);
+        table = new TableView(this);
+        table->setGeometry(0, 200, 390, 400);
+        table->registerCell(QStringLiteral("row"), [] { return new TableCell; });
+        table->setDataSource(&m_rows);
+    }
+    void viewWillAppear(bool) override
+    {
+        hooks.append(QStringLiteral("appear"));
+        auto *back = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack"));
+        connect(back, &QAbstractButton::clicked, this, [this] {
+            if (navigationController())
+                navigationController()->popViewController(true);
+        });
+        navigationItem().setLeftBarButtonItem(m_number == 0 ? nullptr : back);
+    }
+    void viewWillDisappear(bool) override
+    {
+        hooks.append(QStringLiteral("disappear"));
+        navigationItem().setLeftBarButtonItem(nullptr);
+    }
+
+private:
+    int m_number;
+    Rows m_rows;
+};
+
+/// Counts whatever the kit does not keep for itself, shortcuts too.
+class Host : public QWidget {
+public:
+    Host()
+    {
+        for (const QKeySequence &keys :
+            { QKeySequence(Qt::ALT | Qt::Key_Left), QKeySequence(Qt::Key_Return) }) {
+            connect(new QShortcut(keys, this), &QShortcut::activated, this, [this] { ++heard; });
+        }
+    }
+    int heard = 0;
+    int released = 0;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override { heard += event->key() != Qt::Key_Alt ? 1 : 0; }
+    void keyReleaseEvent(QKeyEvent *event) override
+    {
+        released += event->key() != Qt::Key_Alt ? 1 : 0;
+    }
+    void mousePressEvent(QMouseEvent *) override { ++heard; }
+    void mouseReleaseEvent(QMouseEvent *) override { ++released; }
+};
+
+class Moving : public QProxyStyle {
+public:
+    explicit Moving(bool moves)
+        : m_duration(moves ? 200 : 0)
+    {
+    }
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+        QStyleHintReturn *data) const override
+    {
+        return hint == SH_Widget_Animation_Duration
+            ? m_duration
+            : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    int m_duration;
+};
+
+class Stack : public testing::Test {
+protected:
+    void present(bool moves = true)
+    {
+        QApplication::setStyle(new Moving(moves));
+        auto *row = new QHBoxLayout(&host);
+        row->setContentsMargins(0, 0, 0, 0);
+        field = new QLineEdit;
+        field->setFixedWidth(60);
+        row->addWidget(field);
+        pages.append(new TablePage(0));
+        controller = new NavigationController(pages[0]);
+        row->addWidget(controller);
+        host.resize(450, 700);
+        host.show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
+        for (int i = 1; i < 3; ++i) {
+            pages.append(new TablePage(i));
+            controller->pushViewController(pages[i], false);
+        }
+        controller->setFocus();
+        ASSERT_TRUE(rests());
+        hooks.clear();
+    }
+    [[nodiscard]] bool rests() const
+    {
+        return QTest::qWaitFor([this] { return controller->isAtRest(); });
+    }
+    [[nodiscard]] int depth() const
+    {
+        return static_cast<int>(controller->viewControllers().size());
+    }
+
+    Host host;
+    QLineEdit *field = nullptr;
+    NavigationController *controller = nullptr;
+    QList<TablePage *> pages;
+};
+
+struct Way {
+    const char *name;
+    std::function<void(const NavigationController &)> go;
+    bool ofTheHost = true; // on the first screen
+};
+
+class WaysBack : public Stack, public testing::WithParamInterface<std::tuple<Way, bool>> { };
+
+TEST_P(WaysBack, LeadOneScreenBackHoweverQuick)
+{
+    const auto &[way, moves] = GetParam();
+    present(moves);
+    way.go(*controller);
+    way.go(*controller);
+    EXPECT_EQ(depth(), 2);
+    EXPECT_TRUE(controller->isAncestorOf(QApplication::focusWidget()));
+    ASSERT_TRUE(rests());
+    way.go(*controller);
+    way.go(*controller);
+    EXPECT_EQ(depth(), 1);
+    EXPECT_EQ(host.heard, 0);
+    EXPECT_EQ(host.released, 0);
+    ASSERT_TRUE(rests());
+    way.go(*controller);
+    EXPECT_EQ(host.heard > 0, way.ofTheHost) << "the first screen's Back is the host's";
+}
+
+const Way ways[] = {
+    { "Escape", [](const auto &) { hands::key(Qt::Key_Escape); } },
+    { "Held", [](const auto &) { hands::hold(Qt::Key_Escape); } },
+    { "BackKey", [](const auto &) { hands::key(Qt::Key_Back); } },
+    { "AltLeft", [](const auto &) { hands::key(Qt::Key_Left, Qt::AltModifier); } },
+    { "MouseOnTable",
+        [](const auto &controller) {
+            hands::click(&controller, QPoint(200, 400), Qt::BackButton);
+        } },
+    { "MouseOnButton",
+        [](const auto &controller) {
+            hands::click(&controller, QPoint(150, 90), Qt::BackButton);
+        } },
+    { "Finger", [](const auto &controller) { hands::Finger().tap(&controller, QPoint(20, 20)); },
+        false },
+};
+
+INSTANTIATE_TEST_SUITE_P(Ways, WaysBack, testing::Combine(testing::ValuesIn(ways), testing::Bool()),
+    [](const auto &row) {
+        return std::string(std::get<0>(row.param).name)
+            + (std::get<1>(row.param) ? "Sliding" : "AtOnce");
+    });
+
+// Held, a key is whose it was when it was pressed.
+TEST_F(Stack, RepeatsAndReleasesGoWhereThePressWent)
+{
+    present();
+    controller->topViewController()->setFocus(); // a page that does nothing with Enter
+    hands::hold(Qt::Key_Enter);
+    EXPECT_EQ(host.heard, 6);
+    EXPECT_EQ(host.released, 1);
+    host.heard = host.released = 0;
+
+    int clicks = 0;
+    QObject::connect(pages[2]->button, &QAbstractButton::clicked, [&] {
+        ++clicks;
+        controller->topViewController()->setFocus(); // as to another screen
+    });
+    pages[2]->button->setFocus(Qt::TabFocusReason);
+    hands::hold(Qt::Key_Return);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(host.heard, 0);
+    EXPECT_EQ(host.released, 0);
+}
+
+class Edge : public Stack, public testing::WithParamInterface<std::tuple<bool, bool>> {
+protected:
+    // From the leading edge, in pixels inwards.
+    [[nodiscard]] QPoint from(int inwards, int y) const
+    {
+        return { mirrored() ? controller->width() - inwards - 1 : inwards, y };
+    }
+    [[nodiscard]] QPoint by(int inwards, int down = 0) const
+    {
+        return { mirrored() ? -inwards : inwards, down };
+    }
+    [[nodiscard]] static bool mirrored() { return std::get<0>(GetParam()); }
+    [[nodiscard]] static int height() { return std::get<1>(GetParam()) ? 400 : 200; } // a table's
+};
+
+TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
+{
+    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
+    present();
+    auto *top = pages[2];
+    auto *below = pages[1];
+    top->setFocus();
+    top->button->setFocus(Qt::TabFocusReason);
+    hands::Finger finger;
+
+    finger.down(controller, from(5, height()));
+    finger.drag(by(250));
+    EXPECT_NEAR(top->x(), by(250).x(), 1) << "it follows the finger";
+    EXPECT_TRUE(below->isVisible());
+    hands::key(Qt::Key_Tab);
+    EXPECT_TRUE(top->button->hasFocus()) << "nothing is where it seems to be";
+    finger.drag(by(-200));
+    finger.up();
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(depth(), 3);
+    EXPECT_EQ(hooks, QStringList());
+    EXPECT_EQ(top->pos(), QPoint());
+    EXPECT_FALSE(below->isVisible());
+    EXPECT_TRUE(top->button->hasFocus());
+    EXPECT_TRUE(top->button->hasKeyboardFocus());
+    EXPECT_EQ(top->table->contentOffset(), 0);
+
+    // From elsewhere, and along the edge, it is none.
+    finger.down(controller, from(60, height()));
+    finger.drag(by(250));
+    EXPECT_EQ(top->pos(), QPoint());
+    finger.up();
+    finger.down(controller, from(5, height()));
+    finger.drag(by(5, -100));
+    finger.drag(by(200));
+    EXPECT_EQ(top->pos(), QPoint());
+    finger.up();
+    ASSERT_TRUE(rests());
+
+    finger.down(controller, from(5, height()));
+    finger.drag(by(300));
+    finger.up();
+    EXPECT_EQ(depth(), 2);
+    EXPECT_EQ(hooks, QStringList({ QStringLiteral("disappear"), QStringLiteral("appear") }));
+    ASSERT_TRUE(rests());
+    EXPECT_TRUE(below->isVisible());
+    EXPECT_EQ(below->pos(), QPoint());
+    EXPECT_EQ(host.heard + host.released, 0);
+}
+
+TEST_P(Edge, LeadsNowhereFromTheFirstScreen)
+{
+    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
+    present();
+    controller->popViewController(false);
+    controller->popViewController(false);
+    hands::Finger finger;
+    finger.down(controller, from(5, height()));
+    finger.drag(by(300));
+    EXPECT_EQ(pages[0]->pos(), QPoint());
+    controller->hide(); // under the finger
+    finger.up();
+}
+
+TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
+{
+    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
+    present();
+    hands::Finger finger;
+    finger.down(controller, from(5, height()));
+    finger.drag(by(300));
+    auto *next = new TablePage(3);
+    controller->pushViewController(next, true);
+    finger.up();
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(controller->topViewController(), next);
+    EXPECT_EQ(next->pos(), QPoint());
+    EXPECT_FALSE(pages[1]->isVisible());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Drags, Edge, testing::Combine(testing::Bool(), testing::Bool()), [](const auto &row) {
+        return std::string(std::get<0>(row.param) ? "RightToLeft" : "LeftToRight")
+            + (std::get<1>(row.param) ? "Table" : "Page");
+    });
+
+// A host's scroll area takes the focus wherever it is clicked, unless what has it is under there.
+TEST(KeyboardFocus, StaysUnderATapInAHostThatTakesItByClick)
+{
+    QScrollArea area;
+    auto *page = new TablePage(0);
+    auto *controller = new NavigationController(page);
+    area.setWidget(controller);
+    controller->resize(390, 700);
+    area.resize(420, 720);
+    area.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&area));
+    controller->setFocus();
+    ASSERT_TRUE(page->table->hasFocus() || page->button->hasFocus());
+    const auto *before = QApplication::focusWidget();
+    hands::click(controller, QPoint(300, 100));
+    hands::click(page->button);
+    EXPECT_EQ(QApplication::focusWidget(), before);
+}
+
+TEST_F(Stack, TheHostsKeyboardIsLeftAloneAndTabFindsTheKitWhereItStands)
+{
+    present();
+    field->setFocus();
+    controller->pushViewController(new TablePage(3), true);
+    ASSERT_TRUE(rests());
+    EXPECT_TRUE(field->hasFocus());
+    controller->popViewController(true);
+    ASSERT_TRUE(rests());
+    EXPECT_TRUE(field->hasFocus());
+
+    hands::key(Qt::Key_Tab);
+    EXPECT_TRUE(pages[2]->button->hasFocus());
+    hands::key(Qt::Key_Tab);
+    EXPECT_TRUE(pages[2]->table->hasFocus());
+    hands::key(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("btnBack"));
+    hands::key(Qt::Key_Tab);
+    EXPECT_TRUE(field->hasFocus());
+}
+
+} // namespace
