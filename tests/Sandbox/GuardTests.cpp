@@ -6,7 +6,7 @@
 using nlohmann::json;
 
 namespace {
-struct Row {
+struct Visit {
     const char *name;
     const char *method;
     const char *path;
@@ -15,7 +15,7 @@ struct Row {
     const char *body = R"({"check":"limit"})";
 };
 
-const Row rows[] = {
+const Visit visits[] = {
     { "CurlOfText", "POST", "/sandbox/outcomes", { { "Content-Type", "text/plain" } }, 200 },
     { "OwnPage", "POST", "/sandbox/outcomes",
         { { "Origin", "http://127.0.0.1:PAGE" }, { "Content-Type", "application/json" } }, 200 },
@@ -64,7 +64,7 @@ const Row rows[] = {
 };
 }
 
-class SandboxGuard : public testing::TestWithParam<Row> { };
+class SandboxGuard : public testing::TestWithParam<Visit> { };
 
 TEST_P(SandboxGuard, LetsOnlyItsOwnPageIn)
 {
@@ -96,7 +96,7 @@ TEST_P(SandboxGuard, LetsOnlyItsOwnPageIn)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Requests, SandboxGuard, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(Requests, SandboxGuard, testing::ValuesIn(visits),
     [](const auto &row) { return row.param.name; });
 
 TEST(SandboxGuard, ServesNoFileOfTheDisk)
