@@ -135,6 +135,7 @@ bool AutoPlayer::see(const QString &name, QWidget *&found)
 
 bool AutoPlayer::tap(const QString &name, const QString &effect, const Condition &come)
 {
+    QTest::qWait(int(m_leisure.count()));
     QWidget *target = nullptr;
     if (!see(name, target))
         return false;

@@ -33,9 +33,10 @@ QString wrongFor(QString code)
 
 } // namespace
 
-AutoPlayer::AutoPlayer(DemoWindow &window, QString pictures)
+AutoPlayer::AutoPlayer(DemoWindow &window, QString pictures, std::chrono::milliseconds leisure)
     : m_window(&window)
     , m_pictures(std::move(pictures))
+    , m_leisure(leisure)
 {
     // Listened for, not looked for: a quick messenger may come and go between two looks.
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,

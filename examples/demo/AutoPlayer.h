@@ -24,7 +24,8 @@ class AutoPlayer : public QObject {
     Q_OBJECT
 public:
     /// \param pictures folder for the pictures; must exist
-    AutoPlayer(DemoWindow &window, QString pictures);
+    /// \param leisure how long a screen stands before the next tap, for someone who watches
+    AutoPlayer(DemoWindow &window, QString pictures, std::chrono::milliseconds leisure);
 
     /// \brief Plays; returns when done, turning the event loop meanwhile.
     /// \return true once the back end has confirmed a session on each road
@@ -72,6 +73,7 @@ private:
 
     QPointer<DemoWindow> m_window;
     QString m_pictures;
+    std::chrono::milliseconds m_leisure;
     int m_number = 0; // of the next picture
     QString m_road;
     bool m_left = false; // another program came to the front

@@ -1,10 +1,10 @@
 #include "ArabicTexts.h"
 #include "AutoPlayer.h"
 #include "DemoWindow.h"
+#include "Recorder.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
-#include <QtCore/QEventLoop>
 #include <QtCore/QLocale>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
@@ -12,29 +12,9 @@
 
 #include <chrono>
 #include <cstdio>
+#include <optional>
 
 using namespace std::chrono_literals;
-
-namespace {
-
-/// Looks for the service until it answers or the time is up.
-bool await(demo::BackEnd &backEnd, std::chrono::seconds patience)
-{
-    QEventLoop loop;
-    const std::function<void()> ask = [&] {
-        backEnd.askHealth([&](bool running) {
-            if (running)
-                loop.exit(0);
-            else
-                QTimer::singleShot(50ms, &loop, ask);
-        });
-    };
-    QTimer::singleShot(patience, &loop, [&loop] { loop.exit(1); });
-    ask();
-    return loop.exec() == 0;
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {
@@ -51,18 +31,13 @@ int main(int argc, char **argv)
     const QCommandLineOption pictures(QStringLiteral("pictures"),
         QStringLiteral("Folder for the pictures of --auto."), QStringLiteral("folder"),
         QStringLiteral("."));
+    const QCommandLineOption record(QStringLiteral("record"),
+        QStringLiteral("Folder for the frames of --auto, played at leisure."),
+        QStringLiteral("folder"));
     const QCommandLineOption language(QStringLiteral("lang"),
         QStringLiteral("Language instead of the system's, as \"ar\"."), QStringLiteral("name"));
-    const QCommandLineOption awaitService(QStringLiteral("await-service"),
-        QStringLiteral("Only wait, this long, until the sandbox answers."),
-        QStringLiteral("seconds"));
-    arguments.addOptions({ automatic, pictures, language, awaitService });
+    arguments.addOptions({ automatic, pictures, record, language });
     arguments.process(app);
-
-    if (arguments.isSet(awaitService)) {
-        demo::BackEnd backEnd;
-        return await(backEnd, std::chrono::seconds(arguments.value(awaitService).toInt())) ? 0 : 1;
-    }
 
     const QLocale locale =
         arguments.isSet(language) ? QLocale(arguments.value(language)) : QLocale::system();
@@ -87,7 +62,10 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "demo: cannot make the folder %s\n", qPrintable(folder));
         return 1;
     }
-    demo::AutoPlayer player(window, folder);
+    std::optional<demo::Recorder> recorder;
+    if (arguments.isSet(record))
+        recorder.emplace(window, arguments.value(record));
+    demo::AutoPlayer player(window, folder, recorder ? 700ms : 0ms);
     int outcome = 1;
     QTimer::singleShot(0, &player, [&] {
         outcome = player.play() ? 0 : 1;
