@@ -99,8 +99,9 @@ bool AutoPlayer::playSms()
     };
     if (!askForCode(code) || !typeCode(wrongFor(code)) || !check() || !refused())
         return false;
-    return askForCode(code) && typeCode(code) && picture(QStringLiteral("code-entry-filled"))
-        && check() && confirmed(QStringLiteral("verified-by-code"));
+    return askForCode(code) && takeCodeFromMessage(code)
+        && picture(QStringLiteral("code-entry-filled")) && check()
+        && confirmed(QStringLiteral("verified-by-code"));
 }
 
 bool AutoPlayer::askForCode(QString &code)
@@ -189,6 +190,24 @@ bool AutoPlayer::typeCode(const QString &code)
             return false;
     }
     return true;
+}
+
+bool AutoPlayer::takeCodeFromMessage(const QString &code)
+{
+    const QString button = QStringLiteral("btnMessageCode");
+    const auto offered = [&] {
+        const QWidget *offer = visible(button);
+        return offer && textOf(offer).contains(code);
+    };
+    const auto filled = [&] {
+        QString all;
+        for (const char *name : { "txtCode0", "txtCode1", "txtCode2" })
+            all += textOf(visible(QLatin1String(name)));
+        return all == code;
+    };
+    return waitFor(tr("the code in the message is offered"), offered)
+        && picture(QStringLiteral("code-offered"))
+        && tap(button, tr("the code is filled in"), filled);
 }
 
 bool AutoPlayer::outcome(QString &state)

@@ -37,6 +37,7 @@ private:
     [[nodiscard]] bool presentKit();
     [[nodiscard]] bool pickCountry();
     [[nodiscard]] bool typeCode(const QString &code);
+    [[nodiscard]] bool takeCodeFromMessage(const QString &code);
     [[nodiscard]] bool askForCode(QString &code);
     [[nodiscard]] bool outcome(QString &state);
     [[nodiscard]] bool refused();

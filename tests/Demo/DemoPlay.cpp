@@ -81,8 +81,9 @@ const Screen screens[] = {
     { "09-phone-entry-filled", true, 3 },
     { "10-code-entry", true, 3 },
     { "11-not-verified", false, 3 },
-    { "12-code-entry-filled", true, 3 },
-    { "13-verified-by-code", false, 3 },
+    { "12-code-offered", true, 4 },
+    { "13-code-entry-filled", true, 3 },
+    { "14-verified-by-code", false, 3 },
 };
 
 class DemoPlay : public testing::TestWithParam<const char *> { };
