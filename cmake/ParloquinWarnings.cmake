@@ -1,7 +1,8 @@
 # One interface target carries what every target of this tree is compiled with.
 add_library(ParloquinWarnings INTERFACE)
 target_compile_features(ParloquinWarnings INTERFACE cxx_std_20)
-target_compile_options(ParloquinWarnings INTERFACE -Wall -Wextra -Wpedantic -Werror)
+target_compile_options(ParloquinWarnings INTERFACE -Wall -Wextra -Wpedantic
+    $<$<BOOL:${PARLOQUIN_WARNINGS_ARE_ERRORS}>:-Werror>)
 if(NOT CMAKE_UNITY_BUILD)
     target_compile_options(ParloquinWarnings INTERFACE -Wshadow)
 elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -81,11 +81,11 @@ void ApiClient::handleAnswer(std::optional<QByteArray> data,
 
 void ApiClient::tellRefusal(const std::optional<MetaModel> &meta) const
 {
-    const auto status = meta ? meta->httpStatusCode : std::nullopt;
-    const auto code = meta ? meta->errorCode : std::nullopt;
+    const MetaModel said = meta.value_or(MetaModel());
     qCWarning(developerLog, "%ls: refused by the service, status %d, code %ls",
-        qUtf16Printable(router ? router->path() : QString()), status ? rawValue(*status) : 0,
-        qUtf16Printable(code ? rawValue(*code) : QStringLiteral("none")));
+        qUtf16Printable(router ? router->path() : QString()),
+        said.httpStatusCode ? rawValue(*said.httpStatusCode) : 0,
+        qUtf16Printable(said.errorCode ? rawValue(*said.errorCode) : QStringLiteral("none")));
 }
 
 void ApiClient::cancelRequest()
