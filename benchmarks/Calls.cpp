@@ -3,6 +3,7 @@
 #include "BareSession.h"
 #include "Families.h"
 #include "Inputs.h"
+#include "Parloquin/Networking/Model/Response/StartResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
 #include "Parloquin/Parloquin.h"

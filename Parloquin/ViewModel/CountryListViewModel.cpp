@@ -1,10 +1,8 @@
 #include "Parloquin/ViewModel/CountryListViewModel.h"
 
-#include "Parloquin/Extension/Encodable+Extension.h"
 #include "Parloquin/Extension/QString+Characters.h"
-#include "Parloquin/Extension/RawValues.h"
-#include "Parloquin/Manager/LogManager.h"
-#include "Parloquin/Platform/MainQueue.h"
+#include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
+#include "Parloquin/ViewModel/Base/Answer.h"
 
 #include <QtCore/QCollator>
 
@@ -27,19 +25,14 @@ QCollator caseInsensitiveCollator()
 
 Completion<CountryResponseModel> CountryListViewModel::getCountries()
 {
-    return [weak = weak_from_this()](const Result<CountryResponseModel> &result) {
-        if (const ApiError *error = result.error()) {
-            print(rawValue(*error));
+    return [origin = AnswerOrigin(weak_from_this(), presentedViewController)](
+               const Result<CountryResponseModel> &result) {
+        const auto *const envelope = printed(result);
+        if (!envelope)
             return;
-        }
-        const auto &envelope = *result.response();
-        print(dump(envelope));
-        onMain([weak, answer = envelope.result] {
-            const auto self = weak.lock();
-            if (!self)
-                return;
-            self->countryList = answer && answer->list ? *answer->list : QList<CountryModel>();
-            self->splitCountriesWithSections();
+        origin.onMainThread([answer = envelope->result](CountryListViewModel &self) {
+            self.countryList = answer && answer->list ? *answer->list : QList<CountryModel>();
+            self.splitCountriesWithSections();
         });
     };
 }

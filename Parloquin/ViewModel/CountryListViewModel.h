@@ -2,7 +2,6 @@
 
 #include "Parloquin/Model/CountryModel.h"
 #include "Parloquin/Networking/Client/Result.h"
-#include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
 #include <QtCore/QList>
@@ -12,6 +11,8 @@
 #include <memory>
 
 namespace parloquin {
+
+struct CountryResponseModel;
 
 /// \brief The countries of the picker, grouped by the first character of their names. Main thread
 /// only.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Parloquin/Networking/Client/Result.h"
-#include "Parloquin/Networking/Model/Response/CheckOtpResponseModel.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
 #include <QtCore/QString>
@@ -28,11 +26,6 @@ public:
     /// network. A call that failed is reported even when the screen is gone by then; an answer is
     /// not.
     void requestCheckOtp();
-
-private:
-    // Any thread.
-    static void receive(const std::weak_ptr<OtpCheckViewModel> &weak,
-        const std::weak_ptr<Updateable> &screen, const Result<CheckOtpResponseModel> &result);
 };
 
 } // namespace parloquin

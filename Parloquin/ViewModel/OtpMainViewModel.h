@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Parloquin/Networking/Client/Result.h"
-#include "Parloquin/Networking/Model/Response/SendOtpResponseModel.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
 #include <QtCore/QString>
@@ -26,11 +24,6 @@ public:
     ///
     /// Refuses in silence while the number or the country is missing.
     void requestSendOtp();
-
-private:
-    // Any thread.
-    static void receive(const std::weak_ptr<OtpMainViewModel> &weak,
-        const std::weak_ptr<Updateable> &screen, const Result<SendOtpResponseModel> &result);
 };
 
 } // namespace parloquin

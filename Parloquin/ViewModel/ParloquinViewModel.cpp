@@ -1,75 +1,38 @@
 #include "Parloquin/ViewModel/ParloquinViewModel.h"
 
-#include "Parloquin/Extension/Encodable+Extension.h"
-#include "Parloquin/Extension/RawValues.h"
 #include "Parloquin/Manager/DeveloperLog.h"
 #include "Parloquin/Manager/HudManager.h"
-#include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Manager/URLSchemeManager.h"
+#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
+#include "Parloquin/Networking/Model/Request/StartRequestModel.h"
+#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
+#include "Parloquin/Networking/Model/Response/StartResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Platform/Device.h"
-#include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Platform/UrlOpener.h"
-#include "Parloquin/Protocol/ParloquinDelegate.h"
-#include "Parloquin/Protocol/ParloquinSingleton.h"
-
-#include <utility>
+#include "Parloquin/ViewModel/Base/Answer.h"
 
 namespace parloquin {
-namespace {
 
-void tellOfNoDelegate()
-{
-    qCWarning(developerLog, "an outcome reaches nobody: no delegate is set");
-}
-
-/// Any thread. Asked for at each outcome: the host may have replaced it since the call began.
-void tellFailure(ParloquinError error)
-{
-    if (const auto delegate = ParloquinSingleton::shared().delegate())
-        delegate->verificationDidFail(error);
-    else
-        tellOfNoDelegate();
-}
-
-} // namespace
-
-void ParloquinViewModel::Origin::hideProgress() const
-{
-    if (!viewModel.expired() && !screen.expired())
-        HudManager::shared().hide(screen);
-}
-
-ParloquinViewModel::Origin ParloquinViewModel::origin()
+AnswerOrigin<ParloquinViewModel> ParloquinViewModel::origin()
 {
     return { weak_from_this(), presentedViewController };
 }
 
 void ParloquinViewModel::requestInit()
 {
-    ApiRequest::initializer([origin = origin()](const auto &result) { receive(origin, result); });
-}
-
-void ParloquinViewModel::receive(const Origin &origin, const Result<InitResponseModel> &result)
-{
-    if (const ApiError *error = result.error()) {
-        print(rawValue(*error));
-        tellFailure(ParloquinError::serverError);
-        origin.hideProgress();
-        return;
-    }
-
-    const auto &envelope = *result.response();
-    print(dump(envelope));
-    if (origin.viewModel.expired())
-        return;
-    onMain([weak = origin.viewModel, answer = envelope.result] {
-        const auto self = weak.lock();
-        if (!self)
+    ApiRequest::initializer([origin = origin()](const Result<InitResponseModel> &result) {
+        const auto *const envelope = printed(result);
+        if (!envelope) {
+            tellFailure(ParloquinError::serverError);
+            origin.hideProgress();
             return;
-        self->initResponse = answer;
-        self->kits = answer && answer->list ? *answer->list : QList<ThirdPartyKitModel>();
-        self->rebindScreen();
+        }
+        origin.onMainThread([answer = envelope->result](ParloquinViewModel &self) {
+            self.initResponse = answer;
+            self.kits = answer && answer->list ? *answer->list : QList<ThirdPartyKitModel>();
+            self.rebindScreen();
+        });
     });
 }
 
@@ -88,28 +51,19 @@ void ParloquinViewModel::start(const ThirdPartyKitModel &kit)
     request.installedApps = schemes.getInstalledAppsOnDevice(initResponse
             ? initResponse->appPackageList.value_or(QList<AppPackageModel>())
             : QList<AppPackageModel>());
-    ApiRequest::start(
-        request, [origin = origin()](const auto &result) { receive(origin, result); });
-}
-
-void ParloquinViewModel::receive(const Origin &origin, const Result<StartResponseModel> &result)
-{
-    origin.hideProgress();
-    if (const ApiError *error = result.error()) {
-        print(rawValue(*error));
-        tellFailure(ParloquinError::serverError);
-        return;
-    }
-
-    const auto &envelope = *result.response();
-    print(dump(envelope));
-    if (origin.viewModel.expired())
-        return;
-    const StartResponseModel answer = envelope.result.value_or(StartResponseModel());
-    openDeeplink(answer.deeplink.value_or(QString()));
-    onMain([weak = origin.viewModel, reference = answer.reference] {
-        if (const auto self = weak.lock())
-            self->startReference = reference;
+    ApiRequest::start(request, [origin = origin()](const Result<StartResponseModel> &result) {
+        origin.hideProgress();
+        const auto *const envelope = printed(result);
+        if (!envelope) {
+            tellFailure(ParloquinError::serverError);
+            return;
+        }
+        if (origin.isGone())
+            return;
+        const StartResponseModel answer = envelope->result.value_or(StartResponseModel());
+        openDeeplink(answer.deeplink.value_or(QString()));
+        origin.onMainThread([reference = answer.reference](
+                                ParloquinViewModel &self) { self.startReference = reference; });
     });
 }
 
@@ -134,29 +88,14 @@ void ParloquinViewModel::checkStatusAfterThirdPartyApp()
         HudManager::shared().show(presentedViewController);
     // The reference stays: every later return asks again, until a new start replaces it.
     ApiRequest::check({ .reference = startReference },
-        [origin = origin()](const auto &result) { receive(origin, result); });
-}
-
-void ParloquinViewModel::receive(const Origin &origin, const Result<CheckResponseModel> &result)
-{
-    origin.hideProgress();
-    if (const ApiError *error = result.error()) {
-        print(rawValue(*error));
-        tellFailure(ParloquinError::serverError);
-        return;
-    }
-
-    const auto &envelope = *result.response();
-    print(dump(envelope));
-    if (origin.viewModel.expired())
-        return;
-    // The session id alone decides, whatever the answer says of the validation.
-    if (!envelope.result || !envelope.result->sessionId)
-        tellFailure(ParloquinError::authorizationError);
-    else if (const auto delegate = ParloquinSingleton::shared().delegate())
-        delegate->verificationDidSucceed(*envelope.result->sessionId);
-    else
-        tellOfNoDelegate();
+        [origin = origin()](const Result<CheckResponseModel> &result) {
+            origin.hideProgress();
+            const auto *const envelope = printed(result);
+            if (!envelope)
+                tellFailure(ParloquinError::serverError);
+            else if (!origin.isGone())
+                tellOutcome(envelope->result ? envelope->result->sessionId : std::nullopt);
+        });
 }
 
 } // namespace parloquin

@@ -1,10 +1,7 @@
 #pragma once
 
 #include "Parloquin/Model/ThirdPartyKitModel.h"
-#include "Parloquin/Networking/Client/Result.h"
-#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
 #include "Parloquin/Networking/Model/Response/InitResponseModel.h"
-#include "Parloquin/Networking/Model/Response/StartResponseModel.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
 #include <QtCore/QList>
@@ -14,6 +11,8 @@
 #include <optional>
 
 namespace parloquin {
+
+template <class ViewModel> class AnswerOrigin;
 
 /// \brief The road by messaging app: which apps there are, the way to one, the outcome.
 ///
@@ -40,19 +39,7 @@ public:
     void checkStatusAfterThirdPartyApp();
 
 private:
-    /// The way back from the network thread, where neither may be locked.
-    struct Origin {
-        std::weak_ptr<ParloquinViewModel> viewModel;
-        std::weak_ptr<Updateable> screen;
-
-        /// Takes the progress overlay away, if both are still there.
-        void hideProgress() const;
-    };
-    [[nodiscard]] Origin origin();
-
-    static void receive(const Origin &origin, const Result<InitResponseModel> &result);
-    static void receive(const Origin &origin, const Result<StartResponseModel> &result);
-    static void receive(const Origin &origin, const Result<CheckResponseModel> &result);
+    [[nodiscard]] AnswerOrigin<ParloquinViewModel> origin();
     static void openDeeplink(const QString &deeplink);
 };
 

@@ -64,7 +64,9 @@ Answer<CallResult> Calls::perform(
         return checkOtp(parameters);
     if (call == "result")
         return result(parameters);
-    return country();
+    if (call == "country")
+        return country();
+    return Refusal { 404, {}, '"' + call + "\": a form, but no answer of this service" };
 }
 
 CallResult Calls::init(const json &parameters, const std::string &ownUrl) const

@@ -1,6 +1,7 @@
 // A host that sends every call to the service at argv[1], one after another, and ends.
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Request/Request.h"
+#include "Parloquin/Networking/Router/ApiModels.h"
 #include "Parloquin/Platform/MainQueue.h"
 #include "support/ServiceEndpoint.h"
 
@@ -16,27 +17,32 @@ constexpr auto next = [](const auto &) { onMain(sendNext); };
 
 QString text(const char *utf8) { return QString::fromUtf8(utf8); }
 
-// Between them: whatever JSON escapes, letters beyond ASCII, a plus sign, a missing field.
-void (*const calls[])() = {
-    [] { ApiRequest::initializer(next); },
-    [] {
-        ApiRequest::start({ text("tr"), text("Zoë's \"app\" 1/2 \x01\n🌀"),
-                              text(R"({"kite:\/\/":"0","parlo:\/\/":"1"})") },
-            next);
-    },
-    [] { ApiRequest::check({ text("ref/1") }, next); },
-    [] {
-        ApiRequest::sendOTP({ text("+905551234567"), {} }, next);
-    },
-    [] {
-        ApiRequest::checkOTP({ text("5551234567"), text("TR"), text("A\\7"), text("r-2") }, next);
-    },
-    [] { // has no operation
-        std::make_shared<ApiClient>()->request<CheckResponseModel>(
-            ApiRouter::checkResult({ text("s-3") }), next);
-    },
-    [] { ApiRequest::country(next); },
-};
+// What each call sends. Between them: whatever JSON escapes, letters beyond ASCII, a plus sign, a
+// missing field. A call that is not here does not link.
+template <class RequestModel> RequestModel sample();
+template <> StartRequestModel sample()
+{
+    return { text("tr"), text("Zoë's \"app\" 1/2 \x01\n🌀"),
+        text(R"({"kite:\/\/":"0","parlo:\/\/":"1"})") };
+}
+template <> CheckRequestModel sample() { return { text("ref/1") }; }
+template <> SendOtpRequestModel sample() { return { text("+905551234567"), {} }; }
+template <> CheckOtpRequestModel sample()
+{
+    return { text("5551234567"), text("TR"), text("A\\7"), text("r-2") };
+}
+template <> CheckResultRequestModel sample() { return { text("s-3") }; }
+
+#define PARLOQUIN_given(name, RequestModel, ResponseModel)                                         \
+    ApiRequest::name(sample<RequestModel>(), next)
+#define PARLOQUIN_own(name, RequestModel, ResponseModel) ApiRequest::name(next)
+#define PARLOQUIN_none(name, RequestModel, ResponseModel)                                          \
+    std::make_shared<ApiClient>()->request<ResponseModel>(                                         \
+        ApiRouter::name(sample<RequestModel>()), next)
+#define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel)                              \
+    [] { PARLOQUIN_##takes(name, RequestModel, ResponseModel); },
+void (*const calls[])() = { PARLOQUIN_API_CALLS(PARLOQUIN_ROW) };
+#undef PARLOQUIN_ROW
 
 void sendNext()
 {

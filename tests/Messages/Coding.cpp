@@ -4,12 +4,7 @@
 #include "Parloquin/Extension/String+Extension.h"
 #include "Parloquin/Networking/Model/Base/BaseRequestHeaderModel.h"
 #include "Parloquin/Networking/Model/Base/BaseResponseModel.h"
-#include "Parloquin/Networking/Model/Response/CheckOtpResponseModel.h"
-#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
-#include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
-#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
-#include "Parloquin/Networking/Model/Response/SendOtpResponseModel.h"
-#include "Parloquin/Networking/Model/Response/StartResponseModel.h"
+#include "Parloquin/Networking/Router/ApiModels.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
 
 #include <QtCore/QJsonArray>

@@ -1,4 +1,5 @@
 #include "Parloquin/Networking/Helper/ApiRequestHelper.h"
+#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
 #include "support/ServiceEndpoint.h"
 

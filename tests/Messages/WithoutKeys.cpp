@@ -1,4 +1,5 @@
 #include "Parloquin/Manager/EncryptManager.h"
+#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
 
 #include <gtest/gtest.h>

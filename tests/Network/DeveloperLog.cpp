@@ -2,6 +2,7 @@
 #include "Network/Awaited.h"
 #include "Parloquin/Manager/URLSchemeManager.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"

@@ -1,5 +1,8 @@
 // What becomes of a call in every weather, over real sockets.
 #include "Network/Awaited.h"
+#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
+#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
+#include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"

@@ -1,5 +1,6 @@
 // A host in small: sends `init` to the service at argv[1], and quits when the call has its outcome,
 // or when a byte comes on standard input. argv[2] "exit": without returning from main().
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Platform/MainQueue.h"
 #include "support/ServiceEndpoint.h"

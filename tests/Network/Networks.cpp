@@ -2,6 +2,7 @@
 // proxies. Each case has a network of its own.
 #include "Network/Get.h"
 #include "Parloquin/Networking/Request/Request.h"
+#include "Parloquin/Networking/Router/ApiModels.h"
 #include "support/NameServer.h"
 #include "support/OwnNetwork.h"
 #include "support/RawServer.h"

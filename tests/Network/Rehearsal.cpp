@@ -2,6 +2,7 @@
 #include "Parloquin/Platform/Rehearsal.h"
 
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Platform/UrlOpener.h"
 #include "support/RawServer.h"

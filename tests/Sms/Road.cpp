@@ -1,6 +1,8 @@
 #include "Parloquin/Controller/CountryListViewController.h"
 #include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
+#include "Parloquin/Networking/Model/Request/StartRequestModel.h"
+#include "Parloquin/Networking/Model/Response/StartResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Sms/SmsRoad.h"
 

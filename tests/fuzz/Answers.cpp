@@ -3,7 +3,7 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Networking/Helper/Reachability.h"
-#include "Parloquin/Networking/Request/Request.h"
+#include "Parloquin/Networking/Router/ApiModels.h"
 #include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "fuzz/Fuzz.h"
 
@@ -101,9 +101,9 @@ static void picture()
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     using namespace parloquin;
-    constexpr void (*calls[])() = { call<InitResponseModel>, call<StartResponseModel>,
-        call<CheckResponseModel>, call<SendOtpResponseModel>, call<CheckOtpResponseModel>,
-        call<CountryResponseModel>, picture, picture };
+#define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel) call<ResponseModel>,
+    constexpr void (*calls[])() = { PARLOQUIN_API_CALLS(PARLOQUIN_ROW) };
+#undef PARLOQUIN_ROW
     static char name[] = "fuzz", option[] = "-platform", platform[] = "offscreen";
     static char *arguments[] = { name, option, platform, nullptr };
     static int count = 3;
@@ -111,6 +111,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     if (size < 2)
         return 0;
     setAnswer(static_cast<char>(bytes[1]), bytesOf(bytes + 2, size - 2));
-    calls[bytes[0] % std::size(calls)]();
+    if (bytes[0] == 'p')
+        picture();
+    else
+        calls[static_cast<std::uint8_t>(bytes[0] - '0') % std::size(calls)]();
     return 0;
 }

@@ -1,7 +1,9 @@
 // The envelope of each call, against a second reader: read whole and as written, or not at all.
 #include "Parloquin/Extension/Decodable+Extension.h"
 #include "Parloquin/Extension/Encodable+Extension.h"
-#include "Parloquin/Networking/Request/Request.h"
+#include "Parloquin/Networking/Model/Base/BaseResponseModel.h"
+#include "Parloquin/Networking/Router/ApiCalls.h"
+#include "Parloquin/Networking/Router/ApiModels.h"
 #include "fuzz/Fuzz.h"
 
 #include <QtCore/QJsonArray>
@@ -69,10 +71,11 @@ template <class T> void check(const QByteArray &bytes)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    constexpr void (*checks[])(const QByteArray &) = { check<InitResponseModel>,
-        check<StartResponseModel>, check<CheckResponseModel>, check<SendOtpResponseModel>,
-        check<CheckOtpResponseModel>, check<CountryResponseModel> };
+#define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel) check<ResponseModel>,
+    constexpr void (*checks[])(const QByteArray &) = { PARLOQUIN_API_CALLS(PARLOQUIN_ROW) };
+#undef PARLOQUIN_ROW
     if (size > 0)
-        checks[data[0] % std::size(checks)](bytesOf(data + 1, size - 1));
+        checks[static_cast<std::uint8_t>(data[0] - '0') % std::size(checks)](
+            bytesOf(data + 1, size - 1));
     return 0;
 }

@@ -63,7 +63,7 @@ void ApiClient::handleAnswer(std::optional<QByteArray> data,
     }
 
     QString fault;
-    const std::optional<Answer> answer = decoder(*data, &fault);
+    std::optional<Answer> answer = decoder(*data, &fault);
     if (!answer) {
         printJsonParseError(fault, *data);
         fail(ApiError::jsonDecode);
@@ -76,6 +76,9 @@ void ApiClient::handleAnswer(std::optional<QByteArray> data,
     logRequest(answer->dump,
         urlRequest.body ? apiResponseHelper.getData(*urlRequest.body) : std::nullopt,
         response->headers, urlRequest);
+    // What only decoding needed goes first: an answer may be large, and be taken apart meanwhile.
+    data.reset();
+    answer->dump.clear();
     answer->deliver();
 }
 

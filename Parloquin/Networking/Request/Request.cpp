@@ -1,6 +1,7 @@
 #include "Parloquin/Networking/Request/Request.h"
 
 #include "Parloquin/Networking/Client/ApiClient.h"
+#include "Parloquin/Networking/Router/ApiModels.h"
 #include "Parloquin/Platform/Device.h"
 
 #include <memory>
@@ -10,45 +11,33 @@ namespace parloquin {
 
 namespace {
 
-template <class T> void send(ApiRouter route, Completion<T> completion)
+template <class T> void send(const ApiRouter &route, Completion<T> completion)
 {
-    std::make_shared<ApiClient>()->request<T>(std::move(route), std::move(completion));
+    std::make_shared<ApiClient>()->request<T>(route, std::move(completion));
 }
+
+template <class RequestModel> RequestModel own() { return {}; }
+template <> CountryRequestModel own() { return { Device::regionCode() }; }
 
 } // namespace
 
-void ApiRequest::initializer(Completion<InitResponseModel> completion)
-{
-    send(ApiRouter::initializer(InitRequestModel()), std::move(completion));
-}
-
-void ApiRequest::start(
-    const StartRequestModel &requestModel, Completion<StartResponseModel> completion)
-{
-    send(ApiRouter::start(requestModel), std::move(completion));
-}
-
-void ApiRequest::check(
-    const CheckRequestModel &requestModel, Completion<CheckResponseModel> completion)
-{
-    send(ApiRouter::check(requestModel), std::move(completion));
-}
-
-void ApiRequest::sendOTP(
-    const SendOtpRequestModel &requestModel, Completion<SendOtpResponseModel> completion)
-{
-    send(ApiRouter::sendOTP(requestModel), std::move(completion));
-}
-
-void ApiRequest::checkOTP(
-    const CheckOtpRequestModel &requestModel, Completion<CheckOtpResponseModel> completion)
-{
-    send(ApiRouter::checkOTP(requestModel), std::move(completion));
-}
-
-void ApiRequest::country(Completion<CountryResponseModel> completion)
-{
-    send(ApiRouter::country({ Device::regionCode() }), std::move(completion));
-}
+#define PARLOQUIN_given(name, RequestModel, ResponseModel)                                         \
+    void ApiRequest::name(const RequestModel &requestModel, Completion<ResponseModel> completion)  \
+    {                                                                                              \
+        send(ApiRouter::name(requestModel), std::move(completion));                                \
+    }
+#define PARLOQUIN_own(name, RequestModel, ResponseModel)                                           \
+    void ApiRequest::name(Completion<ResponseModel> completion)                                    \
+    {                                                                                              \
+        send(ApiRouter::name(own<RequestModel>()), std::move(completion));                         \
+    }
+#define PARLOQUIN_none(name, RequestModel, ResponseModel)
+#define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel)                              \
+    PARLOQUIN_##takes(name, RequestModel, ResponseModel)
+PARLOQUIN_API_CALLS(PARLOQUIN_ROW)
+#undef PARLOQUIN_ROW
+#undef PARLOQUIN_none
+#undef PARLOQUIN_own
+#undef PARLOQUIN_given
 
 } // namespace parloquin

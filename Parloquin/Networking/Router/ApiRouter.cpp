@@ -5,20 +5,11 @@ namespace parloquin {
 QString ApiRouter::path() const
 {
     switch (route()) {
-    case Route::initializer:
-        return QStringLiteral("init");
-    case Route::start:
-        return QStringLiteral("start");
-    case Route::check:
-        return QStringLiteral("check");
-    case Route::sendOTP:
-        return QStringLiteral("send-otp");
-    case Route::checkOTP:
-        return QStringLiteral("check-otp");
-    case Route::checkResult:
-        return QStringLiteral("result");
-    case Route::country:
-        return QStringLiteral("country");
+#define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel)                              \
+    case Route::name:                                                                              \
+        return QStringLiteral(path);
+        PARLOQUIN_API_CALLS(PARLOQUIN_ROW)
+#undef PARLOQUIN_ROW
     }
     return {};
 }

@@ -1,38 +1,29 @@
 #pragma once
 
-#include "Parloquin/Networking/Model/Request/CheckOtpRequestModel.h"
-#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
-#include "Parloquin/Networking/Model/Request/CheckResultRequestModel.h"
-#include "Parloquin/Networking/Model/Request/CountryRequestModel.h"
-#include "Parloquin/Networking/Model/Request/InitRequestModel.h"
-#include "Parloquin/Networking/Model/Request/SendOtpRequestModel.h"
-#include "Parloquin/Networking/Model/Request/StartRequestModel.h"
+#include "Parloquin/Networking/Router/ApiCalls.h"
 #include "Parloquin/Transport/UrlRequest.h"
 
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
 #include <utility>
-#include <variant>
 
 namespace parloquin {
 
-/// \brief One call to the service with its request model. A plain value.
+/// \brief One call to the service with what it sends. A plain value.
 class ApiRouter {
 public:
-    enum class Route { initializer, start, check, sendOTP, checkOTP, checkResult, country };
+#define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel) name,
+    enum class Route { PARLOQUIN_API_CALLS(PARLOQUIN_ROW) };
+#undef PARLOQUIN_ROW
 
-    // clang-format off
-    static ApiRouter initializer(InitRequestModel model) { return ApiRouter(std::move(model)); }
-    static ApiRouter start(StartRequestModel model) { return ApiRouter(std::move(model)); }
-    static ApiRouter check(CheckRequestModel model) { return ApiRouter(std::move(model)); }
-    static ApiRouter sendOTP(SendOtpRequestModel model) { return ApiRouter(std::move(model)); }
-    static ApiRouter checkOTP(CheckOtpRequestModel model) { return ApiRouter(std::move(model)); }
-    static ApiRouter checkResult(CheckResultRequestModel model) { return ApiRouter(std::move(model)); }
-    static ApiRouter country(CountryRequestModel model) { return ApiRouter(std::move(model)); }
-    // clang-format on
+// A maker for each route, of its name.
+#define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel)                              \
+    static ApiRouter name(const RequestModel &model);
+    PARLOQUIN_API_CALLS(PARLOQUIN_ROW)
+#undef PARLOQUIN_ROW
 
-    [[nodiscard]] Route route() const { return static_cast<Route>(m_model.index()); }
+    [[nodiscard]] Route route() const { return m_route; }
 
     /// Last part of the route's URL; not the name of its case.
     [[nodiscard]] QString path() const;
@@ -41,7 +32,7 @@ public:
     [[nodiscard]] QByteArray method() const;
 
     /// The request model as a dictionary, as it comes: neither cleaned nor encrypted.
-    [[nodiscard]] QJsonObject parameters() const;
+    [[nodiscard]] QJsonObject parameters() const { return m_parameters; }
 
     /// \brief Builds the signed and encrypted request of this moment; it always has a body.
     ///
@@ -51,16 +42,14 @@ public:
     [[nodiscard]] UrlRequest asURLRequest() const;
 
 private:
-    // In the order of Route.
-    using Model = std::variant<InitRequestModel, StartRequestModel, CheckRequestModel,
-        SendOtpRequestModel, CheckOtpRequestModel, CheckResultRequestModel, CountryRequestModel>;
-
-    explicit ApiRouter(Model model)
-        : m_model(std::move(model))
+    ApiRouter(Route route, QJsonObject parameters)
+        : m_route(route)
+        , m_parameters(std::move(parameters))
     {
     }
 
-    Model m_model;
+    Route m_route;
+    QJsonObject m_parameters;
 };
 
 } // namespace parloquin
