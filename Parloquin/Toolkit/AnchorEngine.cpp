@@ -46,22 +46,22 @@ AnchorEngine::AnchorEngine(QWidget *root)
     watch(root);
 }
 
-void AnchorEngine::watch(QWidget *item)
+void AnchorEngine::watch(QWidget *parent)
 {
-    for (auto *widget = item; widget; widget = widget->parentWidget()) {
-        widget->removeEventFilter(this); // never twice
-        widget->installEventFilter(this);
-        if (widget == m_root)
-            break;
-    }
+    if (m_parents.contains(parent))
+        return;
+    m_parents.append(parent);
+    parent->installEventFilter(this);
 }
 
 void AnchorEngine::add(const Constraint &row)
 {
     m_rows.append({ row, row.left.item, row.right.item });
-    watch(row.left.item);
-    if (row.right.item)
-        watch(row.right.item);
+    // A widget whose text asks for another size tells its parent.
+    for (const auto *item : { row.left.item, row.right.item }) {
+        if (item && item != m_root && item->parentWidget())
+            watch(item->parentWidget());
+    }
 }
 
 void AnchorEngine::layOut()
@@ -107,17 +107,41 @@ bool AnchorEngine::eventFilter(QObject *watched, QEvent *event)
         if (watched == m_root)
             layOut();
         break;
-    case QEvent::LayoutRequest:
     case QEvent::LayoutDirectionChange:
     case QEvent::FontChange:
-        // Before the first size there is nothing to lay out; showing root does.
-        if (!m_root->testAttribute(Qt::WA_PendingResizeEvent) || m_root->isVisible())
+        if (watched == m_root && hasSize())
             layOut();
+        break;
+    case QEvent::LayoutRequest:
+        if (hasSize()) {
+            forgetRequests();
+            layOut();
+        }
         break;
     default:
         break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+// Before the first size there is nothing to lay out; showing root does.
+bool AnchorEngine::hasSize() const
+{
+    return !m_root->testAttribute(Qt::WA_PendingResizeEvent) || m_root->isVisible();
+}
+
+// What other texts have asked for by now is part of the layout to come. Not left for later, as a
+// screen would be painted in between.
+void AnchorEngine::forgetRequests()
+{
+    m_parents.removeAll(nullptr);
+    for (const auto &parent : std::as_const(m_parents)) {
+        const bool isLaidOutByUsAlone = parent == m_root
+            || !(parent->layout()
+                || parent->findChild<AnchorEngine *>({}, Qt::FindDirectChildrenOnly));
+        if (isLaidOutByUsAlone)
+            QCoreApplication::removePostedEvents(parent, QEvent::LayoutRequest);
+    }
 }
 
 void activate(QWidget *root, std::initializer_list<Constraint> rows)

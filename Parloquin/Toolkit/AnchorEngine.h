@@ -10,8 +10,9 @@ namespace parloquin {
 
 /// \brief Holds the rows of one root and lays out anew when anything they depend on changes.
 ///
-/// A child of root. It lays out when root is shown or resized, turns around, or when a text asks
-/// for another size; never while its table may still be growing within one call.
+/// A child of root. It lays out when root is shown or resized, and, once for all that has come by
+/// then, when root turns around or texts ask for other sizes; never while its table may still be
+/// growing within one call.
 class AnchorEngine : public QObject {
     Q_OBJECT
 public:
@@ -32,10 +33,13 @@ private:
     };
 
     explicit AnchorEngine(QWidget *root);
-    void watch(QWidget *item);
+    void watch(QWidget *parent);
+    [[nodiscard]] bool hasSize() const;
+    void forgetRequests();
 
     QWidget *m_root;
     QList<Row> m_rows;
+    QList<QPointer<QWidget>> m_parents; // of the widgets in rows, and root
     bool m_layingOut = false;
 };
 

@@ -3,6 +3,7 @@
 #include "Parloquin/Platform/Fatal.h"
 
 #include <cmath>
+#include <utility>
 
 namespace parloquin {
 
@@ -46,6 +47,28 @@ QString nameOf(const QWidget *item)
         : item->objectName();
 }
 
+std::optional<qreal> heightForWidth(const QWidget *item, const AnchorSolver::Place &place)
+{
+    if (!place.horizontal[size] || !item->hasHeightForWidth())
+        return {};
+    return item->heightForWidth(static_cast<int>(std::floor(*place.horizontal[size] + tolerance)));
+}
+
+std::optional<qreal> hinted(int length)
+{
+    return length < 0 ? std::nullopt : std::optional<qreal>(length);
+}
+
+std::optional<qreal> hintedWidth(const QWidget *item, const AnchorSolver::Place &)
+{
+    return hinted(item->sizeHint().width());
+}
+
+std::optional<qreal> hintedHeight(const QWidget *item, const AnchorSolver::Place &)
+{
+    return item->hasHeightForWidth() ? std::nullopt : hinted(item->sizeHint().height());
+}
+
 [[noreturn]] void contradiction(const QWidget *item, qreal is, qreal other)
 {
     fatal(QStringLiteral("anchors: %1 is given two places (%2 and %3); drop a row of its table")
@@ -81,9 +104,8 @@ AnchorSolver::AnchorSolver(QWidget *root, const QList<Constraint> &rows)
 
 const QHash<QWidget *, AnchorSolver::Place> &AnchorSolver::solve()
 {
-    do {
-        while (spread()) { }
-    } while (askText());
+    while (spread()) { }
+    while (askTexts()) { }
     checkComplete();
     return m_places;
 }
@@ -156,32 +178,36 @@ bool AnchorSolver::spread()
     return changed;
 }
 
-// One answer at a time: it may settle what another text would be asked for.
-bool AnchorSolver::askText()
+// Whoever has one kind of answer is asked in the same round, so that the order of rows says
+// nothing.
+bool AnchorSolver::askTexts()
 {
+    return askEach(&Place::vertical, heightForWidth) || askEach(&Place::horizontal, hintedWidth)
+        || askEach(&Place::vertical, hintedHeight);
+}
+
+bool AnchorSolver::askEach(
+    Axis Place::*axis, std::optional<qreal> (*ask)(const QWidget *, const Place &))
+{
+    QList<std::pair<QWidget *, qreal>> answers;
     for (auto *item : std::as_const(m_items)) {
-        auto &place = m_places[item];
-        if (!place.vertical[size] && place.horizontal[size] && item->hasHeightForWidth()) {
-            const int wide = static_cast<int>(std::floor(*place.horizontal[size] + tolerance));
-            place.vertical[size] = item->heightForWidth(wide);
-            return true;
-        }
-    }
-    for (auto *item : std::as_const(m_items)) {
-        auto &place = m_places[item];
-        if (place.horizontal[size] && place.vertical[size])
+        const auto &place = m_places[item];
+        if ((place.*axis)[size])
             continue; // laying a text out takes long
-        const auto hint = item->sizeHint();
-        if (!place.horizontal[size] && hint.width() >= 0) {
-            place.horizontal[size] = hint.width();
-            return true;
-        }
-        if (!place.vertical[size] && !item->hasHeightForWidth() && hint.height() >= 0) {
-            place.vertical[size] = hint.height();
-            return true;
-        }
+        if (const auto answer = ask(item, place))
+            answers.append({ item, *answer });
     }
-    return false;
+    for (const auto &[item, answer] : std::as_const(answers)) {
+        auto &length = (m_places[item].*axis)[size];
+        if (length) {
+            fatal(QStringLiteral("anchors: rows tie the size of %1 to another text's; fix one of "
+                                 "the two by a row")
+                      .arg(nameOf(item)));
+        }
+        length = answer;
+        while (spread()) { }
+    }
+    return !answers.isEmpty();
 }
 
 void AnchorSolver::checkComplete() const

@@ -15,7 +15,8 @@ namespace parloquin {
 ///
 /// Horizontal places are counted from root's leading edge, whichever side that is. Values spread
 /// from what is known to what is equal to it until nothing moves any more; what then is still open
-/// asks its text.
+/// asks its text. Where the rows let only one of two texts have its size, the program stops: which
+/// of them would hang on the order of the rows.
 class AnchorSolver {
 public:
     /// Leading, trailing, centre, size, or top, bottom, centre, size.
@@ -35,7 +36,8 @@ private:
     bool assign(const detail::Expression &expression, qreal value);
     bool complete(QWidget *item, Axis &axis);
     bool spread();
-    bool askText();
+    bool askTexts();
+    bool askEach(Axis Place::*axis, std::optional<qreal> (*ask)(const QWidget *, const Place &));
     void checkComplete() const;
 
     QWidget *m_root;

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 using namespace parloquin;
@@ -143,6 +144,70 @@ TEST(Anchors, AGrowingTextPushesWhatStandsBelow)
     EXPECT_EQ(page.inner->geometry(), QRect(20, 0, 660, page.box->height()));
 }
 
+TEST(Anchors, RowsMeanTheSameInAnyOrder)
+{
+    const auto places = [](int turn, bool backwards) {
+        AnchoredPage page;
+        Label badge(&page);
+        badge.setText(QStringLiteral("12"));
+        page.label->setText(QStringLiteral("word ").repeated(40));
+        QList<Constraint> table = { leading(page.label) == leading(&page) + 10,
+            top(page.label) == top(&page), trailing(page.label) == leading(&badge) - 8,
+            trailing(&badge) == trailing(&page), width(&badge) == 40,
+            centerY(&badge) == centerY(page.label), top(page.box) == bottom(page.label),
+            height(page.box) == height(&badge), leading(page.box) == leading(&badge),
+            width(page.box) == 30 };
+        std::rotate(table.begin(), table.begin() + turn, table.end());
+        if (backwards)
+            std::reverse(table.begin(), table.end());
+        for (const Constraint &row : table)
+            activate(&page, { row });
+        page.layOut();
+        return QList<QRect> { page.label->geometry(), badge.geometry(), page.box->geometry() };
+    };
+    const QList<QRect> expected = places(0, false);
+    for (int turn = 0; turn < 10; ++turn) {
+        EXPECT_EQ(places(turn, false), expected) << turn;
+        EXPECT_EQ(places(turn, true), expected) << turn;
+    }
+}
+
+struct CountedText : QWidget {
+    using QWidget::QWidget;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int) const override { return ++asked, tall; }
+    void grow()
+    {
+        tall += 5;
+        updateGeometry();
+    }
+
+    mutable int asked = 0;
+    int tall = 20;
+};
+
+TEST(Anchors, ManyTextsThatChangeAreLaidOutOnce)
+{
+    AnchoredPage page;
+    CountedText above(page.box);
+    CountedText below(page.inner);
+    activate(&page,
+        { leading(page.box) == leading(&page), width(page.box) == 300, top(page.box) == top(&page),
+            bottom(page.box) == bottom(page.inner), leading(&above) == leading(page.box),
+            width(&above) == 100, top(&above) == top(page.box),
+            leading(page.inner) == leading(page.box), width(page.inner) == 200,
+            top(page.inner) == bottom(&above), height(page.inner) == height(&below),
+            leading(&below) == leading(page.inner), width(&below) == 100,
+            top(&below) == top(page.inner) });
+    page.layOut();
+    const int before = above.asked;
+    above.grow();
+    below.grow();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(above.asked, before + 1);
+    EXPECT_EQ(page.box->height(), 50);
+}
+
 TEST(Anchors, AWidgetThatIsGoneTakesItsRowsWithIt)
 {
     AnchoredPage page;
@@ -184,6 +249,16 @@ const Fault faults[] = {
                     top(p.inner) == top(&p) });
         },
         "nothing fixes where viewInner stands from top to bottom" },
+    { "TextsThatShareOneRoom",
+        [](AnchoredPage &p) {
+            auto *const other = new Label(&p);
+            activate(&p,
+                { leading(p.label) == leading(&p), trailing(p.label) == trailing(&p),
+                    top(p.label) == top(&p), leading(other) == leading(&p),
+                    trailing(other) == trailing(&p), top(other) == bottom(p.label),
+                    bottom(other) == bottom(&p) });
+        },
+        "rows tie the size of .* to another text's" },
     { "Stranger",
         [](AnchoredPage &p) {
             static QWidget stranger;
