@@ -20,7 +20,7 @@ void OtpCheckViewController::listenForMessages()
 {
     m_messages = std::make_unique<IncomingMessages>([this](const QString &text) {
         // Only a message that says whose code it brings; of any other nothing is kept.
-        if (const auto code = oneTimeCode(text, QUrl(serviceBaseUrl()).host(), 3))
+        if (const auto code = oneTimeCode(text, QUrl(serviceBaseUrl()).host(), codeLength))
             offerCode(*code);
     });
 }
@@ -31,9 +31,8 @@ void OtpCheckViewController::offerCode(const QString &code)
     btnMessageCode->setText(
         QCoreApplication::translate("Parloquin", "Fill in %1 from your message").arg(code));
     // One step of the Tab key from where the person types.
-    const QList<QWidget *> boxes { txtCode0, txtCode1, txtCode2 };
-    const auto typing = std::ranges::find_if(boxes, &QWidget::hasFocus);
-    setTabOrder(typing != boxes.end() ? *typing : txtCode2, btnMessageCode);
+    const auto typing = std::ranges::find_if(txtCode, &QWidget::hasFocus);
+    setTabOrder(typing != txtCode.end() ? *typing : txtCode.back(), btnMessageCode);
     btnMessageCode->show();
     QAccessibleEvent appeared(btnMessageCode, QAccessible::Alert);
     QAccessible::updateAccessibility(&appeared);
@@ -64,9 +63,8 @@ void OtpCheckViewController::setButtonMessageCode()
 
 void OtpCheckViewController::fillCode()
 {
-    const QList<TextField *> boxes { txtCode0, txtCode1, txtCode2 };
-    for (qsizetype i = 0; i < boxes.size(); ++i)
-        boxes[i]->setText(m_offeredCode.mid(i, 1));
+    for (int i = 0; i < codeLength; ++i)
+        txtCode[static_cast<std::size_t>(i)]->setText(m_offeredCode.mid(i, 1));
     rememberCode();
     btnCheck->setFocus();
     withdrawCode();

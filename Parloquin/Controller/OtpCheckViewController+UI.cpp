@@ -52,10 +52,10 @@ void OtpCheckViewController::setViewFieldsBack()
     stackTextFields->setObjectName(QStringLiteral("stackTextFields"));
 
     int number = 0;
-    for (TextField **box : { &txtCode0, &txtCode1, &txtCode2 }) {
-        TextField *field = *box = new TextField(stackTextFields);
+    for (TextField *&box : txtCode) {
+        TextField *field = box = new TextField(stackTextFields);
         field->setObjectName(QStringLiteral("txtCode%1").arg(number++));
-        field->setAccessibleName(QStringLiteral("Digit %1 of 3").arg(number));
+        field->setAccessibleName(QStringLiteral("Digit %1 of %2").arg(number).arg(codeLength));
         field->setFontSize(19, QFont::DemiBold);
         field->setTextColor(Style::ink);
         field->setAlignment(Qt::AlignCenter);
@@ -124,22 +124,23 @@ void OtpCheckViewController::setAnchorsForFields()
         top(viewFieldsBack)      == bottom(lblDescription) + 20,
         height(viewFieldsBack)   == 75,
 
-        // three boxes and the two gaps between them
-        width(stackTextFields)   == 3 * 54 + 2 * 15,
+        // the boxes and the gaps between them
+        width(stackTextFields)   == codeLength * 54 + (codeLength - 1) * 15,
         height(stackTextFields)  == 54,
         centerX(stackTextFields) == centerX(viewFieldsBack),
         centerY(stackTextFields) == centerY(viewFieldsBack),
 
-        leading(txtCode0)        == leading(stackTextFields),
-        leading(txtCode1)        == trailing(txtCode0)     + 15,
-        leading(txtCode2)        == trailing(txtCode1)     + 15,
+        leading(txtCode.front()) == leading(stackTextFields),
     });
-    for (TextField *box : { txtCode0, txtCode1, txtCode2 }) {
+    for (std::size_t i = 0; i < txtCode.size(); ++i) {
+        TextField *box = txtCode[i];
         activate(safeArea, {
             width(box)  == 54,
             height(box) == 54,
             top(box)    == top(stackTextFields),
         });
+        if (i > 0)
+            activate(safeArea, { leading(box) == trailing(txtCode[i - 1]) + 15 });
     }
 }
 

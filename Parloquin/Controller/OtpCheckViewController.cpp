@@ -8,6 +8,9 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/TextField.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace parloquin {
 
 namespace {
@@ -32,8 +35,8 @@ void OtpCheckViewController::viewDidLoad()
     BaseViewController::viewDidLoad();
     // Once the screen has slid in, so that the keyboard does not rise during the motion.
     onMainAfter(std::chrono::milliseconds(350), this, [this] {
-        if (NavigationController *navigation = navigationController(); navigation && txtCode0)
-            navigation->focus(txtCode0);
+        if (NavigationController *navigation = navigationController(); navigation && txtCode.front())
+            navigation->focus(txtCode.front());
     });
 }
 
@@ -72,27 +75,25 @@ void OtpCheckViewController::actionButtonCheck() { requiredViewModel().requestCh
 
 void OtpCheckViewController::textFieldDidChange(const TextField *field)
 {
-    if (field == txtCode0 && !txtCode0->text().isEmpty()) {
-        shorten(txtCode0);
-        txtCode1->setFocus();
-    }
-    if (field == txtCode1) {
-        shorten(txtCode1);
-        (txtCode1->text().isEmpty() ? txtCode0 : txtCode2)->setFocus();
-    }
-    if (field == txtCode2) {
-        shorten(txtCode2);
-        if (txtCode2->text().isEmpty())
-            txtCode1->setFocus();
-        else
-            btnCheck->setFocus(Qt::OtherFocusReason); // no field any more: the keyboard closes
+    const auto box = std::find(txtCode.begin(), txtCode.end(), field);
+    shorten(*box);
+    if ((*box)->text().isEmpty()) {
+        if (box != txtCode.begin())
+            (*std::prev(box))->setFocus();
+    } else if (std::next(box) != txtCode.end()) {
+        (*std::next(box))->setFocus();
+    } else {
+        btnCheck->setFocus(Qt::OtherFocusReason); // no field any more: the keyboard closes
     }
     rememberCode();
 }
 
 void OtpCheckViewController::rememberCode()
 {
-    requiredViewModel().otpCode = txtCode0->text() + txtCode1->text() + txtCode2->text();
+    QString code;
+    for (const TextField *box : txtCode)
+        code += box->text();
+    requiredViewModel().otpCode = code;
 }
 
 } // namespace parloquin

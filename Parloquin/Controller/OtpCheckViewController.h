@@ -6,6 +6,7 @@
 
 #include <QtCore/QPointer>
 
+#include <array>
 #include <memory>
 
 namespace parloquin {
@@ -24,6 +25,9 @@ class View;
 class OtpCheckViewController : public BaseViewController<OtpCheckViewModel>, public Updateable {
     Q_OBJECT
 public:
+    /// A box for each character of the code.
+    static constexpr int codeLength = 3;
+
     explicit OtpCheckViewController(QWidget *parent = nullptr);
     ~OtpCheckViewController() override;
 
@@ -69,9 +73,7 @@ private:
     Label *lblDescription = nullptr;
     View *viewFieldsBack = nullptr;
     QWidget *stackTextFields = nullptr;
-    TextField *txtCode0 = nullptr;
-    TextField *txtCode1 = nullptr;
-    TextField *txtCode2 = nullptr;
+    std::array<TextField *, codeLength> txtCode {}; // named txtCode0, txtCode1, ...
     Button *btnCheck = nullptr;
     Button *btnTryAgain = nullptr;
 

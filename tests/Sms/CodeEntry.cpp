@@ -28,10 +28,8 @@ protected:
     QString boxes() const
     {
         QStringList texts;
-        for (const char *name : { "txtCode0", "txtCode1", "txtCode2" }) {
-            const auto *box = part<QLineEdit>(name);
+        for (const auto *box : part("stackTextFields")->findChildren<QLineEdit *>())
             texts.append(box->hasFocus() ? u"["_s + box->text() + u"]"_s : box->text());
-        }
         return texts.join(u'|');
     }
 };
