@@ -79,6 +79,10 @@ public:
 
 protected:
     static void setLastError(qint32 code);
+
+private:
+    /// What each system answers for itself; all targets are this one.
+    [[nodiscard]] static std::unique_ptr<ReachabilityTarget> ofDefaultRoute();
 };
 
 } // namespace parloquin

@@ -255,25 +255,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<ReachabilityTarget> ReachabilityTarget::createWithAddress(
-    const ReachabilityAddress &address)
+std::unique_ptr<ReachabilityTarget> ReachabilityTarget::ofDefaultRoute()
 {
-    if (address != ReachabilityAddress {}) {
-        setLastError(address.family == AF_INET ? EINVAL : EAFNOSUPPORT);
-        return nullptr;
-    }
-    return std::make_unique<DefaultRouteTarget>();
-}
-
-std::unique_ptr<ReachabilityTarget> ReachabilityTarget::createWithName(const QString &host)
-{
-    constexpr qsizetype limit = 253; // characters of a host name
-    if (host.isEmpty() || host.size() > limit || std::any_of(host.begin(), host.end(), [](QChar c) {
-            return c.isSpace() || c.isNull() || c == u'/';
-        })) {
-        setLastError(EINVAL);
-        return nullptr;
-    }
     return std::make_unique<DefaultRouteTarget>();
 }
 

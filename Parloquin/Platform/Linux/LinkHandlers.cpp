@@ -1,32 +1,22 @@
-#include "Parloquin/Platform/UrlOpener.h"
+#include "Parloquin/Platform/LinkHandlers.h"
 
 #include "Parloquin/Platform/GLibPointers.h"
-#include "Parloquin/Platform/Rehearsal.h"
 #include "Parloquin/Platform/SerialQueue.h"
 
 #include <QtCore/QCoreApplication>
 
 #include <utility>
 
-namespace parloquin::UrlOpener {
+namespace parloquin::LinkHandlers {
 
 namespace {
 
 using AppInfo = GLibPointer<GAppInfo>;
 
-/// \return the scheme of a link that may be opened, in small letters; else empty
-QString openable(const QUrl &url)
-{
-    // A file: link would run or show whatever the service names on this device.
-    const QString scheme = url.scheme().toLower();
-    return url.isValid() && scheme != QStringLiteral("file") ? scheme : QString();
-}
+using Report = std::function<void(const QString &fault)>;
 
-AppInfo handler(const QUrl &url)
+AppInfo handler(const QString &scheme)
 {
-    const QString scheme = openable(url);
-    if (scheme.isEmpty())
-        return {};
     AppInfo app(g_app_info_get_default_for_uri_scheme(scheme.toUtf8().constData()));
     // An app that takes no links would be started without this one.
     if (app && !g_app_info_supports_uris(app.get()))
@@ -136,32 +126,15 @@ private:
 
 } // namespace
 
-QUrl parse(const QString &text) { return QUrl(text, QUrl::StrictMode); }
+bool handles(const QString &scheme) { return handler(scheme) != nullptr; }
 
-bool canOpen(const QUrl &url)
+bool launch(const QUrl &link, Report report)
 {
-    const QString scheme = openable(url);
-    if (scheme.isEmpty())
+    AppInfo app = handler(link.scheme());
+    if (!app)
         return false;
-    const auto answer = Rehearsal::askDesktop("can " + scheme.toUtf8());
-    return answer ? *answer : handler(url) != nullptr;
+    Launcher::shared().launch(std::move(app), link, std::move(report));
+    return true;
 }
 
-void open(const QUrl &url, Report report)
-{
-    std::optional<bool> isOpened;
-    if (!openable(url).isEmpty())
-        isOpened = Rehearsal::askDesktop("open " + url.toEncoded());
-    if (isOpened.value_or(false))
-        return;
-    AppInfo app = isOpened ? AppInfo() : handler(url);
-    if (!app) {
-        report(QStringLiteral(
-            "No installed app opens %1: links; install one that registers the scheme.")
-                   .arg(url.scheme()));
-        return;
-    }
-    Launcher::shared().launch(std::move(app), url, std::move(report));
-}
-
-} // namespace parloquin::UrlOpener
+} // namespace parloquin::LinkHandlers

@@ -1,0 +1,12 @@
+#include "Parloquin/Platform/LinkHandlers.h"
+
+namespace parloquin {
+
+bool LinkHandlers::handles(const QString &scheme) { return scheme == QStringLiteral("parlo"); }
+
+bool LinkHandlers::launch(const QUrl &link, std::function<void(const QString &)>)
+{
+    return handles(link.scheme());
+}
+
+} // namespace parloquin
