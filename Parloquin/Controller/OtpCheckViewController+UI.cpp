@@ -69,12 +69,13 @@ void OtpCheckViewController::setViewFieldsBack()
                 field->end(false);
         });
     }
-    for (const auto &[box, next] :
-        { std::pair(txtCode0, txtCode1), std::pair(txtCode1, txtCode2) }) {
-        connect(box, &QLineEdit::returnPressed, next, [next = next] { next->setFocus(); });
-        connect(next, &TextField::deletedBeyondStart, box, [box = box] { box->setFocus(); });
+    for (std::size_t i = 1; i < txtCode.size(); ++i) {
+        TextField *box = txtCode[i - 1];
+        TextField *next = txtCode[i];
+        connect(box, &QLineEdit::returnPressed, next, [next] { next->setFocus(); });
+        connect(next, &TextField::deletedBeyondStart, box, [box] { box->setFocus(); });
     }
-    connect(txtCode2, &QLineEdit::returnPressed, this, [this] { btnCheck->click(); });
+    connect(txtCode.back(), &QLineEdit::returnPressed, this, [this] { btnCheck->click(); });
 }
 
 void OtpCheckViewController::setButtonCheck()

@@ -151,14 +151,16 @@ void writeJson(QByteArray &out, const QJsonValue &value, Slashes slashes)
     case QJsonValue::String:
         writeText(out, value.toString(), slashes);
         return;
-    case QJsonValue::Array:
+    case QJsonValue::Array: {
+        const QJsonArray array = value.toArray();
         out += '[';
-        for (const QJsonValue item : value.toArray()) {
+        for (const QJsonValue &item : array) {
             next();
             writeJson(out, item, slashes);
         }
         out += ']';
         return;
+    }
     case QJsonValue::Object: {
         const QJsonObject object = value.toObject();
         out += '{';

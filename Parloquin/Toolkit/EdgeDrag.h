@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QtCore/QPointF>
-#include <QtGlobal>
+#include <QtCore/QtGlobal>
 
 #include <optional>
 

@@ -17,9 +17,9 @@ namespace demo {
 namespace {
 
 // What the player looks for in the sandbox's built-in scenario.
-const QString app = QStringLiteral("Parlo");
-const QString phoneCode = QStringLiteral("+32");
-const QString number = QStringLiteral("470123456");
+QString app() { return QStringLiteral("Parlo"); }
+QString phoneCode() { return QStringLiteral("+32"); }
+QString number() { return QStringLiteral("470123456"); }
 
 QString textOf(const QWidget *widget) { return widget->property("text").toString(); }
 
@@ -61,10 +61,10 @@ bool AutoPlayer::playMessaging()
     QWidget *row = nullptr;
     const auto findRow = [this, &row] {
         row = visibleWithText(
-            QStringLiteral("ThirdPartyKitTableCell"), QStringLiteral("lblKitName"), app);
+            QStringLiteral("ThirdPartyKitTableCell"), QStringLiteral("lblKitName"), app());
         return row != nullptr;
     };
-    if (!waitFor(tr("the app list shows %1").arg(app), findRow))
+    if (!waitFor(tr("the app list shows %1").arg(app()), findRow))
         return false;
     if (!waitFor(tr("every app has its icon"), [this] { return iconsShown(); })
         || !picture(QStringLiteral("app-list")))
@@ -75,10 +75,10 @@ bool AutoPlayer::playMessaging()
     if (!picture(QStringLiteral("app-list-pressed")))
         return false;
     if (!findRow())
-        return fail(tr("the row of %1 went away under the finger").arg(app));
+        return fail(tr("the row of %1 went away under the finger").arg(app()));
     m_left = false;
     QTest::mouseRelease(target, Qt::LeftButton, {}, middleOf(row));
-    step(tr("tapped the row of %1").arg(app));
+    step(tr("tapped the row of %1").arg(app()));
 
     ++m_number; // the messenger's own picture
     return waitFor(
@@ -113,7 +113,7 @@ bool AutoPlayer::askForCode(QString &code)
         || !tap(QStringLiteral("viewCountryBack"), tr("the countries are listed"),
             shown(QStringLiteral("CountryTableCell")))
         || !pickCountry() || !tap(field, tr("the number has the caret"), focused(field))
-        || !type(field, number) || !picture(QStringLiteral("phone-entry-filled"))
+        || !type(field, number()) || !picture(QStringLiteral("phone-entry-filled"))
         || !tap(QStringLiteral("btnContinue"), tr("the first box has the caret"),
             focused(QStringLiteral("txtCode0")))
         || !picture(QStringLiteral("code-entry")))
@@ -127,9 +127,10 @@ bool AutoPlayer::askForCode(QString &code)
     const auto asked = std::make_shared<Asked>();
     const auto codeCame = [asked, this] {
         if (asked->code.isEmpty() && !std::exchange(asked->waiting, true)) {
-            m_window->backEnd().askCode(phoneCode.mid(1) + number, [asked](const QString &answer) {
-                *asked = { answer, false };
-            });
+            m_window->backEnd().askCode(
+                phoneCode().mid(1) + number(), [asked](const QString &answer) {
+                    *asked = { answer, false };
+                });
         }
         return !asked->code.isEmpty();
     };
@@ -162,7 +163,7 @@ bool AutoPlayer::pickCountry()
         if (!isAtRest()) // a list that still moves takes the finger as a stop
             return false;
         row = visibleWithText(
-            QStringLiteral("CountryTableCell"), QStringLiteral("lblPhoneCode"), phoneCode);
+            QStringLiteral("CountryTableCell"), QStringLiteral("lblPhoneCode"), phoneCode());
         if (row)
             return true;
         QWidget *table = visible(QStringLiteral("tblCountries"));
@@ -170,7 +171,7 @@ bool AutoPlayer::pickCountry()
             turnWheel(table, -240);
         return false;
     };
-    if (!waitFor(tr("the country with %1 is in view").arg(phoneCode), findRow, 20s)
+    if (!waitFor(tr("the country with %1 is in view").arg(phoneCode()), findRow, 20s)
         || !picture(QStringLiteral("country-picker-scrolled")))
         return false;
     QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, middleOf(row));
@@ -178,7 +179,7 @@ bool AutoPlayer::pickCountry()
     QWidget *shown = nullptr;
     return see(QStringLiteral("txtCountryCode"), shown)
         && waitFor(tr("the phone entry shows the country"),
-            [&shown] { return textOf(shown).contains(phoneCode); });
+            [&shown] { return textOf(shown).contains(phoneCode()); });
 }
 
 bool AutoPlayer::typeCode(const QString &code)

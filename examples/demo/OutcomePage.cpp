@@ -101,10 +101,12 @@ OutcomePage::OutcomePage(QWidget *parent)
     page->addLayout(below);
 
     // After a success leaving is the first choice, after a failure another try.
-    connect(m_first, &QAbstractButton::clicked, this,
-        [this] { m_state == QStringLiteral("failed") ? againTapped() : doneTapped(); });
-    connect(m_second, &QAbstractButton::clicked, this,
-        [this] { m_state == QStringLiteral("failed") ? doneTapped() : againTapped(); });
+    connect(m_first, &QAbstractButton::clicked, this, [this] {
+        m_state == QStringLiteral("failed") ? Q_EMIT againTapped() : Q_EMIT doneTapped();
+    });
+    connect(m_second, &QAbstractButton::clicked, this, [this] {
+        m_state == QStringLiteral("failed") ? Q_EMIT doneTapped() : Q_EMIT againTapped();
+    });
 }
 
 void OutcomePage::show(const QString &state, const QString &title, const QString &words)

@@ -70,7 +70,7 @@ TEST(Device, NamesTheTimeZoneAndTheSystem)
             zone);
     }
     const auto lines = probe({ QStringLiteral("version"), QStringLiteral("name") });
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("^[0-9]")).match(lines.value(0)).hasMatch());
+    EXPECT_TRUE(!lines.value(0).isEmpty() && lines.value(0)[0].isDigit());
     EXPECT_FALSE(lines.value(1).isEmpty());
 }
 
@@ -84,7 +84,7 @@ TEST(Device, IdentifierBelongsToTheOrganisationAndHidesTheMachine)
     if (QSysInfo::machineUniqueId().isEmpty())
         GTEST_SKIP() << "this machine has no identity";
     const QString first = of("shop.example");
-    const QRegularExpression uuid(
+    static const QRegularExpression uuid(
         QStringLiteral("^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$"));
     EXPECT_TRUE(uuid.match(first).hasMatch()) << first.toStdString();
     EXPECT_EQ(of("shop.example"), first);

@@ -135,7 +135,7 @@ TEST(BinaryPropertyList, RefusesToUnfoldWithoutEnd)
         doubling << QByteArray("\xA2") + next + next;
     doubling << "\x51x";
     EXPECT_FALSE(parloquin::isPlainBinaryPropertyList(binary(doubling)));
-    doubling.erase(doubling.begin() + 8, doubling.end() - 1);
+    doubling.remove(8, doubling.size() - 9);
     doubling[7] = "\x51x";
     EXPECT_TRUE(parloquin::isPlainBinaryPropertyList(binary(doubling)));
 }

@@ -3,6 +3,7 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Networking/Request/Request.h"
+#include "Parloquin/Networking/Router/ApiModels.h"
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"
 
@@ -145,11 +146,11 @@ TEST(ApiClient, WritesTheRequestLog)
 
     log.remove(0, log.indexOf(QStringLiteral("\n\n✓")));
     log.replace(server.hostAndPort(), QStringLiteral("HOST"));
-    log.replace(
-        QRegularExpression(QStringLiteral("2\\d{3}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d \\+0000")),
-        QStringLiteral("DATE"));
-    log.replace(QRegularExpression(QStringLiteral("\"iOS\", .*\", \"Content")),
-        QStringLiteral("... \"Content"));
+    static const QRegularExpression date(
+        QStringLiteral("2\\d{3}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d \\+0000"));
+    static const QRegularExpression agent(QStringLiteral("\"iOS\", .*\", \"Content"));
+    log.replace(date, QStringLiteral("DATE"));
+    log.replace(agent, QStringLiteral("... \"Content"));
     EXPECT_EQ(log.toStdString(),
         R"--(
 

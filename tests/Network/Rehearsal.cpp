@@ -115,7 +115,7 @@ TEST(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
 
     QLocalServer desktop;
     ASSERT_TRUE(desktop.listen(path));
-    for (const QByteArray answer : { "yes\n", "no\n", "yes" }) {
+    for (const auto &answer : { QByteArray("yes\n"), QByteArray("no\n"), QByteArray("yes") }) {
         std::thread kit(ask, &can, &isOpened);
         QByteArrayList questions;
         for (int i = 0; i < 2 && desktop.waitForNewConnection(5000); ++i) {

@@ -68,7 +68,7 @@ TEST_F(Flow, ShowsTheOverlayWhileEachCallIsOut)
         act();
         EXPECT_TRUE(waitForOverlay(true));
         EXPECT_TRUE(server.waitForRequests(before + 1));
-        EXPECT_EQ(paths().last(), path);
+        EXPECT_EQ(paths().constLast(), path);
         EXPECT_TRUE(overlayIsUp());
         server.proceed();
         EXPECT_TRUE(waitForOverlay(false));

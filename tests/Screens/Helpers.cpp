@@ -70,7 +70,8 @@ QByteArray bomb(quint32 side)
     qToBigEndian(side, png.data() + 16);
     qToBigEndian(side, png.data() + 20);
     quint32 crc = ~0U; // of the header chunk, mended
-    for (const char byte : png.mid(12, 17)) {
+    const QByteArray header = png.mid(12, 17);
+    for (const char byte : header) {
         crc ^= static_cast<quint8>(byte);
         for (int bit = 0; bit < 8; ++bit)
             crc = crc & 1 ? crc >> 1 ^ 0xedb88320 : crc >> 1;

@@ -41,7 +41,7 @@ protected:
             }
         }
         ASSERT_TRUE(QTest::qWaitFor(
-            [&] { return !paths().isEmpty() && paths().last() == path && overlayIsUp(); }));
+            [&] { return !paths().isEmpty() && paths().constLast() == path && overlayIsUp(); }));
     }
 
     /// What a host does from a delegate call: to the main thread, unless it is there already.
@@ -203,7 +203,7 @@ TEST_F(Lifetime, KeepsTwoContainersApart)
     EXPECT_EQ(veil, nullptr);
     const auto *cell = first->findChild<TableView *>()->cellForRow({ 0, 0 });
     hands::click(cell);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return paths().last() == "/v1.0/start"; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return paths().constLast() == "/v1.0/start"; }));
     EXPECT_TRUE(QTest::qWaitFor([&] {
         const auto *again = first->findChild<QWidget *>(QStringLiteral("container"));
         return again && !again->isVisible();

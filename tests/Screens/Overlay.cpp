@@ -127,7 +127,7 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
     auto *const button = new BarButtonItem(QStringLiteral("Go"), QStringLiteral("btnGo"));
     screen->navigationItem().setRightBarButtonItem(button);
     int clicks = 0;
-    QObject::connect(button, &QAbstractButton::clicked, [&clicks] { ++clicks; });
+    QObject::connect(button, &QAbstractButton::clicked, button, [&clicks] { ++clicks; });
     QCoreApplication::processEvents();
     const auto tap = [this](const QWidget *widget) {
         QTest::mouseClick(
