@@ -35,7 +35,8 @@ void OtpCheckViewController::viewDidLoad()
     BaseViewController::viewDidLoad();
     // Once the screen has slid in, so that the keyboard does not rise during the motion.
     onMainAfter(std::chrono::milliseconds(350), this, [this] {
-        if (NavigationController *navigation = navigationController(); navigation && txtCode.front())
+        if (NavigationController *navigation = navigationController();
+            navigation && txtCode.front())
             navigation->focus(txtCode.front());
     });
 }
