@@ -174,7 +174,7 @@ public:
         setSslConfiguration(configuration);
         listen(QHostAddress::LocalHost);
         connect(this, &QTcpServer::pendingConnectionAvailable, this, [this] {
-            QTcpSocket *peer = nextPendingConnection();
+            auto *peer = static_cast<QSslSocket *>(nextPendingConnection());
             connect(peer, &QIODevice::readyRead, this, [this, peer] {
                 ++requests;
                 peer->write(answer);
@@ -182,7 +182,8 @@ public:
                     peer->disconnectFromHost();
                     return;
                 }
-                while (peer->bytesToWrite() > 0 && peer->waitForBytesWritten()) { }
+                while (peer->bytesToWrite() + peer->encryptedBytesToWrite() > 0
+                    && peer->waitForBytesWritten()) { }
                 ::shutdown(static_cast<int>(peer->socketDescriptor()), SHUT_WR);
             });
         });
