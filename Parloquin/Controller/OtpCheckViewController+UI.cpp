@@ -4,6 +4,7 @@
 #include "Parloquin/Toolkit/BarButtonItem.h"
 #include "Parloquin/Toolkit/Button.h"
 #include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/Pane.h"
 #include "Parloquin/Toolkit/ScrollView.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextField.h"
@@ -48,7 +49,7 @@ void OtpCheckViewController::setViewFieldsBack()
     // A view that takes no taps keeps them from its children too.
     viewFieldsBack->setAttribute(Qt::WA_TransparentForMouseEvents, false);
 
-    stackTextFields = new QWidget(viewFieldsBack);
+    stackTextFields = new Pane(viewFieldsBack);
     stackTextFields->setObjectName(QStringLiteral("stackTextFields"));
 
     int number = 0;
@@ -57,7 +58,6 @@ void OtpCheckViewController::setViewFieldsBack()
         field->setObjectName(QStringLiteral("txtCode%1").arg(number++));
         field->setAccessibleName(QStringLiteral("Digit %1 of %2").arg(number).arg(codeLength));
         field->setFontSize(19, QFont::DemiBold);
-        field->setTextColor(Style::ink);
         field->setAlignment(Qt::AlignCenter);
         field->setBorder(0.5, Style::grey, 4);
         field->setPhonePadKeyboard();

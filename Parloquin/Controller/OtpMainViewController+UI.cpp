@@ -29,7 +29,6 @@ TextField *makeField(QWidget *parent, const QString &name, const QString &placeh
     auto *field = new TextField(parent);
     field->setObjectName(name);
     field->setFontSize(fieldFont);
-    field->setTextColor(Style::ink);
     field->setPlaceholderText(placeholder);
     field->setAccessibleName(placeholder);
     return field;

@@ -18,11 +18,6 @@ constexpr int kitRowHeight = 80; // px
 
 void ParloquinMainViewController::setUI()
 {
-    QPalette white = palette();
-    white.setColor(QPalette::Window, Qt::white);
-    setPalette(white);
-    setAutoFillBackground(true);
-
     setDescriptionLabel();
     setKitsTable();
     setAlternativePanel();

@@ -5,6 +5,7 @@
 #include "Parloquin/Toolkit/ActivityIndicator.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Pane.h"
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/Shield.h"
 #include "Parloquin/Toolkit/Style.h"
@@ -98,10 +99,10 @@ private:
     }
 };
 
-class PlateView : public QWidget {
+class PlateView : public Pane {
 public:
     explicit PlateView(QWidget *parent)
-        : QWidget(parent)
+        : Pane(parent)
     {
         setObjectName(QStringLiteral("loadingView"));
         setAttribute(Qt::WA_TransparentForMouseEvents);

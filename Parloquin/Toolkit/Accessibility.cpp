@@ -2,6 +2,7 @@
 
 #include "Parloquin/Toolkit/ActivityIndicator.h"
 #include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Parloquin/Toolkit/View.h"
 
@@ -39,10 +40,27 @@ private:
     [[nodiscard]] TableCell *cell() const { return static_cast<TableCell *>(widget()); }
 };
 
+class AccessibleLabel : public QAccessibleWidget {
+public:
+    explicit AccessibleLabel(Label *label)
+        : QAccessibleWidget(label, QAccessible::StaticText)
+    {
+    }
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override
+    {
+        if (kind == QAccessible::Name)
+            return static_cast<Label *>(widget())->text();
+        return QAccessibleWidget::text(kind);
+    }
+};
+
 QAccessibleInterface *describe(const QString &, QObject *object)
 {
     if (auto *cell = qobject_cast<TableCell *>(object))
         return new AccessibleRow(cell);
+    if (auto *label = qobject_cast<Label *>(object))
+        return new AccessibleLabel(label);
     if (auto *table = qobject_cast<TableView *>(object))
         return new QAccessibleWidget(table, QAccessible::List);
     if (auto *view = qobject_cast<View *>(object); view && !view->isTappable())

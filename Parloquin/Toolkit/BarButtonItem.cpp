@@ -2,7 +2,6 @@
 
 #include "Parloquin/Toolkit/FocusRing.h"
 #include "Parloquin/Toolkit/NavigationBar.h"
-#include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextBlock.h"
 
 #include <QtGui/QPainter>
@@ -19,12 +18,12 @@ constexpr int leastWidth = 60; // px
 
 BarButtonItem::BarButtonItem(const QString &title, const QString &name, QWidget *parent)
     : Tappable(parent)
+    , m_face(17, QFont::Normal)
     , m_tint(Qt::white)
 {
     setObjectName(name);
     setText(title);
     setAccessibleName(title);
-    setFont(Style::font(17, QFont::Normal));
 }
 
 void BarButtonItem::setTintColor(const QColor &color)
@@ -35,7 +34,7 @@ void BarButtonItem::setTintColor(const QColor &color)
 
 QSize BarButtonItem::sizeHint() const
 {
-    const TextBlock block(text(), font(), QWIDGETSIZE_MAX, 1);
+    const TextBlock block(text(), m_face.font(), QWIDGETSIZE_MAX, 1);
     const int wide = static_cast<int>(std::ceil(block.naturalWidth())) + 2 * margin;
     return { std::max(wide, leastWidth), NavigationBar::barHeight };
 }
@@ -48,7 +47,7 @@ void BarButtonItem::paintEvent(QPaintEvent *)
         FocusRing::paint(painter, QRectF(rect()).adjusted(1, 1, -1, -1), 0, true, Qt::white);
     painter.setOpacity(1 - pressStrength() / 2);
     painter.setPen(m_tint);
-    const TextBlock block(text(), font(), width(), 1);
+    const TextBlock block(text(), m_face.font(), width(), 1);
     block.draw(painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Parloquin/Toolkit/Tappable.h"
+#include "Parloquin/Toolkit/Typeface.h"
 
 #include <QtGui/QColor>
 
@@ -21,6 +22,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    Typeface m_face;
     QColor m_tint;
 };
 

@@ -13,8 +13,8 @@ Button::Button(QWidget *parent)
     : Tappable(parent)
     , m_background(Qt::transparent)
     , m_titleColor(Qt::white)
+    , m_face(16, QFont::DemiBold)
 {
-    setFontSize(16, QFont::DemiBold);
 }
 
 void Button::setBackgroundColor(const QColor &color)
@@ -31,8 +31,9 @@ void Button::setTitleColor(const QColor &color)
 
 void Button::setFontSize(int pixels, QFont::Weight weight)
 {
-    setFont(Style::font(pixels, weight));
+    m_face = Typeface(pixels, weight);
     updateGeometry();
+    update();
 }
 
 void Button::setCornerRadius(qreal radius)
@@ -45,12 +46,12 @@ void Button::setShowsPress(bool shows) { m_showsPress = shows; }
 
 int Button::heightForWidth(int width) const
 {
-    return TextBlock::brokenAtSentence(text(), font(), width).height();
+    return TextBlock::brokenAtSentence(text(), m_face.font(), width).height();
 }
 
 QSize Button::sizeHint() const
 {
-    const TextBlock block(text(), font(), QWIDGETSIZE_MAX, 0);
+    const TextBlock block(text(), m_face.font(), QWIDGETSIZE_MAX, 0);
     return { static_cast<int>(std::ceil(block.naturalWidth())), block.height() };
 }
 
@@ -71,7 +72,7 @@ void Button::paintEvent(QPaintEvent *)
         painter.setOpacity(1 - press / 2);
     }
     painter.setPen(m_titleColor);
-    TextBlock::brokenAtSentence(text(), font(), width())
+    TextBlock::brokenAtSentence(text(), m_face.font(), width())
         .draw(painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter);
 }
 

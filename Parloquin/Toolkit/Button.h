@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Parloquin/Toolkit/Tappable.h"
+#include "Parloquin/Toolkit/Typeface.h"
 
 namespace parloquin {
 
@@ -28,6 +29,7 @@ protected:
 private:
     QColor m_background;
     QColor m_titleColor;
+    Typeface m_face;
     qreal m_radius = 0;
     bool m_showsPress = true;
 };

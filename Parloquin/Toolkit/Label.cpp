@@ -1,8 +1,10 @@
 #include "Parloquin/Toolkit/Label.h"
 
+#include "Parloquin/Toolkit/Accessibility.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextBlock.h"
 
+#include <QtGui/QAccessible>
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyle>
 
@@ -15,24 +17,49 @@ constexpr int smallest = 6; // px, that a text shrinks to
 }
 
 Label::Label(QWidget *parent)
-    : QLabel(parent)
+    : Pane(parent)
+    , m_face(17, QFont::Normal)
     , m_color(Style::ink)
 {
-    setTextFormat(Qt::PlainText);
+    installAccessibility();
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setFontSize(17);
+}
+
+void Label::setText(const QString &text)
+{
+    if (text == m_text)
+        return;
+    m_text = text;
+    updateGeometry();
+    update();
+    if (isVisible()) {
+        QAccessibleEvent changed(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&changed);
+    }
 }
 
 void Label::setFontSize(int pixels, QFont::Weight weight)
 {
-    setFont(Style::font(pixels, weight));
+    m_face = Typeface(pixels, weight);
     updateGeometry();
+    update();
 }
 
 void Label::setTextColor(const QColor &color)
 {
     m_color = color;
     update();
+}
+
+void Label::setAlignment(Qt::Alignment alignment)
+{
+    m_alignment = alignment;
+    update();
+}
+
+Qt::Alignment Label::visualAlignment() const
+{
+    return QStyle::visualAlignment(layoutDirection(), m_alignment);
 }
 
 void Label::setNumberOfLines(int lines)
@@ -50,12 +77,12 @@ void Label::setShrinksToFit(bool shrinks)
 
 int Label::heightForWidth(int width) const
 {
-    return TextBlock(text(), font(), width, m_lines).height();
+    return TextBlock(m_text, face(), width, m_lines).height();
 }
 
 QSize Label::sizeHint() const
 {
-    const TextBlock block(text(), font(), QWIDGETSIZE_MAX, m_lines);
+    const TextBlock block(m_text, face(), QWIDGETSIZE_MAX, m_lines);
     return { static_cast<int>(std::ceil(block.naturalWidth())), block.height() };
 }
 
@@ -63,12 +90,12 @@ void Label::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setPen(m_color);
-    auto drawn = font();
-    TextBlock block(text(), drawn, width(), m_lines);
+    auto drawn = face();
+    TextBlock block(m_text, drawn, width(), m_lines);
     if (m_shrinks && block.isElided()) {
         const auto shrinkTo = [&](int pixels) {
             drawn.setPixelSize(pixels);
-            block = TextBlock(text(), drawn, width(), m_lines);
+            block = TextBlock(m_text, drawn, width(), m_lines);
         };
         const int wanted = drawn.pixelSize();
         shrinkTo(smallest);
@@ -80,7 +107,7 @@ void Label::paintEvent(QPaintEvent *)
                 shrinkTo(drawn.pixelSize() - 1);
         }
     }
-    block.draw(painter, rect(), QStyle::visualAlignment(layoutDirection(), alignment()));
+    block.draw(painter, rect(), visualAlignment());
 }
 
 } // namespace parloquin

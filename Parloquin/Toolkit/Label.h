@@ -1,21 +1,29 @@
 #pragma once
 
-#include <QtWidgets/QLabel>
+#include "Parloquin/Toolkit/Pane.h"
+#include "Parloquin/Toolkit/Typeface.h"
+
+#include <QtGui/QColor>
 
 namespace parloquin {
 
 /// \brief Plain text, wrapped or elided at its end; never interprets markup.
 ///
 /// Line spacing: 16 px text -> 20, 17 -> 22, 20 -> 25. An empty label has no height.
-class Label : public QLabel {
+class Label : public Pane {
     Q_OBJECT
+    Q_PROPERTY(QString text READ text WRITE setText)
 public:
     explicit Label(QWidget *parent = nullptr);
 
-    /// The application's font at this size (px) and weight.
+    void setText(const QString &text);
+    [[nodiscard]] QString text() const { return m_text; }
+    /// In the family of the application's font; 17 px and regular at first.
     void setFontSize(int pixels, QFont::Weight weight = QFont::Normal);
     void setTextColor(const QColor &color);
     [[nodiscard]] QColor textColor() const { return m_color; }
+    /// Leading at first, and centred in height.
+    void setAlignment(Qt::Alignment alignment);
     /// 0: as many as the text needs; else elided on the last line.
     void setNumberOfLines(int lines);
     /// Draws a text too wide for the label smaller instead of eliding it.
@@ -29,8 +37,15 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 
+    [[nodiscard]] const QFont &face() const { return m_face.font(); }
+    /// As it is to be drawn: left and right are meant as they stand.
+    [[nodiscard]] Qt::Alignment visualAlignment() const;
+
 private:
+    QString m_text;
+    Typeface m_face;
     QColor m_color;
+    Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     int m_lines = 1;
     bool m_shrinks = false;
 };

@@ -2,6 +2,7 @@
 
 #include "Parloquin/Toolkit/BarButtonItem.h"
 #include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/Pane.h"
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/Style.h"
 
@@ -16,10 +17,10 @@ namespace {
 constexpr int titleMargin = 88; // px that a button may take at each side
 
 // What the bar showed before, fading over what it shows now.
-class FadingLook : public QWidget {
+class FadingLook : public Pane {
 public:
     explicit FadingLook(QWidget *bar)
-        : QWidget(bar)
+        : Pane(bar)
     {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         hide();

@@ -1,6 +1,7 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 
 #include "Parloquin/Toolkit/NavigationControllerPrivate.h"
+#include "Parloquin/Toolkit/Pane.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableView.h"
 
@@ -13,7 +14,7 @@ namespace parloquin {
 
 NavigationController::Private::Private(NavigationController *owner)
     : controller(owner)
-    , stage(new QWidget(owner))
+    , stage(new Pane(owner))
     , bar(new NavigationBar(owner))
     , slide(new Slide(stage))
     , shield(new Shield(owner))

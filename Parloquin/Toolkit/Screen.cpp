@@ -4,16 +4,17 @@
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 
+#include <QtGui/QPaintEvent>
+#include <QtGui/QPainter>
+
 namespace parloquin {
 
 Screen::Screen(QWidget *parent)
     : QWidget(parent)
 {
-    // Screens slide over each other: none may let another one shine through.
-    auto colors = palette();
-    colors.setColor(QPalette::Window, Qt::white);
-    setPalette(colors);
-    setAutoFillBackground(true);
+    // Screens slide over each other: none may let another one shine through. Painted, as a host's
+    // style sheet takes the ground away from widgets that leave it to their palette.
+    setAttribute(Qt::WA_OpaquePaintEvent);
     hide();
     new FocusRing(this);
 }
@@ -41,6 +42,8 @@ void Screen::keyPressEvent(QKeyEvent *event)
     if (!event->isAutoRepeat())
         m_defaultButton->click();
 }
+
+void Screen::paintEvent(QPaintEvent *event) { QPainter(this).fillRect(event->rect(), Qt::white); }
 
 void Screen::loadViewIfNeeded()
 {

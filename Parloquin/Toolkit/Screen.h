@@ -61,6 +61,8 @@ public:
 protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
     /// Builds the screen; called once, before it first appears.
     virtual void viewDidLoad() { }
     /// Called before every appearance: shown, pushed, or uncovered by a pop.

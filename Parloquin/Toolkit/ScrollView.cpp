@@ -1,11 +1,12 @@
 #include "Parloquin/Toolkit/ScrollView.h"
 
 #include "Parloquin/Toolkit/Finger.h"
-#include "Parloquin/Toolkit/Keys.h"
+#include "Parloquin/Toolkit/Scrolling.h"
 
 #include <QtCore/QEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QWheelEvent>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QScroller>
 
 #include <algorithm>
@@ -18,17 +19,9 @@ constexpr int revealMargin = 14;
 }
 
 ScrollView::ScrollView(QWidget *parent)
-    : QScrollArea(parent)
+    : Pane(parent)
+    , m_content(new Pane(this))
 {
-    setFrameShape(QFrame::NoFrame);
-    setFocusPolicy(Qt::NoFocus);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setWidgetResizable(true);
-    setWidget(new QWidget);
-    // The screen's own background shows through.
-    viewport()->setAutoFillBackground(false);
-    widget()->setAutoFillBackground(false);
     connect(qApp, &QApplication::focusChanged, this, [this] { revealFocus(); });
     parent->installEventFilter(this);
     setGeometry(parent->rect());
@@ -49,16 +42,7 @@ bool ScrollView::eventFilter(QObject *watched, QEvent *event)
         setGeometry(parentWidget()->rect());
     if (moved && watched == m_last)
         fitContent();
-    return QScrollArea::eventFilter(watched, event);
-}
-
-void ScrollView::keyPressEvent(QKeyEvent *event)
-{
-    // The base takes every arrow for its own, Alt+Left too.
-    if (Keys::isCommand(*event))
-        event->ignore();
-    else
-        QScrollArea::keyPressEvent(event);
+    return Pane::eventFilter(watched, event);
 }
 
 void ScrollView::mousePressEvent(QMouseEvent *event) { followFinger(event); }
@@ -68,7 +52,7 @@ void ScrollView::mouseMoveEvent(QMouseEvent *event) { followFinger(event); }
 void ScrollView::mouseReleaseEvent(QMouseEvent *event) { followFinger(event); }
 
 // Fingers reach fields and buttons as a mouse does, and those hand on what they get. (QScroller's
-// own gesture would do as well, if it did not leak with every viewport.)
+// own gesture would do as well, if it did not leak with every widget.)
 void ScrollView::followFinger(QMouseEvent *event)
 {
     event->ignore(); // who goes back a screen by it stands further up
@@ -77,21 +61,49 @@ void ScrollView::followFinger(QMouseEvent *event)
     const QScroller::Input input = event->type() == QEvent::MouseMove ? QScroller::InputMove
         : event->type() == QEvent::MouseButtonRelease                 ? QScroller::InputRelease
                                                                       : QScroller::InputPress;
-    QScroller::scroller(viewport())
-        ->handleInput(input, viewport()->mapFromGlobal(event->globalPosition()),
-            static_cast<qint64>(event->timestamp()));
+    QScroller::scroller(this)->handleInput(
+        input, mapFromGlobal(event->globalPosition()), static_cast<qint64>(event->timestamp()));
 }
 
-void ScrollView::resizeEvent(QResizeEvent *event)
+bool ScrollView::event(QEvent *event)
 {
-    QScrollArea::resizeEvent(event);
+    switch (event->type()) {
+    case QEvent::ScrollPrepare:
+        Scrolling::prepare(*event, size(), m_offset, maxOffset());
+        return true;
+    case QEvent::Scroll:
+        setOffset(Scrolling::targetOf(*event));
+        return true;
+    default:
+        return Pane::event(event);
+    }
+}
+
+void ScrollView::wheelEvent(QWheelEvent *event)
+{
+    event->setAccepted(maxOffset() > 0);
+    setOffset(m_offset + Scrolling::distanceOf(*event));
+}
+
+void ScrollView::resizeEvent(QResizeEvent *)
+{
+    setOffset(m_offset);
     revealFocus();
+}
+
+int ScrollView::maxOffset() const { return std::max(m_least - height(), 0); }
+
+void ScrollView::setOffset(int offset)
+{
+    m_offset = std::clamp(offset, 0, maxOffset());
+    m_content->setGeometry(0, -m_offset, width(), std::max(height(), m_least));
 }
 
 void ScrollView::fitContent()
 {
     const int bottom = m_last->mapTo(contentView(), QPoint(0, m_last->height())).y();
-    contentView()->setMinimumHeight(bottom + m_margin);
+    m_least = bottom + m_margin;
+    setOffset(m_offset);
 }
 
 void ScrollView::revealFocus()
@@ -107,11 +119,9 @@ void ScrollView::revealFocus()
 
 void ScrollView::reveal(const QWidget *widget)
 {
-    // All of it: ensureWidgetVisible() would be content with a field's caret.
     const int top = widget->mapTo(contentView(), QPoint()).y() - revealMargin;
     const int bottom = top + widget->height() + 2 * revealMargin;
-    QScrollBar *bar = verticalScrollBar();
-    bar->setValue(std::min(std::max(bar->value(), bottom - viewport()->height()), top));
+    setOffset(std::min(std::max(m_offset, bottom - height()), top));
 }
 
 } // namespace parloquin

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Pane.h"
+
 #include <QtCore/QPointer>
-#include <QtWidgets/QScrollArea>
 
 namespace parloquin {
 
@@ -10,14 +11,14 @@ namespace parloquin {
 ///
 /// Whatever takes the focus is brought into view, and with it the button that concludes the form
 /// while both fit. Main thread only.
-class ScrollView : public QScrollArea {
+class ScrollView : public Pane {
     Q_OBJECT
 public:
     /// Fills the parent from now on.
     explicit ScrollView(QWidget *parent);
 
     /// Parent of the form's widgets and root of its layout.
-    [[nodiscard]] QWidget *contentView() const { return widget(); }
+    [[nodiscard]] QWidget *contentView() const { return m_content; }
 
     /// \param last the lowest widget of the form, a descendant of contentView()
     /// \param margin kept under it, px
@@ -26,22 +27,28 @@ public:
     void setConcludingButton(QWidget *button) { m_button = button; }
 
 protected:
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void followFinger(QMouseEvent *event);
+    void setOffset(int offset);
+    [[nodiscard]] int maxOffset() const;
     void fitContent();
     void revealFocus();
     void reveal(const QWidget *widget);
 
+    QWidget *m_content;
     QPointer<QWidget> m_last;
     QPointer<QWidget> m_button;
     int m_margin = 0;
+    int m_least = 0; // px that the form is high
+    int m_offset = 0; // px scrolled
 };
 
 } // namespace parloquin

@@ -1,5 +1,7 @@
 #include "Parloquin/Toolkit/Slide.h"
 
+#include "Parloquin/Toolkit/Pane.h"
+
 #include <QtGui/QPainter>
 
 #include <cmath>
@@ -12,9 +14,9 @@ namespace {
 constexpr qreal lowerShare = 0.3; // of the upper screen's way
 constexpr qreal darkest = 0.1;
 
-class Dim : public QWidget {
+class Dim : public Pane {
 public:
-    using QWidget::QWidget;
+    using Pane::Pane;
     qreal strength = 0;
 
 protected:

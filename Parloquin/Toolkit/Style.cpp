@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/Style.h"
 
+#include <QtGui/QGuiApplication>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QWidget>
 
@@ -9,11 +10,21 @@ namespace parloquin::Style {
 
 QFont font(int pixels, QFont::Weight weight)
 {
-    QFont font;
+    QFont font(QGuiApplication::font().families());
     font.setPixelSize(pixels);
     font.setWeight(weight);
     // Hinted advances are whole pixels: text would run wider at ratio 1 than at 2.
     font.setHintingPreference(QFont::PreferNoHinting);
+    // Said and not left open: a widget's or a painter's font fills in what another leaves open.
+    font.setItalic(false);
+    font.setUnderline(false);
+    font.setOverline(false);
+    font.setStrikeOut(false);
+    font.setKerning(true);
+    font.setStretch(QFont::Unstretched);
+    font.setCapitalization(QFont::MixedCase);
+    font.setLetterSpacing(QFont::PercentageSpacing, 100);
+    font.setWordSpacing(0);
     return font;
 }
 

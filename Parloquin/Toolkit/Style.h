@@ -31,7 +31,7 @@ inline constexpr std::chrono::milliseconds pressFade { 180 };
 inline constexpr std::chrono::milliseconds veilFade { 120 };
 inline constexpr std::chrono::milliseconds scrollThumb { 800 };
 
-/// The application's font at this size (px) and weight; family and the rest are inherited.
+/// The family of the application's font at this size (px) and weight; nothing else is inherited.
 [[nodiscard]] QFont font(int pixels, QFont::Weight weight);
 /// Distance from line to line (px) of text in this font; Arabic needs more than Latin.
 [[nodiscard]] int lineSpacing(const QFont &font, const QString &text);

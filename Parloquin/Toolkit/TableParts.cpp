@@ -5,7 +5,6 @@
 
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
-#include <QtWidgets/QStyle>
 
 #include <algorithm>
 #include <cmath>
@@ -38,8 +37,7 @@ void TableHeader::paintEvent(QPaintEvent *)
     painter.fillRect(QRectF(0, height() - line, width(), line), Style::hairline);
     painter.setPen(textColor());
     const auto inside = rect().adjusted(textMargin, 0, -textMargin, 0);
-    TextBlock(text(), font(), inside.width(), 1)
-        .draw(painter, inside, QStyle::visualAlignment(layoutDirection(), alignment()));
+    TextBlock(text(), face(), inside.width(), 1).draw(painter, inside, visualAlignment());
 }
 
 TableLines::TableLines(QWidget *table)
@@ -83,10 +81,10 @@ void TableShadow::paintEvent(QPaintEvent *)
 
 TableIndex::TableIndex(QWidget *table)
     : QWidget(table)
+    , m_face(12, QFont::DemiBold)
 {
     setObjectName(QStringLiteral("sectionIndex"));
     setAccessibleName(QStringLiteral("Section index"));
-    setFont(Style::font(12, QFont::DemiBold));
 }
 
 void TableIndex::setLetters(const QStringList &letters)
@@ -123,7 +121,7 @@ void TableIndex::paintEvent(QPaintEvent *)
     const auto pitch = this->pitch();
     qreal y = pitch.top;
     for (int letter = 0; letter < m_letters.size(); letter += pitch.step) {
-        TextBlock(m_letters[letter], font(), width(), 1)
+        TextBlock(m_letters[letter], m_face.font(), width(), 1)
             .draw(painter, QRectF(0, y, width(), pitch.height), Qt::AlignCenter);
         y += pitch.height;
     }

@@ -79,6 +79,7 @@ private:
     [[nodiscard]] Pitch pitch() const;
     void choose(const QPointF &position);
 
+    Typeface m_face;
     QStringList m_letters;
     int m_chosen = -1;
 };

@@ -1,4 +1,5 @@
 #include "Parloquin/Toolkit/Keys.h"
+#include "Parloquin/Toolkit/Scrolling.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableViewPrivate.h"
 #include "Parloquin/Toolkit/Tappable.h"
@@ -14,9 +15,6 @@
 namespace parloquin {
 
 namespace {
-constexpr int wheelStep = 60; // px a notch
-constexpr int notch = 120; // of a wheel, in its own units
-
 bool isForTables(const QKeyEvent &key)
 {
     constexpr Qt::Key moves[] = { Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp,
@@ -201,20 +199,15 @@ bool TableView::event(QEvent *event)
         event->setAccepted(handled);
         return true;
     }
-    case QEvent::ScrollPrepare: {
-        auto *prepare = static_cast<QScrollPrepareEvent *>(event);
-        prepare->setViewportSize(size());
-        prepare->setContentPosRange(QRectF(0, 0, 0, d->maxOffset()));
-        prepare->setContentPos(QPointF(0, d->offset));
-        prepare->accept();
+    case QEvent::ScrollPrepare:
+        Scrolling::prepare(*event, size(), d->offset, d->maxOffset());
         return true;
-    }
     case QEvent::ShortcutOverride:
         // What moves the ring, chooses or jumps is no shortcut of the host's meanwhile.
         event->setAccepted(isForTables(*static_cast<QKeyEvent *>(event)));
         return true;
     case QEvent::Scroll:
-        d->setOffset(qRound(static_cast<QScrollEvent *>(event)->contentPos().y()));
+        d->setOffset(Scrolling::targetOf(*event));
         return true;
     default:
         return QWidget::event(event);
@@ -241,10 +234,8 @@ void TableView::mouseReleaseEvent(QMouseEvent *event)
 
 void TableView::wheelEvent(QWheelEvent *event)
 {
-    const int pixels = event->pixelDelta().y();
-    const int delta = pixels != 0 ? pixels : event->angleDelta().y() * wheelStep / notch;
     d->cancelPress();
-    setContentOffset(d->offset - delta);
+    setContentOffset(d->offset + Scrolling::distanceOf(*event));
     event->accept();
 }
 

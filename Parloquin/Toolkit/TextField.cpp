@@ -3,6 +3,7 @@
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 
+#include <QtCore/QScopedValueRollback>
 #include <QtGui/QFocusEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QStyleHints>
@@ -20,9 +21,41 @@ constexpr int caretWidth = 2; // px
 // take it a second for the 32767 of its own limit.
 constexpr int mostTyped = 1024;
 
+// px that a line edit keeps to itself beside its text, at both ends
+constexpr int lineEditMargin = 2;
+// px that Qt widens a cursor's rectangle by at the left, to repaint safely
+constexpr int cursorSlack = 5;
+
+// Stronger than any rule of a host's sheets is the sheet of the widget itself. -1: no size set.
+QString ownSheet(const QFont &font)
+{
+    QStringList families = font.families();
+    for (QString &family : families)
+        family = QLatin1Char('"') + family.replace(QLatin1Char('"'), QLatin1String("\\\""))
+            + QLatin1Char('"');
+    return QStringLiteral(
+               "QLineEdit { border: none; padding: 0; margin: 0; background: transparent;"
+               "width: -1px; height: -1px; min-width: 0; min-height: 0; max-width: %1px; "
+               "max-height: %1px;"
+               "color: %2; selection-color: %2; selection-background-color: %3;"
+               "font-size: %4px; font-weight: %5; font-style: normal; text-decoration: none;"
+               "letter-spacing: 0px; word-spacing: 0px; font-family: ")
+               .arg(QWIDGETSIZE_MAX)
+               .arg(Style::ink.name(), Style::softBlue.name())
+               .arg(font.pixelSize())
+               .arg(font.weight())
+        + families.join(QLatin1Char(',')) + QLatin1String(" }");
+}
+
 // Nothing of the desktop's frame shows, and its caret, black and thin, gives way to the field's.
+// Always over the same style: the application's may change.
 class FieldStyle : public QProxyStyle {
 public:
+    FieldStyle()
+        : QProxyStyle(QStringLiteral("Fusion"))
+    {
+    }
+
     int pixelMetric(
         PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
     {
@@ -44,25 +77,18 @@ public:
 
 TextField::TextField(QWidget *parent)
     : QLineEdit(parent)
+    , m_face(17, QFont::Normal)
 {
     auto *style = new FieldStyle;
     style->setParent(this);
     setStyle(style);
     setFrame(false);
     setMaxLength(mostTyped);
-    // The line edit keeps 2 px to itself; the text is to begin at the edge.
-    setTextMargins(-2, 0, -2, 0);
+    // The text is to begin at the edge.
+    setTextMargins(-lineEditMargin, 0, -lineEditMargin, 0);
     setFocusPolicy(Qt::TabFocus); // what a press means is found out below
     setAttribute(Qt::WA_MacShowFocusRect, false);
-
-    auto colors = palette();
-    colors.setColor(QPalette::Base, Qt::transparent);
-    colors.setColor(QPalette::PlaceholderText, Style::placeholder);
-    colors.setColor(QPalette::Highlight, QColor(0xe4, 0xe6, 0xff));
-    colors.setColor(QPalette::HighlightedText, Style::ink);
-    setPalette(colors);
-    setTextColor(Style::ink);
-    setFontSize(17);
+    dress();
 
     connect(&m_blink, &QTimer::timeout, this, [this] {
         m_caretShown = !m_caretShown;
@@ -78,14 +104,17 @@ TextField::TextField(QWidget *parent)
 
 void TextField::setFontSize(int pixels, QFont::Weight weight)
 {
-    setFont(Style::font(pixels, weight));
+    m_face = Typeface(pixels, weight);
+    dress();
 }
 
-void TextField::setTextColor(const QColor &color)
+// What the line edit draws by itself, and measures taps and its cursor by.
+void TextField::dress()
 {
-    auto colors = palette();
-    colors.setColor(QPalette::Text, color);
-    setPalette(colors);
+    const QScopedValueRollback guard(m_dressing, true);
+    setFont(m_face.font()); // for what a sheet cannot say, as how to hint
+    if (const QString sheet = ownSheet(m_face.font()); sheet != styleSheet())
+        setStyleSheet(sheet);
 }
 
 void TextField::setBorder(qreal width, const QColor &color, qreal radius)
@@ -149,6 +178,12 @@ void TextField::restartCaret()
     update();
 }
 
+void TextField::inputMethodEvent(QInputMethodEvent *event)
+{
+    m_composing = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
+}
+
 void TextField::paintEvent(QPaintEvent *event)
 {
     if (m_borderWidth > 0 && m_borderColor.isValid()) {
@@ -160,16 +195,17 @@ void TextField::paintEvent(QPaintEvent *event)
         painter.drawRoundedRect(
             QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2), round, round);
     }
-    if (isReadOnly() && !text().isEmpty()) {
-        drawShownText();
-        return;
-    }
-    QLineEdit::paintEvent(event);
+    if (text().isEmpty() && !m_composing)
+        drawLine(placeholderText(), Style::placeholder);
+    else if (isReadOnly())
+        drawLine(text(), Style::ink);
+    else
+        QLineEdit::paintEvent(event);
     if (m_caretShown && hasFocus() && !isReadOnly()) {
         const auto caret = cursorRect();
-        // Qt widens the rectangle by 5 px at the left to repaint safely. Beside a digit the caret
-        // keeps 1 px off it; alone in a centred box it stands in the middle.
-        const int place = caret.x() + 5 + (text().isEmpty() ? -caretWidth / 2 : 1);
+        // Beside a digit the caret keeps 1 px off it; alone in a centred box it stands in the
+        // middle.
+        const int place = caret.x() + cursorSlack + (text().isEmpty() ? -caretWidth / 2 : 1);
         const int x = std::clamp(place, 0, std::max(width() - caretWidth, 0));
         QPainter(this).fillRect(QRect(x, caret.y(), caretWidth, caret.height()), Style::blue);
     }
@@ -177,18 +213,19 @@ void TextField::paintEvent(QPaintEvent *event)
 
 // A line edit scrolls a long text to its end and keeps room for a caret at the right. A text that
 // is only shown begins at its beginning and stands at the edge; on the base line of its neighbours.
-void TextField::drawShownText()
+void TextField::drawLine(const QString &text, const QColor &color)
 {
-    const QFontMetrics line(font());
-    const QFontMetricsF metrics(font());
-    const auto shown = metrics.elidedText(text(), Qt::ElideRight, width());
+    const QFontMetrics line(m_face.font());
+    const QFontMetricsF metrics(m_face.font());
+    const auto shown = metrics.elidedText(text, Qt::ElideRight, width());
     const qreal free = width() - metrics.horizontalAdvance(shown);
     const qreal x = alignment() & Qt::AlignRight ? free
         : alignment() & Qt::AlignHCenter         ? free / 2
                                                  : 0;
     const int top = (height() - line.height() + 1) / 2;
     QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Text));
+    painter.setFont(m_face.font());
+    painter.setPen(color);
     painter.setLayoutDirection(layoutDirection());
     painter.drawText(QPointF(x, top + line.ascent()), shown);
 }
@@ -201,8 +238,17 @@ bool TextField::event(QEvent *event)
         return true;
     }
     const bool handled = QLineEdit::event(event);
-    if (event->type() == QEvent::ParentChange)
+    switch (event->type()) {
+    case QEvent::ParentChange:
         watchParent();
+        break;
+    case QEvent::FontChange: // the application's family may be another now
+        if (!m_dressing)
+            dress();
+        break;
+    default:
+        break;
+    }
     return handled;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Typeface.h"
+
 #include <QtCore/QBasicTimer>
 #include <QtCore/QPointF>
 #include <QtCore/QPointer>
@@ -13,13 +15,13 @@ namespace parloquin {
 /// Tells edits by textEdited: the user's only, input methods, paste and selection included. Of a
 /// text beyond 1024 characters only the beginning is taken. Enter tells returnPressed, once however
 /// long it is held, and goes no further. A long press or a right click offers cut, copy and paste.
+/// Font, colours and edges are its own, whatever style sheet, palette or style the application has.
 class TextField : public QLineEdit {
     Q_OBJECT
 public:
     explicit TextField(QWidget *parent = nullptr);
 
     void setFontSize(int pixels, QFont::Weight weight = QFont::Normal);
-    void setTextColor(const QColor &color);
     /// \param width 0.5 is a hairline: one device pixel; 0 none
     void setBorder(qreal width, const QColor &color, qreal radius);
     /// Digits and dial signs on an on-screen keyboard; nothing is filtered.
@@ -41,6 +43,7 @@ Q_SIGNALS:
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -53,12 +56,14 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void dress();
     void followDirection();
     void watchParent();
     void restartCaret();
-    void drawShownText();
+    void drawLine(const QString &text, const QColor &color);
     void openMenu();
 
+    Typeface m_face;
     QColor m_borderColor;
     qreal m_borderWidth = 0;
     qreal m_radius = 0;
@@ -67,7 +72,9 @@ private:
     QBasicTimer m_hold; // runs while a press may become a long one
     QPointF m_pressedAt;
     bool m_strayed = false;
+    bool m_dressing = false;
     bool m_caretShown = false;
+    bool m_composing = false; // an input method shows what it has not committed yet
     QPointer<QWidget> m_watchedParent;
 };
 

@@ -1,4 +1,5 @@
 #include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/NavigationBar.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
@@ -8,7 +9,6 @@
 
 #include <QtCore/QPointer>
 #include <QtTest/QTest>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QProxyStyle>
 
 #include <gtest/gtest.h>
@@ -93,7 +93,7 @@ protected:
 
     [[nodiscard]] QString title() const
     {
-        return controller->findChild<QLabel *>(QStringLiteral("lblTitle"))->text();
+        return controller->findChild<Label *>(QStringLiteral("lblTitle"))->text();
     }
 
     [[nodiscard]] int visibleButtons() const

@@ -5,6 +5,8 @@
 /// \brief A style without motion: screens are there at once.
 class StillStyle : public QProxyStyle {
 public:
+    using QProxyStyle::QProxyStyle;
+
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
         QStyleHintReturn *data) const override
     {

@@ -1,0 +1,1 @@
+#include "Parloquin/Toolkit/Pane.h"
