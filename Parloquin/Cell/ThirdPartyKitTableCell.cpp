@@ -17,8 +17,7 @@
 namespace parloquin {
 namespace {
 
-constexpr qreal cornerRadius = 6; // px
-constexpr qreal pressDepth = 0.2; // share of black over a pressed row
+constexpr qreal pressDepth = 0.2; // as the tint over what else is coloured
 
 } // namespace
 
@@ -30,7 +29,7 @@ ThirdPartyKitTableCell::ThirdPartyKitTableCell(QWidget *parent)
 {
     setObjectName(nameOfClass<ThirdPartyKitTableCell>());
     viewBack->setObjectName(QStringLiteral("viewBack"));
-    viewBack->setCornerRadius(cornerRadius);
+    viewBack->setCornerRadius(Style::cornerRadius);
     imgKitIcon->setObjectName(QStringLiteral("imgKitIcon"));
     imgKitIcon->setContentMode(ContentMode::aspectFit);
     lblKitName->setObjectName(QStringLiteral("lblKitName"));
@@ -104,7 +103,7 @@ void ThirdPartyKitTableCell::paintEvent(QPaintEvent *event)
     if (!hasKeyboardFocus())
         return;
     QPainter painter(this);
-    FocusRing::paint(painter, viewBack->geometry(), cornerRadius, false, Style::blue);
+    FocusRing::paint(painter, viewBack->geometry(), Style::cornerRadius, false, Style::blue);
 }
 
 } // namespace parloquin

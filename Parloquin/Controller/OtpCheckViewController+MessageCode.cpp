@@ -5,7 +5,6 @@
 #include "Parloquin/Platform/IncomingMessages.h"
 #include "Parloquin/Toolkit/Anchors.h"
 #include "Parloquin/Toolkit/Button.h"
-#include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextField.h"
 
 #include <QtCore/QCoreApplication>
@@ -41,13 +40,9 @@ void OtpCheckViewController::offerCode(const QString &code)
 void OtpCheckViewController::setButtonMessageCode()
 {
     // Over the page, as a keyboard offers words: nothing that is there moves.
-    btnMessageCode = new Button(this);
+    btnMessageCode = new Button(Button::Kind::soft, {}, this);
     btnMessageCode->setObjectName(QStringLiteral("btnMessageCode"));
     btnMessageCode->hide();
-    btnMessageCode->setBackgroundColor(Style::softBlue);
-    btnMessageCode->setTitleColor(Style::blue);
-    btnMessageCode->setFontSize(16, QFont::DemiBold);
-    btnMessageCode->setCornerRadius(6);
     connect(btnMessageCode, &Button::clicked, this, [this] { fillCode(); });
 
     using parloquin::height;

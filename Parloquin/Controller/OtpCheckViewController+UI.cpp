@@ -45,7 +45,7 @@ void OtpCheckViewController::setViewFieldsBack()
     viewFieldsBack = new View(m_page->contentView());
     viewFieldsBack->setObjectName(QStringLiteral("viewFieldsBack"));
     viewFieldsBack->setBorder(1, Style::blue);
-    viewFieldsBack->setCornerRadius(6);
+    viewFieldsBack->setCornerRadius(Style::cornerRadius);
     // A view that takes no taps keeps them from its children too.
     viewFieldsBack->setAttribute(Qt::WA_TransparentForMouseEvents, false);
 
@@ -80,26 +80,18 @@ void OtpCheckViewController::setViewFieldsBack()
 
 void OtpCheckViewController::setButtonCheck()
 {
-    btnCheck = new Button(m_page->contentView());
+    btnCheck = new Button(Button::Kind::filled, QStringLiteral("Send Code"), m_page->contentView());
     btnCheck->setObjectName(QStringLiteral("btnCheck"));
-    btnCheck->setBackgroundColor(Style::blue);
-    btnCheck->setTitleColor(Qt::white);
-    btnCheck->setFontSize(16, QFont::DemiBold);
-    btnCheck->setCornerRadius(6);
-    btnCheck->setText(QStringLiteral("Send Code"));
     connect(btnCheck, &Button::clicked, this, [this] { actionButtonCheck(); });
 }
 
 void OtpCheckViewController::setButtonTryAgain()
 {
-    // Leads nowhere, and shows no press: a new code is sent from the screen before.
-    btnTryAgain = new Button(m_page->contentView());
+    // Leads nowhere: a new code is sent from the screen before.
+    btnTryAgain = new Button(Button::Kind::link,
+        QStringLiteral("Didn't you receive the code? Tap here to try again"),
+        m_page->contentView());
     btnTryAgain->setObjectName(QStringLiteral("btnTryAgain"));
-    btnTryAgain->setBackgroundColor(Qt::transparent);
-    btnTryAgain->setTitleColor(Style::blue);
-    btnTryAgain->setFontSize(17, QFont::Normal);
-    btnTryAgain->setShowsPress(false);
-    btnTryAgain->setText(QStringLiteral("Didn't you receive the code? Tap here to try again"));
 }
 
 // Inside a widget its own width() and height() hide the anchors of these names.

@@ -7,6 +7,7 @@
 #include "Parloquin/Toolkit/ScrollView.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TapGestureRecognizer.h"
+#include "Parloquin/Toolkit/TappableView.h"
 #include "Parloquin/Toolkit/TextField.h"
 #include "Parloquin/Toolkit/View.h"
 
@@ -15,12 +16,12 @@ namespace parloquin {
 namespace {
 constexpr int fieldFont = 17; // px
 
-View *makeBox(QWidget *parent, const QString &name)
+template <class Box> Box *makeBox(QWidget *parent, const QString &name)
 {
-    auto *box = new View(parent);
+    auto *box = new Box(parent);
     box->setObjectName(name);
     box->setBorder(1, Qt::black);
-    box->setCornerRadius(6);
+    box->setCornerRadius(Style::cornerRadius);
     return box;
 }
 
@@ -51,10 +52,9 @@ void OtpMainViewController::setUI()
 
 void OtpMainViewController::setViewCountry()
 {
-    viewCountryBack = makeBox(m_page->contentView(), QStringLiteral("viewCountryBack"));
-    viewCountryBack->setPressedColor(Style::pressedRow);
-    viewCountryBack->setTappable(true);
-    connect(viewCountryBack, &View::clicked, this, [this] { actionButtonSelectCountry(); });
+    viewCountryBack =
+        makeBox<TappableView>(m_page->contentView(), QStringLiteral("viewCountryBack"));
+    connect(viewCountryBack, &TappableView::clicked, this, [this] { actionButtonSelectCountry(); });
 
     txtCountryName = makeField(m_page->contentView(), QStringLiteral("txtCountryName"),
         QStringLiteral("Select Country.."));
@@ -73,7 +73,7 @@ void OtpMainViewController::setViewCountry()
 
 void OtpMainViewController::setViewPhoneNumber()
 {
-    viewPhoneBack = makeBox(m_page->contentView(), QStringLiteral("viewPhoneBack"));
+    viewPhoneBack = makeBox<View>(m_page->contentView(), QStringLiteral("viewPhoneBack"));
 
     txtCountryCode = makeField(
         m_page->contentView(), QStringLiteral("txtCountryCode"), QStringLiteral("+(Code)"));
@@ -98,13 +98,9 @@ void OtpMainViewController::setViewPhoneNumber()
 
 void OtpMainViewController::setButtonContinue()
 {
-    btnContinue = new Button(m_page->contentView());
+    btnContinue =
+        new Button(Button::Kind::filled, QStringLiteral("Send SMS"), m_page->contentView());
     btnContinue->setObjectName(QStringLiteral("btnContinue"));
-    btnContinue->setBackgroundColor(Style::blue);
-    btnContinue->setTitleColor(Qt::white);
-    btnContinue->setFontSize(16, QFont::DemiBold);
-    btnContinue->setCornerRadius(6);
-    btnContinue->setText(QStringLiteral("Send SMS"));
     connect(btnContinue, &Button::clicked, this, [this] { actionButtonContinue(); });
 }
 

@@ -14,6 +14,7 @@ class Button;
 class ImageView;
 class ScrollView;
 class TapGestureRecognizer;
+class TappableView;
 class TextField;
 class View;
 
@@ -59,7 +60,7 @@ private:
 
     TapGestureRecognizer *keyboardDismisser = nullptr;
     QPointer<BarButtonItem> btnBack;
-    View *viewCountryBack = nullptr;
+    TappableView *viewCountryBack = nullptr;
     TextField *txtCountryName = nullptr;
     ImageView *iconArrowDown = nullptr;
     View *viewPhoneBack = nullptr;

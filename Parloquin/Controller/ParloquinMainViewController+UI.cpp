@@ -7,6 +7,7 @@
 #include "Parloquin/Toolkit/ImageView.h"
 #include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TappableView.h"
 #include "Parloquin/Toolkit/View.h"
 
 namespace parloquin {
@@ -57,19 +58,16 @@ void ParloquinMainViewController::setKitsTable()
 
 void ParloquinMainViewController::setAlternativePanel()
 {
-    viewAlternativeKit = new View(this);
+    viewAlternativeKit = new TappableView(this);
     viewAlternativeKit->setObjectName(QStringLiteral("viewAlternativeKit"));
     viewAlternativeKit->setBackgroundColor(Qt::white);
-    viewAlternativeKit->setPressedColor(Style::pressedRow);
     viewAlternativeKit->setRingInside(true);
-    viewAlternativeKit->setTappable(true);
     viewAlternativeKit->hide();
     connect(viewAlternativeKit, &QAbstractButton::clicked, this,
         &ParloquinMainViewController::actionTapGoToOTP);
 
-    lineAlternateViewTop = new View(viewAlternativeKit);
+    lineAlternateViewTop = new Hairline(QColor::fromRgbF(0, 0, 0, 0.4F), viewAlternativeKit);
     lineAlternateViewTop->setObjectName(QStringLiteral("lineAlternateViewTop"));
-    lineAlternateViewTop->setBackgroundColor(QColor::fromRgbF(0, 0, 0, 0.4F));
 
     lblAlternateKitTitle = new Label(viewAlternativeKit);
     lblAlternateKitTitle->setObjectName(QStringLiteral("lblAlternateKitTitle"));

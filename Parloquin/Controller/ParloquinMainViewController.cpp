@@ -6,7 +6,7 @@
 #include "Parloquin/Manager/HudManager.h"
 #include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/NavigationController.h"
-#include "Parloquin/Toolkit/View.h"
+#include "Parloquin/Toolkit/TappableView.h"
 
 #include <QtGui/QGuiApplication>
 

@@ -10,9 +10,10 @@
 namespace parloquin {
 
 class BarButtonItem;
+class Hairline;
 class ImageView;
 class Label;
-class View;
+class TappableView;
 
 /// \brief The first screen: the messaging apps to verify by, and the way to the road by SMS.
 ///
@@ -59,8 +60,8 @@ private:
     QPointer<BarButtonItem> btnClose; // the bar's, and gone with it
     Label *lblDescription = nullptr;
     TableView *tblKits = nullptr;
-    View *viewAlternativeKit = nullptr;
-    View *lineAlternateViewTop = nullptr;
+    TappableView *viewAlternativeKit = nullptr;
+    Hairline *lineAlternateViewTop = nullptr;
     Label *lblAlternateKitTitle = nullptr;
     Label *lblAlternateKitDesc = nullptr;
     ImageView *iconArrowRight = nullptr;

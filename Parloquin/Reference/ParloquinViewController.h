@@ -16,7 +16,8 @@ class ParloquinDelegate;
 /// the delegate nothing.
 ///
 /// A host that draws the device's status area over the container says how high it is with
-/// `setContentsMargins(0, height, 0, 0)`; the bar's blue then reaches up behind it.
+/// `setContentsMargins(0, height, 0, 0)`; the bar's blue then reaches up behind it. The other three
+/// margins inset the pages.
 ///
 /// For automation, every control bears an object name, and the property `atRest` is true while no
 /// slide, scroll or overlay is under way: what is seen then stays until someone acts or an answer

@@ -63,7 +63,7 @@ QAccessibleInterface *describe(const QString &, QObject *object)
         return new AccessibleLabel(label);
     if (auto *table = qobject_cast<TableView *>(object))
         return new QAccessibleWidget(table, QAccessible::List);
-    if (auto *view = qobject_cast<View *>(object); view && !view->isTappable())
+    if (auto *view = qobject_cast<View *>(object))
         return new QAccessibleWidget(view, QAccessible::Grouping);
     if (auto *picture = qobject_cast<ImageView *>(object))
         return new QAccessibleWidget(picture, QAccessible::Graphic);

@@ -5,7 +5,6 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QScopedValueRollback>
-#include <QtCore/QVariant>
 
 #include <algorithm>
 #include <cmath>
@@ -14,8 +13,6 @@
 namespace parloquin {
 
 namespace {
-
-constexpr char hairlineProperty[] = "parloquinHairline";
 
 // Half a pixel goes to the leading side.
 int whole(qreal value) { return static_cast<int>(std::ceil(value - 0.5)); }
@@ -91,10 +88,6 @@ void AnchorEngine::layOut()
         QPoint corner(whole(*leadingEdge), whole(*place.vertical[0]));
         if (mirrored)
             corner.setX(m_root->width() - corner.x() - extent.width());
-        const bool thin =
-            (*wide > 0 && *wide < 1) || (*place.vertical[3] > 0 && *place.vertical[3] < 1);
-        if (thin != isHairline(item))
-            item->setProperty(hairlineProperty, thin);
         item->setGeometry({ item->parentWidget()->mapFrom(m_root, corner), extent });
     }
 }
@@ -152,7 +145,5 @@ void activate(QWidget *root, std::initializer_list<Constraint> rows)
     // Later, as more tables may follow in this call; a root not shown yet waits for that.
     QCoreApplication::postEvent(root, new QEvent(QEvent::LayoutRequest));
 }
-
-bool isHairline(const QWidget *widget) { return widget->property(hairlineProperty).toBool(); }
 
 } // namespace parloquin

@@ -84,7 +84,4 @@ inline Dimension height(QWidget *item) { return { item, detail::Attribute::heigh
 /// the widget: that is a mistake in the table.
 void activate(QWidget *root, std::initializer_list<Constraint> rows);
 
-/// True for a widget that its rows make thinner than a pixel: it is to draw one device pixel.
-[[nodiscard]] bool isHairline(const QWidget *widget);
-
 } // namespace parloquin

@@ -9,40 +9,15 @@
 
 namespace parloquin {
 
-Button::Button(QWidget *parent)
+Button::Button(Kind kind, const QString &title, QWidget *parent)
     : Tappable(parent)
-    , m_background(Qt::transparent)
-    , m_titleColor(Qt::white)
-    , m_face(16, QFont::DemiBold)
+    , m_kind(kind)
+    , m_face(kind == Kind::link ? Typeface(17, QFont::Normal) : Typeface(16, QFont::DemiBold))
 {
+    setText(title);
 }
 
-void Button::setBackgroundColor(const QColor &color)
-{
-    m_background = color;
-    update();
-}
-
-void Button::setTitleColor(const QColor &color)
-{
-    m_titleColor = color;
-    update();
-}
-
-void Button::setFontSize(int pixels, QFont::Weight weight)
-{
-    m_face = Typeface(pixels, weight);
-    updateGeometry();
-    update();
-}
-
-void Button::setCornerRadius(qreal radius)
-{
-    m_radius = radius;
-    update();
-}
-
-void Button::setShowsPress(bool shows) { m_showsPress = shows; }
+qreal Button::cornerRadius() const { return m_kind == Kind::link ? 0 : Style::cornerRadius; }
 
 int Button::heightForWidth(int width) const
 {
@@ -59,19 +34,17 @@ void Button::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const qreal press = m_showsPress ? pressStrength() : 0;
-    const bool filled = m_background.alpha() > 0;
-
-    if (filled) {
+    if (m_kind != Kind::link) {
+        auto press = Style::pressTint;
+        press.setAlphaF(press.alphaF() * static_cast<float>(pressStrength()));
         painter.setPen(Qt::NoPen);
-        painter.setBrush(m_background);
-        painter.drawRoundedRect(rect(), m_radius, m_radius);
-        painter.setBrush(QColor(0, 0, 0, qRound(51 * press)));
-        painter.drawRoundedRect(rect(), m_radius, m_radius);
-    } else {
-        painter.setOpacity(1 - press / 2);
+        for (const auto &color :
+            { m_kind == Kind::filled ? Style::blue : Style::softBlue, press }) {
+            painter.setBrush(color);
+            painter.drawRoundedRect(rect(), Style::cornerRadius, Style::cornerRadius);
+        }
     }
-    painter.setPen(m_titleColor);
+    painter.setPen(m_kind == Kind::filled ? QColor(Qt::white) : Style::blue);
     TextBlock::brokenAtSentence(text(), m_face.font(), width())
         .draw(painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter);
 }

@@ -3,21 +3,23 @@
 #include "Parloquin/Toolkit/Tappable.h"
 #include "Parloquin/Toolkit/Typeface.h"
 
+#include <QtGui/QColor>
+
 namespace parloquin {
 
-/// \brief A button of the screens: filled and rounded, or a plain text link that may wrap.
+/// \brief A button of the screens.
 class Button : public Tappable {
     Q_OBJECT
 public:
-    explicit Button(QWidget *parent = nullptr);
+    enum class Kind {
+        filled, ///< blue and rounded: what concludes a form
+        soft, ///< the same in soft blue: an offer beside it
+        link ///< text alone, which may wrap; shows no press, as nothing follows
+    };
 
-    void setBackgroundColor(const QColor &color); // transparent: a link
-    void setTitleColor(const QColor &color);
-    void setFontSize(int pixels, QFont::Weight weight);
-    void setCornerRadius(qreal radius);
-    /// Off where a press leads to nothing and must not look as if it did.
-    void setShowsPress(bool shows);
-    [[nodiscard]] qreal cornerRadius() const { return m_radius; }
+    Button(Kind kind, const QString &title, QWidget *parent);
+
+    [[nodiscard]] qreal cornerRadius() const;
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
@@ -27,11 +29,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    QColor m_background;
-    QColor m_titleColor;
+    Kind m_kind;
     Typeface m_face;
-    qreal m_radius = 0;
-    bool m_showsPress = true;
 };
 
 } // namespace parloquin

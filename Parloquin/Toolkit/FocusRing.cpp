@@ -2,6 +2,7 @@
 
 #include "Parloquin/Toolkit/Button.h"
 #include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TappableView.h"
 #include "Parloquin/Toolkit/TextField.h"
 #include "Parloquin/Toolkit/View.h"
 
@@ -25,7 +26,7 @@ QWidget *ringedFor(QWidget *screen, QWidget *focused)
     }
     if (qobject_cast<TextField *>(focused))
         return focused;
-    const bool rings = qobject_cast<View *>(focused) || qobject_cast<Button *>(focused);
+    const bool rings = qobject_cast<TappableView *>(focused) || qobject_cast<Button *>(focused);
     return rings && static_cast<Tappable *>(focused)->hasKeyboardFocus() ? focused : nullptr;
 }
 
@@ -80,7 +81,9 @@ void FocusRing::place()
     m_inside = false;
     if (const auto *view = qobject_cast<View *>(m_target)) {
         m_radius = view->cornerRadius();
-        m_inside = view->ringsInside();
+    } else if (const auto *panel = qobject_cast<TappableView *>(m_target)) {
+        m_radius = panel->cornerRadius();
+        m_inside = panel->ringsInside();
     } else if (const auto *button = qobject_cast<Button *>(m_target)) {
         m_radius = button->cornerRadius();
     } else if (const auto *field = qobject_cast<TextField *>(m_target)) {

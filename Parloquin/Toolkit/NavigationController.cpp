@@ -5,6 +5,8 @@
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableView.h"
 
+#include <QtGui/QPaintEvent>
+#include <QtGui/QPainter>
 #include <QtGui/QShowEvent>
 #include <QtWidgets/QScroller>
 
@@ -31,9 +33,11 @@ NavigationController::Private::Private(NavigationController *owner)
 
 void NavigationController::Private::arrange() const
 {
-    const int below = statusArea + NavigationBar::barHeight;
+    const int below = insets.top() + NavigationBar::barHeight;
     bar->setGeometry(0, 0, controller->width(), below);
-    stage->setGeometry(0, below, controller->width(), std::max(controller->height() - below, 0));
+    stage->setGeometry(insets.left(), below,
+        std::max(controller->width() - insets.left() - insets.right(), 0),
+        std::max(controller->height() - below - insets.bottom(), 0));
     for (auto *screen : stage->findChildren<Screen *>(QString(), Qt::FindDirectChildrenOnly))
         screen->resize(stage->size());
 }
@@ -180,9 +184,9 @@ bool NavigationController::isAtRest() const
            });
 }
 
-void NavigationController::setStatusAreaHeight(int height)
+void NavigationController::setInsets(const QMargins &insets)
 {
-    d->statusArea = height;
+    d->insets = insets;
     d->arrange();
 }
 
@@ -216,6 +220,11 @@ void NavigationController::hideEvent(QHideEvent *event)
     d->slide->finish();
     d->appeared = false;
     d->top()->viewWillDisappear(false);
+}
+
+void NavigationController::paintEvent(QPaintEvent *event)
+{
+    QPainter(this).fillRect(event->rect(), Qt::white); // what pages leave free
 }
 
 void NavigationController::resizeEvent(QResizeEvent *)

@@ -42,8 +42,9 @@ public:
     /// on top.
     void focus(QWidget *widget);
 
-    /// Height of the device's status area over the bar, painted in the bar's colour.
-    void setStatusAreaHeight(int height);
+    /// What the device or the host keeps for itself at the edges, px: the bar's colour reaches up
+    /// behind the upper strip, pages leave the other three free.
+    void setInsets(const QMargins &insets);
 
     /// Asks whoever presents the controller to take it away.
     void dismiss() { Q_EMIT dismissRequested(); }
@@ -57,6 +58,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

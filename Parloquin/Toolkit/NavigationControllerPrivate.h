@@ -52,7 +52,7 @@ struct NavigationController::Private {
     QSet<int> hostKeys; // held keys whose press the host got
     bool backButtonTaken = false;
     QList<Screen *> stack;
-    int statusArea = 0;
+    QMargins insets;
     bool appeared = false;
 };
 

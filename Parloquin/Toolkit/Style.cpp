@@ -45,9 +45,4 @@ int duration(const QWidget *widget, std::chrono::milliseconds motion)
     return moves ? static_cast<int>(motion.count()) : 0;
 }
 
-qreal hairlineWidth(const QWidget *widget)
-{
-    return 1 / std::max(widget->devicePixelRatioF(), 2.0);
-}
-
 } // namespace parloquin::Style

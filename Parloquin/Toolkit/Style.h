@@ -11,7 +11,6 @@ class QWidget;
 namespace parloquin::Style {
 
 inline constexpr QColor blue { 0, 0, 255 };
-inline constexpr QColor pressedBlue { 0, 0, 204 };
 inline constexpr QColor softBlue { 0xe4, 0xe6, 0xff };
 inline constexpr QColor ink { 0x11, 0x13, 0x22 };
 inline constexpr QColor secondInk { 0x4a, 0x4f, 0x66 };
@@ -19,9 +18,11 @@ inline constexpr QColor placeholder { 0x6b, 0x70, 0x85 };
 inline constexpr QColor grey { 0x80, 0x80, 0x80 };
 inline constexpr QColor hairline { 0xd3, 0xd6, 0xe2 };
 inline constexpr QColor pressedRow { 0xe9, 0xea, 0xff };
+inline constexpr QColor pressTint { 0, 0, 0, 51 }; // over what is coloured: a fifth of black
 inline constexpr QColor headerBackground { 0xf1, 0xf2, 0xf8 };
 inline constexpr QColor headerInk { 0x3c, 0x40, 0x58 };
 
+inline constexpr qreal cornerRadius = 6; // px, of buttons, boxes and coloured rows
 inline constexpr int strayDistance = 10; // px a finger may move and still tap
 
 inline constexpr std::chrono::milliseconds push { 320 };
@@ -37,7 +38,5 @@ inline constexpr std::chrono::milliseconds scrollThumb { 800 };
 [[nodiscard]] int lineSpacing(const QFont &font, const QString &text);
 /// Milliseconds that a motion takes for this widget: 0 where its style asks for no animation.
 [[nodiscard]] int duration(const QWidget *widget, std::chrono::milliseconds motion);
-/// One device pixel; at ratio 1 half a pixel, which antialiasing draws at half strength.
-[[nodiscard]] qreal hairlineWidth(const QWidget *widget);
 
 } // namespace parloquin::Style

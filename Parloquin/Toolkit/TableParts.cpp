@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/TableParts.h"
 
+#include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextBlock.h"
 
@@ -32,9 +33,7 @@ void TableHeader::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.fillRect(rect(), Style::headerBackground);
-    const qreal line = Style::hairlineWidth(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillRect(QRectF(0, height() - line, width(), line), Style::hairline);
+    DevicePixels::drawHairline(painter, rect(), Qt::BottomEdge, Style::hairline);
     painter.setPen(textColor());
     const auto inside = rect().adjusted(textMargin, 0, -textMargin, 0);
     TextBlock(text(), face(), inside.width(), 1).draw(painter, inside, visualAlignment());
@@ -55,11 +54,9 @@ void TableLines::setLines(const QList<QLineF> &lines)
 void TableLines::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const qreal thickness = Style::hairlineWidth(this);
     for (const auto &line : m_lines) {
-        painter.fillRect(
-            QRectF(line.x1(), line.y1() - thickness, line.dx(), thickness), Style::hairline);
+        DevicePixels::drawHairline(painter, QRectF(line.x1(), line.y1() - 1, line.dx(), 1),
+            Qt::BottomEdge, Style::hairline);
     }
 }
 

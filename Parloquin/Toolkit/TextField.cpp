@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/TextField.h"
 
+#include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 
@@ -187,13 +188,8 @@ void TextField::inputMethodEvent(QInputMethodEvent *event)
 void TextField::paintEvent(QPaintEvent *event)
 {
     if (m_borderWidth > 0 && m_borderColor.isValid()) {
-        const qreal line = m_borderWidth < 1 ? Style::hairlineWidth(this) : m_borderWidth;
-        const qreal round = std::max<qreal>(m_radius - line / 2, 0);
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(m_borderColor, line));
-        painter.drawRoundedRect(
-            QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2), round, round);
+        DevicePixels::drawFrame(painter, rect(), m_borderWidth, m_radius, m_borderColor);
     }
     if (text().isEmpty() && !m_composing)
         drawLine(placeholderText(), Style::placeholder);

@@ -3,12 +3,14 @@
 #include "Parloquin/Toolkit/ImageView.h"
 #include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/TappableView.h"
 #include "Parloquin/Toolkit/TextField.h"
 #include "Parloquin/Toolkit/View.h"
 #include "Soon.h"
 #include "support/Hands.h"
 
 #include <QtGui/QMouseEvent>
+#include <QtGui/QWindow>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -71,10 +73,6 @@ std::pair<int, int> inked(QWidget &widget)
 TEST(Label, ElidesShrinksAndKeepsItsSide)
 {
     Label label;
-    label.setStyleSheet({});
-    auto colors = label.palette();
-    colors.setColor(QPalette::Window, Qt::white);
-    label.setPalette(colors);
     label.resize(53, 30);
     label.setText(QStringLiteral("+1 684 684 684"));
     EXPECT_LT(inked(label).second, 53) << "elided inside";
@@ -100,9 +98,8 @@ public:
         field->setObjectName(QStringLiteral("txtPhoneNumber"));
         other = new TextField(this);
         other->setObjectName(QStringLiteral("txtCode0"));
-        button = new Button(this);
+        button = new Button(Button::Kind::filled, QStringLiteral("Go"), this);
         button->setObjectName(QStringLiteral("btnContinue"));
-        button->setBackgroundColor(Qt::blue);
         box->setRingsFor(field);
         // clang-format off
         parloquin::activate(this, {
@@ -186,14 +183,17 @@ TEST(TextField, OneThatOnlyShowsTakesNoTapAndNoFocus)
 {
     ControlsPage page;
     ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
-    page.field->setUserInteractionEnabled(false);
-    page.box->setTappable(true);
-    const QSignalSpy taps(page.box, &QAbstractButton::clicked);
-    const auto at = page.field->mapTo(&page, page.field->rect().center());
+    TappableView box(&page);
+    box.setGeometry(page.other->geometry());
+    box.stackUnder(page.other);
+    box.show();
+    page.other->setUserInteractionEnabled(false);
+    const QSignalSpy taps(&box, &QAbstractButton::clicked);
+    const auto at = page.other->geometry().center();
     hands::click(&page, at);
-    EXPECT_EQ(page.childAt(at), page.box);
+    EXPECT_EQ(page.childAt(at), &box);
     EXPECT_EQ(taps.size(), 1);
-    EXPECT_FALSE(page.field->hasFocus());
+    EXPECT_FALSE(page.other->hasFocus());
 }
 
 TEST(TextField, OneThatOnlyShowsBeginsAtItsEdgeAndElides)

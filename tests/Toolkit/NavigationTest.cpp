@@ -215,7 +215,7 @@ TEST_P(Navigation, TheBarFollowsTheDirectionAndTheItem)
     EXPECT_EQ(back->x(), 0);
     EXPECT_EQ(back->height(), 48);
     EXPECT_GE(back->width(), 60);
-    controller->setStatusAreaHeight(44);
+    controller->setInsets({ 0, 44, 0, 0 });
     EXPECT_EQ(back->y(), 44);
     EXPECT_EQ(root->mapTo(controller.get(), QPoint()), QPoint(0, 92));
     controller->setLayoutDirection(Qt::RightToLeft);

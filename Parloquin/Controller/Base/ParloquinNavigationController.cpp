@@ -43,7 +43,7 @@ void ParloquinNavigationController::setup()
     // Fixed: the theme drives the status area alone.
     m_navigation->navigationBar().setBarTintColor(Style::blue);
     m_navigation->navigationBar().setTitleColor(Qt::white);
-    m_navigation->setStatusAreaHeight(contentsMargins().top());
+    m_navigation->setInsets(contentsMargins());
     connect(m_navigation, &NavigationController::dismissRequested, this, &QWidget::close);
 }
 
@@ -83,7 +83,7 @@ QSize ParloquinNavigationController::minimumSizeHint() const { return smallestSi
 bool ParloquinNavigationController::event(QEvent *event)
 {
     if (event->type() == QEvent::ContentsRectChange)
-        m_navigation->setStatusAreaHeight(contentsMargins().top());
+        m_navigation->setInsets(contentsMargins());
     return ParloquinViewController::event(event);
 }
 

@@ -37,6 +37,7 @@ public:
 
     [[nodiscard]] NavigationController &navigationController() const { return *m_navigation; }
 
+    /// A phone's, but never higher than the screen.
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 

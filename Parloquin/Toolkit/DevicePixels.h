@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QtCore/QRectF>
+#include <QtCore/Qt>
+
+class QColor;
+class QPainter;
+
+/// \brief Lines that cover whole pixels of the device, whatever its ratio, so that none is blurred
+/// or of another strength than the next.
+namespace parloquin::DevicePixels {
+
+/// One device pixel along an edge of the box, inside of it.
+void drawHairline(QPainter &painter, const QRectF &box, Qt::Edge edge, const QColor &color);
+/// \brief A rounded frame inside of the box.
+/// \param width px, drawn as the nearest number of device pixels; below 1 as a hairline
+/// \param radius of the box, px
+void drawFrame(
+    QPainter &painter, const QRectF &box, qreal width, qreal radius, const QColor &color);
+
+} // namespace parloquin::DevicePixels
