@@ -5,6 +5,8 @@
 #include "Parloquin/Toolkit/Anchors.h"
 #include "Parloquin/Toolkit/BarButtonItem.h"
 
+#include <QtCore/QCoreApplication>
+
 namespace parloquin {
 
 namespace {
@@ -21,7 +23,8 @@ void CountryListViewController::setUI()
 
 void CountryListViewController::setCloseButton()
 {
-    btnClose = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnClose"));
+    btnClose = new BarButtonItem(
+        QCoreApplication::translate("Parloquin", "Back"), QStringLiteral("btnClose"));
     btnClose->setTintColor(Qt::white);
     connect(btnClose, &BarButtonItem::clicked, this, [this] { actionButtonClose(); });
     navigationItem().setLeftBarButtonItem(btnClose);
@@ -31,7 +34,7 @@ void CountryListViewController::setTableView()
 {
     tblCountries = new TableView(this);
     tblCountries->setObjectName(QStringLiteral("tblCountries"));
-    tblCountries->setAccessibleName(QStringLiteral("Country List"));
+    tblCountries->setAccessibleName(QCoreApplication::translate("Parloquin", "Country List"));
     tblCountries->setRowHeight(rowHeight);
     tblCountries->setSeparatorStyle(TableView::SeparatorStyle::singleLine);
 }

@@ -9,6 +9,8 @@
 #include "Parloquin/Toolkit/BarButtonItem.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 
+#include <QtCore/QCoreApplication>
+
 namespace parloquin {
 
 CountryListViewController::CountryListViewController(QWidget *parent)
@@ -23,7 +25,10 @@ void CountryListViewController::setBinding()
     ApiRequest::country(requiredViewModel().getCountries());
 }
 
-void CountryListViewController::setLocalization() { setTitle(QStringLiteral("Country List")); }
+void CountryListViewController::setLocalization()
+{
+    setTitle(QCoreApplication::translate("Parloquin", "Country List"));
+}
 
 void CountryListViewController::viewWillDisappear(bool animated)
 {

@@ -10,6 +10,8 @@
 #include "Parloquin/Toolkit/TextField.h"
 #include "Parloquin/Toolkit/View.h"
 
+#include <QtCore/QCoreApplication>
+
 namespace parloquin {
 
 void OtpCheckViewController::setUI()
@@ -56,7 +58,8 @@ void OtpCheckViewController::setViewFieldsBack()
     for (TextField *&box : txtCode) {
         TextField *field = box = new TextField(stackTextFields);
         field->setObjectName(QStringLiteral("txtCode%1").arg(number++));
-        field->setAccessibleName(QStringLiteral("Digit %1 of %2").arg(number).arg(codeLength));
+        field->setAccessibleName(
+            QCoreApplication::translate("Parloquin", "Digit %1 of %2").arg(number).arg(codeLength));
         field->setFontSize(19, QFont::DemiBold);
         field->setAlignment(Qt::AlignCenter);
         field->setBorder(0.5, Style::grey, 4);
@@ -80,7 +83,8 @@ void OtpCheckViewController::setViewFieldsBack()
 
 void OtpCheckViewController::setButtonCheck()
 {
-    btnCheck = new Button(Button::Kind::filled, QStringLiteral("Send Code"), m_page->contentView());
+    btnCheck = new Button(Button::Kind::filled,
+        QCoreApplication::translate("Parloquin", "Send Code"), m_page->contentView());
     btnCheck->setObjectName(QStringLiteral("btnCheck"));
     connect(btnCheck, &Button::clicked, this, [this] { actionButtonCheck(); });
 }
@@ -89,7 +93,8 @@ void OtpCheckViewController::setButtonTryAgain()
 {
     // Leads nowhere: a new code is sent from the screen before.
     btnTryAgain = new Button(Button::Kind::link,
-        QStringLiteral("Didn't you receive the code? Tap here to try again"),
+        QCoreApplication::translate(
+            "Parloquin", "Didn't you receive the code? Tap here to try again"),
         m_page->contentView());
     btnTryAgain->setObjectName(QStringLiteral("btnTryAgain"));
 }
@@ -162,7 +167,8 @@ void OtpCheckViewController::setAnchorsForButtonTryAgain()
 
 void OtpCheckViewController::setBackButton()
 {
-    btnBack = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack"));
+    btnBack = new BarButtonItem(
+        QCoreApplication::translate("Parloquin", "Back"), QStringLiteral("btnBack"));
     btnBack->setTintColor(Qt::white);
     connect(btnBack, &BarButtonItem::clicked, this, [this] { actionButtonBack(); });
     navigationItem().setLeftBarButtonItem(btnBack);

@@ -8,6 +8,8 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/TextField.h"
 
+#include <QtCore/QCoreApplication>
+
 #include <algorithm>
 #include <iterator>
 
@@ -49,7 +51,10 @@ void OtpCheckViewController::setBinding()
     model.phoneNumber = phoneNumber;
 }
 
-void OtpCheckViewController::setLocalization() { setTitle(QStringLiteral("SMS")); }
+void OtpCheckViewController::setLocalization()
+{
+    setTitle(QCoreApplication::translate("Parloquin", "SMS"));
+}
 
 void OtpCheckViewController::viewWillAppear(bool animated)
 {

@@ -11,6 +11,8 @@
 #include "Parloquin/Toolkit/TextField.h"
 #include "Parloquin/Toolkit/View.h"
 
+#include <QtCore/QCoreApplication>
+
 namespace parloquin {
 
 namespace {
@@ -57,7 +59,7 @@ void OtpMainViewController::setViewCountry()
     connect(viewCountryBack, &TappableView::clicked, this, [this] { actionButtonSelectCountry(); });
 
     txtCountryName = makeField(m_page->contentView(), QStringLiteral("txtCountryName"),
-        QStringLiteral("Select Country.."));
+        QCoreApplication::translate("Parloquin", "Select Country.."));
     txtCountryName->setUserInteractionEnabled(false);
     // The box is what a screen reader finds and presses, so it says which country is chosen.
     viewCountryBack->setAccessibleName(txtCountryName->placeholderText());
@@ -75,12 +77,12 @@ void OtpMainViewController::setViewPhoneNumber()
 {
     viewPhoneBack = makeBox<View>(m_page->contentView(), QStringLiteral("viewPhoneBack"));
 
-    txtCountryCode = makeField(
-        m_page->contentView(), QStringLiteral("txtCountryCode"), QStringLiteral("+(Code)"));
+    txtCountryCode = makeField(m_page->contentView(), QStringLiteral("txtCountryCode"),
+        QCoreApplication::translate("Parloquin", "+(Code)"));
     txtCountryCode->setUserInteractionEnabled(false);
 
-    txtPhoneNumber = makeField(
-        m_page->contentView(), QStringLiteral("txtPhoneNumber"), QStringLiteral("Phone Number.."));
+    txtPhoneNumber = makeField(m_page->contentView(), QStringLiteral("txtPhoneNumber"),
+        QCoreApplication::translate("Parloquin", "Phone Number.."));
     txtPhoneNumber->setPhonePadKeyboard();
     txtPhoneNumber->setReturnKey(Qt::EnterKeyDone);
     viewPhoneBack->setRingsFor(txtPhoneNumber);
@@ -98,8 +100,8 @@ void OtpMainViewController::setViewPhoneNumber()
 
 void OtpMainViewController::setButtonContinue()
 {
-    btnContinue =
-        new Button(Button::Kind::filled, QStringLiteral("Send SMS"), m_page->contentView());
+    btnContinue = new Button(Button::Kind::filled,
+        QCoreApplication::translate("Parloquin", "Send SMS"), m_page->contentView());
     btnContinue->setObjectName(QStringLiteral("btnContinue"));
     connect(btnContinue, &Button::clicked, this, [this] { actionButtonContinue(); });
 }
@@ -167,7 +169,8 @@ void OtpMainViewController::setAnchorsForButtonContinue()
 
 void OtpMainViewController::setBackButton()
 {
-    btnBack = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack"));
+    btnBack = new BarButtonItem(
+        QCoreApplication::translate("Parloquin", "Back"), QStringLiteral("btnBack"));
     btnBack->setTintColor(Qt::white);
     connect(btnBack, &BarButtonItem::clicked, this, [this] { actionButtonBack(); });
     navigationItem().setLeftBarButtonItem(btnBack);

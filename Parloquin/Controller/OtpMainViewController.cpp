@@ -8,6 +8,8 @@
 #include "Parloquin/Toolkit/TapGestureRecognizer.h"
 #include "Parloquin/Toolkit/TextField.h"
 
+#include <QtCore/QCoreApplication>
+
 namespace parloquin {
 
 OtpMainViewController::OtpMainViewController(QWidget *parent)
@@ -17,7 +19,10 @@ OtpMainViewController::OtpMainViewController(QWidget *parent)
 
 OtpMainViewController::~OtpMainViewController() = default;
 
-void OtpMainViewController::setLocalization() { setTitle(QStringLiteral("SMS")); }
+void OtpMainViewController::setLocalization()
+{
+    setTitle(QCoreApplication::translate("Parloquin", "SMS"));
+}
 
 void OtpMainViewController::viewWillAppear(bool animated)
 {

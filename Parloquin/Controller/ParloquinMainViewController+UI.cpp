@@ -10,6 +10,8 @@
 #include "Parloquin/Toolkit/TappableView.h"
 #include "Parloquin/Toolkit/View.h"
 
+#include <QtCore/QCoreApplication>
+
 namespace parloquin {
 namespace {
 
@@ -30,7 +32,8 @@ void ParloquinMainViewController::setUI()
 
 void ParloquinMainViewController::setCloseButton()
 {
-    btnClose = new BarButtonItem(QStringLiteral("Close"), QStringLiteral("btnClose"));
+    btnClose = new BarButtonItem(
+        QCoreApplication::translate("Parloquin", "Close"), QStringLiteral("btnClose"));
     btnClose->setTintColor(Qt::white);
     connect(btnClose, &QAbstractButton::clicked, this,
         &ParloquinMainViewController::actionTapCloseButton);
@@ -51,7 +54,7 @@ void ParloquinMainViewController::setKitsTable()
 {
     tblKits = new TableView(this);
     tblKits->setObjectName(QStringLiteral("tblKits"));
-    tblKits->setAccessibleName(QStringLiteral("Messaging apps"));
+    tblKits->setAccessibleName(QCoreApplication::translate("Parloquin", "Messaging apps"));
     tblKits->setRowHeight(kitRowHeight);
     tblKits->setSeparatorStyle(TableView::SeparatorStyle::none);
 }
@@ -73,7 +76,8 @@ void ParloquinMainViewController::setAlternativePanel()
     lblAlternateKitTitle->setObjectName(QStringLiteral("lblAlternateKitTitle"));
     lblAlternateKitTitle->setFontSize(12, QFont::Medium);
     lblAlternateKitTitle->setTextColor(Style::grey);
-    lblAlternateKitTitle->setText(QStringLiteral("Don't use any of these apps?"));
+    lblAlternateKitTitle->setText(
+        QCoreApplication::translate("Parloquin", "Don't use any of these apps?"));
     lblAlternateKitTitle->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
 
     iconSms = new ImageView(viewAlternativeKit);

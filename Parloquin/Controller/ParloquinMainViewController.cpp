@@ -8,6 +8,7 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/TappableView.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QGuiApplication>
 
 namespace parloquin {
@@ -19,7 +20,10 @@ ParloquinMainViewController::ParloquinMainViewController(QWidget *parent)
 
 ParloquinMainViewController::~ParloquinMainViewController() = default;
 
-void ParloquinMainViewController::setLocalization() { setTitle(QStringLiteral("Parloquin")); }
+void ParloquinMainViewController::setLocalization()
+{
+    setTitle(QCoreApplication::translate("Parloquin", "Parloquin"));
+}
 
 void ParloquinMainViewController::setBinding()
 {

@@ -10,6 +10,7 @@
 #include "Parloquin/Toolkit/Shield.h"
 #include "Parloquin/Toolkit/Style.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QPropertyAnimation>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
@@ -32,7 +33,7 @@ public:
     VeilView()
     {
         setObjectName(QStringLiteral("container"));
-        setAccessibleName(QStringLiteral("Loading"));
+        setAccessibleName(QCoreApplication::translate("Parloquin", "Loading"));
         setFocusPolicy(Qt::TabFocus);
     }
 

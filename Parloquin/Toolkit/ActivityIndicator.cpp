@@ -2,6 +2,7 @@
 
 #include "Parloquin/Toolkit/Accessibility.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QPainter>
 
 #include <algorithm>
@@ -23,7 +24,7 @@ ActivityIndicator::ActivityIndicator(QWidget *parent)
 {
     installAccessibility();
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAccessibleName(QStringLiteral("In progress"));
+    setAccessibleName(QCoreApplication::translate("Parloquin", "In progress"));
     connect(&m_timer, &QTimer::timeout, this, [this] {
         m_step = (m_step + 1) % steps;
         update();

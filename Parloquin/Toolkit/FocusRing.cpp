@@ -1,6 +1,7 @@
 #include "Parloquin/Toolkit/FocusRing.h"
 
 #include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TappableView.h"
 #include "Parloquin/Toolkit/TextField.h"
@@ -14,7 +15,10 @@ namespace parloquin {
 
 namespace {
 
-constexpr int reach = 4; // px: gap and ring
+constexpr int gap = 2; // px between edge and ring
+constexpr int ringWidth = 2; // px
+constexpr int reach = gap + ringWidth;
+constexpr qreal innerRadius = 6; // px, of a ring inside its edge
 
 // What rings for the focused widget: itself, the box around it, or nothing.
 QWidget *ringedFor(QWidget *screen, QWidget *focused)
@@ -46,15 +50,10 @@ FocusRing::FocusRing(QWidget *screen)
 void FocusRing::paint(
     QPainter &painter, const QRectF &rect, qreal radius, bool inside, const QColor &color)
 {
-    // The pen's middle: 3 px outside the edge, or 3 inside (2 px off the edge, 2 wide).
-    const qreal offset = inside ? 3 : -3;
-    const auto ring = rect.adjusted(offset, offset, -offset, -offset);
-    const qreal round = inside ? 5 : radius + 3;
+    const int offset = inside ? gap : -reach;
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, 2));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(ring, round, round);
+    DevicePixels::drawFrame(painter, rect.adjusted(offset, offset, -offset, -offset), ringWidth,
+        inside ? innerRadius : radius + reach, color);
     painter.restore();
 }
 

@@ -4,6 +4,7 @@
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextBlock.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 
@@ -81,7 +82,7 @@ TableIndex::TableIndex(QWidget *table)
     , m_face(12, QFont::DemiBold)
 {
     setObjectName(QStringLiteral("sectionIndex"));
-    setAccessibleName(QStringLiteral("Section index"));
+    setAccessibleName(QCoreApplication::translate("Parloquin", "Section index"));
 }
 
 void TableIndex::setLetters(const QStringList &letters)

@@ -1,4 +1,3 @@
-#include "ArabicTexts.h"
 #include "AutoPlayer.h"
 #include "DemoWindow.h"
 #include "Recorder.h"
@@ -7,6 +6,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
 #include <QtCore/QTimer>
+#include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QStyleFactory>
 
@@ -43,9 +43,15 @@ int main(int argc, char **argv)
         arguments.isSet(language) ? QLocale(arguments.value(language)) : QLocale::system();
     QLocale::setDefault(locale);
     QApplication::setLayoutDirection(locale.textDirection());
-    demo::ArabicTexts arabic;
-    if (locale.language() == QLocale::Arabic)
-        QCoreApplication::installTranslator(&arabic);
+    // The kit's few texts and our own; in a language that neither has, both are English.
+    QTranslator kitTexts;
+    QTranslator ownTexts;
+    if (kitTexts.load(locale, QStringLiteral("parloquin"), QStringLiteral("_"),
+            QStringLiteral(KIT_TRANSLATIONS)))
+        QCoreApplication::installTranslator(&kitTexts);
+    if (ownTexts.load(
+            locale, QStringLiteral("demo"), QStringLiteral("_"), QStringLiteral(":/translations")))
+        QCoreApplication::installTranslator(&ownTexts);
     // One look on every desktop; the pages and the kit bring their own shapes.
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QFont font;

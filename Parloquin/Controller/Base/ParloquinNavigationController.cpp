@@ -7,6 +7,7 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Style.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QResizeEvent>
 #include <QtGui/QScreen>
 #include <QtWidgets/QStyle>
@@ -34,9 +35,9 @@ ParloquinNavigationController::~ParloquinNavigationController() = default;
 
 void ParloquinNavigationController::setup()
 {
-    setWindowTitle(QStringLiteral("Parloquin"));
-    setAccessibleName(QStringLiteral("Parloquin"));
-    setAccessibleDescription(QStringLiteral("Phone number verification"));
+    setWindowTitle(QCoreApplication::translate("Parloquin", "Parloquin"));
+    setAccessibleName(QCoreApplication::translate("Parloquin", "Parloquin"));
+    setAccessibleDescription(QCoreApplication::translate("Parloquin", "Phone number verification"));
     resize(sizeHint());
     setFocusProxy(m_navigation);
 
