@@ -46,7 +46,7 @@ public:
 protected:
     void viewDidLoad() override
     {
-        button = new Button(this);
+        button = new Button(Button::Kind::filled, {}, this);
         button->setGeometry(100, 20, 100, 50);
         table = new TableView(this);
         table->setGeometry(0, 200, 390, 400);
