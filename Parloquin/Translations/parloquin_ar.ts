@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>Code, digit %1 of %2</source>
-        <translation type="vanished">الرمز، الخانة %1 من %2</translation>
+        <translation>الرمز، الخانة %1 من %2</translation>
     </message>
     <message>
         <source>Cut</source>
@@ -97,19 +97,19 @@
     </message>
     <message>
         <source>Loading the apps…</source>
-        <translation type="vanished">جارٍ تحميل التطبيقات…</translation>
+        <translation>جارٍ تحميل التطبيقات…</translation>
     </message>
     <message>
         <source>No apps to show</source>
-        <translation type="vanished">لا توجد تطبيقات</translation>
+        <translation>لا توجد تطبيقات</translation>
     </message>
     <message>
         <source>Loading the countries…</source>
-        <translation type="vanished">جارٍ تحميل البلدان…</translation>
+        <translation>جارٍ تحميل البلدان…</translation>
     </message>
     <message>
         <source>No countries to show</source>
-        <translation type="vanished">لا توجد بلدان</translation>
+        <translation>لا توجد بلدان</translation>
     </message>
 </context>
 </TS>

@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>Code, digit %1 of %2</source>
-        <translation type="vanished">Code, Zeichen %1 von %2</translation>
+        <translation>Code, Zeichen %1 von %2</translation>
     </message>
     <message>
         <source>Cut</source>
@@ -97,19 +97,19 @@
     </message>
     <message>
         <source>Loading the apps…</source>
-        <translation type="vanished">Die Apps werden geladen …</translation>
+        <translation>Die Apps werden geladen …</translation>
     </message>
     <message>
         <source>No apps to show</source>
-        <translation type="vanished">Keine Apps vorhanden</translation>
+        <translation>Keine Apps vorhanden</translation>
     </message>
     <message>
         <source>Loading the countries…</source>
-        <translation type="vanished">Die Länder werden geladen …</translation>
+        <translation>Die Länder werden geladen …</translation>
     </message>
     <message>
         <source>No countries to show</source>
-        <translation type="vanished">Keine Länder vorhanden</translation>
+        <translation>Keine Länder vorhanden</translation>
     </message>
 </context>
 </TS>

@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>Code, digit %1 of %2</source>
-        <translation type="vanished">Código, carácter %1 de %2</translation>
+        <translation>Código, carácter %1 de %2</translation>
     </message>
     <message>
         <source>Cut</source>
@@ -97,19 +97,19 @@
     </message>
     <message>
         <source>Loading the apps…</source>
-        <translation type="vanished">Cargando las aplicaciones…</translation>
+        <translation>Cargando las aplicaciones…</translation>
     </message>
     <message>
         <source>No apps to show</source>
-        <translation type="vanished">No hay aplicaciones</translation>
+        <translation>No hay aplicaciones</translation>
     </message>
     <message>
         <source>Loading the countries…</source>
-        <translation type="vanished">Cargando los países…</translation>
+        <translation>Cargando los países…</translation>
     </message>
     <message>
         <source>No countries to show</source>
-        <translation type="vanished">No hay países</translation>
+        <translation>No hay países</translation>
     </message>
 </context>
 </TS>

@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>Code, digit %1 of %2</source>
-        <translation type="vanished">Code, caractère %1 sur %2</translation>
+        <translation>Code, caractère %1 sur %2</translation>
     </message>
     <message>
         <source>Cut</source>
@@ -97,19 +97,19 @@
     </message>
     <message>
         <source>Loading the apps…</source>
-        <translation type="vanished">Chargement des applications…</translation>
+        <translation>Chargement des applications…</translation>
     </message>
     <message>
         <source>No apps to show</source>
-        <translation type="vanished">Aucune application à afficher</translation>
+        <translation>Aucune application à afficher</translation>
     </message>
     <message>
         <source>Loading the countries…</source>
-        <translation type="vanished">Chargement des pays…</translation>
+        <translation>Chargement des pays…</translation>
     </message>
     <message>
         <source>No countries to show</source>
-        <translation type="vanished">Aucun pays à afficher</translation>
+        <translation>Aucun pays à afficher</translation>
     </message>
 </context>
 </TS>

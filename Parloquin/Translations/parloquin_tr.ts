@@ -81,7 +81,7 @@
     </message>
     <message>
         <source>Code, digit %1 of %2</source>
-        <translation type="vanished">Kod, %2 karakterden %1.</translation>
+        <translation>Kod, %2 karakterden %1.</translation>
     </message>
     <message>
         <source>Cut</source>
@@ -97,19 +97,19 @@
     </message>
     <message>
         <source>Loading the apps…</source>
-        <translation type="vanished">Uygulamalar yükleniyor…</translation>
+        <translation>Uygulamalar yükleniyor…</translation>
     </message>
     <message>
         <source>No apps to show</source>
-        <translation type="vanished">Gösterilecek uygulama yok</translation>
+        <translation>Gösterilecek uygulama yok</translation>
     </message>
     <message>
         <source>Loading the countries…</source>
-        <translation type="vanished">Ülkeler yükleniyor…</translation>
+        <translation>Ülkeler yükleniyor…</translation>
     </message>
     <message>
         <source>No countries to show</source>
-        <translation type="vanished">Gösterilecek ülke yok</translation>
+        <translation>Gösterilecek ülke yok</translation>
     </message>
 </context>
 </TS>
