@@ -15,10 +15,10 @@ namespace parloquin {
 
 namespace {
 
-constexpr int gap = 2; // px between edge and ring
+constexpr int ringGap = 2; // px between edge and ring
 constexpr int ringWidth = 2; // px
-constexpr int reach = gap + ringWidth;
-constexpr qreal innerRadius = 6; // px, of a ring inside its edge
+constexpr int reach = ringGap + ringWidth;
+constexpr qreal insideRadius = 6; // px, of a ring inside its edge
 
 // What rings for the focused widget: itself, the box around it, or nothing.
 QWidget *ringedFor(QWidget *screen, QWidget *focused)
@@ -50,10 +50,10 @@ FocusRing::FocusRing(QWidget *screen)
 void FocusRing::paint(
     QPainter &painter, const QRectF &rect, qreal radius, bool inside, const QColor &color)
 {
-    const int offset = inside ? gap : -reach;
+    const int offset = inside ? ringGap : -reach;
     painter.save();
     DevicePixels::drawFrame(painter, rect.adjusted(offset, offset, -offset, -offset), ringWidth,
-        inside ? innerRadius : radius + reach, color);
+        inside ? insideRadius : radius + reach, color);
     painter.restore();
 }
 
