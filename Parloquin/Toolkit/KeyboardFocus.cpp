@@ -106,10 +106,12 @@ void KeyboardFocus::orderTabs(Screen *screen) const
         if (!item->isHidden())
             controls.append(item);
     }
+    m_stage->setFocusPolicy(Qt::TabFocus); // Qt lines nothing up behind what takes no focus
     for (auto *control : std::as_const(controls)) {
         QWidget::setTabOrder(last, control);
         last = control;
     }
+    m_stage->setFocusPolicy(Qt::NoFocus);
 }
 
 } // namespace parloquin
