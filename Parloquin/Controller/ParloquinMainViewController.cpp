@@ -4,6 +4,7 @@
 #include "Parloquin/Controller/OtpMainViewController.h"
 #include "Parloquin/Extension/ClassName.h"
 #include "Parloquin/Manager/HudManager.h"
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/TappableView.h"

@@ -6,6 +6,7 @@
 #include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
 #include "Parloquin/Networking/Model/Request/StartRequestModel.h"
 #include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Networking/Model/Response/StartResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Platform/Device.h"
@@ -29,7 +30,8 @@ void ParloquinViewModel::requestInit()
             return;
         }
         origin.onMainThread([answer = envelope->result](ParloquinViewModel &self) {
-            self.initResponse = answer;
+            self.initResponse =
+                answer ? std::make_shared<const InitResponseModel>(*answer) : nullptr;
             self.kits = answer && answer->list ? *answer->list : QList<ThirdPartyKitModel>();
             self.rebindScreen();
         });

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Parloquin/Model/ThirdPartyKitModel.h"
-#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
 
 #include <QtCore/QList>
@@ -13,6 +12,7 @@
 namespace parloquin {
 
 template <class ViewModel> class AnswerOrigin;
+struct InitResponseModel;
 
 /// \brief The road by messaging app: which apps there are, the way to one, the outcome.
 ///
@@ -24,7 +24,7 @@ public:
     using BaseViewModel::BaseViewModel;
 
     QList<ThirdPartyKitModel> kits; ///< the rows, in the service's order
-    std::optional<InitResponseModel> initResponse; ///< of the last `init`
+    std::shared_ptr<const InitResponseModel> initResponse; ///< of the last `init`
     std::optional<QString> startReference; ///< of the last `start`; the key of every `check`
 
     /// \brief Asks which apps to offer; the screen hears of the answer by rebindData().

@@ -2,8 +2,10 @@
 #include "Network/Awaited.h"
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
+#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
-#include "Parloquin/Networking/Router/ApiModels.h"
+#include "Parloquin/Networking/Router/ApiRequestModels.h"
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"
 

@@ -1,8 +1,9 @@
 // Calls over networks as they are: names with addresses that are silent, name servers that are,
 // proxies. Each case has a network of its own.
 #include "Network/Get.h"
+#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
+#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
-#include "Parloquin/Networking/Router/ApiModels.h"
 #include "Parloquin/Platform/GLibPointers.h"
 #include "support/NameServer.h"
 #include "support/OwnNetwork.h"

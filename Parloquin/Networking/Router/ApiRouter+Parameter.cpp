@@ -1,7 +1,7 @@
 #include "Parloquin/Networking/Router/ApiRouter.h"
 
 #include "Parloquin/Extension/Encodable+Extension.h"
-#include "Parloquin/Networking/Router/ApiModels.h"
+#include "Parloquin/Networking/Router/ApiRequestModels.h"
 
 namespace parloquin {
 
