@@ -1,5 +1,7 @@
 #include "Report.h"
 
+#include "Picture.h"
+
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
@@ -110,4 +112,15 @@ bool Report::writeJson(const QString &path) const
     };
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(all).toJson()) > 0;
+}
+
+bool Report::writePicture(const QString &path) const
+{
+    std::vector<PictureRow> rows;
+    for (const Row &row : m_rows)
+        rows.push_back({ row.name, row.ratio(), row.goal });
+    QFile file(path);
+    const QString day = QDateTime::currentDateTimeUtc().toString(Qt::ISODate);
+    return file.open(QIODevice::WriteOnly)
+        && file.write(drawn(rows, m_machine + QStringLiteral("; ") + day)) > 0;
 }

@@ -29,6 +29,7 @@ public:
 
     void print(std::FILE *out) const;
     [[nodiscard]] bool writeJson(const QString &path) const;
+    [[nodiscard]] bool writePicture(const QString &path) const;
 
 private:
     struct Row {

@@ -43,6 +43,9 @@ int main(int argc, char **argv)
     const QCommandLineOption json(QStringLiteral("json"),
         QStringLiteral("Write the table to this file as well."), QStringLiteral("file"));
     parser.addOption(json);
+    const QCommandLineOption svg(QStringLiteral("svg"),
+        QStringLiteral("Draw the table in this file as well."), QStringLiteral("file"));
+    parser.addOption(svg);
     parser.addHelpOption();
     QStringList names;
     for (const Family &family : families)
@@ -62,5 +65,7 @@ int main(int argc, char **argv)
     report.print(out);
     if (parser.isSet(json) && !report.writeJson(parser.value(json)))
         qFatal("cannot write %s", qPrintable(parser.value(json)));
+    if (parser.isSet(svg) && !report.writePicture(parser.value(svg)))
+        qFatal("cannot write %s", qPrintable(parser.value(svg)));
     return 0;
 }
