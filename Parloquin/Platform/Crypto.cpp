@@ -1,86 +1,67 @@
 #include "Parloquin/Platform/Crypto.h"
 
-#include <openssl/err.h>
-#include <openssl/evp.h>
+#include <nettle/aes.h>
+#include <nettle/base64.h>
+#include <nettle/hmac.h>
 
 #include <algorithm>
 #include <array>
-#include <limits>
-#include <memory>
 #include <string_view>
 
 namespace parloquin::Crypto {
 
 namespace {
 
-constexpr qsizetype blockSize = 16; // bytes
-constexpr qsizetype macSize = 32; // bytes
+constexpr qsizetype blockSize = AES_BLOCK_SIZE; // bytes
 constexpr qsizetype spareSize = 64; // bytes behind a text, for parsers that read in blocks
-// libcrypto counts in int; the room that Base64 or padding add stays inside it too.
-constexpr qsizetype sizeLimit = std::numeric_limits<int>::max() / 2;
 
-struct CipherContextDeleter {
-    void operator()(EVP_CIPHER_CTX *context) const { EVP_CIPHER_CTX_free(context); }
+std::uint8_t *writable(QByteArray &bytes) { return reinterpret_cast<std::uint8_t *>(bytes.data()); }
+
+const std::uint8_t *readable(const QByteArray &bytes)
+{
+    return reinterpret_cast<const std::uint8_t *>(bytes.constData());
+}
+
+/// Whole blocks, each by itself.
+using Blocks = void (*)(const QByteArray &key, const QByteArray &from, QByteArray &to);
+
+template <class Context, auto setKey, auto run>
+void blocks(const QByteArray &key, const QByteArray &from, QByteArray &to)
+{
+    Context context;
+    setKey(&context, readable(key));
+    run(&context, static_cast<std::size_t>(from.size()), writable(to), readable(from));
+}
+
+struct Cipher {
+    qsizetype keySize; ///< bytes
+    Blocks encrypt;
+    Blocks decrypt;
 };
-using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, CipherContextDeleter>;
 
-/// Drops the errors that arise in its scope, and only those.
-class ErrorScope {
-public:
-    ErrorScope() { ERR_set_mark(); }
-    ~ErrorScope() { ERR_pop_to_mark(); }
-    Q_DISABLE_COPY_MOVE(ErrorScope)
+constexpr Cipher ciphers[] = {
+    { AES128_KEY_SIZE, blocks<aes128_ctx, aes128_set_encrypt_key, aes128_encrypt>,
+        blocks<aes128_ctx, aes128_set_decrypt_key, aes128_decrypt> },
+    { AES192_KEY_SIZE, blocks<aes192_ctx, aes192_set_encrypt_key, aes192_encrypt>,
+        blocks<aes192_ctx, aes192_set_decrypt_key, aes192_decrypt> },
+    { AES256_KEY_SIZE, blocks<aes256_ctx, aes256_set_encrypt_key, aes256_encrypt>,
+        blocks<aes256_ctx, aes256_set_decrypt_key, aes256_decrypt> },
 };
 
-unsigned char *writable(QByteArray &bytes)
+const Cipher *cipherFor(qsizetype keySize)
 {
-    return reinterpret_cast<unsigned char *>(bytes.data());
+    const auto *const cipher = std::find_if(std::begin(ciphers), std::end(ciphers),
+        [keySize](const Cipher &each) { return each.keySize == keySize; });
+    return cipher == std::end(ciphers) ? nullptr : cipher;
 }
 
-template <class Bytes> const unsigned char *readable(const Bytes &bytes)
+/// Room for that many bytes, and what parsers want behind them.
+QByteArray room(qsizetype size)
 {
-    return reinterpret_cast<const unsigned char *>(bytes.data());
-}
-
-const EVP_CIPHER *cipherFor(qsizetype keySize)
-{
-    switch (keySize) {
-    case 16:
-        return EVP_aes_128_ecb();
-    case 24:
-        return EVP_aes_192_ecb();
-    case 32:
-        return EVP_aes_256_ecb();
-    default:
-        return nullptr;
-    }
-}
-
-enum class Direction { decrypt = 0, encrypt = 1 };
-
-std::optional<QByteArray> aes(const QByteArray &text, const QByteArray &key, Direction direction)
-{
-    const ErrorScope errors;
-    const EVP_CIPHER *cipher = cipherFor(key.size());
-    const CipherContext context(EVP_CIPHER_CTX_new());
-    if (!cipher || !context || text.size() > sizeLimit)
-        return {};
-
-    QByteArray out;
-    out.reserve(text.size() + blockSize + spareSize);
-    out.resize(text.size() + blockSize);
-    int size = 0;
-    int lastSize = 0;
-    if (EVP_CipherInit_ex(
-            context.get(), cipher, nullptr, readable(key), nullptr, static_cast<int>(direction))
-            != 1
-        || EVP_CipherUpdate(
-               context.get(), writable(out), &size, readable(text), static_cast<int>(text.size()))
-            != 1
-        || EVP_CipherFinal_ex(context.get(), writable(out) + size, &lastSize) != 1)
-        return {};
-    out.resize(size + lastSize);
-    return out;
+    QByteArray bytes;
+    bytes.reserve(size + spareSize);
+    bytes.resize(size);
+    return bytes;
 }
 
 constexpr std::array<signed char, 256> base64Values()
@@ -108,54 +89,59 @@ int decodeBase64(const char *digits, char *to)
 
 } // namespace
 
-void warmUp()
-{
-    const QByteArray key(32, '\0');
-    static_cast<void>(hmacSha256({}, key));
-    static_cast<void>(aesEncrypt({}, key));
-}
-
 bool isAesKeySize(qsizetype bytes) { return cipherFor(bytes) != nullptr; }
 
 std::optional<QByteArray> aesEncrypt(const QByteArray &plainText, const QByteArray &key)
 {
-    return aes(plainText, key, Direction::encrypt);
+    const Cipher *const cipher = cipherFor(key.size());
+    if (!cipher)
+        return {};
+    const qsizetype padding = blockSize - plainText.size() % blockSize;
+    const QByteArray padded = plainText + QByteArray(padding, static_cast<char>(padding));
+    QByteArray cipherText(padded.size(), Qt::Uninitialized);
+    cipher->encrypt(key, padded, cipherText);
+    return cipherText;
 }
 
 std::optional<QByteArray> aesDecrypt(const QByteArray &cipherText, const QByteArray &key)
 {
-    return aes(cipherText, key, Direction::decrypt);
+    const Cipher *const cipher = cipherFor(key.size());
+    if (!cipher || cipherText.isEmpty() || cipherText.size() % blockSize != 0)
+        return {};
+    QByteArray plainText = room(cipherText.size());
+    cipher->decrypt(key, cipherText, plainText);
+    const char padding = plainText.back();
+    if (padding < 1 || padding > blockSize
+        || !std::all_of(plainText.cend() - padding, plainText.cend(),
+            [padding](char byte) { return byte == padding; }))
+        return {};
+    plainText.chop(padding);
+    return plainText;
 }
 
-std::optional<QByteArray> hmacSha256(const QByteArray &text, const QByteArray &key)
+QByteArray hmacSha256(const QByteArray &text, const QByteArray &key)
 {
-    const ErrorScope errors;
-    QByteArray mac(macSize, Qt::Uninitialized);
-    std::size_t written = 0;
-    const bool done = EVP_Q_mac(nullptr, "HMAC", nullptr, "SHA256", nullptr, key.constData(),
-        static_cast<std::size_t>(key.size()), readable(text), static_cast<std::size_t>(text.size()),
-        writable(mac), static_cast<std::size_t>(mac.size()), &written);
-    if (!done || written != static_cast<std::size_t>(macSize))
-        return {};
+    hmac_sha256_ctx context;
+    hmac_sha256_set_key(&context, static_cast<std::size_t>(key.size()), readable(key));
+    hmac_sha256_update(&context, static_cast<std::size_t>(text.size()), readable(text));
+    QByteArray mac(SHA256_DIGEST_SIZE, Qt::Uninitialized);
+    hmac_sha256_digest(&context, SHA256_DIGEST_SIZE, writable(mac));
     return mac;
 }
 
 QByteArray toBase64(const QByteArray &bytes)
 {
-    if (bytes.size() > sizeLimit)
-        return {};
-    QByteArray text((bytes.size() + 2) / 3 * 4 + 1, Qt::Uninitialized); // and libcrypto's own NUL
-    const int size =
-        EVP_EncodeBlock(writable(text), readable(bytes), static_cast<int>(bytes.size()));
-    text.resize(size);
+    const auto size = static_cast<std::size_t>(bytes.size());
+    QByteArray text(static_cast<qsizetype>(BASE64_ENCODE_RAW_LENGTH(size)), Qt::Uninitialized);
+    base64_encode_raw(text.data(), size, readable(bytes));
     return text;
 }
 
 std::optional<QByteArray> fromBase64(QByteArrayView text)
 {
-    // libcrypto's decoder passes over blanks at both ends, reads "=" as a digit anywhere and drops
-    // bits that the padding leaves over; what the service sends is read to the letter.
-    if (text.size() % 4 != 0 || text.size() > sizeLimit)
+    // Libraries pass over blanks, and drop bits that the padding leaves over; what the service
+    // sends is read to the letter.
+    if (text.size() % 4 != 0)
         return {};
     if (text.isEmpty())
         return QByteArray("", 0);

@@ -4,22 +4,16 @@
 
 #include <optional>
 
-/// \brief The standard algorithms of bodies and signatures, by libcrypto.
+/// \brief The standard algorithms of bodies and signatures, by libnettle.
 ///
-/// Any thread; no state. Failures leave nothing in the thread's error queue of libcrypto, where a
-/// host's own TLS would trip over it.
+/// Any thread; no state.
 namespace parloquin::Crypto {
-
-/// \brief Has libcrypto set itself up and look up the algorithms, which the first use else waits
-/// for.
-void warmUp();
 
 /// \return whether a key of this many bytes selects a cipher: 16, 24 or 32
 [[nodiscard]] bool isAesKeySize(qsizetype bytes);
 
 /// \brief AES in ECB mode with PKCS#7 padding; the key's length selects 128, 192 or 256 bits.
-/// \return nothing when the key has another length, the text exceeds what libcrypto takes at once
-/// (1 GiB) or memory is short
+/// \return nothing when the key has another length
 [[nodiscard]] std::optional<QByteArray> aesEncrypt(
     const QByteArray &plainText, const QByteArray &key);
 
@@ -28,8 +22,8 @@ void warmUp();
 [[nodiscard]] std::optional<QByteArray> aesDecrypt(
     const QByteArray &cipherText, const QByteArray &key);
 
-/// \return the code's 32 bytes; nothing when libcrypto cannot compute it
-[[nodiscard]] std::optional<QByteArray> hmacSha256(const QByteArray &text, const QByteArray &key);
+/// \return the code's 32 bytes
+[[nodiscard]] QByteArray hmacSha256(const QByteArray &text, const QByteArray &key);
 
 /// \brief Standard alphabet, padded, in one line.
 [[nodiscard]] QByteArray toBase64(const QByteArray &bytes);

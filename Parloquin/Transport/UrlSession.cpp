@@ -114,8 +114,6 @@ std::shared_ptr<UrlSessionTask> UrlSession::dataTask(
     return task;
 }
 
-void UrlSession::async(std::function<void()> block) { d->post(std::move(block)); }
-
 void UrlSessionTask::resume()
 {
     if (d->handedOver.exchange(true))

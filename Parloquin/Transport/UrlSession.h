@@ -67,9 +67,6 @@ public:
     [[nodiscard]] std::shared_ptr<UrlSessionTask> dataTask(
         UrlRequest request, Handler handler, qint64 maximumBytes = defaultMaximumBytes);
 
-    /// Runs the block on the session's thread, later; drops it when the session has ended.
-    void async(std::function<void()> block);
-
 private:
     friend class UrlSessionTask;
     UrlSession();

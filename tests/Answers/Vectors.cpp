@@ -70,7 +70,7 @@ TEST(KnownAnswers, OfHmac)
     for (const QByteArrayList &line : lines) {
         const QByteArray key = QByteArray::fromHex(line[0]);
         const QByteArray text = QByteArray::fromHex(line[1]);
-        const QByteArray code = Crypto::hmacSha256(text, key).value_or(QByteArray());
+        const QByteArray code = Crypto::hmacSha256(text, key);
         EXPECT_EQ(code.toHex().left(line[2].size()), line[2]);
         EXPECT_EQ(code.toStdString(), sandbox::hmacSha256(text.toStdString(), key.toStdString()));
     }

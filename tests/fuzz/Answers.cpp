@@ -29,7 +29,6 @@ std::shared_ptr<UrlSessionTask> UrlSession::dataTask(UrlRequest, Handler handler
     handler(data, response, error);
     return std::make_shared<UrlSessionTask>(UrlSessionTask());
 }
-void UrlSession::async(std::function<void()>) { }
 void UrlSessionTask::resume() { }
 void UrlSessionTask::cancel() { }
 ApiSessionHelper::ApiSessionHelper(std::shared_ptr<Reachability>) { }

@@ -89,10 +89,8 @@ std::optional<QString> ApiRequestHelper::requestSignature() const
 
     // Slashes are signed as they are, although they travel escaped.
     const QByteArray text = timeStamp.toString().toUtf8() + '-' + plainJsonText(*cleaned);
-    const std::optional<QByteArray> mac = Crypto::hmacSha256(text, signingKey());
-    if (!mac)
-        return {};
-    const QString signature = QString::fromLatin1(Crypto::toBase64(*mac));
+    const QByteArray mac = Crypto::hmacSha256(text, signingKey());
+    const QString signature = QString::fromLatin1(Crypto::toBase64(mac));
     logHMAC(QString::fromUtf8(text), signature);
     return signature;
 }
