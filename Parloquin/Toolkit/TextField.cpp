@@ -18,6 +18,7 @@ namespace parloquin {
 namespace {
 
 constexpr int caretWidth = 2; // px
+constexpr int caretGap = 1; // px between a digit and the caret
 // Characters. A line edit lays all of its text out at every edit, and accents heaped on one letter
 // take it a second for the 32767 of its own limit.
 constexpr int mostTyped = 1024;
@@ -179,6 +180,12 @@ void TextField::restartCaret()
     update();
 }
 
+void TextField::setPlaceholderText(const QString &text)
+{
+    QLineEdit::setPlaceholderText(text);
+    followDirection();
+}
+
 void TextField::inputMethodEvent(QInputMethodEvent *event)
 {
     m_composing = !event->preeditString().isEmpty();
@@ -197,15 +204,29 @@ void TextField::paintEvent(QPaintEvent *event)
         drawLine(text(), Style::ink);
     else
         QLineEdit::paintEvent(event);
-    if (m_caretShown && hasFocus() && !isReadOnly()) {
-        const auto caret = cursorRect();
-        // Beside a digit the caret keeps 1 px off it; alone in a centred box it stands in the
-        // middle.
-        const int place = caret.x() + cursorSlack + (text().isEmpty() ? -caretWidth / 2 : 1);
-        const int x = std::clamp(place, 0, std::max(width() - caretWidth, 0));
-        QPainter(this).fillRect(QRect(x, caret.y(), caretWidth, caret.height()), Style::blue);
-    }
+    if (m_caretShown && hasFocus() && !isReadOnly())
+        QPainter(this).fillRect(caret(), Style::blue);
 }
+
+// Beside a digit the caret keeps off it a little. In an empty field, whose cursor a line edit
+// places only where it paints its text, it stands where the first one will: at the edge, or in the
+// middle.
+QRect TextField::caret() const
+{
+    const int free = std::max(width() - caretWidth, 0);
+    if (!text().isEmpty() || m_composing) {
+        const QRect cursor = cursorRect();
+        const int x = std::clamp(cursor.x() + cursorSlack + caretGap, 0, free);
+        return { x, cursor.y(), caretWidth, cursor.height() };
+    }
+    const QFontMetrics line(m_face.font());
+    const int x = alignment() & Qt::AlignRight ? free
+        : alignment() & Qt::AlignHCenter       ? free / 2
+                                               : 0;
+    return { x, topOf(line), caretWidth, cursorRect().height() };
+}
+
+int TextField::topOf(const QFontMetrics &line) const { return (height() - line.height() + 1) / 2; }
 
 // A line edit scrolls a long text to its end and keeps room for a caret at the right. A text that
 // is only shown begins at its beginning and stands at the edge; on the base line of its neighbours.
@@ -213,17 +234,18 @@ void TextField::drawLine(const QString &text, const QColor &color)
 {
     const QFontMetrics line(m_face.font());
     const QFontMetricsF metrics(m_face.font());
-    const auto shown = metrics.elidedText(text, Qt::ElideRight, width());
+    // A placeholder makes room for the caret, which would cut its first letter.
+    const int room = hasFocus() && !isReadOnly() ? caretWidth + caretGap : 0;
+    const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - room);
     const qreal free = width() - metrics.horizontalAdvance(shown);
-    const qreal x = alignment() & Qt::AlignRight ? free
+    const qreal x = alignment() & Qt::AlignRight ? free - room
         : alignment() & Qt::AlignHCenter         ? free / 2
-                                                 : 0;
-    const int top = (height() - line.height() + 1) / 2;
+                                                 : room;
     QPainter painter(this);
     painter.setFont(m_face.font());
     painter.setPen(color);
     painter.setLayoutDirection(layoutDirection());
-    painter.drawText(QPointF(x, top + line.ascent()), shown);
+    painter.drawText(QPointF(x, topOf(line) + line.ascent()), shown);
 }
 
 bool TextField::event(QEvent *event)
@@ -273,10 +295,12 @@ void TextField::followDirection()
                                       : QGuiApplication::isRightToLeft();
     const auto shown = text().isEmpty() ? placeholderText() : text();
     setLayoutDirection(shown.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-    if (!(alignment() & Qt::AlignHCenter)) {
-        setAlignment(
-            (page ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
-    }
+    if (alignment() & Qt::AlignHCenter)
+        return;
+    setAlignment((page ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
+    // Else the caret would reach over the right edge and be pushed back onto the last digit.
+    const int right = page && !isReadOnly() ? caretGap : 0;
+    setTextMargins(-lineEditMargin, 0, right - lineEditMargin, 0);
 }
 
 } // namespace parloquin

@@ -22,6 +22,7 @@ public:
     explicit TextField(QWidget *parent = nullptr);
 
     void setFontSize(int pixels, QFont::Weight weight = QFont::Normal);
+    void setPlaceholderText(const QString &text);
     /// \param width 0.5 is a hairline: one device pixel; 0 none
     void setBorder(qreal width, const QColor &color, qreal radius);
     /// Digits and dial signs on an on-screen keyboard; nothing is filtered.
@@ -60,6 +61,8 @@ private:
     void followDirection();
     void watchParent();
     void restartCaret();
+    [[nodiscard]] QRect caret() const;
+    [[nodiscard]] int topOf(const QFontMetrics &line) const;
     void drawLine(const QString &text, const QColor &color);
     void openMenu();
 

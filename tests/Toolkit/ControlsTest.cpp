@@ -199,6 +199,39 @@ TEST(TextField, OneThatOnlyShowsTakesNoTapAndNoFocus)
     EXPECT_FALSE(page.other->hasFocus());
 }
 
+TEST(TextField, CaretOfAnEmptyOneStandsWhereTheFirstDigitWill)
+{
+    QApplication::setCursorFlashTime(0);
+    ControlsPage page;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    const auto caret = [&page](TextField *field, const char *typed) {
+        field->setText(QLatin1String(typed));
+        field->setFocus();
+        const QImage image =
+            page.grab(QRect(field->mapTo(&page, QPoint()), field->size())).toImage();
+        QRect blue;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y) == Qt::blue)
+                    blue |= QRect(x, y, 1, 1);
+            }
+        }
+        return blue;
+    };
+    const QRect typed = caret(page.field, "1");
+    const QRect empty = caret(page.field, "");
+    EXPECT_EQ(empty, QRect(0, typed.y(), 2, typed.height()));
+    page.other->setAlignment(Qt::AlignCenter);
+    EXPECT_EQ(caret(page.other, ""), QRect(26, 16, 2, empty.height()));
+
+    page.setLayoutDirection(Qt::RightToLeft);
+    const int edge = page.field->width() - 2;
+    EXPECT_EQ(caret(page.field, "").x(), edge);
+    EXPECT_EQ(caret(page.field, "12").x(), edge) << "and keeps off the last digit";
+    page.field->clearFocus();
+    EXPECT_LT(inked(*page.field).second, edge);
+}
+
 TEST(TextField, OneThatOnlyShowsBeginsAtItsEdgeAndElides)
 {
     ControlsPage page;
