@@ -62,11 +62,15 @@ CountryTableCell::CountryTableCell(QWidget *parent)
 
 void CountryTableCell::setCell(const CountryModel &model)
 {
-    lblTitle->setText(
-        model.title.value_or(QStringLiteral(" (%1)").arg(model.countryCode.value_or(QString()))));
+    lblTitle->setText(titleOf(model));
     lblPhoneCode->setText(model.phoneCode.value_or(QString()));
     m_country = model;
-    setAccessibleName(QStringLiteral("%1, %2").arg(lblTitle->text(), lblPhoneCode->text()));
+}
+
+QString CountryTableCell::titleOf(const CountryModel &model)
+{
+    return model.title.value_or(
+        QStringLiteral(" (%1)").arg(model.countryCode.value_or(QString())));
 }
 
 void CountryTableCell::setSelectedState(bool selected)

@@ -17,6 +17,8 @@ public:
     explicit CountryTableCell(QWidget *parent = nullptr);
 
     void setCell(const CountryModel &model);
+    /// What a row shows as a country's name.
+    [[nodiscard]] static QString titleOf(const CountryModel &model);
     [[nodiscard]] const std::optional<CountryModel> &countryModel() const { return m_country; }
 
     /// Whether this is the current country; it alone bears the tick.

@@ -69,7 +69,6 @@ void ThirdPartyKitTableCell::configure(const ThirdPartyKitModel &kit)
     showBackground();
     lblKitName->setTextColor(colorFromHexString(kit.textColour.value_or(QStringLiteral("ffffff"))));
     lblKitName->setText(kit.text.value_or(QString()));
-    setAccessibleName(lblKitName->text());
 
     // Another app's icon must not stand beside this app's name while its own is on the way.
     const QString icon = kit.icon.value_or(QString());

@@ -59,4 +59,14 @@ void CountryListViewController::setupTableView()
     tblCountries->setDataSource(this);
 }
 
+void CountryListViewController::showEmptyLook()
+{
+    if (requiredViewModel().listState.isAwaited())
+        tblCountries->setEmptyLook(QStringLiteral("icon-list-awaited"),
+            QCoreApplication::translate("Parloquin", "Loading the countries…"));
+    else
+        tblCountries->setEmptyLook(QStringLiteral("icon-list-empty"),
+            QCoreApplication::translate("Parloquin", "No countries to show"));
+}
+
 } // namespace parloquin

@@ -22,6 +22,8 @@ CountryListViewController::~CountryListViewController() = default;
 
 void CountryListViewController::setBinding()
 {
+    connect(&requiredViewModel().listState, &ListState::settled, this, [this] { showEmptyLook(); });
+    showEmptyLook();
     ApiRequest::country(requiredViewModel().getCountries());
 }
 
@@ -86,7 +88,7 @@ QStringList CountryListViewController::sectionIndexTitles(const TableView &) con
     return requiredViewModel().countrySectionTitleList;
 }
 
-TableCell *CountryListViewController::cellForRow(TableView &table, const IndexPath &path)
+CountryModel CountryListViewController::countryAt(const IndexPath &path) const
 {
     const QList<CountryModel> countries = countriesOf(path.section);
     if (path.row < 0 || path.row >= countries.size())
@@ -94,11 +96,33 @@ TableCell *CountryListViewController::cellForRow(TableView &table, const IndexPa
                   .arg(path.row)
                   .arg(countries.size())
                   .arg(path.section));
+    return countries.at(path.row);
+}
 
-    const CountryModel &country = countries.at(path.row);
+bool CountryListViewController::isCurrent(const CountryModel &country) const
+{
+    return country.countryCode == currentCountryCode;
+}
+
+QString CountryListViewController::nameOfRow(const TableView &, const IndexPath &path) const
+{
+    const CountryModel country = countryAt(path);
+    const QString title = CountryTableCell::titleOf(country);
+    const QString code = country.phoneCode.value_or(QString());
+    return code.isEmpty() ? title : QStringLiteral("%1, %2").arg(title, code);
+}
+
+bool CountryListViewController::isRowChecked(const TableView &, const IndexPath &path) const
+{
+    return isCurrent(countryAt(path));
+}
+
+TableCell *CountryListViewController::cellForRow(TableView &table, const IndexPath &path)
+{
+    const CountryModel country = countryAt(path);
     auto *cell = qobject_cast<CountryTableCell *>(
         table.dequeueReusableCell(nameOfClass<CountryTableCell>()));
-    cell->setSelectedState(country.countryCode == currentCountryCode);
+    cell->setSelectedState(isCurrent(country));
     cell->setCell(country);
     return cell;
 }

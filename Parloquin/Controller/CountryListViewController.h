@@ -38,6 +38,8 @@ public:
     [[nodiscard]] int numberOfRows(const TableView &table, int section) const override;
     [[nodiscard]] QString titleForHeader(const TableView &table, int section) const override;
     [[nodiscard]] QStringList sectionIndexTitles(const TableView &table) const override;
+    [[nodiscard]] QString nameOfRow(const TableView &table, const IndexPath &path) const override;
+    [[nodiscard]] bool isRowChecked(const TableView &table, const IndexPath &path) const override;
     [[nodiscard]] TableCell *cellForRow(TableView &table, const IndexPath &path) override;
     void didSelectRow(TableView &table, const IndexPath &path) override;
 
@@ -52,8 +54,11 @@ private:
     void setTableView();
     void setAnchorsForTableView();
     void setupTableView();
+    void showEmptyLook();
     [[nodiscard]] const QString &sectionTitle(int section) const;
     [[nodiscard]] QList<CountryModel> countriesOf(int section) const;
+    [[nodiscard]] CountryModel countryAt(const IndexPath &path) const;
+    [[nodiscard]] bool isCurrent(const CountryModel &country) const;
 
     QPointer<BarButtonItem> btnClose;
     TableView *tblCountries = nullptr;

@@ -58,8 +58,9 @@ void OtpCheckViewController::setViewFieldsBack()
     for (TextField *&box : txtCode) {
         TextField *field = box = new TextField(stackTextFields);
         field->setObjectName(QStringLiteral("txtCode%1").arg(number++));
-        field->setAccessibleName(
-            QCoreApplication::translate("Parloquin", "Digit %1 of %2").arg(number).arg(codeLength));
+        field->setAccessibleName(QCoreApplication::translate("Parloquin", "Code, digit %1 of %2")
+                                     .arg(number)
+                                     .arg(codeLength));
         field->setFontSize(19, QFont::DemiBold);
         field->setAlignment(Qt::AlignCenter);
         field->setBorder(0.5, Style::grey, 4);

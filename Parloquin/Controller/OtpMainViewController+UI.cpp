@@ -33,7 +33,6 @@ TextField *makeField(QWidget *parent, const QString &name, const QString &placeh
     field->setObjectName(name);
     field->setFontSize(fieldFont);
     field->setPlaceholderText(placeholder);
-    field->setAccessibleName(placeholder);
     return field;
 }
 }
@@ -64,8 +63,9 @@ void OtpMainViewController::setViewCountry()
     // The box is what a screen reader finds and presses, so it says which country is chosen.
     viewCountryBack->setAccessibleName(txtCountryName->placeholderText());
     connect(txtCountryName, &QLineEdit::textChanged, viewCountryBack, [this](const QString &title) {
-        viewCountryBack->setAccessibleName(
-            title.isEmpty() ? txtCountryName->placeholderText() : title);
+        viewCountryBack->setAccessibleName(title.isEmpty()
+                ? txtCountryName->placeholderText()
+                : QCoreApplication::translate("Parloquin", "Country, %1").arg(title));
     });
 
     iconArrowDown = new ImageView(m_page->contentView());
@@ -85,6 +85,10 @@ void OtpMainViewController::setViewPhoneNumber()
         QCoreApplication::translate("Parloquin", "Phone Number.."));
     txtPhoneNumber->setPhonePadKeyboard();
     txtPhoneNumber->setReturnKey(Qt::EnterKeyDone);
+    txtPhoneNumber->setAccessibleName(QCoreApplication::translate("Parloquin", "Phone number"));
+    // The prefix stands in front of what is typed, and a reader hears it there.
+    connect(txtCountryCode, &QLineEdit::textChanged, txtPhoneNumber,
+        &QWidget::setAccessibleDescription);
     viewPhoneBack->setRingsFor(txtPhoneNumber);
     connect(txtPhoneNumber, &QLineEdit::textEdited, this,
         [this] { textFieldDidChange(txtPhoneNumber); });

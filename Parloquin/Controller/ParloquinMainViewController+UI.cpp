@@ -105,6 +105,16 @@ void ParloquinMainViewController::setTableBinding()
     tblKits->setDataSource(this);
 }
 
+void ParloquinMainViewController::showEmptyLook()
+{
+    if (requiredViewModel().listState.isAwaited())
+        tblKits->setEmptyLook(QStringLiteral("icon-list-awaited"),
+            QCoreApplication::translate("Parloquin", "Loading the apps…"));
+    else
+        tblKits->setEmptyLook(QStringLiteral("icon-list-empty"),
+            QCoreApplication::translate("Parloquin", "No apps to show"));
+}
+
 // clang-format off
 void ParloquinMainViewController::setAnchorsForDescriptionLabel()
 {

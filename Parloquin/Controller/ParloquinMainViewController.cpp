@@ -33,6 +33,8 @@ void ParloquinMainViewController::setBinding()
             if (state == Qt::ApplicationActive)
                 appDidBecomeActive();
         });
+    connect(&requiredViewModel().listState, &ListState::settled, this, [this] { showEmptyLook(); });
+    showEmptyLook();
     HudManager::shared().show(weakReference());
     // Loading is part of the container's show event: a host that deletes the container over a
     // missing network must not do so inside of it.
@@ -92,6 +94,13 @@ const ThirdPartyKitModel &ParloquinMainViewController::kitAt(const IndexPath &pa
         fatal(QStringLiteral("app list: no app at row %1; reload the table with its rows")
                   .arg(path.row));
     return kits.at(path.row);
+}
+
+// An app without a text shows none; a reader would have nothing to say.
+QString ParloquinMainViewController::nameOfRow(const TableView &, const IndexPath &path) const
+{
+    const ThirdPartyKitModel &kit = kitAt(path);
+    return kit.text.value_or(kit.name.value_or(QString()));
 }
 
 TableCell *ParloquinMainViewController::cellForRow(TableView &table, const IndexPath &path)

@@ -38,6 +38,7 @@ protected:
 
 private:
     [[nodiscard]] int numberOfRows(const TableView &table, int section) const override;
+    [[nodiscard]] QString nameOfRow(const TableView &table, const IndexPath &path) const override;
     [[nodiscard]] TableCell *cellForRow(TableView &table, const IndexPath &path) override;
     void didSelectRow(TableView &table, const IndexPath &path) override;
     [[nodiscard]] const ThirdPartyKitModel &kitAt(const IndexPath &path) const;
@@ -53,6 +54,7 @@ private:
     void setKitsTable();
     void setAlternativePanel();
     void setTableBinding();
+    void showEmptyLook();
     void setAnchorsForDescriptionLabel();
     void setAnchorsForKitsTable();
     void setAnchorsForAlternativePanel();

@@ -2,6 +2,8 @@
 
 #include "Parloquin/Platform/MainQueue.h"
 #include "Parloquin/Protocol/Updateable.h"
+#include "Parloquin/Toolkit/Accessibility.h"
+#include "Parloquin/Toolkit/AccessibleNode.h"
 #include "Parloquin/Toolkit/ActivityIndicator.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationController.h"
@@ -14,7 +16,6 @@
 #include <QtCore/QPropertyAnimation>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
-#include <QtWidgets/QAccessibleWidget>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QGraphicsOpacityEffect>
 
@@ -27,14 +28,38 @@ constexpr QSize plateSize(80, 80); // px
 constexpr QSize spinnerSize(40, 40); // px
 constexpr qreal plateRadius = 10; // px
 
+/// Tells a screen reader that what it reads is busy, for as long as the veil is up, and is all that
+/// there is to read meanwhile.
+class VeilAccessible : public AccessibleNode {
+public:
+    explicit VeilAccessible(QWidget *veil)
+        : AccessibleNode(veil, QAccessible::AlertMessage)
+    {
+    }
+
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = AccessibleNode::state();
+        state.busy = widget()->isVisible();
+        return state;
+    }
+
+    [[nodiscard]] bool coversSiblings() const override { return true; }
+};
+
 /// The veil: swallows whatever is meant for the widgets under it.
-class VeilView : public Shield {
+class VeilView : public Shield, public Describable {
 public:
     VeilView()
     {
         setObjectName(QStringLiteral("container"));
         setAccessibleName(QCoreApplication::translate("Parloquin", "Loading"));
         setFocusPolicy(Qt::TabFocus);
+    }
+
+    [[nodiscard]] QAccessibleInterface *makeAccessible() override
+    {
+        return new VeilAccessible(this);
     }
 
 protected:
@@ -121,35 +146,12 @@ protected:
     }
 };
 
-/// Tells a screen reader that what it reads is busy, for as long as the veil is up.
-class VeilAccessible : public QAccessibleWidget {
-public:
-    explicit VeilAccessible(QWidget *veil)
-        : QAccessibleWidget(veil, QAccessible::AlertMessage)
-    {
-    }
-
-    QAccessible::State state() const override
-    {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.busy = widget()->isVisible();
-        return state;
-    }
-};
-
-QAccessibleInterface *makeAccessible(const QString &, QObject *object)
-{
-    auto *veil = dynamic_cast<VeilView *>(object);
-    return veil ? new VeilAccessible(veil) : nullptr; // owned by the registry of interfaces
-}
-
 } // namespace
 
 HudManager::HudManager()
 {
     // An answer's thread may be the first to ask for the overlay; its work is the main thread's.
     moveToThread(QCoreApplication::instance()->thread());
-    QAccessible::installFactory(makeAccessible);
 }
 
 HudManager &HudManager::shared()

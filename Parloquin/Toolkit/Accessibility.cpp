@@ -1,75 +1,57 @@
 #include "Parloquin/Toolkit/Accessibility.h"
 
-#include "Parloquin/Toolkit/ActivityIndicator.h"
-#include "Parloquin/Toolkit/ImageView.h"
+#include "Parloquin/Toolkit/AccessibleField.h"
+#include "Parloquin/Toolkit/AccessibleNode.h"
+#include "Parloquin/Toolkit/AccessibleTable.h"
 #include "Parloquin/Toolkit/Label.h"
-#include "Parloquin/Toolkit/TableView.h"
-#include "Parloquin/Toolkit/View.h"
+#include "Parloquin/Toolkit/Screen.h"
+#include "Parloquin/Toolkit/Tappable.h"
+#include "Parloquin/Toolkit/TextField.h"
 
-#include <QtWidgets/QAccessibleWidget>
+#include <cstring>
 
 namespace parloquin {
 
 namespace {
 
-class AccessibleRow : public QAccessibleWidget {
-public:
-    explicit AccessibleRow(TableCell *cell)
-        : QAccessibleWidget(cell, QAccessible::ListItem)
-    {
+bool isNamedByTheKit(const QWidget *widget)
+{
+    constexpr const char *kit = "parloquin::";
+    return std::strncmp(widget->metaObject()->className(), kit, std::strlen(kit)) == 0;
+}
+
+// A class of the kit's, or a nameless box within one; a host's own boxes are none of ours.
+bool isOfTheKit(const QWidget *widget)
+{
+    if (isNamedByTheKit(widget))
+        return true;
+    if (widget->metaObject() != &QWidget::staticMetaObject)
+        return false;
+    for (const QWidget *above = widget->parentWidget(); above; above = above->parentWidget()) {
+        if (isNamedByTheKit(above))
+            return true;
     }
-
-    [[nodiscard]] QAccessible::State state() const override
-    {
-        auto state = QAccessibleWidget::state();
-        state.focusable = true;
-        state.selectable = true;
-        state.focused = cell()->hasKeyboardFocus();
-        return state;
-    }
-
-    [[nodiscard]] QStringList actionNames() const override { return { pressAction() }; }
-
-    void doAction(const QString &name) override
-    {
-        if (name == pressAction())
-            cell()->select();
-    }
-
-private:
-    [[nodiscard]] TableCell *cell() const { return static_cast<TableCell *>(widget()); }
-};
-
-class AccessibleLabel : public QAccessibleWidget {
-public:
-    explicit AccessibleLabel(Label *label)
-        : QAccessibleWidget(label, QAccessible::StaticText)
-    {
-    }
-
-    [[nodiscard]] QString text(QAccessible::Text kind) const override
-    {
-        if (kind == QAccessible::Name)
-            return static_cast<Label *>(widget())->text();
-        return QAccessibleWidget::text(kind);
-    }
-};
+    return false;
+}
 
 QAccessibleInterface *describe(const QString &, QObject *object)
 {
-    if (auto *cell = qobject_cast<TableCell *>(object))
-        return new AccessibleRow(cell);
-    if (auto *label = qobject_cast<Label *>(object))
-        return new AccessibleLabel(label);
-    if (auto *table = qobject_cast<TableView *>(object))
-        return new QAccessibleWidget(table, QAccessible::List);
-    if (auto *view = qobject_cast<View *>(object))
-        return new QAccessibleWidget(view, QAccessible::Grouping);
-    if (auto *picture = qobject_cast<ImageView *>(object))
-        return new QAccessibleWidget(picture, QAccessible::Graphic);
-    if (auto *spinner = qobject_cast<ActivityIndicator *>(object))
-        return new QAccessibleWidget(spinner, QAccessible::Animation);
-    return nullptr;
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (!widget)
+        return nullptr;
+    if (auto *self = dynamic_cast<Describable *>(widget))
+        return self->makeAccessible();
+    if (auto *table = qobject_cast<TableView *>(widget))
+        return new AccessibleTable(table);
+    if (auto *field = qobject_cast<TextField *>(widget))
+        return new AccessibleField(field);
+    if (qobject_cast<Tappable *>(widget))
+        return new AccessibleButton(widget);
+    if (qobject_cast<Label *>(widget))
+        return new AccessibleLabel(widget);
+    if (qobject_cast<Screen *>(widget))
+        return new AccessibleNode(widget, QAccessible::Pane);
+    return isOfTheKit(widget) ? new AccessibleFiller(widget) : nullptr;
 }
 
 }

@@ -1,11 +1,20 @@
 #pragma once
 
+class QAccessibleInterface;
+
 namespace parloquin {
 
-/// \brief Makes screen readers see the toolkit's widgets as what they are.
+/// \brief A widget that says itself what it is to a screen reader.
+class Describable {
+public:
+    virtual ~Describable() = default;
+    /// \return new; the registry of interfaces owns it
+    [[nodiscard]] virtual QAccessibleInterface *makeAccessible() = 0;
+};
+
+/// \brief Makes screen readers see the kit's widgets as what they are; AccessibleNode says how.
 ///
-/// Rows are items of a list that can be pressed, plain boxes and pictures no buttons. Main thread;
-/// every call after the first does nothing.
+/// Main thread; every call after the first does nothing.
 void installAccessibility();
 
 } // namespace parloquin

@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/Screen.h"
 
+#include "Parloquin/Toolkit/Accessibility.h"
 #include "Parloquin/Toolkit/FocusRing.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationController.h"
@@ -12,6 +13,7 @@ namespace parloquin {
 Screen::Screen(QWidget *parent)
     : QWidget(parent)
 {
+    installAccessibility();
     // Screens slide over each other: none may let another one shine through. Painted, as a host's
     // style sheet takes the ground away from widgets that leave it to their palette.
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -22,6 +24,12 @@ Screen::Screen(QWidget *parent)
 Screen::~Screen() = default;
 
 NavigationController *Screen::navigationController() const { return m_navigationController; }
+
+void Screen::setTitle(const QString &title)
+{
+    m_navigationItem.setTitle(title);
+    setAccessibleName(title);
+}
 
 bool Screen::event(QEvent *event)
 {

@@ -53,7 +53,8 @@ public:
     /// Null until pushed, and after the pop.
     [[nodiscard]] NavigationController *navigationController() const;
     [[nodiscard]] NavigationItem &navigationItem() { return m_navigationItem; }
-    void setTitle(const QString &title) { m_navigationItem.setTitle(title); }
+    /// What the bar shows, and what a screen reader calls the page.
+    void setTitle(const QString &title);
     [[nodiscard]] bool isViewLoaded() const { return m_loaded; }
     /// Enter taps it while the page itself has the keyboard.
     void setDefaultButton(QAbstractButton *button) { m_defaultButton = button; }

@@ -7,6 +7,7 @@ namespace parloquin {
 void TableGeometry::load(const TableView &table, const TableViewDataSource *source, int rowHeight)
 {
     m_sections.clear();
+    m_items = 0;
     m_rowHeight = rowHeight;
     if (!source)
         return;
@@ -20,6 +21,8 @@ void TableGeometry::load(const TableView &table, const TableViewDataSource *sour
         section.header = section.title.isEmpty() ? 0 : headerHeight;
         section.end = y + section.header + section.rows * rowHeight;
         y = section.end;
+        section.firstItem = m_items;
+        m_items += section.rows + (section.header > 0 ? 1 : 0);
         m_sections.push_back(section);
     }
 }
@@ -74,6 +77,31 @@ std::optional<IndexPath> TableGeometry::last() const
             return IndexPath { static_cast<int>(section), m_sections[section].rows - 1 };
     }
     return {};
+}
+
+int TableGeometry::itemOf(const IndexPath &path) const
+{
+    const auto &section = m_sections[static_cast<std::size_t>(path.section)];
+    return section.firstItem + (section.header > 0 ? 1 : 0) + path.row;
+}
+
+int TableGeometry::sectionOfItem(int item) const
+{
+    const auto after = std::upper_bound(m_sections.begin(), m_sections.end(), item,
+        [](int value, const Section &section) { return value < section.firstItem; });
+    return static_cast<int>(after - m_sections.begin()) - 1;
+}
+
+std::optional<IndexPath> TableGeometry::rowOfItem(int item) const
+{
+    if (item < 0 || item >= m_items)
+        return {};
+    const int index = sectionOfItem(item);
+    const auto &section = m_sections[static_cast<std::size_t>(index)];
+    const int row = item - section.firstItem - (section.header > 0 ? 1 : 0);
+    if (row < 0)
+        return {};
+    return IndexPath { index, row };
 }
 
 IndexPath TableGeometry::moved(IndexPath path, int by) const

@@ -20,6 +20,7 @@ public:
         int top = 0; // of the header, or of the first row without one
         int header = 0; // its height
         int end = 0;
+        int firstItem = 0; // its title's place in the list that is read, or its first row's
     };
 
     /// Asks the source for its sections, rows and titles; null: nothing.
@@ -39,9 +40,17 @@ public:
     /// The row so many after (or before) path, stopping at the ends.
     [[nodiscard]] IndexPath moved(IndexPath path, int by) const;
 
+    // As read: one after another, titles and rows.
+    [[nodiscard]] int items() const { return m_items; }
+    [[nodiscard]] int itemOf(const IndexPath &path) const;
+    [[nodiscard]] int sectionOfItem(int item) const;
+    /// None where the item is a section's title.
+    [[nodiscard]] std::optional<IndexPath> rowOfItem(int item) const;
+
 private:
     std::vector<Section> m_sections;
     int m_rowHeight = 44;
+    int m_items = 0;
 };
 
 } // namespace parloquin

@@ -1,11 +1,14 @@
+#include "Parloquin/Toolkit/AccessibleTable.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Scrolling.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableViewPrivate.h"
 #include "Parloquin/Toolkit/Tappable.h"
 
+#include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
+#include <QtGui/QStyleHints>
 #include <QtGui/QTouchEvent>
 #include <QtGui/QWheelEvent>
 #include <QtWidgets/QScroller>
@@ -23,6 +26,14 @@ bool isForTables(const QKeyEvent &key)
     return !Keys::isCommand(key)
         && (Keys::isEnter(key) || (!text.isEmpty() && text.front().isPrint())
             || std::find(std::begin(moves), std::end(moves), key.key()) != std::end(moves));
+}
+
+// Without accents.
+QString bare(const QString &text)
+{
+    QString bare = text.normalized(QString::NormalizationForm_KD);
+    bare.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
+    return bare;
 }
 }
 
@@ -74,7 +85,7 @@ void TableView::Private::select(const IndexPath &path)
 {
     if (!geometry.contains(path))
         return;
-    current = path;
+    setCurrent(path);
     updateStates();
     if (delegate)
         delegate->didSelectRow(*table, path); // last: it may close the screen
@@ -82,10 +93,26 @@ void TableView::Private::select(const IndexPath &path)
 
 void TableView::Private::moveCurrent(const IndexPath &path)
 {
-    current = path;
     keyboardFocus = true;
     reveal(path);
+    setCurrent(path);
     updateStates();
+}
+
+void TableView::Private::setCurrent(const std::optional<IndexPath> &path)
+{
+    if (current == path && !focusUntold)
+        return;
+    current = path;
+    AccessibleTable::tellFocus(*table);
+}
+
+void TableView::Private::startAtView()
+{
+    if (current && table->cellForRow(*current))
+        return;
+    if (!cells.empty())
+        current = cells.begin()->second->indexPath();
 }
 
 void TableView::Private::updateStates()
@@ -137,7 +164,7 @@ bool TableView::Private::handleKey(QKeyEvent *event)
 {
     const auto first = geometry.first();
     if (!first)
-        return false;
+        return isForTables(*event); // to come, perhaps: the keys are not the host's meanwhile
     if (!current || !geometry.contains(*current))
         current = geometry.rowAt(offset + TableGeometry::headerHeight).value_or(*first);
     const int page = std::max(table->height() / rowHeight - 1, 1);
@@ -164,28 +191,63 @@ bool TableView::Private::handleKey(QKeyEvent *event)
     case Qt::Key_Enter:
     case Qt::Key_Space:
     case Qt::Key_Select:
-        if (!event->isAutoRepeat())
+        if (event->isAutoRepeat())
+            return true;
+        // Nobody chooses what is not seen: the first press shows which row it would be.
+        if (keyboardFocus && offsetShowing(*current) == offset)
             select(*current);
+        else
+            moveCurrent(*current);
         return true;
     default:
-        return jumpToLetter(event->text());
+        return false;
     }
 }
 
-bool TableView::Private::jumpToLetter(const QString &typed)
+// The letters of a row's name one after another, as in every list; a pause begins anew. One letter
+// again and again goes through the rows that begin with it.
+bool TableView::Private::typeAhead(QKeyEvent *event)
 {
-    if (typed.isEmpty() || !typed.front().isLetterOrNumber())
+    const QString text = event->text();
+    const int pause = QGuiApplication::styleHints()->keyboardInputInterval();
+    const bool goesOn = !typed.isEmpty() && typedLast.isValid() && !typedLast.hasExpired(pause);
+    if (text.isEmpty() || !text.front().isPrint() || (text == QLatin1String(" ") && !goesOn))
         return false;
-    const auto &sections = geometry.sections();
-    for (std::size_t section = 0; section < sections.size(); ++section) {
-        if (sections[section].rows > 0
-            && sections[section].title.startsWith(typed, Qt::CaseInsensitive)) {
-            jumpToSection(static_cast<int>(section));
-            moveCurrent({ static_cast<int>(section), 0 });
-            return true;
+    typed = goesOn ? typed + text : text;
+    typedLast.start();
+    const bool sameLetter = typed.count(typed.front()) == typed.size();
+    auto row = find(typed, typed.size() == 1);
+    if (!row && sameLetter)
+        row = find(typed.left(1), true);
+    if (row)
+        moveCurrent(*row);
+    return true;
+}
+
+std::optional<IndexPath> TableView::Private::find(const QString &beginning, bool afterCurrent) const
+{
+    const auto first = geometry.first();
+    if (!first)
+        return {};
+    // Whoever has no key for Å writes A, but a row as written wins.
+    const QString plain = bare(beginning);
+    std::optional<IndexPath> alike;
+    IndexPath row = current && geometry.contains(*current) ? *current : *first;
+    const IndexPath start = row;
+    bool skip = afterCurrent && keyboardFocus;
+    do {
+        if (!skip) {
+            const QString name = source->nameOfRow(*table, row);
+            if (name.startsWith(beginning, Qt::CaseInsensitive))
+                return row;
+            if (!alike && bare(name).startsWith(plain, Qt::CaseInsensitive))
+                alike = row;
         }
-    }
-    return false;
+        skip = false;
+        const IndexPath next = geometry.moved(row, 1);
+        row = next == row ? *first : next;
+    } while (!(row == start));
+    return alike;
 }
 
 bool TableView::event(QEvent *event)
@@ -241,22 +303,33 @@ void TableView::wheelEvent(QWheelEvent *event)
 
 void TableView::keyPressEvent(QKeyEvent *event)
 {
-    if (Keys::isCommand(*event) || !d->handleKey(event))
-        QWidget::keyPressEvent(event);
+    if (!Keys::isCommand(*event)) {
+        if (d->typeAhead(event))
+            return;
+        d->typed.clear(); // another key ends the word
+        if (d->handleKey(event))
+            return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void TableView::focusInEvent(QFocusEvent *event)
 {
     QWidget::focusInEvent(event);
     d->keyboardFocus = Tappable::isKeyboardReason(event->reason(), d->keyboardFocus);
-    if (!d->current || !cellForRow(*d->current)) {
-        const auto cells = visibleCells();
-        if (!cells.isEmpty())
-            d->current = cells.first()->indexPath();
-    }
+    d->startAtView();
     if (d->keyboardFocus && d->current)
         d->reveal(*d->current);
     d->updateStates();
+    // Later: behind Qt's own word that the table has it.
+    d->focusUntold = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (d->focusUntold)
+                AccessibleTable::tellFocus(*this);
+        },
+        Qt::QueuedConnection);
 }
 
 bool TableView::hasKeyboardFocus() const { return d->keyboardFocus && hasFocus(); }

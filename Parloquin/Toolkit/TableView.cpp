@@ -2,6 +2,8 @@
 
 #include "Parloquin/Platform/Fatal.h"
 #include "Parloquin/Toolkit/Accessibility.h"
+#include "Parloquin/Toolkit/AccessibleTable.h"
+#include "Parloquin/Toolkit/EmptyLook.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableViewPrivate.h"
 
@@ -25,6 +27,7 @@ TableView::Private::Private(TableView *owner)
     , shadow(new TableShadow(owner))
     , index(new TableIndex(owner))
     , thumb(new TableThumb(owner))
+    , emptyLook(new EmptyLook(owner))
 {
     shadow->hide();
     index->hide();
@@ -45,10 +48,16 @@ void TableView::Private::reload()
     hasIndex = !letters.isEmpty();
     index->setLetters(letters);
     index->setVisible(hasIndex);
+    emptyLook->setVisible(geometry.items() == 0);
     if (current && !geometry.contains(*current))
         current = geometry.last();
     offset = std::clamp(offset, 0, maxOffset());
     arrange();
+    if (table->hasFocus()) {
+        startAtView();
+        updateStates();
+    }
+    AccessibleTable::tellReload(*table);
 }
 
 int TableView::Private::maxOffset() const
@@ -155,6 +164,11 @@ void TableView::Private::placeLines()
     lines->raise();
 }
 
+int TableView::Private::headerTop(const TableGeometry::Section &section) const
+{
+    return std::max(section.top - offset, std::min(0, section.end - section.header - offset));
+}
+
 void TableView::Private::placeHeaders()
 {
     int used = 0;
@@ -166,8 +180,7 @@ void TableView::Private::placeHeaders()
             break;
         if (found.header == 0)
             continue;
-        // Stuck to the top until the next section pushes it off.
-        const int y = std::max(found.top - offset, std::min(0, found.end - found.header - offset));
+        const int y = headerTop(found);
         if (used == headers.size())
             headers.append(new TableHeader(table));
         auto *header = headers[used++];
@@ -215,13 +228,50 @@ void TableView::Private::jumpToSection(int section)
 
 void TableView::Private::reveal(const IndexPath &path)
 {
-    const auto &section = geometry.sections()[static_cast<std::size_t>(path.section)];
-    const int top = geometry.topOf(path);
     motion.stop();
-    if (top - section.header < offset)
-        setOffset(top - section.header);
-    else if (top + rowHeight > offset + table->height())
-        setOffset(top + rowHeight - table->height());
+    QScroller::scroller(table)->stop();
+    setOffset(offsetShowing(path));
+}
+
+int TableView::Private::offsetShowing(const IndexPath &path) const
+{
+    const int top = geometry.topOf(path);
+    const int header = geometry.sections()[static_cast<std::size_t>(path.section)].header;
+    const int least = std::max(offset, top + rowHeight - table->height());
+    return std::clamp(std::min(least, top - header), 0, maxOffset());
+}
+
+QRect TableView::Private::placeOfItem(int item) const
+{
+    if (geometry.items() == 0)
+        return table->rect();
+    if (const auto row = geometry.rowOfItem(item)) {
+        const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
+        return { mirrored ? table->width() - contentWidth() : 0, geometry.topOf(*row) - offset,
+            contentWidth(), rowHeight };
+    }
+    const auto at = static_cast<std::size_t>(geometry.sectionOfItem(item));
+    const auto &section = geometry.sections()[at];
+    return { 0, headerTop(section), table->width(), section.header };
+}
+
+int TableView::Private::itemAt(const QPoint &point) const
+{
+    if (!table->rect().contains(point))
+        return -1;
+    if (geometry.items() == 0)
+        return 0;
+    for (auto at = static_cast<std::size_t>(geometry.sectionAt(offset));
+         at < geometry.sections().size(); ++at) {
+        const auto &section = geometry.sections()[at];
+        const int top = headerTop(section);
+        if (top > point.y())
+            break;
+        if (point.y() < top + section.header)
+            return section.firstItem;
+    }
+    const auto row = geometry.rowAt(point.y() + offset);
+    return row ? geometry.itemOf(*row) : -1;
 }
 
 TableView::TableView(QWidget *parent)
@@ -265,6 +315,13 @@ void TableView::setSeparatorStyle(SeparatorStyle style)
 {
     d->separators = style;
     d->arrange();
+}
+
+void TableView::setEmptyLook(const QString &image, const QString &text)
+{
+    if (!d->emptyLook->set(image, text) || d->geometry.items() > 0)
+        return;
+    AccessibleTable::tellReload(*this);
 }
 
 void TableView::registerCell(const QString &identifier, std::function<TableCell *()> make)
@@ -318,6 +375,7 @@ void TableView::resizeEvent(QResizeEvent *)
 {
     d->offset = std::clamp(d->offset, 0, d->maxOffset());
     d->thumb->hide();
+    d->emptyLook->setGeometry(rect());
     d->arrange();
 }
 

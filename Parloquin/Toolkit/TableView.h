@@ -63,6 +63,16 @@ public:
     {
         return {};
     }
+    /// What a screen reader says of a row, its title first: typed letters look for that.
+    [[nodiscard]] virtual QString nameOfRow(const TableView &, const IndexPath &) const
+    {
+        return {};
+    }
+    /// Whether the row bears a tick.
+    [[nodiscard]] virtual bool isRowChecked(const TableView &, const IndexPath &) const
+    {
+        return false;
+    }
     /// Letters of the index strip, one a section; empty: no strip.
     [[nodiscard]] virtual QStringList sectionIndexTitles(const TableView &) const { return {}; }
 };
@@ -77,9 +87,9 @@ public:
 /// \brief A plain table: recycled rows, sticking section headers, an index strip, kinetic
 /// scrolling.
 ///
-/// Only rows in view exist as widgets, whatever the count. Touch, wheel, keyboard (arrows, Page,
-/// Home, End, Enter, Space, letters jump to their section) and screen reader all work. Main thread
-/// only; data source and delegate are borrowed and outlive the table.
+/// Only rows in view exist as widgets, whatever the count; a screen reader finds all of them.
+/// Touch, wheel and keyboard (arrows, Page, Home, End, Enter, Space, and the first letters of a
+/// row) work. Main thread only; data source and delegate are borrowed and outlive the table.
 class TableView : public QWidget {
     Q_OBJECT
 public:
@@ -92,6 +102,10 @@ public:
     void setDelegate(TableViewDelegate *delegate);
     void setRowHeight(int height); // px, the same for all rows
     void setSeparatorStyle(SeparatorStyle style);
+    /// \brief What the table shows, and says to a reader, while it has no rows.
+    /// \param image one of the kit's own
+    /// \param text empty: nothing
+    void setEmptyLook(const QString &image, const QString &text);
 
     /// \param make creates a new cell; called when none of this identifier waits for reuse
     void registerCell(const QString &identifier, std::function<TableCell *()> make);
@@ -126,6 +140,7 @@ protected:
 
 private:
     struct Private;
+    friend class AccessibleTable;
     friend class TableCell;
     std::unique_ptr<Private> d;
 };

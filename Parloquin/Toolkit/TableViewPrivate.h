@@ -4,6 +4,7 @@
 #include "Parloquin/Toolkit/TableParts.h"
 #include "Parloquin/Toolkit/TableView.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 #include <QtCore/QPointer>
 #include <QtCore/QVariantAnimation>
@@ -16,6 +17,8 @@ class QKeyEvent;
 class QTouchEvent;
 
 namespace parloquin {
+
+class EmptyLook;
 
 /// \brief A table's state: what is in view, what waits for reuse, the finger and the keyboard.
 struct TableView::Private {
@@ -35,6 +38,11 @@ struct TableView::Private {
     void jumpToSection(int section);
     /// Scrolls as little as shows the whole row, clear of the stuck header.
     void reveal(const IndexPath &path);
+    [[nodiscard]] int offsetShowing(const IndexPath &path) const;
+    /// Of a section's title in the table: stuck to the top until the next section pushes it off.
+    [[nodiscard]] int headerTop(const TableGeometry::Section &section) const;
+    [[nodiscard]] QRect placeOfItem(int item) const;
+    [[nodiscard]] int itemAt(const QPoint &point) const; // -1: none
 
     // Input
     void press(const QPointF &position);
@@ -43,10 +51,14 @@ struct TableView::Private {
     void release();
     void select(const IndexPath &path);
     void moveCurrent(const IndexPath &path);
+    void setCurrent(const std::optional<IndexPath> &path);
+    /// The first row in view, where the current one is not.
+    void startAtView();
     void updateStates();
     bool handleTouch(QTouchEvent *event);
     bool handleKey(QKeyEvent *event);
-    bool jumpToLetter(const QString &typed);
+    bool typeAhead(QKeyEvent *event);
+    [[nodiscard]] std::optional<IndexPath> find(const QString &beginning, bool afterCurrent) const;
 
     using Key = std::pair<int, int>; // section, row: in the order of the table
 
@@ -66,6 +78,7 @@ struct TableView::Private {
     TableShadow *shadow;
     TableIndex *index;
     TableThumb *thumb;
+    EmptyLook *emptyLook;
     bool hasIndex = false;
     QVariantAnimation motion;
 
@@ -73,6 +86,9 @@ struct TableView::Private {
     QPointF pressedAt;
     std::optional<IndexPath> current;
     bool keyboardFocus = false;
+    bool focusUntold = false; // a reader has yet to hear of the row that has it
+    QString typed; // letters on the way to a row
+    QElapsedTimer typedLast;
     bool arranging = false;
 };
 

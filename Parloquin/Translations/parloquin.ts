@@ -91,5 +91,13 @@
         <source>Paste</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Phone number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Country, %1</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>

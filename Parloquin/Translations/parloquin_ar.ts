@@ -111,5 +111,13 @@
         <source>No countries to show</source>
         <translation>لا توجد بلدان</translation>
     </message>
+    <message>
+        <source>Phone number</source>
+        <translation>رقم الهاتف</translation>
+    </message>
+    <message>
+        <source>Country, %1</source>
+        <translation>البلد، %1</translation>
+    </message>
 </context>
 </TS>

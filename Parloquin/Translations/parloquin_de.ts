@@ -111,5 +111,13 @@
         <source>No countries to show</source>
         <translation>Keine Länder vorhanden</translation>
     </message>
+    <message>
+        <source>Phone number</source>
+        <translation>Telefonnummer</translation>
+    </message>
+    <message>
+        <source>Country, %1</source>
+        <translation>Land, %1</translation>
+    </message>
 </context>
 </TS>

@@ -111,5 +111,13 @@
         <source>No countries to show</source>
         <translation>No hay países</translation>
     </message>
+    <message>
+        <source>Phone number</source>
+        <translation>Número de teléfono</translation>
+    </message>
+    <message>
+        <source>Country, %1</source>
+        <translation>País, %1</translation>
+    </message>
 </context>
 </TS>

@@ -111,5 +111,13 @@
         <source>No countries to show</source>
         <translation>Aucun pays à afficher</translation>
     </message>
+    <message>
+        <source>Phone number</source>
+        <translation>Numéro de téléphone</translation>
+    </message>
+    <message>
+        <source>Country, %1</source>
+        <translation>Pays, %1</translation>
+    </message>
 </context>
 </TS>

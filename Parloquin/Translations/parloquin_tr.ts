@@ -111,5 +111,13 @@
         <source>No countries to show</source>
         <translation>Gösterilecek ülke yok</translation>
     </message>
+    <message>
+        <source>Phone number</source>
+        <translation>Telefon numarası</translation>
+    </message>
+    <message>
+        <source>Country, %1</source>
+        <translation>Ülke, %1</translation>
+    </message>
 </context>
 </TS>

@@ -28,11 +28,14 @@ Completion<CountryResponseModel> CountryListViewModel::getCountries()
     return [origin = AnswerOrigin(weak_from_this(), presentedViewController)](
                const Result<CountryResponseModel> &result) {
         const auto *const envelope = printed(result);
-        if (!envelope)
+        if (!envelope) {
+            settleList(origin);
             return;
-        origin.onMainThread([answer = envelope->result](CountryListViewModel &self) {
+        }
+        origin.onMainThread([origin, answer = envelope->result](CountryListViewModel &self) {
             self.countryList = answer && answer->list ? *answer->list : QList<CountryModel>();
             self.splitCountriesWithSections();
+            settleList(origin); // behind the reload that the screen has just queued
         });
     };
 }

@@ -3,6 +3,7 @@
 #include "Parloquin/Model/CountryModel.h"
 #include "Parloquin/Networking/Client/Result.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
+#include "Parloquin/ViewModel/Base/ListState.h"
 
 #include <QtCore/QList>
 #include <QtCore/QMap>
@@ -24,6 +25,7 @@ public:
     QList<CountryModel> countryList; ///< as received
     QStringList countrySectionTitleList; ///< sorted as the user's language sorts
     QMap<QString, QList<CountryModel>> countrySectionList; ///< each in the order received
+    ListState listState;
 
     /// \return completion of the country call, for any thread; does nothing once this is gone
     [[nodiscard]] Completion<CountryResponseModel> getCountries();

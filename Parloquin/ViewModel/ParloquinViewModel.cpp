@@ -27,13 +27,15 @@ void ParloquinViewModel::requestInit()
         if (!envelope) {
             tellFailure(ParloquinError::serverError);
             origin.hideProgress();
+            settleList(origin);
             return;
         }
-        origin.onMainThread([answer = envelope->result](ParloquinViewModel &self) {
+        origin.onMainThread([origin, answer = envelope->result](ParloquinViewModel &self) {
             self.initResponse =
                 answer ? std::make_shared<const InitResponseModel>(*answer) : nullptr;
             self.kits = answer && answer->list ? *answer->list : QList<ThirdPartyKitModel>();
             self.rebindScreen();
+            settleList(origin); // behind the reload that the screen has just queued
         });
     });
 }

@@ -2,6 +2,7 @@
 
 #include "Parloquin/Model/ThirdPartyKitModel.h"
 #include "Parloquin/ViewModel/Base/BaseViewModel.h"
+#include "Parloquin/ViewModel/Base/ListState.h"
 
 #include <QtCore/QList>
 #include <QtCore/QString>
@@ -24,6 +25,7 @@ public:
     using BaseViewModel::BaseViewModel;
 
     QList<ThirdPartyKitModel> kits; ///< the rows, in the service's order
+    ListState listState;
     std::shared_ptr<const InitResponseModel> initResponse; ///< of the last `init`
     std::optional<QString> startReference; ///< of the last `start`; the key of every `check`
 

@@ -70,7 +70,7 @@ TEST_P(SmsGeometry, CodeEntry)
     for (int i = 0; i < 3; ++i) {
         SCOPED_TRACE(boxes[i]);
         const QRect box = frame(boxes[i]);
-        EXPECT_EQ(part(boxes[i])->accessibleName(), u"Digit %1 of 3"_s.arg(i + 1));
+        EXPECT_EQ(part(boxes[i])->accessibleName(), u"Code, digit %1 of 3"_s.arg(i + 1));
         EXPECT_EQ(box.size(), QSize(54, 54));
         EXPECT_EQ(box.x(), mirrored({ 99 + 69 * i, 0, 54, 54 }).x());
         EXPECT_TRUE(box.y() == 152 || box.y() == 153) << box.y();

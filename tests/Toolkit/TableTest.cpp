@@ -1,72 +1,21 @@
 #include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/TableParts.h"
 #include "Parloquin/Toolkit/TableView.h"
+#include "Toolkit/Countries.h"
 
-#include <QtGui/QAccessible>
+#include <QtGui/QStyleHints>
 #include <QtGui/QWheelEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 using namespace parloquin;
 
 namespace {
 
-class Countries : public TableViewDataSource, public TableViewDelegate {
-public:
-    int sections = 26;
-    int rows = 10;
-    QList<IndexPath> selected;
-
-    [[nodiscard]] int numberOfSections(const TableView &) const override { return sections; }
-    [[nodiscard]] int numberOfRows(const TableView &, int) const override { return rows; }
-    TableCell *cellForRow(TableView &table, const IndexPath &path) override
-    {
-        auto *cell = table.dequeueReusableCell(QStringLiteral("Cell"));
-        cell->setAccessibleName(QStringLiteral("%1/%2").arg(path.section).arg(path.row));
-        return cell;
-    }
-    [[nodiscard]] QString titleForHeader(const TableView &, int section) const override
-    {
-        return QString(QChar(u'A' + section % 26));
-    }
-    [[nodiscard]] QStringList sectionIndexTitles(const TableView &table) const override
-    {
-        QStringList letters;
-        for (int section = 0; section < sections; ++section)
-            letters.append(titleForHeader(table, section));
-        return letters;
-    }
-    void didSelectRow(TableView &, const IndexPath &path) override { selected.append(path); }
-};
-
-constexpr int rowHeight = 44;
-constexpr int headerHeight = 28;
-
-class Table : public testing::Test {
+class Table : public CountryTable {
 protected:
-    void show(int sections = 26, int rows = 10)
-    {
-        source.sections = sections;
-        source.rows = rows;
-        table = std::make_unique<TableView>();
-        table->resize(390, 600);
-        table->setDataSource(&source); // cells may be registered later
-        table->setDelegate(&source);
-        table->setRowHeight(rowHeight);
-        table->registerCell(QStringLiteral("Cell"), [] { return new TableCell; });
-        table->show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(table.get()));
-    }
-
-    [[nodiscard]] int sectionTop(int section) const
-    {
-        return section * (headerHeight + source.rows * rowHeight);
-    }
-
     [[nodiscard]] QStringList headersInView() const
     {
         QStringList found;
@@ -78,10 +27,17 @@ protected:
         return found;
     }
 
-    [[nodiscard]] static QPoint middle(int y) { return { 100, y }; }
+    /// The row that rings.
+    [[nodiscard]] std::optional<IndexPath> ringed() const
+    {
+        for (const auto *cell : table->visibleCells()) {
+            if (cell->hasKeyboardFocus())
+                return cell->indexPath();
+        }
+        return {};
+    }
 
-    Countries source;
-    std::unique_ptr<TableView> table;
+    [[nodiscard]] static QPoint middle(int y) { return { 100, y }; }
 };
 
 TEST_F(Table, TenThousandRowsNeedNoMoreWidgetsThanTwoHundredAndFifty)
@@ -201,27 +157,124 @@ TEST_F(Table, TheKeyboardWalksRingsAndSelects)
 {
     show();
     table->setFocus(Qt::MouseFocusReason);
-    EXPECT_FALSE(table->cellForRow({ 0, 0 })->hasKeyboardFocus()) << "a tap rings nothing";
-    table->clearFocus();
-    table->setFocus(Qt::TabFocusReason);
-    EXPECT_TRUE(table->cellForRow({ 0, 0 })->hasKeyboardFocus());
+    EXPECT_EQ(place(ringed()), "none") << "a tap rings nothing";
+    press(Qt::Key_Return);
+    EXPECT_TRUE(source.selected.isEmpty()) << "nobody chooses what is not seen";
+    EXPECT_EQ(place(ringed()), "0/0");
+    focusByTab();
+    EXPECT_EQ(place(ringed()), "0/0");
     const struct {
         Qt::Key key;
-        IndexPath path;
-    } steps[] = { { Qt::Key_Down, { 0, 1 } }, { Qt::Key_End, { 25, 9 } }, { Qt::Key_Up, { 25, 8 } },
-        { Qt::Key_Home, { 0, 0 } }, { Qt::Key_Up, { 0, 0 } }, { Qt::Key_PageDown, { 1, 2 } },
-        { Qt::Key_M, { 12, 0 } }, { Qt::Key_Up, { 11, 9 } } };
+        const char *row;
+    } steps[] = { { Qt::Key_Down, "0/1" }, { Qt::Key_End, "25/9" }, { Qt::Key_Down, "25/9" },
+        { Qt::Key_Up, "25/8" }, { Qt::Key_Home, "0/0" }, { Qt::Key_Up, "0/0" },
+        { Qt::Key_PageDown, "1/2" }, { Qt::Key_PageUp, "0/0" }, { Qt::Key_M, "12/0" },
+        { Qt::Key_Up, "11/9" } };
     for (const auto &step : steps) {
-        QTest::keyClick(table.get(), step.key);
-        const auto *cell = table->cellForRow(step.path);
-        ASSERT_TRUE(cell) << step.key << " leaves its row out of view";
-        EXPECT_TRUE(cell->hasKeyboardFocus()) << step.key;
+        press(step.key);
+        ASSERT_EQ(place(ringed()), step.row) << step.key;
+        const auto *cell = table->cellForRow(*ringed());
         EXPECT_GE(cell->y(), headerHeight) << step.key << " leaves its row under the header";
         EXPECT_LE(cell->geometry().bottom(), 599) << step.key;
     }
-    QTest::keyClick(table.get(), Qt::Key_Return);
-    QTest::keyClick(table.get(), Qt::Key_Space);
+    press(Qt::Key_Return);
+    press(Qt::Key_Space);
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 11, 9 }, { 11, 9 } }));
+}
+
+TEST_F(Table, EnterOnARowOutOfViewBringsItBackAndTheNextChooses)
+{
+    show();
+    focusByTab();
+    press(Qt::Key_Down);
+    ASSERT_EQ(place(ringed()), "0/1");
+    for (const int offset : { 5000, headerHeight + rowHeight, 1 }) { // far, under the header, cut
+        SCOPED_TRACE(offset);
+        source.selected.clear();
+        table->setContentOffset(offset);
+        const bool whole = offset == 1;
+        press(Qt::Key_Return);
+        EXPECT_EQ(source.selected.size(), whole ? 1 : 0);
+        EXPECT_EQ(place(ringed()), "0/1");
+        press(Qt::Key_Return);
+        EXPECT_EQ(source.selected.size(), whole ? 2 : 1);
+    }
+    table->resize(390, 60); // too low for a title and a row
+    press(Qt::Key_End);
+    press(Qt::Key_Return);
+    EXPECT_EQ(place(source.selected.last()), "25/9");
+}
+
+struct Typed {
+    const char *name;
+    QString letters;
+    const char *row;
+};
+
+class TypeAhead : public Table, public testing::WithParamInterface<Typed> { };
+
+TEST_P(TypeAhead, FindsTheRow)
+{
+    source.named = { { { 0, 4 }, QStringLiteral("Åland") }, { { 8, 3 }, QStringLiteral("Aland") },
+        { { 9, 3 }, QStringLiteral("Élan") } };
+    show();
+    focusByTab();
+    type(GetParam().letters);
+    EXPECT_EQ(place(ringed()), GetParam().row);
+    EXPECT_TRUE(source.selected.isEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Letters, TypeAhead,
+    testing::Values(Typed { "One", QStringLiteral("m"), "12/0" },
+        Typed { "OneInCapitals", QStringLiteral("M"), "12/0" },
+        Typed { "Several", QStringLiteral("mc"), "12/2" },
+        Typed { "ASpaceWithin", QStringLiteral("md l"), "12/3" },
+        Typed { "NoneLikeThat", QStringLiteral("mcx"), "12/2" },
+        Typed { "TheSameAgain", QStringLiteral("mm"), "12/1" },
+        Typed { "BackToTheFirst", QStringLiteral("aa"), "0/0" },
+        Typed { "AsWrittenBeforeBare", QStringLiteral("al"), "8/3" },
+        Typed { "Accented", QStringLiteral("ål"), "0/4" },
+        Typed { "WithoutItsAccent", QStringLiteral("ela"), "9/3" }),
+    [](const auto &row) { return row.param.name; });
+
+TEST_F(Table, APauseBeginsTheLettersAnew)
+{
+    QGuiApplication::styleHints()->setKeyboardInputInterval(20);
+    show();
+    focusByTab();
+    type(QStringLiteral("m"));
+    QElapsedTimer pause;
+    pause.start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return pause.hasExpired(25); }));
+    type(QStringLiteral("c"));
+    EXPECT_EQ(place(ringed()), "2/0");
+    QGuiApplication::styleHints()->setKeyboardInputInterval(400);
+}
+
+// A host's dialog would press its button for the Enter.
+TEST_F(Table, KeepsItsKeysWhileItIsEmpty)
+{
+    class Host : public QWidget {
+    public:
+        QStringList keys;
+
+    protected:
+        void keyPressEvent(QKeyEvent *event) override
+        {
+            keys.append(QVariant::fromValue(Qt::Key(event->key())).toString());
+        }
+    } host;
+    source.sections = 0;
+    table = makeTable();
+    table->setParent(&host);
+    host.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
+    focusByTab();
+    for (const auto key : { Qt::Key_Down, Qt::Key_End, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space,
+             Qt::Key_PageUp, Qt::Key_A, Qt::Key_Escape })
+        QTest::keyClick(host.windowHandle(), key);
+    EXPECT_EQ(host.keys, QStringList(QStringLiteral("Key_Escape")));
+    table.reset();
 }
 
 TEST_F(Table, ReloadKeepsThePlaceWhereItCan)
@@ -249,15 +302,27 @@ TEST_F(Table, RightToLeftPutsTheIndexAtTheLeft)
     EXPECT_EQ(table->visibleCells().first()->geometry(), QRect(24, headerHeight, 366, rowHeight));
 }
 
-TEST_F(Table, AScreenReaderFindsAListAndPressesItsRows)
+// As a table does that has never shown anything else: titles, rows, ticks, lines and all.
+TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
 {
+    source.ticked = IndexPath { 13, 4 };
     show();
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(table.get())->role(), QAccessible::List);
-    auto *row = QAccessible::queryAccessibleInterface(table->cellForRow({ 0, 2 }));
-    EXPECT_EQ(row->role(), QAccessible::ListItem);
-    EXPECT_EQ(row->text(QAccessible::Name), QStringLiteral("0/2"));
-    row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 2 } }));
+    const int ticked = sectionTop(13) + 4 * rowHeight;
+    const auto fresh = [this](int offset) {
+        const auto other = makeTable();
+        other->show();
+        other->setContentOffset(offset);
+        return other->grab().toImage();
+    };
+    for (const int offset : { 0, 300, ticked, 100000, ticked - 300, 458, ticked + 44, 5, 0 }) {
+        table->setContentOffset(offset);
+        EXPECT_EQ(table->grab().toImage(), fresh(table->contentOffset())) << "at " << offset;
+    }
+    // A press that scrolls away does not come back with the row's widget.
+    QTest::mousePress(table->windowHandle(), Qt::LeftButton, {}, middle(100));
+    table->setContentOffset(sectionTop(3));
+    EXPECT_EQ(table->cellForRow({ 3, 1 })->pressStrength(), 0);
+    QTest::mouseRelease(table->windowHandle(), Qt::LeftButton, {}, middle(100));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Parloquin/Manager/HudManager.h"
 #include "Parloquin/Protocol/ParloquinDelegate.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
+#include "Parloquin/Toolkit/AccessibleNode.h"
 #include "Parloquin/Toolkit/NavigationBar.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Style.h"
@@ -20,6 +21,16 @@ namespace {
 
 constexpr QSize phoneSize(390, 844); // px, what a window of its own opens with
 constexpr QSize smallestSize(320, 480); // px, the smallest phone that all screens were made for
+
+class AccessibleContainer : public AccessibleNode {
+public:
+    using AccessibleNode::AccessibleNode;
+
+    [[nodiscard]] QAccessible::Role role() const override
+    {
+        return widget()->isWindow() ? QAccessible::Window : QAccessible::Pane;
+    }
+};
 
 } // namespace
 
@@ -80,6 +91,11 @@ QSize ParloquinNavigationController::sizeHint() const
 }
 
 QSize ParloquinNavigationController::minimumSizeHint() const { return smallestSize; }
+
+QAccessibleInterface *ParloquinNavigationController::makeAccessible()
+{
+    return new AccessibleContainer(this);
+}
 
 bool ParloquinNavigationController::event(QEvent *event)
 {

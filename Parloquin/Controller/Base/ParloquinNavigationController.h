@@ -2,6 +2,7 @@
 
 #include "Parloquin/Reference/ParloquinTheme.h"
 #include "Parloquin/Reference/ParloquinViewController.h"
+#include "Parloquin/Toolkit/Accessibility.h"
 
 #include <memory>
 
@@ -14,7 +15,7 @@ class Screen;
 ///
 /// Main thread only. A host may embed it, close and show it again, and delete it at any time
 /// between two events, also in a delegate call that it has moved to the main thread.
-class ParloquinNavigationController : public ParloquinViewController {
+class ParloquinNavigationController : public ParloquinViewController, public Describable {
     Q_OBJECT
     /// What a phone's shell, or a host that draws the status area itself, asks for; read it with
     /// QObject::property().
@@ -40,6 +41,7 @@ public:
     /// A phone's, but never higher than the screen.
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] QAccessibleInterface *makeAccessible() override;
 
 protected:
     bool event(QEvent *event) override;

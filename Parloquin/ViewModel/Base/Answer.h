@@ -55,6 +55,13 @@ private:
     std::weak_ptr<Updateable> m_screen;
 };
 
+/// \brief The view model's list has what it will get, once all is done that is queued for the main
+/// thread now.
+template <class ViewModel> void settleList(const AnswerOrigin<ViewModel> &origin)
+{
+    origin.onMainThread([](ViewModel &self) { self.listState.settle(); });
+}
+
 /// \brief Writes what came to standard output: the envelope, or the error by its name.
 /// \return the envelope, borrowed from the result; null where the call failed
 template <class T> const BaseResponseModel<T> *printed(const Result<T> &result)

@@ -1,0 +1,132 @@
+#include "Parloquin/Toolkit/AccessibleField.h"
+
+#include <QtWidgets/QLineEdit>
+
+namespace parloquin {
+
+AccessibleField::AccessibleField(QLineEdit *field)
+    : AccessibleNode(field, QAccessible::EditableText)
+{
+}
+
+QLineEdit *AccessibleField::field() const { return static_cast<QLineEdit *>(widget()); }
+
+bool AccessibleField::isValid() const
+{
+    return AccessibleNode::isValid() && !field()->isReadOnly();
+}
+
+QString AccessibleField::text(QAccessible::Text kind) const
+{
+    return kind == QAccessible::Value ? field()->text() : AccessibleNode::text(kind);
+}
+
+QAccessible::State AccessibleField::state() const
+{
+    auto state = AccessibleNode::state();
+    state.editable = true;
+    state.selectableText = true;
+    return state;
+}
+
+void *AccessibleField::interface_cast(QAccessible::InterfaceType type)
+{
+    if (type == QAccessible::TextInterface)
+        return static_cast<QAccessibleTextInterface *>(this);
+    if (type == QAccessible::EditableTextInterface)
+        return static_cast<QAccessibleEditableTextInterface *>(this);
+    return AccessibleNode::interface_cast(type);
+}
+
+void AccessibleField::selection(int index, int *start, int *end) const
+{
+    *start = *end = 0;
+    if (index != 0 || !field()->hasSelectedText())
+        return;
+    *start = field()->selectionStart();
+    *end = field()->selectionEnd();
+}
+
+int AccessibleField::selectionCount() const { return field()->hasSelectedText() ? 1 : 0; }
+
+void AccessibleField::addSelection(int start, int end) { setSelection(0, start, end); }
+
+void AccessibleField::removeSelection(int index)
+{
+    if (index == 0)
+        field()->deselect();
+}
+
+void AccessibleField::setSelection(int index, int start, int end)
+{
+    if (index == 0)
+        field()->setSelection(start, end - start);
+}
+
+int AccessibleField::cursorPosition() const { return field()->cursorPosition(); }
+
+void AccessibleField::setCursorPosition(int position) { field()->setCursorPosition(position); }
+
+QString AccessibleField::text(int start, int end) const
+{
+    return field()->text().mid(start, end - start);
+}
+
+int AccessibleField::characterCount() const { return static_cast<int>(field()->text().size()); }
+
+QRect AccessibleField::characterRect(int offset) const
+{
+    if (offset < 0 || offset >= characterCount())
+        return {};
+    // A line edit tells the place of its caret alone; the texts here are a number or a digit.
+    const auto metrics = field()->fontMetrics();
+    const auto caret = field()->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+    const auto advance = [&](int length) {
+        return metrics.horizontalAdvance(field()->text().left(length));
+    };
+    const int x = caret.center().x() + advance(offset) - advance(cursorPosition());
+    const QRect place(x, caret.y(), advance(offset + 1) - advance(offset), caret.height());
+    return { field()->mapToGlobal(place.topLeft()), place.size() };
+}
+
+int AccessibleField::offsetAtPoint(const QPoint &point) const
+{
+    return field()->cursorPositionAt(field()->mapFromGlobal(point));
+}
+
+void AccessibleField::scrollToSubstring(int start, int) { field()->setCursorPosition(start); }
+
+QString AccessibleField::attributes(int, int *start, int *end) const
+{
+    *start = 0;
+    *end = characterCount();
+    return {};
+}
+
+void AccessibleField::deleteText(int start, int end)
+{
+    if (start != end)
+        replaceText(start, end, {});
+}
+
+void AccessibleField::insertText(int offset, const QString &text)
+{
+    if (!text.isEmpty())
+        replaceText(offset, offset, text);
+}
+
+void AccessibleField::replaceText(int start, int end, const QString &text)
+{
+    if (!isReached())
+        return;
+    if (start == end)
+        field()->setCursorPosition(start);
+    else
+        field()->setSelection(start, end - start);
+    if (text.isEmpty())
+        field()->del();
+    else
+        field()->insert(text);
+}
+
+} // namespace parloquin

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+
+namespace parloquin {
+
+class ImageView;
+class Label;
+
+/// \brief What a list shows in place of rows: a symbol over a line of text.
+///
+/// Near the top, clear of the progress overlay in the middle; transparent for the mouse.
+class EmptyLook : public QWidget {
+    Q_OBJECT
+public:
+    explicit EmptyLook(QWidget *list);
+
+    /// \param image one of the kit's own
+    /// \param text empty: nothing is shown
+    /// \return whether that is another look than before
+    bool set(const QString &image, const QString &text);
+    [[nodiscard]] QString text() const;
+
+private:
+    ImageView *imgEmpty;
+    Label *lblEmpty;
+};
+
+} // namespace parloquin

@@ -1,0 +1,219 @@
+// A table as a screen reader finds it: its list, its events, its actions.
+#include "Toolkit/Countries.h"
+
+#include <QtGui/QAccessible>
+
+using namespace parloquin;
+
+namespace {
+
+// What readers hear: "focus Aa land, +00".
+QStringList *heard = nullptr;
+
+void hear(QAccessibleEvent *event)
+{
+    const auto *interface = event->accessibleInterface();
+    if (!interface || !interface->isValid())
+        return;
+    const QString kind = event->type() == QAccessible::Focus ? QStringLiteral("focus ")
+        : event->type() == QAccessible::TableModelChanged
+        ? QStringLiteral("rows ")
+        : QStringLiteral("0x%1 ").arg(event->type(), 0, 16);
+    heard->append(kind + interface->text(QAccessible::Name));
+}
+
+class TableReaders : public CountryTable {
+protected:
+    TableReaders()
+    {
+        EXPECT_TRUE(QTest::qWaitFor([] { return QAccessible::isActive(); })) << "no bus";
+        heard = &events;
+        QAccessible::installUpdateHandler(hear);
+    }
+    ~TableReaders() override
+    {
+        table.reset();
+        QAccessible::installUpdateHandler(nullptr);
+    }
+
+    [[nodiscard]] QAccessibleInterface *list() const
+    {
+        return QAccessible::queryAccessibleInterface(table.get());
+    }
+    [[nodiscard]] int itemOf(const IndexPath &path) const
+    {
+        const int title = source.titled ? 1 : 0;
+        return path.section * (source.rows + title) + title + path.row;
+    }
+    [[nodiscard]] QAccessibleInterface *row(const IndexPath &path) const
+    {
+        return list()->child(itemOf(path));
+    }
+    void act(const IndexPath &path, const QString &action) const
+    {
+        row(path)->actionInterface()->doAction(action);
+    }
+    /// What has been heard since this was asked last.
+    std::string takeEvents()
+    {
+        QCoreApplication::processEvents();
+        return std::exchange(events, {}).join(QStringLiteral("; ")).toStdString();
+    }
+
+    QStringList events;
+};
+
+TEST_F(TableReaders, FindEveryRowInOrderUnderItsTitle)
+{
+    for (const bool titled : { true, false }) {
+        SCOPED_TRACE(titled ? "titled" : "plain");
+        source.titled = titled;
+        source.ticked = IndexPath { 3, 2 };
+        show(5, 100);
+        table->setContentOffset(sectionTop(2));
+        EXPECT_EQ(list()->role(), QAccessible::List);
+        ASSERT_EQ(list()->childCount(), titled ? 505 : 500);
+        QStringList expected;
+        QStringList found;
+        QStringList checked;
+        for (int section = 0; section < 5; ++section) {
+            if (titled)
+                expected.append(QStringLiteral("heading ") + Countries::letter(section));
+            for (int r = 0; r < 100; ++r)
+                expected.append(QStringLiteral("row ") + source.nameOfRow(*table, { section, r }));
+        }
+        for (int item = 0; item < list()->childCount(); ++item) {
+            auto *child = list()->child(item);
+            const QString role = child->role() == QAccessible::Heading ? QStringLiteral("heading ")
+                : child->role() == QAccessible::ListItem               ? QStringLiteral("row ")
+                                                                       : QStringLiteral("? ");
+            found.append(role + child->text(QAccessible::Name));
+            ASSERT_EQ(child->parent(), list());
+            ASSERT_EQ(list()->indexOfChild(child), item);
+            ASSERT_EQ(child->childCount(), 0);
+            const auto state = child->state();
+            if (state.checked && state.checkable)
+                checked.append(child->text(QAccessible::Name));
+            ASSERT_EQ(state.offscreen, !child->rect().intersects(list()->rect())) << item;
+        }
+        EXPECT_EQ(found, expected);
+        EXPECT_EQ(checked, QStringList(source.nameOfRow(*table, { 3, 2 })));
+        for (const auto *cell : table->visibleCells()) {
+            const auto path = cell->indexPath();
+            EXPECT_EQ(row(path)->rect(), QRect(cell->mapToGlobal(QPoint()), cell->size()))
+                << place(path);
+        }
+        EXPECT_EQ(list()->child(-1), nullptr);
+        EXPECT_EQ(list()->child(list()->childCount()), nullptr);
+    }
+}
+
+TEST_F(TableReaders, FindUnderAFingerWhatIsSeenThere)
+{
+    show();
+    table->setContentOffset(headerHeight + rowHeight + 30);
+    const struct {
+        int y;
+        QString name;
+    } rows[] = { { 5, QStringLiteral("A") }, { headerHeight + 2, QStringLiteral("Ac land, +02") },
+        { sectionTop(1) - table->contentOffset() + 3, QStringLiteral("B") },
+        { sectionTop(1) - table->contentOffset() + 40, QStringLiteral("Ba land, +10") } };
+    for (const auto &[y, name] : rows) {
+        const QPoint at = table->mapToGlobal(QPoint(100, y));
+        const auto *item = list()->childAt(at.x(), at.y());
+        ASSERT_TRUE(item) << y;
+        EXPECT_EQ(item->text(QAccessible::Name), name);
+    }
+    EXPECT_EQ(list()->childAt(-1, -1), nullptr);
+}
+
+// Recycled widgets change names, places and visibility with each step; no reader is to hear it.
+TEST_F(TableReaders, HearOneFocusEventAKey)
+{
+    show(26, 400);
+    table->setAccessibleName(QStringLiteral("Countries"));
+    table->clearFocus();
+    takeEvents();
+    table->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(takeEvents(), "focus Countries; focus Aa land, +00");
+    const int page = table->height() / rowHeight - 1; // as high as the desktop makes it
+    const struct {
+        Qt::Key key;
+        IndexPath row;
+    } steps[] = { { Qt::Key_Down, { 0, 1 } }, { Qt::Key_Down, { 0, 2 } },
+        { Qt::Key_End, { 25, 399 } }, { Qt::Key_PageUp, { 25, 399 - page } },
+        { Qt::Key_Home, { 0, 0 } }, { Qt::Key_M, { 12, 0 } }, { Qt::Key_PageDown, { 12, page } } };
+    for (const auto &step : steps) {
+        press(step.key);
+        EXPECT_EQ(takeEvents(), "focus " + source.nameOfRow(*table, step.row).toStdString())
+            << step.key;
+        EXPECT_TRUE(row(step.row)->state().focused);
+        EXPECT_EQ(list()->focusChild(), row(step.row));
+    }
+    press(Qt::Key_Home);
+    takeEvents();
+    press(Qt::Key_Up);
+    EXPECT_EQ(takeEvents(), "") << "nothing has moved";
+    table->setContentOffset(5000);
+    EXPECT_EQ(takeEvents(), "") << "nor has the focus";
+}
+
+TEST_F(TableReaders, PressRowsInAndOutOfView)
+{
+    show();
+    for (const IndexPath path : { IndexPath { 0, 2 }, IndexPath { 25, 9 }, IndexPath { 0, 0 } }) {
+        SCOPED_TRACE(place(path));
+        act(path, QAccessibleActionInterface::pressAction());
+        EXPECT_EQ(place(source.selected.last()), place(path));
+        ASSERT_TRUE(table->cellForRow(path)) << "chosen, and not to be seen";
+        EXPECT_GE(table->cellForRow(path)->y(), headerHeight);
+    }
+    EXPECT_EQ(source.selected.size(), 3);
+    act({ 7, 7 }, QAccessibleActionInterface::setFocusAction());
+    EXPECT_EQ(source.selected.size(), 3);
+    EXPECT_TRUE(table->hasFocus());
+    EXPECT_TRUE(row({ 7, 7 })->state().focused);
+    EXPECT_EQ(list()->child(0)->actionInterface(), nullptr) << "a title is not pressed";
+}
+
+TEST_F(TableReaders, HearOfOtherRowsAndLoseTheOldOnes)
+{
+    show();
+    focusByTab();
+    press(Qt::Key_End);
+    const auto old = QAccessible::uniqueId(row({ 25, 9 }));
+    takeEvents();
+    source.sections = 2;
+    table->reloadData();
+    EXPECT_EQ(takeEvents(), "rows ; focus Bj land, +19");
+    EXPECT_EQ(QAccessible::accessibleInterface(old), nullptr);
+    EXPECT_EQ(list()->childCount(), 22);
+}
+
+TEST_F(TableReaders, HearWhatAnEmptyTableSays)
+{
+    source.sections = 0;
+    table = makeTable();
+    EXPECT_EQ(list()->childCount(), 0);
+    table->setEmptyLook(QStringLiteral("icon-list-awaited"), QStringLiteral("Wait"));
+    ASSERT_TRUE(comesToFront(*table));
+    focusByTab();
+    takeEvents();
+    ASSERT_EQ(list()->childCount(), 1);
+    EXPECT_EQ(list()->child(0)->role(), QAccessible::StaticText);
+    EXPECT_EQ(list()->child(0)->text(QAccessible::Name), QStringLiteral("Wait"));
+    EXPECT_FALSE(list()->child(0)->state().offscreen);
+    EXPECT_EQ(list()->focusChild(), list()->child(0));
+
+    table->setEmptyLook(QStringLiteral("icon-list-empty"), QStringLiteral("Nothing"));
+    EXPECT_EQ(takeEvents(), "rows ; focus Nothing");
+    const auto *shown = table->findChild<QWidget *>(QStringLiteral("emptyLook"));
+    EXPECT_TRUE(shown->isVisible());
+    source.sections = 1;
+    table->reloadData();
+    EXPECT_EQ(takeEvents(), "rows ; focus Aa land, +00");
+    EXPECT_FALSE(shown->isVisible());
+    EXPECT_EQ(list()->child(0)->text(QAccessible::Name), QStringLiteral("A"));
+}
+
+} // namespace
