@@ -208,8 +208,8 @@ void AccessibleTable::focusRow(const IndexPath &path)
 {
     if (!isReached())
         return;
-    table().d->moveCurrent(path);
     table().setFocus(Qt::OtherFocusReason);
+    table().d->moveCurrent(path); // and rings, as if keys had brought it there
 }
 
 } // namespace parloquin

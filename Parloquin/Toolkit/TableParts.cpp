@@ -82,14 +82,12 @@ TableIndex::TableIndex(QWidget *table)
     , m_face(12, QFont::DemiBold)
 {
     setObjectName(QStringLiteral("sectionIndex"));
-    setAccessibleName(QCoreApplication::translate("Parloquin", "Section index"));
 }
 
 void TableIndex::setLetters(const QStringList &letters)
 {
     m_letters = letters;
     m_chosen = -1;
-    setAccessibleDescription(letters.join(QLatin1Char(' ')));
     update();
 }
 

@@ -72,10 +72,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Section index</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Loading</source>
         <translation type="unfinished"></translation>
     </message>

@@ -72,10 +72,6 @@
         <translation>قيد التنفيذ</translation>
     </message>
     <message>
-        <source>Section index</source>
-        <translation>فهرس الحروف</translation>
-    </message>
-    <message>
         <source>Loading</source>
         <translation>جارٍ التحميل</translation>
     </message>

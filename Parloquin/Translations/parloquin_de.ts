@@ -72,10 +72,6 @@
         <translation>In Arbeit</translation>
     </message>
     <message>
-        <source>Section index</source>
-        <translation>Buchstabenleiste</translation>
-    </message>
-    <message>
         <source>Loading</source>
         <translation>Wird geladen</translation>
     </message>

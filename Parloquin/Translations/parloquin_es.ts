@@ -72,10 +72,6 @@
         <translation>En curso</translation>
     </message>
     <message>
-        <source>Section index</source>
-        <translation>Índice de letras</translation>
-    </message>
-    <message>
         <source>Loading</source>
         <translation>Cargando</translation>
     </message>

@@ -72,10 +72,6 @@
         <translation>En cours</translation>
     </message>
     <message>
-        <source>Section index</source>
-        <translation>Index des lettres</translation>
-    </message>
-    <message>
         <source>Loading</source>
         <translation>Chargement</translation>
     </message>

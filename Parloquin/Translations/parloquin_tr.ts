@@ -72,10 +72,6 @@
         <translation>Sürüyor</translation>
     </message>
     <message>
-        <source>Section index</source>
-        <translation>Harf dizini</translation>
-    </message>
-    <message>
         <source>Loading</source>
         <translation>Yükleniyor</translation>
     </message>

@@ -173,6 +173,8 @@ TEST_F(TableReaders, PressRowsInAndOutOfView)
     EXPECT_EQ(source.selected.size(), 3);
     EXPECT_TRUE(table->hasFocus());
     EXPECT_TRUE(row({ 7, 7 })->state().focused);
+    press(Qt::Key_Down);
+    EXPECT_TRUE(row({ 7, 8 })->state().focused) << "the first key only woke it up";
     EXPECT_EQ(list()->child(0)->actionInterface(), nullptr) << "a title is not pressed";
 }
 

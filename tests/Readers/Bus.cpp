@@ -1,0 +1,74 @@
+// The kit over the accessibility bus, as a reader's own process finds it.
+#include "Screens/Container.h"
+#include "support/Front.h"
+
+#include <QtCore/QEventLoop>
+#include <QtCore/QProcess>
+#include <QtCore/QTimer>
+
+#include <chrono>
+
+namespace {
+
+QByteArray countries()
+{
+    QByteArray list;
+    for (int section = 0; section < 26; ++section) {
+        for (int row = 0; row < 4; ++row) {
+            // One without a country code is the current one of a picker that was given none.
+            const QString code = section == 1 && row == 2
+                ? QString()
+                : QStringLiteral(R"("countryCode":"%1%2",)").arg(section).arg(row);
+            list += QStringLiteral(R"({%1"title":"%2%3 land","phoneCode":"+%4%5"},)")
+                        .arg(code, QChar(u'A' + section), QChar(u'a' + row))
+                        .arg(section)
+                        .arg(row)
+                        .toUtf8();
+        }
+    }
+    return R"({"result":{"list":[)" + list.chopped(1) + "]}}";
+}
+
+class Bus : public ContainerTest { };
+
+TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
+{
+    answer("/v1.0/init", threeApps);
+    answer("/v1.0/start", R"({"result":{"deeplink":"parlo://x","reference":"R-1"}})");
+    answer("/v1.0/check", R"({"result":{"sessionId":"S-1"}})");
+    answer("/v1.0/country", countries());
+    answer("/v1.0/send-otp", R"({"result":{"reference":"R-2"}})");
+    answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
+    server.pause();
+    present();
+    ASSERT_TRUE(comesToFront(*container));
+
+    // A loop that sleeps between its looks would let the reader wait at each of its calls.
+    QEventLoop loop;
+    QProcess reader;
+    reader.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    QString heard;
+    QObject::connect(&reader, &QProcess::readyReadStandardOutput, &reader, [&] {
+        while (reader.canReadLine()) {
+            heard = QString::fromUtf8(reader.readLine()).trimmed();
+            if (heard == QLatin1String("proceed"))
+                server.proceed();
+            if (heard == QLatin1String("come back") && settle(2))
+                comeBack();
+        }
+    });
+    QObject::connect(&reader, &QProcess::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(std::chrono::seconds(60), &loop, &QEventLoop::quit);
+    reader.start(QStringLiteral(READER), { QString::number(QCoreApplication::applicationPid()) });
+    loop.exec();
+    EXPECT_EQ(reader.state(), QProcess::NotRunning) << "not done within a minute";
+    EXPECT_EQ(reader.exitCode(), 0);
+    EXPECT_EQ(heard.toStdString(), "done");
+    EXPECT_EQ(delegate->outcomes(),
+        QStringList({ QStringLiteral("succeeded S-1"), QStringLiteral("succeeded S-2") }));
+    EXPECT_EQ(
+        server.requests().back().parameters().value(QStringLiteral("code")), QStringLiteral("123"));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !container->isVisible(); }));
+}
+
+} // namespace

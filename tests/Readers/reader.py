@@ -1,0 +1,182 @@
+#!/usr/bin/python3
+"""A screen reader's half of a test: walks both roads over the accessibility bus, from a process of
+its own. Usage: reader.py PID. Tells on its output what the other half is to do meanwhile."""
+import sys
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+PATIENCE = 10  # s, for each thing to come
+focused = []  # names, as they are heard
+
+
+def turn():
+    while GLib.MainContext.default().iteration(False):
+        pass
+
+
+def await_(what, come):
+    """What come() gives, as soon as that is something."""
+    deadline = time.monotonic() + PATIENCE
+    while True:
+        turn()
+        try:
+            found = come()
+        except GLib.Error:  # it went while it was looked at
+            found = None
+        if found:
+            return found
+        if time.monotonic() > deadline:
+            sys.exit(f"not within {PATIENCE} s: {what}\n" + outline(application))
+        time.sleep(0.01)
+
+
+def expect(what, actual, expected):
+    if actual != expected:
+        sys.exit(f"{what}: expected {expected!r}, found {actual!r}\n" + outline(application))
+
+
+def tell(word):
+    print(word, flush=True)
+
+
+def children(node):
+    return [node.get_child_at_index(i) for i in range(node.get_child_count())]
+
+
+def line(node):
+    return f"{node.get_role_name()} {node.get_name()}".rstrip()
+
+
+def outline(node, depth=0):
+    try:
+        return "  " * depth + line(node) + "\n" + "".join(
+            outline(child, depth + 1) for child in children(node) if child)
+    except GLib.Error as fault:
+        return "  " * depth + f"({fault.message})\n"
+
+
+def find(what, node=None):
+    """The only node of this role and name."""
+    found = []
+
+    def look(at):
+        if at and line(at) == what:
+            found.append(at)
+        rows = at and at.get_role() == Atspi.Role.LIST and not what.startswith("list item")
+        for child in children(at) if at and not rows else []:
+            look(child)
+
+    look(node or application)
+    if len(found) > 1:
+        sys.exit(f"{len(found)} times in the tree: {what}\n" + outline(application))
+    return found[0] if found else None
+
+
+def seek(what):
+    return await_(what, lambda: find(what))
+
+
+def press(what):
+    node = seek(what)
+    actions = [Atspi.Action.get_action_name(node, i) for i in range(Atspi.Action.get_n_actions(node))]
+    Atspi.Action.do_action(node, actions.index("Press"))
+
+
+def write(what, text):
+    Atspi.EditableText.insert_text(seek(what), 0, text, len(text))
+
+
+def has(node, state):
+    return node.get_state_set().contains(state)
+
+
+def hear(event):
+    if event.detail1:
+        focused.append(line(event.source))
+
+
+def keys(key, expected):
+    """One key, one focus event."""
+    turn()
+    focused.clear()
+    Atspi.generate_keyboard_event(key, None, Atspi.KeySynthType.SYM)
+    await_(f"focus on {expected}", lambda: expected in focused)
+    quiet = time.monotonic() + 0.2
+    while time.monotonic() < quiet:
+        turn()
+        time.sleep(0.01)
+    expect(f"focus events of key 0x{key:x}", focused, [expected])
+
+
+DOWN, HOME, END, PAGE_DOWN, RETURN = 0xFF54, 0xFF50, 0xFF57, 0xFF56, 0xFF0D
+
+pid = int(sys.argv[1])
+application = None
+application = await_("the application on the bus", lambda: next(
+    (app for app in children(Atspi.get_desktop(0)) if app and app.get_process_id() == pid), None))
+listener = Atspi.EventListener.new(hear)
+listener.register("object:state-changed:focused")
+
+# The first screen.
+loading = seek("alert Loading")
+expect("busy", has(loading, Atspi.StateType.BUSY), True)
+expect("beside the overlay", find("push button Close"), None)
+tell("proceed")
+apps = seek("list Messaging apps")
+expect("apps", [line(row) for row in children(apps)],
+       ["list item Verify with Parlo", "list item Verify with Kite", "list item Murmur"])
+for filler in ("filler", "unknown", "image", "animation"):
+    expect(filler, find(filler), None)
+press("list item Verify with Parlo")
+tell("come back")
+
+# By SMS.
+press("push button Don't use any of these apps? Get a code by SMS instead")
+seek("panel SMS")
+press("push button Select Country..")
+countries = seek("list Country List")
+reading = []
+for section in range(26):
+    letter = chr(ord("A") + section)
+    reading.append(f"heading {letter}")
+    reading += [f"list item {letter}{'abcd'[row]} land, +{section}{row}" for row in range(4)]
+await_("all countries", lambda: countries.get_child_count() == len(reading))
+expect("in reading order", [line(row) for row in children(countries)], reading)
+tick = [line(row) for row in children(countries) if has(row, Atspi.StateType.CHECKED)]
+expect("checked", tick, ["list item Bc land, +12"])
+last = children(countries)[-1]
+expect("in view", has(last, Atspi.StateType.SHOWING), False)
+expect("index", last.get_index_in_parent(), len(reading) - 1)
+expect("parent", line(last.get_parent()), "list Country List")
+
+Atspi.Component.grab_focus(children(countries)[1])
+await_("focus on the first row", lambda: "list item Aa land, +00" in focused)
+keys(DOWN, "list item Ab land, +01")
+keys(DOWN, "list item Ac land, +02")
+keys(END, "list item Zd land, +253")
+keys(HOME, "list item Aa land, +00")
+keys(ord("m"), "list item Ma land, +120")
+time.sleep(0.5)  # the word of one letter ends
+keys(DOWN, "list item Mb land, +121")
+expect("focused", has(find("list item Mb land, +121"), Atspi.StateType.FOCUSED), True)
+
+press("list item Yd land, +243")
+seek("push button Country, Yd land")
+number = seek("text Phone number")
+expect("prefix", number.get_description(), "+243")
+write("text Phone number", "4123")
+expect("number", Atspi.Text.get_text(number, 0, -1), "4123")
+press("push button Send SMS")
+for digit in (1, 2, 3):
+    write(f"text Code, digit {digit} of 3", str(digit))
+press("push button Send Code")
+await_("the overlay gone again", lambda: find("panel SMS"))
+press("push button Back")
+seek("text Phone number")
+press("push button Back")
+press("push button Close")
+tell("done")
