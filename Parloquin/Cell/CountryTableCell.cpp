@@ -69,8 +69,7 @@ void CountryTableCell::setCell(const CountryModel &model)
 
 QString CountryTableCell::titleOf(const CountryModel &model)
 {
-    return model.title.value_or(
-        QStringLiteral(" (%1)").arg(model.countryCode.value_or(QString())));
+    return model.title.value_or(QStringLiteral(" (%1)").arg(model.countryCode.value_or(QString())));
 }
 
 void CountryTableCell::setSelectedState(bool selected)
