@@ -1,3 +1,4 @@
+#include "sandbox/service/Replay.h"
 #include "sandbox/service/Routes.h"
 
 #include <charconv>
@@ -67,6 +68,17 @@ void routeJournal(Routes &routes)
             auto whole = jsonOf(**entry, true);
             whole["curl"] = curlOf(**entry, sandbox.port);
             answer(response, 200, whole);
+        });
+    routes.post("/sandbox/journal/([0-9]{1,18})/replay",
+        [&sandbox](const Request &request, Response &response) {
+            const auto entry = sandbox.journal.find(std::stoull(request.matches[1].str()));
+            if (!entry || (*entry)->target.empty())
+                return answerError(response, 404, "no such request, or it was let go");
+            const auto given = json::parse(request.body, nullptr, false);
+            const auto asItWas = given.is_object() && given.value("asItWas", json()) == json(true);
+            const auto scenario = sandbox.scenario.get();
+            const auto status = replay(**entry, sandbox.port, asItWas ? nullptr : &scenario->keys);
+            answer(response, 200, { { "status", status } });
         });
 }
 

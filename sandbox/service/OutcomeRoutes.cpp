@@ -1,3 +1,4 @@
+#include "sandbox/service/CallForm.h"
 #include "sandbox/service/OutcomeReader.h"
 #include "sandbox/service/Routes.h"
 
@@ -11,6 +12,17 @@ void routeOutcomes(Routes &routes)
     auto &sandbox = routes.sandbox();
     routes.get("/sandbox/outcomes", [&sandbox](const Request &, Response &response) {
         answer(response, 200, jsonOf(sandbox.outcomes.lists()));
+    });
+    routes.get("/sandbox/outcomes/names", [](const Request &, Response &response) {
+        auto faults = json::array();
+        for (const auto &fault : commonWeather())
+            faults.push_back(fault.text);
+        json calls(callNames);
+        calls.push_back(connectionName);
+        calls.push_back(iconName);
+        answer(response, 200,
+            { { "calls", std::move(calls) }, { "outcomes", outcomeNames() },
+                { "faults", std::move(faults) } });
     });
     routes.post("/sandbox/outcomes", [&sandbox](const Request &request, Response &response) {
         try {

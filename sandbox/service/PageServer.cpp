@@ -23,6 +23,8 @@ PageServer::PageServer(Sandbox &sandbox)
     routeState(routes);
     routeOutcomes(routes);
     routeJournal(routes);
+    routeScenario(routes);
+    routePage(routes);
     routeRest(routes, "[^]*");
 }
 

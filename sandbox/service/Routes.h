@@ -42,6 +42,9 @@ void answerError(httplib::Response &response, int status, const std::string &err
 void routeState(Routes &routes);
 void routeOutcomes(Routes &routes);
 void routeJournal(Routes &routes);
+void routeScenario(Routes &routes);
+/// The page itself.
+void routePage(Routes &routes);
 /// What is not there, below /sandbox/ only or anywhere.
 void routeRest(Routes &routes, const std::string &pattern);
 

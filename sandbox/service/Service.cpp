@@ -93,6 +93,7 @@ void Service::routeCalls()
     routeState(routes);
     routeOutcomes(routes);
     routeJournal(routes);
+    routeScenario(routes);
     routeRest(routes, "/sandbox(/[^]*)?");
 
     const auto onCall = [this](const Request &request, Response &response) {

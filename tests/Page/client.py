@@ -1,0 +1,74 @@
+"""A running sandbox, and a client of the service that does everything right."""
+
+import base64
+import hashlib
+import hmac
+import json
+import re
+import subprocess
+import time
+import urllib.error
+import urllib.request
+
+from cryptography.hazmat.primitives import padding
+from cryptography.hazmat.primitives.ciphers import Cipher, algorithms, modes
+
+SECRET = bytes.fromhex("8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e")
+SIGNING_KEY = b"GPzEyoL8,?Es,]|$aJd#wy$XxQPpl+H)8ACyjkz,4;)jmBQlm.7k)nI4]+pS(hZ/"
+
+
+def aes():
+    return Cipher(algorithms.AES(SECRET), modes.ECB())
+
+
+def encrypted(text):
+    padder = padding.PKCS7(128).padder()
+    cipher = aes().encryptor()
+    bytes_ = padder.update(text.encode()) + padder.finalize()
+    return base64.b64encode(cipher.update(bytes_) + cipher.finalize()).decode()
+
+
+def decrypted(text):
+    cipher = aes().decryptor()
+    bytes_ = cipher.update(base64.b64decode(text)) + cipher.finalize()
+    return bytes_[: -bytes_[-1]].decode()
+
+
+class Sandbox:
+    def __init__(self, program, *options):
+        self.process = subprocess.Popen(
+            [program, "--port", "0", "--page", "0", *options],
+            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        lines = self.process.stdout.readline() + self.process.stdout.readline()
+        self.port, self.page = map(int, re.findall(r"127\.0\.0\.1:(\d+)", lines))
+
+    def close(self):
+        self.process.terminate()
+        self.process.communicate(timeout=20)
+
+    def ask(self, path, body=None):
+        url = f"http://127.0.0.1:{self.page}/sandbox/{path}"
+        data = None if body is None else json.dumps(body).encode()
+        with urllib.request.urlopen(urllib.request.Request(url, data)) as answer:
+            return json.load(answer)
+
+    def call(self, name, parameters, signature=None, headers=()):
+        stamp = f"{int(time.time())}000"
+        text = json.dumps(parameters, sort_keys=True, separators=(",", ":"), ensure_ascii=False)
+        mac = hmac.new(SIGNING_KEY, f"{stamp}-{text}".encode(), hashlib.sha256).digest()
+        all_headers = {
+            "User-Agent": "iOS", "X-TRZ-Os": "ios 12", "X-TRZ-Sdk-Version": "1.0",
+            "X-TRZ-Lang": "en", "X-TRZ-Client-Device-Id": "6F9619FF-8B86-D011-B42D-00C04FC964FF",
+            "X-TRZ-Req-Timestamp": stamp, "X-TRZ-Encrypted": "1",
+            "X-TRZ-Req-Signature": signature or base64.b64encode(mac).decode(),
+            "X-TRZ-Client-Key": "parloquin-demo",
+            "Content-Type": "application/json; charset=utf-8", **dict(headers)}
+        body = json.dumps({"data": encrypted(text.replace("/", "\\/"))}).encode()
+        request = urllib.request.Request(
+            f"http://127.0.0.1:{self.port}/v1.0/{name}", body, all_headers)
+        try:
+            answer = urllib.request.urlopen(request)
+        except urllib.error.HTTPError as error:
+            answer = error
+        content = json.load(answer)
+        return json.loads(decrypted(content["data"])) if "data" in content else content
