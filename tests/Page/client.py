@@ -6,6 +6,7 @@ import hmac
 import json
 import re
 import subprocess
+import threading
 import time
 import urllib.error
 import urllib.request
@@ -40,11 +41,13 @@ class Sandbox:
             [program, "--port", "0", "--page", "0", *options],
             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         lines = self.process.stdout.readline() + self.process.stdout.readline()
+        # A pipe that nobody reads fills, and then the service waits.
+        threading.Thread(target=self.process.stdout.read, daemon=True).start()
         self.port, self.page = map(int, re.findall(r"127\.0\.0\.1:(\d+)", lines))
 
     def close(self):
         self.process.terminate()
-        self.process.communicate(timeout=20)
+        self.process.wait(timeout=20)
 
     def ask(self, path, body=None):
         url = f"http://127.0.0.1:{self.page}/sandbox/{path}"
