@@ -5,6 +5,7 @@
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtCore/QScopedValueRollback>
+#include <QtCore/QtMath>
 #include <QtGui/QFocusEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QStyleHints>
@@ -117,6 +118,7 @@ void TextField::dress()
     setFont(m_face.font()); // for what a sheet cannot say, as how to hint
     if (const QString sheet = ownSheet(m_face.font()); sheet != styleSheet())
         setStyleSheet(sheet);
+    followDirection(); // what it sets follows from the font as well
 }
 
 void TextField::setBorder(qreal width, const QColor &color, qreal radius)
@@ -223,7 +225,8 @@ QRect TextField::caret() const
     const int x = alignment() & Qt::AlignRight ? free
         : alignment() & Qt::AlignHCenter       ? free / 2
                                                : 0;
-    return { x, topOf(line), caretWidth, cursorRect().height() };
+    const int y = topOf(line) - (alignment() & Qt::AlignHCenter ? 0 : lift());
+    return { x, y, caretWidth, cursorRect().height() };
 }
 
 int TextField::topOf(const QFontMetrics &line) const { return (height() - line.height() + 1) / 2; }
@@ -300,7 +303,14 @@ void TextField::followDirection()
     setAlignment((page ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
     // Else the caret would reach over the right edge and be pushed back onto the last digit.
     const int right = page && !isReadOnly() ? caretGap : 0;
-    setTextMargins(-lineEditMargin, 0, right - lineEditMargin, 0);
+    setTextMargins(-lineEditMargin, 0, right - lineEditMargin, 2 * lift());
+}
+
+// px that a line edit, which rounds the ascent up, would set its text lower than its neighbours.
+int TextField::lift() const
+{
+    const QFont &font = m_face.font();
+    return qCeil(QFontMetricsF(font).ascent()) - QFontMetrics(font).ascent();
 }
 
 } // namespace parloquin

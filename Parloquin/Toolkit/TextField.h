@@ -62,6 +62,7 @@ private:
     void watchParent();
     void restartCaret();
     [[nodiscard]] QRect caret() const;
+    [[nodiscard]] int lift() const;
     [[nodiscard]] int topOf(const QFontMetrics &line) const;
     void drawLine(const QString &text, const QColor &color);
     void openMenu();
