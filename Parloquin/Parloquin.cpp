@@ -37,6 +37,8 @@ Parloquin::Parloquin(const ParloquinOptions &options)
 
 ParloquinViewController *Parloquin::viewControllerForLogin()
 {
+    // A static kit's pictures would stay behind, as nothing else asks for the object they are in.
+    Q_INIT_RESOURCE(Parloquin);
     // Both answer later than they are asked; asked now, they are ready when a request needs them.
     ApiSessionHelper::shared();
     Telephony::shared().ask();
