@@ -36,6 +36,7 @@ public:
     /// \brief Goes to the number's screen, picks the country, types the number, asks for the code.
     ///
     /// Waits for the code's screen.
+    /// \param number as it is typed, without the country's code
     /// \param phoneCode of the country, with its plus
     bool asksForCode(const QString &number, const QString &phoneCode = QStringLiteral("+32"));
 
@@ -48,6 +49,7 @@ public:
     /// \brief Closes the kit by its button.
     bool closes();
 
+    /// The screens of the kit; none: no screen is at rest.
     enum class Screen { none, apps, number, countries, code };
     /// \return which screen is at rest; none while screens slide or wait, and before they show
     [[nodiscard]] Screen screen() const;

@@ -28,6 +28,7 @@ public:
     {
     }
 #endif
+    /// \param program path of parloquin-sandbox
     /// \param arguments besides the port: a scenario, say
     explicit Sandbox(const QString &program, const QStringList &arguments = {});
     ~Sandbox();

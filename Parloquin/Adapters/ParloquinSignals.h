@@ -33,11 +33,12 @@ public:
     };
     Q_ENUM(Error)
 
-    /// \param container whose delegate this becomes, and whose closing it tells; also its parent,
-    /// unless another is given
+    /// \param container whose delegate this becomes, and whose closing it tells
+    /// \param parent the container, unless another is given
     explicit ParloquinSignals(ParloquinViewController *container, QObject *parent = nullptr);
     ~ParloquinSignals() override;
 
+    /// Sees the container's closing; passes every event on.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:

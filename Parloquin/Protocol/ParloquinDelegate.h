@@ -25,6 +25,8 @@ public:
 
 protected:
     ParloquinDelegate() = default;
+    /// \cond
     ParloquinDelegate(const ParloquinDelegate &) = default;
     ParloquinDelegate &operator=(const ParloquinDelegate &) = default;
+    /// \endcond
 };

@@ -11,6 +11,7 @@
 /// \since 1.0
 class ParloquinOptions {
 public:
+    /// \brief All there is to decide, in one go.
     // Never a call: programs and their plug-ins may be built with headers of two versions, and one
     // of two functions of one name would run for both.
     Q_ALWAYS_INLINE ParloquinOptions(ParloquinEnvironment serviceEnvironment, bool isLogActive,
@@ -23,7 +24,7 @@ public:
 
     /// Carried with the options. The kit's console lines print whatever it says.
     bool logActive;
-    ParloquinTheme theme;
+    ParloquinTheme theme; ///< look of the container
 
 private:
     friend class Parloquin;

@@ -16,5 +16,5 @@ enum class ParloquinStatusBarStyle {
 struct ParloquinTheme {
     /// Carried and readable; the container's bar is always blue.
     QColor navigationBarBackgroundColor;
-    ParloquinStatusBarStyle statusBarColor;
+    ParloquinStatusBarStyle statusBarColor; ///< what `preferredStatusBarStyle` tells a shell
 };

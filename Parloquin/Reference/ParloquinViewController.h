@@ -38,5 +38,7 @@ public:
     virtual void setKitDelegate(std::shared_ptr<ParloquinDelegate> kitDelegate) = 0;
 
 protected:
+    /// \cond
     explicit ParloquinViewController(QWidget *parent = nullptr);
+    /// \endcond
 };

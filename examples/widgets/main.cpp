@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QStyleFactory>
 
@@ -15,6 +16,9 @@ int main(int argc, char **argv)
     dark.setColor(QPalette::ButtonText, Qt::white);
     QApplication::setPalette(dark);
     app.setStyleSheet("QPushButton { padding: 8px; border: 1px solid #6272a4; }");
+    QTranslator kitTexts; // lives as long as the application
+    if (kitTexts.load(QLocale(), "parloquin", "_", KIT_TRANSLATIONS))
+        QCoreApplication::installTranslator(&kitTexts);
     MainWindow window;
     window.show();
     return QApplication::exec();

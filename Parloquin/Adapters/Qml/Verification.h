@@ -30,6 +30,7 @@ class Verification : public QObject {
     /// Whether the kit is open.
     Q_PROPERTY(bool active READ isActive NOTIFY activeChanged)
 public:
+    /// The values of ParloquinError.
     enum Error {
         AuthorizationError = static_cast<int>(ParloquinError::authorizationError),
         ServerError = static_cast<int>(ParloquinError::serverError),
@@ -37,12 +38,14 @@ public:
     };
     Q_ENUM(Error)
 
+    /// \cond
     explicit Verification(QObject *parent = nullptr);
     ~Verification() override;
 
     [[nodiscard]] QWindow *window() const;
     void setWindow(QWindow *window);
     [[nodiscard]] bool isActive() const { return m_container != nullptr; }
+    /// \endcond
 
     /// Shows the kit; again, brings it to the front.
     Q_INVOKABLE void open();
@@ -55,9 +58,10 @@ Q_SIGNALS:
     void succeeded(const QString &sessionId);
     /// The number is not verified yet; the kit is still open.
     void failed(Verification::Error error);
+    /// The kit is gone: by its Close button, or by close(). No outcome goes with it.
     void closed();
-    void windowChanged();
-    void activeChanged();
+    void windowChanged(); ///< another window was set
+    void activeChanged(); ///< the kit was opened or is gone
 
 private:
     QPointer<QWindow> m_window;
