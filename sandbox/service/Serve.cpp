@@ -1,5 +1,6 @@
 #include "sandbox/service/Serve.h"
 
+#include "sandbox/service/FileWatch.h"
 #include "sandbox/service/PageServer.h"
 #include "sandbox/service/Service.h"
 
@@ -9,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <optional>
 #include <thread>
 
 namespace sandbox {
@@ -18,6 +20,17 @@ int portIsTaken(int port, const char *option)
     std::cerr << "parloquin-sandbox: port " << port << " of 127.0.0.1: " << std::strerror(errno)
               << "; stop what listens there, or choose another with " << option << '\n';
     return EXIT_FAILURE;
+}
+
+/// A scenario that cannot be read is said, and the one before stays.
+void playAgain(Sandbox &sandbox, const Options &options)
+{
+    try {
+        sandbox.play(scenarioFor(options));
+        sandbox.console.say("scenario", "read again: " + options.scenarioFile);
+    } catch (const std::exception &error) {
+        sandbox.console.say("scenario", std::string("the one before stays: ") + error.what());
+    }
 }
 }
 
@@ -51,7 +64,11 @@ int serve(Scenario scenario, const Options &options)
     if (options.weather.percent > 0)
         std::cout << "faults: " << options.weather.percent << " % of the calls, seed "
                   << options.weather.seed << std::endl;
+    std::optional<FileWatch> scenarioFile;
+    if (!options.scenarioFile.empty())
+        scenarioFile.emplace(options.scenarioFile, [&] { playAgain(sandbox, options); });
     service.run();
+    scenarioFile.reset();
     pages.join();
     watch.join();
     std::cout << "parloquin-sandbox ends" << std::endl;

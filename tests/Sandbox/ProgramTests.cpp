@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
+#include <fstream>
 
 using nlohmann::json;
 
@@ -128,6 +130,33 @@ TEST(SandboxProgram, TellsWhatItIsAndChecksScenarios)
         EXPECT_EQ(program.waitForEnd(), code);
         EXPECT_NE(program.output().find(words), std::string::npos) << program.output();
     }
+}
+
+// Editors write a file in place, or put another in its place.
+TEST(SandboxProgram, ReadsItsScenarioAgainWhenItChanges)
+{
+    const TemporaryFile file(beside(R"("codes":{"fixed":"111"})"));
+    Process program({ SANDBOX_PROGRAM, "--port", "0", "--page", "0", "--scenario", file.path() });
+    const auto output = program.waitForOutput("/\n");
+    httplib::Client client("127.0.0.1", std::stoi(output.substr(output.find("1:") + 2)));
+    const auto played = [&client] {
+        return json::parse(client.Get("/sandbox/scenario")->body).at("text").get<std::string>();
+    };
+    std::ofstream(file.path()) << beside(R"("codes":{"fixed":"222"})");
+    program.waitForOutput("read again");
+    EXPECT_NE(played().find("222"), std::string::npos);
+
+    program.takeOutput();
+    std::ofstream(file.path()) << beside(R"("codes":{"fixed":"toolong"})");
+    EXPECT_NE(program.waitForOutput("each number").find("codes.fixed: expected three"),
+        std::string::npos);
+    EXPECT_NE(played().find("222"), std::string::npos) << "the one before stays";
+
+    program.takeOutput();
+    std::ofstream(file.path() + ".new") << beside(R"("codes":{"fixed":"333"})");
+    std::filesystem::rename(file.path() + ".new", file.path());
+    program.waitForOutput("read again");
+    EXPECT_NE(played().find("333"), std::string::npos);
 }
 
 TEST(SandboxProgram, EndsCleanlyOnSignals)
