@@ -103,6 +103,8 @@ TextField::TextField(QWidget *parent)
         followDirection();
     });
     watchParent();
+    QInputMethodEvent none;
+    TextField::inputMethodEvent(&none); // hides the cursor
 }
 
 void TextField::setFontSize(int pixels, QFont::Weight weight)
@@ -188,10 +190,25 @@ void TextField::setPlaceholderText(const QString &text)
     followDirection();
 }
 
+// Hands the event on, but for the line edit's own cursor: even one of no width shows as a thin line
+// at ratios between whole ones. Input methods may hide it, and so it stays hidden from the start.
 void TextField::inputMethodEvent(QInputMethodEvent *event)
 {
+    using Attribute = QInputMethodEvent::Attribute;
     m_composing = !event->preeditString().isEmpty();
-    QLineEdit::inputMethodEvent(event);
+    auto attributes = event->attributes();
+    int at = static_cast<int>(event->preeditString().size());
+    attributes.removeIf([&at](const Attribute &attribute) {
+        if (attribute.type == QInputMethodEvent::Cursor)
+            at = attribute.start;
+        return attribute.type == QInputMethodEvent::Cursor;
+    });
+    attributes.append(Attribute(QInputMethodEvent::Cursor, at, 0));
+    QInputMethodEvent hidden(event->preeditString(), attributes);
+    hidden.setCommitString(
+        event->commitString(), event->replacementStart(), event->replacementLength());
+    QLineEdit::inputMethodEvent(&hidden);
+    event->setAccepted(hidden.isAccepted());
 }
 
 void TextField::paintEvent(QPaintEvent *event)

@@ -75,6 +75,11 @@ TEST_F(Lines, CoverWholePixelsOfTheDevice)
             const auto hairlines =
                 std::count(lines.cbegin(), lines.cend(), Stretch { QStringLiteral("#d3d6e2"), 1 });
             EXPECT_EQ(hairlines, 5) << testing::PrintToString(lines);
+        } else if (stop == "phone entry, filled") {
+            // Over the digits, where only the caret reaches.
+            const auto caret = met(now, { 126, 223 }, { 350, 223 });
+            ASSERT_EQ(caret.size(), 1) << testing::PrintToString(caret);
+            EXPECT_EQ(caret.front().color, QStringLiteral("#0000ff"));
         } else if (stop == "code entry") {
             EXPECT_EQ(met(now, { 165, 160 }, { 295, 160 }), times(4, "#808080", 1)) << "digits";
             EXPECT_EQ(met(now, { 30, 135 }, { 30, 225 }), times(2, "#0000ff", frame)) << "frame";
