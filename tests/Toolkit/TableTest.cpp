@@ -2,6 +2,7 @@
 #include "Parloquin/Toolkit/TableParts.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Toolkit/Countries.h"
+#include "support/Hands.h"
 
 #include <QtGui/QStyleHints>
 #include <QtGui/QWheelEvent>
@@ -74,20 +75,17 @@ TEST_F(Table, TheIndexJumpsByTapAndByDrag)
     constexpr int top = (600 - 26 * 20) / 2;
     const auto letter = [](int at) { return QPoint(12, top + at * 20 + 10); };
 
-    QTest::mouseClick(index, Qt::LeftButton, {}, letter(7));
+    hands::click(index, letter(7));
     EXPECT_EQ(table->contentOffset(), sectionTop(7));
-    QTest::mousePress(index, Qt::LeftButton, {}, letter(1));
-    QMouseEvent drag(QEvent::MouseMove, QPointF(-15, letter(3).y()),
-        index->mapToGlobal(QPointF(-15, letter(3).y())), Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(index, &drag);
+    hands::press(index, letter(1));
+    hands::moveTo(index, { -15, letter(3).y() });
     EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "a finger may stray a little";
-    QMouseEvent away(QEvent::MouseMove, QPointF(-40, letter(5).y()),
-        index->mapToGlobal(QPointF(-40, letter(5).y())), Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(index, &away);
+    hands::moveTo(index, { -40, letter(5).y() });
     EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "but not that far";
+    hands::release(index, { -40, letter(5).y() });
 
     table->resize(390, 200); // too low for all letters: every one is still reached
-    QTest::mouseClick(index, Qt::LeftButton, {}, QPoint(12, 199));
+    hands::click(index, { 12, 199 });
     EXPECT_EQ(table->contentOffset(), sectionTop(25));
 }
 
@@ -95,45 +93,40 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
 {
     show();
     const int y = headerHeight + rowHeight + 5;
-    QTest::mousePress(table->cellForRow({ 0, 1 }), Qt::LeftButton, {}, QPoint(50, 5));
+    hands::press(table.get(), middle(y));
     EXPECT_TRUE(table->cellForRow({ 0, 1 })->isPressed());
-    QTest::mouseRelease(table.get(), Qt::LeftButton, {}, middle(y));
+    hands::release(table.get(), middle(y));
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 1 } }));
     EXPECT_FALSE(table->cellForRow({ 0, 1 })->isPressed());
 
-    QTest::mousePress(table.get(), Qt::LeftButton, {}, middle(y));
-    QMouseEvent move(QEvent::MouseMove, middle(y + 10), table->mapToGlobal(middle(y + 10)),
-        Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(table.get(), &move);
+    hands::press(table.get(), middle(y));
+    hands::moveTo(table.get(), middle(y + 10));
     EXPECT_FALSE(table->cellForRow({ 0, 1 })->isPressed());
-    QTest::mouseRelease(table.get(), Qt::LeftButton, {}, middle(y));
+    hands::release(table.get(), middle(y));
     EXPECT_EQ(source.selected.size(), 1);
 
     table->setContentOffset(rowHeight);
-    QTest::mouseClick(table.get(), Qt::LeftButton, {}, middle(headerHeight / 2));
+    hands::click(table.get(), middle(headerHeight / 2));
     EXPECT_EQ(source.selected.size(), 1) << "the stuck header hides the row under it";
-    QTest::mouseClick(table.get(), Qt::LeftButton, {}, middle(headerHeight + 2));
+    hands::click(table.get(), middle(headerHeight + 2));
     EXPECT_EQ(source.selected.size(), 2);
 }
 
 TEST_F(Table, AFingerScrollsAndSelectsNothing)
 {
     show();
-    const std::unique_ptr<QPointingDevice> device(QTest::createTouchDevice());
-    QPointingDevice *finger = device.get();
-    QTest::touchEvent(table.get(), finger).press(1, middle(500), table.get());
-    for (int y = 490; y >= 200; y -= 10)
-        QTest::touchEvent(table.get(), finger).move(1, middle(y), table.get());
+    hands::Finger finger;
+    finger.down(table.get(), middle(500));
+    finger.drag({ 0, -300 });
     EXPECT_GT(table->contentOffset(), 100);
-    QTest::touchEvent(table.get(), finger).release(1, middle(200), table.get());
+    finger.up();
     EXPECT_TRUE(source.selected.isEmpty());
 
     table->reloadData();
     table->hide(); // ends the roll
     table->show();
     table->setContentOffset(0);
-    QTest::touchEvent(table.get(), finger).press(1, middle(40), table.get());
-    QTest::touchEvent(table.get(), finger).release(1, middle(40), table.get());
+    finger.tap(table.get(), middle(40));
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 0 } }));
 }
 
@@ -290,7 +283,7 @@ TEST_F(Table, ReloadKeepsThePlaceWhereItCan)
     table->reloadData();
     EXPECT_TRUE(table->visibleCells().isEmpty());
     EXPECT_TRUE(headersInView().isEmpty());
-    QTest::keyClick(table.get(), Qt::Key_Down);
+    press(Qt::Key_Down);
 }
 
 TEST_F(Table, RightToLeftPutsTheIndexAtTheLeft)
@@ -319,10 +312,10 @@ TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
         EXPECT_EQ(table->grab().toImage(), fresh(table->contentOffset())) << "at " << offset;
     }
     // A press that scrolls away does not come back with the row's widget.
-    QTest::mousePress(table->windowHandle(), Qt::LeftButton, {}, middle(100));
+    hands::press(table.get(), middle(100));
     table->setContentOffset(sectionTop(3));
     EXPECT_EQ(table->cellForRow({ 3, 1 })->pressStrength(), 0);
-    QTest::mouseRelease(table->windowHandle(), Qt::LeftButton, {}, middle(100));
+    hands::release(table.get(), middle(100));
 }
 
 } // namespace
