@@ -24,10 +24,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Digit %1 of %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Send Code</source>
         <translation type="unfinished"></translation>
     </message>
@@ -93,6 +89,26 @@
     </message>
     <message>
         <source>Country, %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Loading the countries…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No countries to show</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Code, digit %1 of %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Loading the apps…</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No apps to show</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -24,10 +24,6 @@
         <translation>إدخال %1 من رسالتك</translation>
     </message>
     <message>
-        <source>Digit %1 of %2</source>
-        <translation>الرمز %1 من %2</translation>
-    </message>
-    <message>
         <source>Send Code</source>
         <translation>إرسال الرمز</translation>
     </message>

@@ -24,10 +24,6 @@
         <translation>%1 aus Ihrer Nachricht einsetzen</translation>
     </message>
     <message>
-        <source>Digit %1 of %2</source>
-        <translation>Zeichen %1 von %2</translation>
-    </message>
-    <message>
         <source>Send Code</source>
         <translation>Code senden</translation>
     </message>

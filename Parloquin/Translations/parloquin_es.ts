@@ -24,10 +24,6 @@
         <translation>Usar %1 de su mensaje</translation>
     </message>
     <message>
-        <source>Digit %1 of %2</source>
-        <translation>Carácter %1 de %2</translation>
-    </message>
-    <message>
         <source>Send Code</source>
         <translation>Enviar código</translation>
     </message>

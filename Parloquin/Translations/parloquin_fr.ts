@@ -24,10 +24,6 @@
         <translation>Insérer %1 de votre message</translation>
     </message>
     <message>
-        <source>Digit %1 of %2</source>
-        <translation>Caractère %1 sur %2</translation>
-    </message>
-    <message>
         <source>Send Code</source>
         <translation>Envoyer le code</translation>
     </message>

@@ -24,10 +24,6 @@
         <translation>Mesajınızdaki %1 kodunu gir</translation>
     </message>
     <message>
-        <source>Digit %1 of %2</source>
-        <translation>%2 karakterden %1.</translation>
-    </message>
-    <message>
         <source>Send Code</source>
         <translation>Kodu gönder</translation>
     </message>
