@@ -14,31 +14,64 @@ constexpr auto head = R"({
   "validation": "3rdparty",
   "alternative": "otp",
   "texts": {
-    "description": "Pick an app to confirm your phone number. The message is ready, you only send it.",
-    "alternative": "Get a code by SMS instead",
-    "message": "Please confirm my number for the demo. My code is {code}. Please do not change this text.",
+    "description": {
+      "en": "Pick an app to confirm your phone number. The message is ready, you only send it.",
+      "de": "Wähle eine App, um deine Nummer zu bestätigen. Die Nachricht ist fertig, du sendest sie nur.",
+      "fr": "Choisissez une application pour confirmer votre numéro. Le message est prêt, il suffit de l’envoyer.",
+      "es": "Elige una aplicación para confirmar tu número. El mensaje está listo, solo tienes que enviarlo.",
+      "tr": "Numaranı doğrulamak için bir uygulama seç. Mesaj hazır, yalnızca göndermen yeterli.",
+      "ar": "اختر تطبيقًا لتأكيد رقم هاتفك. الرسالة جاهزة، ما عليك إلا إرسالها."
+    },
+    "alternative": {
+      "en": "Get a code by SMS instead", "de": "Stattdessen einen Code per SMS erhalten",
+      "fr": "Recevoir plutôt un code par SMS", "es": "Recibir un código por SMS",
+      "tr": "Bunun yerine SMS ile kod al", "ar": "الحصول على رمز برسالة نصية بدلًا من ذلك"
+    },
+    "message": {
+      "en": "Please confirm my number for the demo. My code is {code}. Please do not change this text.",
+      "de": "Bitte bestätigt meine Nummer für die Demo. Mein Code ist {code}. Bitte diesen Text nicht ändern.",
+      "fr": "Merci de confirmer mon numéro pour la démo. Mon code est {code}. Merci de ne pas modifier ce texte.",
+      "es": "Por favor, confirmad mi número para la demo. Mi código es {code}. No cambiéis este texto.",
+      "tr": "Lütfen demo için numaramı doğrulayın. Kodum {code}. Lütfen bu metni değiştirmeyin.",
+      "ar": "يرجى تأكيد رقمي للعرض التجريبي. رمزي هو {code}. يرجى عدم تغيير هذا النص."
+    },
     "recipient": "Verification service"
   },
   "apps": [
     {
-      "app": "parlo", "name": "Parlo", "appPackage": "parlo://", "text": "Verify with Parlo",
+      "app": "parlo", "name": "Parlo", "appPackage": "parlo://", "text": {
+        "en": "Verify with Parlo", "de": "Mit Parlo bestätigen", "fr": "Vérifier avec Parlo",
+        "es": "Verificar con Parlo", "tr": "Parlo ile doğrula", "ar": "التحقق عبر Parlo"
+      },
       "icon": "/sandbox/icons/parlo.png", "bgColour": "1b7a4b", "textColour": "ffffff"
     },
     {
-      "app": "kite", "name": "Kite", "appPackage": "kite://", "text": "Verify with Kite",
+      "app": "kite", "name": "Kite", "appPackage": "kite://", "text": {
+        "en": "Verify with Kite", "de": "Mit Kite bestätigen", "fr": "Vérifier avec Kite",
+        "es": "Verificar con Kite", "tr": "Kite ile doğrula", "ar": "التحقق عبر Kite"
+      },
       "icon": "/sandbox/icons/kite.png", "bgColour": "1565c0", "textColour": "ffffff"
     },
     {
-      "app": "murmur", "name": "Murmur", "appPackage": "murmur://", "text": "Verify with Murmur",
+      "app": "murmur", "name": "Murmur", "appPackage": "murmur://", "text": {
+        "en": "Verify with Murmur", "de": "Mit Murmur bestätigen", "fr": "Vérifier avec Murmur",
+        "es": "Verificar con Murmur", "tr": "Murmur ile doğrula", "ar": "التحقق عبر Murmur"
+      },
       "icon": "/sandbox/icons/murmur.png", "bgColour": "6a45c2", "textColour": "ffffff"
     },
     {
-      "app": "wrenly", "name": "Wrenly", "appPackage": "wrenly://", "text": "Verify with Wrenly",
+      "app": "wrenly", "name": "Wrenly", "appPackage": "wrenly://", "text": {
+        "en": "Verify with Wrenly", "de": "Mit Wrenly bestätigen", "fr": "Vérifier avec Wrenly",
+        "es": "Verificar con Wrenly", "tr": "Wrenly ile doğrula", "ar": "التحقق عبر Wrenly"
+      },
       "icon": "/sandbox/icons/wrenly.png", "bgColour": "ffd24a", "textColour": "2b2100"
     },
     {
       "app": "hushbell", "name": "Hushbell", "appPackage": "hushbell://",
-      "text": "Verify with Hushbell", "icon": "/sandbox/icons/hushbell.png"
+      "text": {
+        "en": "Verify with Hushbell", "de": "Mit Hushbell bestätigen", "fr": "Vérifier avec Hushbell",
+        "es": "Verificar con Hushbell", "tr": "Hushbell ile doğrula", "ar": "التحقق عبر Hushbell"
+      }, "icon": "/sandbox/icons/hushbell.png"
     }
   ],
   "codes": { "fixed": null, "alphabet": "0123456789", "expirySeconds": 300, "attempts": 5 },

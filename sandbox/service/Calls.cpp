@@ -1,6 +1,10 @@
 #include "sandbox/service/Calls.h"
 
+#include "sandbox/service/Countries.h"
+#include "sandbox/service/CountryNames.h"
+
 #include <algorithm>
+#include <map>
 #include <set>
 
 namespace sandbox {
@@ -37,15 +41,31 @@ std::string percentEncoded(const std::string &text)
     return encoded;
 }
 
+/// A title that the scenario does not change is told in the language, where that is known.
+std::string titleOf(const Country &country, const std::string &language)
+{
+    static const auto own = [] {
+        std::map<std::string, std::string> titles;
+        for (const auto &each : allCountries())
+            titles[each.countryCode] = each.title;
+        return titles;
+    }();
+    const auto found = own.find(country.countryCode);
+    const auto name = countryName(country.countryCode, language);
+    const auto isOwn = found != own.end() && found->second == country.title;
+    return isOwn && !name.empty() ? std::string(name) : country.title;
+}
+
 json verified(const std::string &sessionId)
 {
     return { { "sessionId", sessionId }, { "validationStatus", true } };
 }
 }
 
-Calls::Calls(const Scenario &scenario, State &state)
+Calls::Calls(const Scenario &scenario, State &state, std::string language)
     : m_scenario(scenario)
     , m_state(state)
+    , m_language(std::move(language))
 {
 }
 
@@ -73,20 +93,21 @@ CallResult Calls::init(const json &parameters, const std::string &ownUrl) const
 {
     json result {
         { "validation", m_scenario.validation },
-        { "description", m_scenario.texts.description },
+        { "description", m_scenario.texts.description.in(m_language) },
         { "list", json::array() },
         { "appPackageList", json::array() },
         { "localizationList", json::array() },
     };
     put(result, "alternativeValidation", m_scenario.alternative);
     if (m_scenario.alternative)
-        result["alternativeValidationDescription"] = m_scenario.texts.alternative;
+        result["alternativeValidationDescription"] = m_scenario.texts.alternative.in(m_language);
     if (parameters.contains("countryCode"))
         result["countryCode"] = parameters["countryCode"];
     for (const auto &app : m_scenario.apps) {
         json kit { { "app", app.app }, { "name", app.name } };
         put(kit, "appPackage", app.appPackage);
-        put(kit, "text", app.text);
+        if (app.text)
+            kit["text"] = app.text->in(m_language);
         put(kit, "bgColour", app.bgColour);
         put(kit, "textColour", app.textColour);
         if (app.icon)
@@ -118,9 +139,10 @@ Answer<CallResult> Calls::start(const json &parameters)
             return Refusal { 400, {}, "\"installedApps\": not the schemes that init lists" };
     }
 
-    const auto message = m_state.prepareMessage(name);
-    const auto link = *app->appPackage + "send?app=" + percentEncoded(name) + "&to="
-        + percentEncoded(m_scenario.texts.recipient) + "&text=" + percentEncoded(message.text);
+    const auto message = m_state.prepareMessage(name, m_language);
+    const auto link = *app->appPackage + "send?app=" + percentEncoded(name)
+        + "&to=" + percentEncoded(m_scenario.texts.recipient.in(m_language))
+        + "&text=" + percentEncoded(message.text);
     return CallResult { { { "deeplink", link }, { "reference", message.reference },
                             { "type", "3rdparty" } },
         app->name + ", reference " + message.reference };
@@ -219,8 +241,8 @@ CallResult Calls::country() const
 {
     json list = json::array();
     for (const auto &country : m_scenario.countries)
-        list.push_back({ { "countryCode", country.countryCode }, { "title", country.title },
-            { "phoneCode", country.phoneCode } });
+        list.push_back({ { "countryCode", country.countryCode },
+            { "title", titleOf(country, m_language) }, { "phoneCode", country.phoneCode } });
     return { { { "list", std::move(list) } },
         std::to_string(m_scenario.countries.size()) + " countries" };
 }

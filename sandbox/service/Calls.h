@@ -19,7 +19,8 @@ struct CallResult {
 /// Made for one request, which keeps to one scenario. Both must outlive it.
 class Calls {
 public:
-    Calls(const Scenario &scenario, State &state);
+    /// \param language in which texts are wanted, by its code
+    Calls(const Scenario &scenario, State &state, std::string language);
 
     /// \param call a name that isCall() knows
     /// \param parameters tested by the judge
@@ -45,6 +46,7 @@ private:
 
     const Scenario &m_scenario;
     State &m_state;
+    std::string m_language;
 };
 
 }

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -35,14 +36,45 @@ Keys readKeys(const ScenarioReader &reader)
     return { std::move(*bytes), reader.at("client").nonEmptyText() };
 }
 
+bool isLanguageCode(const std::string &text)
+{
+    return text.size() >= 2 && text.size() <= 8
+        && std::all_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+/// A text, or an object of texts by language; each passes \p test.
+LocalText readLocal(
+    const ScenarioReader &reader, const std::function<void(const ScenarioReader &)> &test)
+{
+    if (reader.isText()) {
+        test(reader);
+        return { { { "en", reader.text() } } };
+    }
+    LocalText local;
+    for (const auto &language : reader.keys()) {
+        if (!isLanguageCode(language))
+            reader.at(language).fail("expected a language by its lower-case code, such as \"de\"");
+        test(reader.at(language));
+        local.byLanguage[language] = reader.at(language).text();
+    }
+    if (local.byLanguage.empty())
+        reader.fail("no text in any language");
+    return local;
+}
+
 Texts readTexts(const ScenarioReader &reader)
 {
     reader.expectKeys({ "description", "alternative", "message", "recipient" });
-    const auto message = reader.at("message");
-    if (message.text().find("{code}") == std::string::npos)
-        message.fail("expected a text with {code} in it, which tells one message from another");
-    return { reader.at("description").text(), reader.at("alternative").text(), message.text(),
-        reader.at("recipient").nonEmptyText() };
+    const auto any = [](const ScenarioReader &each) { static_cast<void>(each.text()); };
+    const auto nonEmpty = [](const ScenarioReader &each) {
+        static_cast<void>(each.nonEmptyText());
+    };
+    const auto withCode = [](const ScenarioReader &each) {
+        if (each.text().find("{code}") == std::string::npos)
+            each.fail("expected a text with {code} in it, which tells one message from another");
+    };
+    return { readLocal(reader.at("description"), any), readLocal(reader.at("alternative"), any),
+        readLocal(reader.at("message"), withCode), readLocal(reader.at("recipient"), nonEmpty) };
 }
 
 std::string readScheme(const ScenarioReader &reader)
@@ -74,7 +106,9 @@ std::vector<App> readApps(const ScenarioReader &reader)
         app.name = item.at("name").nonEmptyText();
         if (item.optionalText("appPackage"))
             app.appPackage = readScheme(item.at("appPackage"));
-        app.text = item.optionalText("text");
+        if (item.has("text") && !item.at("text").isNull())
+            app.text = readLocal(item.at("text"),
+                [](const ScenarioReader &each) { static_cast<void>(each.text()); });
         app.icon = item.optionalText("icon");
         app.bgColour = readColour(item, "bgColour");
         app.textColour = readColour(item, "textColour");
@@ -120,6 +154,14 @@ std::string readMethod(const ScenarioReader &reader)
         reader.fail("no validation method");
     return text;
 }
+}
+
+const std::string &LocalText::in(const std::string &language) const
+{
+    for (const auto &each : { language, std::string("en") })
+        if (const auto found = byLanguage.find(each); found != byLanguage.end())
+            return found->second;
+    return byLanguage.begin()->second;
 }
 
 Scenario Scenario::fromJson(const json &given)

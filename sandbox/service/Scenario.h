@@ -18,12 +18,20 @@ struct Keys {
     std::string client;
 };
 
+/// A text, in one language or in several.
+struct LocalText {
+    std::map<std::string, std::string> byLanguage; ///< one that stands for all is English
+
+    /// In English, or in whatever there is, where \p language has none.
+    const std::string &in(const std::string &language) const;
+};
+
 /// A messaging app on offer. What is absent is left out of the answer.
 struct App {
     std::string app;
     std::string name;
     std::optional<std::string> appPackage;
-    std::optional<std::string> text;
+    std::optional<LocalText> text;
     std::optional<std::string> icon; ///< a URL, or a path on this service
     std::optional<std::string> bgColour;
     std::optional<std::string> textColour;
@@ -36,10 +44,10 @@ struct Country {
 };
 
 struct Texts {
-    std::string description;
-    std::string alternative;
-    std::string message; ///< "{code}" stands for the code of the attempt
-    std::string recipient;
+    LocalText description;
+    LocalText alternative;
+    LocalText message; ///< "{code}" stands for the code of the attempt
+    LocalText recipient;
 };
 
 struct Codes {

@@ -157,7 +157,7 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
             response, exchange, *judgement.refusal, judgement.readable ? &scenario : nullptr);
     }
 
-    Calls calls(scenario, m_sandbox.state);
+    Calls calls(scenario, m_sandbox.state, request.get_header_value("X-TRZ-Lang"));
     exchange.number = calls.numberOf(call, judgement.parameters);
     std::vector<std::string> whose;
     if (!exchange.number.empty())

@@ -43,11 +43,11 @@ std::string State::confirm(Session session)
     return id;
 }
 
-PreparedMessage State::prepareMessage(const std::string &app)
+PreparedMessage State::prepareMessage(const std::string &app, const std::string &language)
 {
     const auto scenario = m_scenario.get();
     const auto code = randomText(4, codeLetters) + "-" + randomText(4, codeLetters);
-    auto text = scenario->texts.message;
+    auto text = scenario->texts.message.in(language);
     text.replace(text.find(codeMark), std::string(codeMark).size(), code);
 
     const auto now = Clock::now();

@@ -57,7 +57,7 @@ public:
 
     explicit State(const CurrentScenario &scenario);
 
-    PreparedMessage prepareMessage(const std::string &app);
+    PreparedMessage prepareMessage(const std::string &app, const std::string &language);
     /// The messenger's part. Sending the same message again changes nothing.
     /// \param from the full number that sent it; empty when nobody says
     std::optional<Refusal> receiveMessage(

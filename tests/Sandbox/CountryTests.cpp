@@ -75,3 +75,31 @@ for region in sorted(phonenumbers.SUPPORTED_REGIONS):
         EXPECT_EQ(country.at("phoneCode"), prefix == "+1" ? prefix + area : prefix) << code;
     }
 }
+
+TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
+{
+    const Sandbox sandbox(json { { "countries",
+        { { { "countryCode", "DE" }, { "title", "Germany" }, { "phoneCode", "+49" } },
+            { { "countryCode", "TR" }, { "title", "Home" }, { "phoneCode", "+90" } } } } });
+    const std::tuple<const char *, const char *, const char *> rows[] = {
+        { "en", "Germany", "Verify with Parlo" },
+        { "de", "Deutschland", "Mit Parlo bestätigen" },
+        { "fr", "Allemagne", "Vérifier avec Parlo" },
+        { "es", "Alemania", "Verificar con Parlo" },
+        { "tr", "Almanya", "Parlo ile doğrula" },
+        { "ar", "ألمانيا", "التحقق عبر Parlo" },
+        { "nl", "Germany", "Verify with Parlo" },
+        { "", "Germany", "Verify with Parlo" },
+    };
+    for (const auto &[language, country, text] : rows) {
+        const auto ask = [&, code = language](const std::string &call, const char *parameters) {
+            auto request = sandbox.request(call, parameters);
+            request.set("X-TRZ-Lang", code);
+            return sandbox.send(request).result();
+        };
+        const auto list = ask("country", "{}").at("list");
+        EXPECT_EQ(list[0]["title"], country) << language;
+        EXPECT_EQ(list[1]["title"], "Home") << "a scenario's own";
+        EXPECT_EQ(ask("init", R"({"deviceName":"p","timezone":"UTC"})")["list"][0]["text"], text);
+    }
+}
