@@ -54,6 +54,6 @@ exchanges.start((news) => {
   if (due || !news.some(({ call }) => ['start', 'check', 'send-otp', 'check-otp', 'message'].includes(call))) return;
   due = setTimeout(() => {
     due = 0;
-    people.refresh();
+    people.refresh().catch(() => {}); // the state says when the service is not reachable
   }, 200);
 });

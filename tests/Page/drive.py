@@ -305,7 +305,7 @@ class Page(unittest.TestCase):
         self.assertEqual(before, self.browser.execute_script(
             "return document.querySelectorAll('img,script,svg,style,iframe').length"))
         self.assertEqual([each["message"] for each in self.browser.get_log("browser")
-                          if each["source"] != "network"], [])
+                          if each["source"] != "network" and self.address in each["message"]], [])
 
     def test_asks_nobody_but_its_own_port(self):
         self.browser.get_log("performance")
