@@ -41,8 +41,21 @@ KeyboardFocus::KeyboardFocus(QWidget *stack, QWidget *stage, QWidget *bar)
     , m_bar(bar)
 {
     m_stack->setFocusProxy(m_stage);
-    connect(qApp, &QApplication::focusChanged, this,
-        [this](QWidget *, QWidget *focused) { follow(focused); });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *before, QWidget *focused) {
+        follow(focused);
+        hush(before, focused);
+    });
+}
+
+void KeyboardFocus::hush(const QWidget *before, QWidget *focused)
+{
+    // A host that hides what had the focus leaves it to Qt, which goes on as by Tab: nobody pressed
+    // a key, so nothing rings.
+    if (!before || before->isVisible() || !focused || !m_stack->isAncestorOf(focused)
+        || m_stack->isAncestorOf(before) || !showsRing(focused))
+        return;
+    park();
+    focused->setFocus(Qt::OtherFocusReason);
 }
 
 void KeyboardFocus::follow(QWidget *focused)

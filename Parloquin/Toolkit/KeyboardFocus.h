@@ -41,6 +41,7 @@ Q_SIGNALS:
 
 private:
     void follow(QWidget *focused);
+    void hush(const QWidget *before, QWidget *focused);
     [[nodiscard]] static QWidget *target(Screen *screen);
 
     QWidget *m_stack;

@@ -350,6 +350,17 @@ TEST(KeyboardFocus, StaysUnderATapInAHostThatTakesItByClick)
     EXPECT_TRUE(page->table->hasFocus());
 }
 
+TEST_F(Stack, NothingRingsWhereAHostHidesWhatHadTheKeyboard)
+{
+    present();
+    field->setFocus();
+    field->hide(); // Qt goes on to what follows, as by Tab
+    EXPECT_TRUE(pages[2]->button->hasFocus());
+    EXPECT_FALSE(pages[2]->button->hasKeyboardFocus());
+    hands::key(Qt::Key_Tab);
+    EXPECT_TRUE(pages[2]->table->hasKeyboardFocus());
+}
+
 TEST_F(Stack, TheHostsKeyboardIsLeftAloneAndTabFindsTheKitWhereItStands)
 {
     present();
