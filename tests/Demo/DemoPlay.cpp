@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int edge = 8; // device px
+constexpr int edge = 6; // device px; letters of the index stand one further in
 constexpr int barHeight = 96; // device px, as the pictures have two to a point
 
 /// Rows of pixels that hold more than one colour between two columns, counted in runs: lines of
