@@ -154,7 +154,7 @@ void writeJson(QByteArray &out, const QJsonValue &value, Slashes slashes)
     case QJsonValue::Array: {
         const QJsonArray array = value.toArray();
         out += '[';
-        for (const QJsonValue &item : array) {
+        for (const auto &item : array) {
             next();
             writeJson(out, item, slashes);
         }

@@ -43,7 +43,7 @@ void complain(const char *variable, const QString &value, const char *mend)
 QString serviceHost()
 {
     constexpr char name[] = "PARLOQUIN_SERVICE_HOST";
-    const QString host = variable(name);
+    QString host = variable(name);
     if (isOnLoopback(host))
         return host;
     if (!host.isNull())

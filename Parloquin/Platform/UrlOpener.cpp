@@ -30,7 +30,7 @@ bool canOpen(const QUrl &url)
     return answer ? *answer : LinkHandlers::handles(scheme);
 }
 
-void open(const QUrl &url, Report report)
+void open(const QUrl &url, const Report &report)
 {
     std::optional<bool> isOpened = false;
     if (!openable(url).isEmpty())

@@ -20,6 +20,6 @@ using Report = std::function<void(const QString &fault)>;
 ///
 /// Returns at once: the handler is started from a thread of its own, in the order of the calls.
 /// \param report runs at most once, only where the app could not be opened; on any thread
-void open(const QUrl &url, Report report);
+void open(const QUrl &url, const Report &report);
 
 } // namespace parloquin::UrlOpener

@@ -67,7 +67,7 @@ Exchange exchangeOf(const httplib::Request &request, const std::string &call)
     exchange.body = request.body;
     for (const auto &header : request.headers)
         if (std::find(std::begin(added), std::end(added), header.first) == std::end(added))
-            exchange.headers.push_back(header);
+            exchange.headers.emplace_back(header);
     return exchange;
 }
 
@@ -130,7 +130,7 @@ std::string curlOf(const Exchange &exchange, int port)
     auto line = "curl -i -X " + inShellQuotes(exchange.method);
     for (const auto &[name, value] : exchange.headers)
         if (name != "Host" && name != "Content-Length" && name != "Connection")
-            line += " -H " + inShellQuotes(name + ": " + value);
+            line.append(" -H ").append(inShellQuotes(std::string(name).append(": ").append(value)));
     if (!exchange.body.empty())
         line += " --data-binary " + inShellQuotes(exchange.body);
     return line + " " + inShellQuotes("http://127.0.0.1:" + std::to_string(port) + exchange.target);

@@ -61,7 +61,7 @@ TEST_P(SandboxSignature, IsComparedWithWhatWasExpected)
     request.set("X-TRZ-Req-Signature", GetParam().signature(stamp, plain));
     EXPECT_EQ(sandbox.send(request).errorCode(), "403003");
     const auto exchange = lastOf(sandbox);
-    const auto comparison = exchange.at("comparison");
+    const auto &comparison = exchange.at("comparison");
     EXPECT_TRUE(comparison["received"].get<std::string>().ends_with(GetParam().received))
         << comparison;
     EXPECT_NE(comparison["note"].get<std::string>().find(GetParam().note), std::string::npos)
