@@ -80,7 +80,7 @@ protected:
                 && !Keys::isCommand(*static_cast<QKeyEvent *>(event)));
             return true;
         case QEvent::KeyPress:
-            QWidget::event(event); // Tab leaves for the host's own widgets
+            Shield::event(event); // Tab leaves for the host's own widgets
             event->setAccepted(!isHosts(*static_cast<QKeyEvent *>(event)));
             return true;
         case QEvent::KeyRelease:

@@ -5,7 +5,7 @@ namespace parloquin {
 
 struct IncomingMessages::Private { };
 
-IncomingMessages::IncomingMessages(Heard) { }
+IncomingMessages::IncomingMessages(Heard) { } // NOLINT(performance-unnecessary-value-param)
 IncomingMessages::~IncomingMessages() = default;
 
 } // namespace parloquin

@@ -126,11 +126,10 @@ int AccessibleNode::indexOfChild(const QAccessibleInterface *child) const
 QAccessibleInterface *AccessibleNode::childAt(int x, int y) const
 {
     const auto nodes = nodesBelow();
-    for (auto it = nodes.crbegin(); it != nodes.crend(); ++it) {
-        if ((*it)->rect().contains((*it)->mapFromGlobal(QPoint(x, y))))
-            return QAccessible::queryAccessibleInterface(*it);
-    }
-    return nullptr;
+    const auto hit = std::find_if(nodes.crbegin(), nodes.crend(), [x, y](const QWidget *node) {
+        return node->rect().contains(node->mapFromGlobal(QPoint(x, y)));
+    });
+    return hit != nodes.crend() ? QAccessible::queryAccessibleInterface(*hit) : nullptr;
 }
 
 bool AccessibleNode::isReached() const
