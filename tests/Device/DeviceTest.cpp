@@ -70,7 +70,7 @@ TEST(Device, NamesTheTimeZoneAndTheSystem)
             zone);
     }
     const auto lines = probe({ QStringLiteral("version"), QStringLiteral("name") });
-    EXPECT_TRUE(!lines.value(0).isEmpty() && lines.value(0)[0].isDigit());
+    EXPECT_TRUE(!lines.value(0).isEmpty() && lines.value(0).front().isDigit());
     EXPECT_FALSE(lines.value(1).isEmpty());
 }
 

@@ -25,10 +25,11 @@ int main(int argc, char **argv)
     QByteArray request;
     QObject::connect(&proxy, &QTcpServer::newConnection, &app, [&] {
         QTcpSocket *const socket = proxy.nextPendingConnection();
-        QObject::connect(socket, &QTcpSocket::readyRead, &app, [&request, socket] {
-            request += socket->readAll();
-            QCoreApplication::exit(request.contains("verify.example") ? 0 : 1);
-        });
+        const auto read = [got = &request, socket] {
+            *got += socket->readAll();
+            QCoreApplication::exit(got->contains("verify.example") ? 0 : 1);
+        };
+        QObject::connect(socket, &QTcpSocket::readyRead, &app, read);
     });
     QObject::connect(
         &elsewhere, &QTcpServer::newConnection, &app, [] { QCoreApplication::exit(1); });
