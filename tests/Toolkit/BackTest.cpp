@@ -56,12 +56,14 @@ protected:
     void viewWillAppear(bool) override
     {
         hooks.append(QStringLiteral("appear"));
+        if (m_number == 0)
+            return;
         auto *back = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack"));
         connect(back, &QAbstractButton::clicked, this, [this] {
             if (navigationController())
                 navigationController()->popViewController(true);
         });
-        navigationItem().setLeftBarButtonItem(m_number == 0 ? nullptr : back);
+        navigationItem().setLeftBarButtonItem(back);
     }
     void viewWillDisappear(bool) override
     {
