@@ -40,9 +40,13 @@ function maker() {
     el('button', { type: 'submit', class: 'main' }, 'Make'));
 }
 
+let asked = 0;
+
 export async function refresh() {
+  const mine = ++asked;
   const [{ sessions }, { codes }, { messages }] =
     await Promise.all([get('sessions'), get('codes'), get('messages')]);
+  if (mine !== asked) return; // an answer that was overtaken says what no longer is
   const last = codes[0];
   byId('code').hidden = !last;
   if (last) {
