@@ -1,22 +1,11 @@
 #pragma once
 
 #include "Parloquin/Platform/DispatchQueue.h"
-
-#include <QtCore/QString>
+#include "Parloquin/Platform/ThisThread.h"
 
 #include <chrono>
 
 namespace parloquin {
-
-/// How urgent the work of a queue is.
-enum class QualityOfService {
-    userInteractive,
-    userInitiated,
-    standard,
-    utility,
-    background,
-    unspecified,
-};
 
 /// \brief A queue with a thread of its own, or sharing that of a target queue.
 ///
@@ -39,12 +28,6 @@ public:
     void sync(const std::function<void()> &block);
 
     [[nodiscard]] bool isCurrent() const;
-
-    /// \brief Calls the block on the queue whenever the descriptor can be read.
-    ///
-    /// On the queue only, and the handle is let go of there too: that ends the watch. The
-    /// descriptor stays open until then.
-    [[nodiscard]] std::shared_ptr<void> watch(int descriptor, std::function<void()> readable);
 
 private:
     class Loop;

@@ -65,17 +65,16 @@ private:
     static void run(Launch &launch)
     {
         constexpr guint patience = 1500; // ms; without the bus the app starts all the same
-        GMainContext *const context = g_main_context_new();
-        g_main_context_push_thread_default(context);
-        GSource *const late = g_timeout_source_new(patience);
+        GMainContext *const context = g_main_context_get_thread_default();
+        const GLibPointer<GSource> late(g_timeout_source_new(patience));
         g_source_set_callback(
-            late,
+            late.get(),
             [](gpointer data) -> gboolean {
                 g_cancellable_cancel(static_cast<GCancellable *>(data));
                 return G_SOURCE_REMOVE;
             },
             launch.cancelled.get(), nullptr);
-        g_source_attach(late, context);
+        g_source_attach(late.get(), context);
 
         // The desktop's library quotes the link into the handler's command line itself: it arrives
         // as one argument. It cannot pass for an option, since a scheme begins with a letter.
@@ -87,12 +86,7 @@ private:
             },
             &launch);
         while (!launch.isOver)
-            g_main_context_iteration(context, TRUE);
-
-        g_source_destroy(late);
-        g_source_unref(late);
-        g_main_context_pop_thread_default(context);
-        g_main_context_unref(context);
+            g_main_context_iteration(context, TRUE); // the next launch waits for this one
     }
 
     static void finish(Launch &launch, GAsyncResult *result)

@@ -1,8 +1,10 @@
 #include "Parloquin/Platform/ReachabilityTarget.h"
 
+#include "Parloquin/Platform/GLibPointers.h"
 #include "Parloquin/Platform/Linux/RouteSnapshot.h"
 #include "Parloquin/Platform/SerialQueue.h"
 
+#include <glib-unix.h>
 #include <libmnl/libmnl.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
@@ -124,7 +126,7 @@ public:
     /// \param broken it will hear no more
     /// \return nothing with errno where the system refuses
     static std::shared_ptr<RouteWatch> start(
-        SerialQueue &queue, std::function<void()> changed, std::function<void()> broken)
+        std::function<void()> changed, std::function<void()> broken)
     {
         Socket socket = openSocket(RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR
                 | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_ROUTE,
@@ -134,16 +136,27 @@ public:
         auto watch = std::make_shared<RouteWatch>();
         watch->m_socket = std::move(socket);
         watch->m_broken = std::move(broken);
-        watch->m_events = queue.watch(mnl_socket_get_fd(watch->m_socket.get()),
-            [self = watch.get(), told = std::move(changed)] {
-                // Lost events change nothing: what holds now is read afresh in any case.
-                if (self->drain())
-                    told();
-            });
+        watch->m_changed = std::move(changed);
+        watch->m_events.reset(g_unix_fd_source_new(mnl_socket_get_fd(watch->m_socket.get()),
+            static_cast<GIOCondition>(G_IO_IN | G_IO_ERR | G_IO_HUP)));
+        const GUnixFDSourceFunc read = [](gint, GIOCondition, gpointer self) -> gboolean {
+            static_cast<RouteWatch *>(self)->read();
+            return G_SOURCE_CONTINUE;
+        };
+        g_source_set_callback(watch->m_events.get(), G_SOURCE_FUNC(read), watch.get(), nullptr);
+        g_source_attach(watch->m_events.get(), g_main_context_get_thread_default());
         return watch;
     }
 
 private:
+    void read()
+    {
+        const auto changed = m_changed; // kept here: who is told may take us down
+        // Lost events change nothing: what holds now is read afresh in any case.
+        if (drain())
+            changed();
+    }
+
     /// \return whether anything has changed
     bool drain()
     {
@@ -169,8 +182,9 @@ private:
     }
 
     Socket m_socket;
+    std::function<void()> m_changed;
     std::function<void()> m_broken;
-    std::shared_ptr<void> m_events; // goes before the socket closes
+    GLibPointer<GSource> m_events; // goes before the socket closes
 };
 
 class DefaultRouteTarget final : public ReachabilityTarget {
@@ -215,8 +229,7 @@ public:
 private:
     std::shared_ptr<RouteWatch> startWatch()
     {
-        return RouteWatch::start(
-            *m_queue, [this] { tell(); }, [this] { watchAgain(); });
+        return RouteWatch::start([this] { tell(); }, [this] { watchAgain(); });
     }
 
     void watchAgain()

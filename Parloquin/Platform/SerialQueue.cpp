@@ -3,11 +3,6 @@
 #include "Parloquin/Platform/GLibPointers.h"
 #include "Parloquin/Platform/MainQueue.h"
 
-#include <glib-unix.h>
-#include <pthread.h>
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <condition_variable>
 #include <map>
@@ -18,28 +13,7 @@
 
 namespace parloquin {
 
-namespace {
-
 using Clock = std::chrono::steady_clock;
-
-// Threads of one scheduling class differ by their niceness alone; only the system may lower it.
-int niceness(QualityOfService qos)
-{
-    switch (qos) {
-    case QualityOfService::utility:
-        return 5;
-    case QualityOfService::background:
-        return 10;
-    case QualityOfService::userInteractive:
-    case QualityOfService::userInitiated:
-    case QualityOfService::standard:
-    case QualityOfService::unspecified:
-        break;
-    }
-    return 0;
-}
-
-} // namespace
 
 // GLib's context waits, but what crosses threads lies in a list of ours under a lock of ours: a
 // library built without the thread checker hides its locks from it, and every block that crosses
@@ -111,21 +85,6 @@ public:
 
     [[nodiscard]] bool isCurrent() const { return m_id == std::this_thread::get_id(); }
 
-    std::shared_ptr<void> watch(int descriptor, std::function<void()> readable) const
-    {
-        GLibPointer<GSource> source(g_unix_fd_source_new(
-            descriptor, static_cast<GIOCondition>(G_IO_IN | G_IO_ERR | G_IO_HUP)));
-        const GUnixFDSourceFunc call = [](gint, GIOCondition, gpointer block) -> gboolean {
-            (*static_cast<std::function<void()> *>(block))();
-            return G_SOURCE_CONTINUE;
-        };
-        g_source_set_callback(source.get(), G_SOURCE_FUNC(call),
-            new std::function<void()>(std::move(readable)),
-            [](gpointer block) { delete static_cast<std::function<void()> *>(block); });
-        g_source_attach(source.get(), m_context.get());
-        return std::shared_ptr<GSource>(std::move(source));
-    }
-
 private:
     struct Task {
         const void *owner;
@@ -177,11 +136,8 @@ class SerialQueue::Thread {
 public:
     Thread(const QString &label, QualityOfService qos)
         : m_loop(std::make_shared<Loop>())
-        , m_thread(new std::thread([loop = m_loop, nice = niceness(qos),
-                                       name = label.right(15).toLatin1()] {
-            pthread_setname_np(pthread_self(), name.constData()); // 15 characters at most
-            if (nice != 0)
-                ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), nice);
+        , m_thread(new std::thread([loop = m_loop, label, qos] {
+            ThisThread::introduce(label, qos);
             loop->run();
         }),
               [](std::thread *thread) {
@@ -259,10 +215,5 @@ void SerialQueue::sync(const std::function<void()> &block)
 }
 
 bool SerialQueue::isCurrent() const { return m_thread->loop().isCurrent(); }
-
-std::shared_ptr<void> SerialQueue::watch(int descriptor, std::function<void()> readable)
-{
-    return m_thread->loop().watch(descriptor, std::move(readable));
-}
 
 } // namespace parloquin
