@@ -3,7 +3,6 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
-#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Networking/Router/ApiRequestModels.h"
 #include "support/RawServer.h"
@@ -108,10 +107,10 @@ TEST(ApiClient, CountsExpiredTokens)
     RawServer server;
     setServiceHost(server.hostAndPort());
     for (const auto &row : rows) {
-        server.answer("/v1.0/init", answerOf(row.meta));
+        server.answer("/v1.0/check", answerOf(row.meta));
         const qint64 before = ApiClient::TokenExpiredTryCount::current;
-        AwaitedResult<InitResponseModel> call;
-        ApiRequest::initializer(call.handler());
+        AwaitedResult<CheckResponseModel> call;
+        ApiRequest::check({}, call.handler());
         EXPECT_NE(call.wait(), "jsonDecode");
         EXPECT_EQ(ApiClient::TokenExpiredTryCount::current - before, row.counted) << row.meta;
     }

@@ -1,6 +1,6 @@
-// A host in small: sends `init` to the service at argv[1], and quits when the call has its outcome,
-// or when a byte comes on standard input. argv[2] "exit": without returning from main().
-#include "Parloquin/Networking/Model/Response/InitResponseModel.h"
+// A host in small: sends `country` to the service at argv[1], and quits when the call has its
+// outcome, or when a byte comes on standard input. argv[2] "exit": without returning from main().
+#include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Platform/MainQueue.h"
 #include "support/ServiceEndpoint.h"
@@ -28,7 +28,7 @@ int main(int argc, char **argv)
             std::exit(0);
         QCoreApplication::quit();
     });
-    ApiRequest::initializer([](const Result<InitResponseModel> &) {
+    ApiRequest::country([](const Result<CountryResponseModel> &) {
         std::fputs("completed\n", stderr);
         onMain([] { QCoreApplication::quit(); });
     });
