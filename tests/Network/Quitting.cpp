@@ -38,21 +38,34 @@ struct Leaving {
 
 class Quitting : public testing::TestWithParam<Leaving> { };
 
-class QuittingAmidALookUp : public testing::TestWithParam<const char *> { };
+struct LookUp {
+    const char *name;
+    bool hasAddress; // the one of IPv4; of IPv6 the name server says nothing at all
+    const char *how = "return";
+};
+
+class QuittingAmidALookUp : public testing::TestWithParam<LookUp> { };
 
 TEST_P(QuittingAmidALookUp, EndsACallWithinASecondAndWithoutItsOutcome)
 {
     if (!isInOwnNetwork())
         return;
     ASSERT_TRUE(ip(QByteArray(wired) + "route add default via 10.9.0.1"));
-    const NameServer silent({ {}, {}, false, false });
-    Host host({ QStringLiteral("service.test:80"), QString::fromLatin1(GetParam()) });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return silent.questions() > 0; }));
+    RawServer server;
+    server.pause();
+    const bool hasAddress = GetParam().hasAddress;
+    const NameServer silent({ { "127.0.0.1" }, {}, hasAddress, false });
+    Host host({ QStringLiteral("service.test:") + server.hostAndPort().section(u':', 1),
+        QString::fromLatin1(GetParam().how) });
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return hasAddress ? server.connections() > 0 : silent.questions() > 0; }));
     host.quitsWithinASecondAndWithoutAnOutcome();
 }
 
-INSTANTIATE_TEST_SUITE_P(Network, QuittingAmidALookUp, testing::Values("return", "exit"),
-    [](const auto &row) { return std::string(row.param); });
+const LookUp lookUps[] = { { "NoAnswer", false }, { "NoAnswerByExit", false, "exit" },
+    { "NoAnswerForIpv6", true } };
+INSTANTIATE_TEST_SUITE_P(Network, QuittingAmidALookUp, testing::ValuesIn(lookUps),
+    [](const auto &row) { return row.param.name; });
 
 TEST_P(Quitting, EndsACallWithinASecondAndWithoutItsOutcome)
 {
