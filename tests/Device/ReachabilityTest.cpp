@@ -138,13 +138,13 @@ TEST(Reachability, TellsEachChangeOnce)
 {
     Script script;
     const auto reachability = watch(script);
+    QStringList told;
     NotificationCenter center;
     reachability->notificationCenter = &center;
-    QStringList told;
     QObject::connect(&center, &NotificationCenter::posted, &center,
-        [&](const QString &name, const void *sender) {
-            EXPECT_EQ(sender, reachability.get());
-            told << name;
+        [told = &told, expected = reachability.get()](const QString &name, const void *sender) {
+            EXPECT_EQ(sender, expected);
+            *told << name;
         });
     reachability->whenReachable = [&](Reachability &) { told << QStringLiteral("up"); };
     reachability->whenUnreachable = [&](Reachability &) { told << QStringLiteral("down"); };

@@ -98,7 +98,7 @@ qint64 mostMemory() // that this process ever had, in KiB
     QFile status(QStringLiteral("/proc/self/status"));
     EXPECT_TRUE(status.open(QIODevice::ReadOnly));
     const QByteArray text = status.readAll();
-    return text.mid(text.indexOf("VmHWM:") + 6, 12).trimmed().split(' ').front().toLongLong();
+    return text.mid(text.indexOf("VmHWM:") + 6, 12).trimmed().split(' ').constFirst().toLongLong();
 }
 
 TEST_P(SystemProxy, CarriesACallAndHearsNoMoreThanItHasTo)

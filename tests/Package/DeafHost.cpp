@@ -23,13 +23,13 @@ int main(int argc, char **argv)
     qputenv("PARLOQUIN_ROUTE", "none");
 
     QByteArray request;
-    QObject::connect(&proxy, &QTcpServer::newConnection, &app, [&] {
-        QTcpSocket *const socket = proxy.nextPendingConnection();
-        const auto read = [got = &request, socket] {
+    QObject::connect(&proxy, &QTcpServer::newConnection, &app, [proxy = &proxy, got = &request] {
+        QTcpSocket *const socket = proxy->nextPendingConnection();
+        const auto read = [got, socket] {
             *got += socket->readAll();
             QCoreApplication::exit(got->contains("verify.example") ? 0 : 1);
         };
-        QObject::connect(socket, &QTcpSocket::readyRead, &app, read);
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, read);
     });
     QObject::connect(
         &elsewhere, &QTcpServer::newConnection, &app, [] { QCoreApplication::exit(1); });

@@ -48,15 +48,16 @@ TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
     QProcess reader;
     reader.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     QString heard;
-    QObject::connect(&reader, &QProcess::readyReadStandardOutput, &reader, [&] {
-        while (reader.canReadLine()) {
-            heard = QString::fromUtf8(reader.readLine()).trimmed();
-            if (heard == QLatin1String("proceed"))
+    const auto listen = [this, reader = &reader, heard = &heard] {
+        while (reader->canReadLine()) {
+            *heard = QString::fromUtf8(reader->readLine()).trimmed();
+            if (*heard == QLatin1String("proceed"))
                 server.proceed();
-            if (heard == QLatin1String("come back") && settle(2))
+            if (*heard == QLatin1String("come back") && settle(2))
                 comeBack();
         }
-    });
+    };
+    QObject::connect(&reader, &QProcess::readyReadStandardOutput, &reader, listen);
     QObject::connect(&reader, &QProcess::finished, &loop, &QEventLoop::quit);
     QTimer::singleShot(std::chrono::seconds(60), &loop, &QEventLoop::quit);
     reader.start(QStringLiteral(READER), { QString::number(QCoreApplication::applicationPid()) });

@@ -163,7 +163,7 @@ protected:
     }
     [[nodiscard]] std::string outcome(int count) const
     {
-        return waitForOutcomes(count) ? delegate->outcomes().last().toStdString() : "none";
+        return waitForOutcomes(count) ? delegate->outcomes().constLast().toStdString() : "none";
     }
 
     std::unique_ptr<QWidget> host;

@@ -9,6 +9,7 @@
 
 #include <QtGui/QAccessible>
 #include <QtGui/QShortcut>
+#include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
@@ -126,8 +127,7 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
 {
     auto *const button = new BarButtonItem(QStringLiteral("Go"), QStringLiteral("btnGo"));
     screen->navigationItem().setRightBarButtonItem(button);
-    int clicks = 0;
-    QObject::connect(button, &QAbstractButton::clicked, button, [&clicks] { ++clicks; });
+    const QSignalSpy clicks(button, &QAbstractButton::clicked);
     QCoreApplication::processEvents();
     const auto tap = [this](const QWidget *widget) {
         QTest::mouseClick(
@@ -135,7 +135,7 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
     };
     const auto type = [this](Qt::Key key) { QTest::keyClick(host.windowHandle(), key); };
     tap(button);
-    ASSERT_EQ(clicks, 1);
+    ASSERT_EQ(clicks.count(), 1);
     field->setFocus();
 
     show();
@@ -145,7 +145,7 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
     type(Qt::Key_A);
     field->setFocus(); // a screen that is not finished yet may ask for the keyboard
     type(Qt::Key_B);
-    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(clicks.count(), 1);
     EXPECT_EQ(field->text(), QString());
 
     // The host's own widgets are no business of the overlay.
@@ -162,23 +162,22 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
     type(Qt::Key_C);
     EXPECT_EQ(field->text(), QStringLiteral("c"));
     tap(button);
-    EXPECT_EQ(clicks, 2);
+    EXPECT_EQ(clicks.count(), 2);
 }
 
 TEST_F(Overlay, LeavesTheWayOutOfTheFirstScreenToTheHost)
 {
-    int heard = 0;
     const QShortcut escape(Qt::Key_Escape, &host);
-    QObject::connect(&escape, &QShortcut::activated, [&heard] { ++heard; });
+    const QSignalSpy heard(&escape, &QShortcut::activated);
     navigation->setFocus();
     show();
     ASSERT_TRUE(comesUp());
     QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
-    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(heard.count(), 1);
     navigation->pushViewController(new PlainScreen, false);
     QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
     QTest::mouseClick(host.windowHandle(), Qt::BackButton, {}, QPoint(400, 250));
-    EXPECT_EQ(heard, 1) << "from the others it leads back, and not now";
+    EXPECT_EQ(heard.count(), 1) << "from the others it leads back, and not now";
     EXPECT_EQ(navigation->viewControllers().size(), 2);
     hide();
     ASSERT_TRUE(goes());

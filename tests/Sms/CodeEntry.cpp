@@ -119,7 +119,7 @@ TEST_P(CheckOtp, TellsTheHostAndStaysOpen)
     EXPECT_EQ(outcomes->all(), QStringList { QLatin1String(GetParam().told) });
     EXPECT_NE(top<OtpCheckViewController>(), nullptr);
     EXPECT_EQ(boxes(), u"4|7|1"_s);
-    EXPECT_EQ(bodies("check-otp")[0],
+    EXPECT_EQ(bodies("check-otp").at(0),
         (QJsonObject { { u"phoneNumber"_s, u"41234567"_s }, { u"countryCode"_s, u"NO"_s },
             { u"code"_s, u"471"_s }, { u"reference"_s, u"ref-1"_s } }));
 }
@@ -167,11 +167,12 @@ TEST_F(CodeEntry, AHostMayDeleteTheContainerOverAMissingNetwork)
     container->setKitDelegate(std::make_shared<Leaver>([this] { container.reset(); }));
     ApiSessionHelper::shared().isNetworkReachable = false;
     type(u"1"_s);
-    bool lives = false; // after the kit has dealt with the tap
-    QObject::connect(part<QAbstractButton>("btnCheck"), &QAbstractButton::clicked,
-        [&] { lives = container != nullptr; });
+    const auto lives = std::make_shared<bool>(); // after the kit has dealt with the tap
+    auto *const button = part<QAbstractButton>("btnCheck");
+    QObject::connect(button, &QAbstractButton::clicked, button,
+        [this, lives] { *lives = container != nullptr; });
     tap("btnCheck");
-    EXPECT_TRUE(lives) << "deleted within the tap";
+    EXPECT_TRUE(*lives) << "deleted within the tap";
     EXPECT_TRUE(QTest::qWaitFor([this] { return container == nullptr; }));
 }
 
@@ -205,7 +206,7 @@ TEST_F(CodeEntry, EnterGoesOnAndChecksFromTheLastBoxOnce)
     hands::hold(Qt::Key_Return); // the last box is empty, and the button would not mind either
     ASSERT_TRUE(QTest::qWaitFor([this] { return !outcomes->all().isEmpty(); }));
     EXPECT_EQ(bodies("check-otp").size(), 1);
-    EXPECT_EQ(bodies("check-otp")[0][u"code"], u"2"_s);
+    EXPECT_EQ(bodies("check-otp").at(0)[u"code"], u"2"_s);
 }
 
 TEST_F(CodeEntry, TheLastDigitLeavesTheKeyboardOnTheButton)
@@ -246,9 +247,10 @@ TEST_F(CodeEntry, TheFirstBoxTakesTheKeyboardFromNoOne)
     QLineEdit field(container.get()); // of the host
     field.show();
     field.setFocus();
-    bool isThrough = false; // behind the kit's own, which takes as long
-    QTimer::singleShot(360, [&isThrough] { isThrough = true; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isThrough; }));
+    QTimer later; // behind the kit's own, which takes as long
+    later.setSingleShot(true);
+    later.start(360);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !later.isActive(); }));
     EXPECT_TRUE(field.hasFocus());
 }
 

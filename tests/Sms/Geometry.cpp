@@ -95,7 +95,7 @@ TEST_P(SmsGeometry, CountryPicker)
         { "lblPhoneCode", { 298, 127, 53, 30 } },
     };
     for (const Frame &row : frames) {
-        QWidget *cell = table->visibleCells().first();
+        QWidget *cell = table->visibleCells().constFirst();
         QWidget *widget = cell->objectName() == QLatin1String(row.name)
             ? cell
             : cell->findChild<QWidget *>(QLatin1String(row.name));

@@ -123,7 +123,7 @@ protected:
         QTest::keyClick(container->windowHandle(), Qt::Key_Return);
         ASSERT_TRUE(QTest::qWaitFor([this] { return !outcomes->all().isEmpty(); }));
         ASSERT_EQ(bodies("check-otp").size(), 1);
-        EXPECT_EQ(bodies("check-otp")[0][u"code"].toString(), u"7K2");
+        EXPECT_EQ(bodies("check-otp").at(0)[u"code"].toString(), u"7K2");
     }
 
     ModemBus bus;

@@ -36,7 +36,7 @@ TEST_F(Road, LeadsFromTheNumberToTheSession)
     EXPECT_EQ(bodies("send-otp"),
         (QList { QJsonObject {
             { u"phoneNumber"_s, u"+4741234567"_s }, { u"countryCode"_s, u"NO"_s } } }));
-    EXPECT_EQ(bodies("check-otp")[0][u"code"], u"471"_s);
+    EXPECT_EQ(bodies("check-otp").at(0)[u"code"], u"471"_s);
 }
 
 TEST_F(Road, BackAndForthKeepsTheNumberAndEverySendOpensACodeEntryOfItsOwn)
@@ -56,7 +56,7 @@ TEST_F(Road, BackAndForthKeepsTheNumberAndEverySendOpensACodeEntryOfItsOwn)
         [this] { return container->navigationController().viewControllers().size() == 4; }));
     EXPECT_EQ(text("txtCode0"), QString());
     EXPECT_EQ(top<OtpCheckViewController>()->countryCode, u"TD"_s);
-    EXPECT_EQ(bodies("send-otp")[2][u"phoneNumber"], u"+23541234567"_s);
+    EXPECT_EQ(bodies("send-otp").at(2)[u"phoneNumber"], u"+23541234567"_s);
 }
 
 struct Closing {

@@ -8,6 +8,7 @@
 #include "support/Hands.h"
 
 #include <QtGui/QShortcut>
+#include <QtTest/QSignalSpy>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLineEdit>
@@ -220,14 +221,12 @@ TEST_F(Stack, RepeatsAndReleasesGoWhereThePressWent)
     EXPECT_EQ(host.released, 1);
     host.heard = host.released = 0;
 
-    int clicks = 0;
-    QObject::connect(pages[2]->button, &QAbstractButton::clicked, [&] {
-        ++clicks;
-        controller->topViewController()->setFocus(); // as to another screen
-    });
+    const QSignalSpy clicks(pages[2]->button, &QAbstractButton::clicked);
+    QObject::connect(pages[2]->button, &QAbstractButton::clicked, controller,
+        [this] { controller->topViewController()->setFocus(); }); // as to another screen
     pages[2]->button->setFocus(Qt::TabFocusReason);
     hands::hold(Qt::Key_Return);
-    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(clicks.count(), 1);
     EXPECT_EQ(host.heard, 0);
     EXPECT_EQ(host.released, 0);
 }

@@ -289,10 +289,11 @@ TEST_F(Table, ReloadKeepsThePlaceWhereItCan)
 TEST_F(Table, RightToLeftPutsTheIndexAtTheLeft)
 {
     show();
-    EXPECT_EQ(table->visibleCells().first()->geometry().right(), 365);
+    EXPECT_EQ(table->visibleCells().constFirst()->geometry().right(), 365);
     table->setLayoutDirection(Qt::RightToLeft);
     EXPECT_EQ(table->findChild<TableIndex *>()->x(), 0);
-    EXPECT_EQ(table->visibleCells().first()->geometry(), QRect(24, headerHeight, 366, rowHeight));
+    EXPECT_EQ(
+        table->visibleCells().constFirst()->geometry(), QRect(24, headerHeight, 366, rowHeight));
 }
 
 // As a table does that has never shown anything else: titles, rows, ticks, lines and all.
