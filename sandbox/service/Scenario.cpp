@@ -17,7 +17,6 @@ namespace sandbox {
 namespace {
 using nlohmann::json;
 constexpr int secondsOfDay = 24 * 60 * 60; // s
-constexpr auto codeLength = 3; // characters: the boxes of a client
 
 /// \return the characters of \p text, which is UTF-8
 std::ptrdiff_t lengthOf(const std::string &text)
@@ -136,7 +135,7 @@ Codes readCodes(const ScenarioReader &reader)
     reader.expectKeys({ "fixed", "alphabet", "expirySeconds", "attempts" });
     Codes codes;
     codes.fixed = reader.optionalText("fixed");
-    if (codes.fixed && lengthOf(*codes.fixed) != codeLength)
+    if (codes.fixed && lengthOf(*codes.fixed) != Codes::length)
         reader.at("fixed").fail("expected three characters, a box each; null draws a code for each"
                                 " number");
     codes.alphabet = reader.at("alphabet").nonEmptyText();

@@ -51,6 +51,7 @@ struct Texts {
 };
 
 struct Codes {
+    static constexpr int length = 3; ///< characters: the boxes of a client
     std::optional<std::string> fixed;
     std::string alphabet;
     std::chrono::seconds expiry {};

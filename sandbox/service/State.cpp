@@ -9,7 +9,6 @@ namespace {
 /// No 0, O, 1, I: a person may have to read it aloud.
 constexpr auto codeLetters = "23456789ABCDEFGHJKLMNPQRSTUVWXYZ";
 constexpr auto codeMark = "{code}";
-constexpr std::size_t smsCodeLength = 3;
 
 constexpr std::size_t mostOfEach = 10000;
 
@@ -91,7 +90,7 @@ SentCode State::sendCode(const std::string &number)
     const auto &codes = scenario->codes;
     const auto now = Clock::now();
     SentCode sent { randomUuid(), number,
-        codes.fixed.value_or(randomText(smsCodeLength, codes.alphabet)), {}, now,
+        codes.fixed.value_or(randomText(Codes::length, codes.alphabet)), {}, now,
         now + codes.expiry, codes.attempts };
     const std::lock_guard lock(m_mutex);
     add(m_codes, sent);
