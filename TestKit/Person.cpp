@@ -1,6 +1,7 @@
 #include "Parloquin/TestKit/Person.h"
 
 #include "Parloquin/TestKit/Http.h"
+#include "Parloquin/TestKit/PacedStyle.h"
 #include "Parloquin/TestKit/SandboxPrivate.h"
 
 #include <QtCore/QJsonDocument>
@@ -10,7 +11,6 @@
 #include <QtGui/QWheelEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QProxyStyle>
 
 namespace ParloquinTest {
 
@@ -29,23 +29,11 @@ QPoint middleOf(const QWidget *widget)
     return widget->mapTo(widget->window(), widget->rect().center());
 }
 
-class StillStyle : public QProxyStyle {
-public:
-    using QProxyStyle::QProxyStyle;
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-        QStyleHintReturn *data) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-            ? 0
-            : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-};
-
 } // namespace
 
 void switchMotionOff()
 {
-    QApplication::setStyle(new StillStyle(QApplication::style()->objectName()));
+    QApplication::setStyle(new PacedStyle(0, QApplication::style()->objectName()));
 }
 
 Person::Person(Sandbox &sandbox, QWidget *container)

@@ -69,6 +69,7 @@ file(WRITE ${documents}/triggers "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${documents}/triggers)
 set(own "${PARLOQUIN_PACKAGE_NAME} (= ${version})")
 set(library libparloquin${PROJECT_VERSION_MAJOR})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS "ca-certificates, glib-networking") # proxies and https
 debian_package(library ${library} libs mobile-broadband-provider-info
 "phone-number verification for Qt apps
 A Qt app shows the kit's screens and hears that a number is verified: by
@@ -76,7 +77,15 @@ a message from a messaging app, or by a code that came by SMS.")
 debian_package(development libparloquin-dev libdevel
     "${library}${own}, parloquin-sandbox${own}, qt6-base-dev"
 "phone-number verification for Qt apps (development files)
-Headers, CMake and pkg-config files, and a kit for the tests of apps.")
+Headers, CMake and pkg-config files, a kit for the tests of apps, guides and
+examples.")
+set(guides share/doc/libparloquin-dev${PARLOQUIN_PACKAGE_NAME})
+install(FILES README.md SECURITY.md DESTINATION ${guides})
+install(FILES sandbox/README.md DESTINATION ${guides}/sandbox)
+install(DIRECTORY docs DESTINATION ${guides} PATTERN Doxyfile EXCLUDE)
+foreach(host smallest widgets quick backend)
+    install(DIRECTORY examples/${host} DESTINATION ${guides}/examples)
+endforeach()
 if(TARGET parloquin-sandbox)
     debian_package(sandbox parloquin-sandbox devel "python3, python3-dbusmock"
 "local service to develop phone-number verification against

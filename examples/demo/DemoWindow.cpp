@@ -1,7 +1,6 @@
 #include "DemoWindow.h"
 
 #include "Look.h"
-#include "OutcomeListener.h"
 #include "OutcomePage.h"
 #include "Sheet.h"
 #include "StartPage.h"
@@ -10,7 +9,6 @@
 #include <QtGui/QScreen>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 namespace demo {
@@ -48,7 +46,9 @@ void DemoWindow::verify()
     const ParloquinOptions options(ParloquinEnvironment::debug, true,
         { QColor(Qt::blue), ParloquinStatusBarStyle::lightContent });
     m_kit = Parloquin(options).viewControllerForLogin();
-    m_kit->setKitDelegate(std::make_shared<OutcomeListener>(this, ++m_attempt));
+    m_signals = new ParloquinSignals(m_kit);
+    connect(m_signals, &ParloquinSignals::succeeded, this, &DemoWindow::verified);
+    connect(m_signals, &ParloquinSignals::failed, this, &DemoWindow::failed);
     m_kit->setParent(this);
     m_kit->installEventFilter(this);
     m_kitSheet = new Sheet(m_kit, Sheet::Edge::bottom);
@@ -62,10 +62,8 @@ void DemoWindow::verify()
     });
 }
 
-void DemoWindow::verified(int attempt, const QString &sessionId)
+void DemoWindow::verified(const QString &sessionId)
 {
-    if (attempt != m_attempt)
-        return;
     const auto time = taken();
     m_outcome->showAsking();
     m_outcomeSheet->cover();
@@ -79,10 +77,8 @@ void DemoWindow::verified(int attempt, const QString &sessionId)
         });
 }
 
-void DemoWindow::failed(int attempt, ParloquinError error)
+void DemoWindow::failed(ParloquinSignals::Error error)
 {
-    if (attempt != m_attempt)
-        return;
     m_outcome->showFailed(error, taken());
     m_outcomeSheet->cover();
     dismissKit();
@@ -92,8 +88,8 @@ void DemoWindow::dismissKit()
 {
     if (!m_kit)
         return;
-    ++m_attempt; // what this presentation still reports comes too late
-    m_kit->setKitDelegate(nullptr);
+    ++m_attempt; // what the back end says of an earlier presentation comes too late
+    m_signals->disconnect(this); // and so does what this one still reports
     m_kitSheet->slideOut([kit = std::exchange(m_kit, nullptr)] { kit->deleteLater(); });
     m_kitSheet = nullptr;
 }

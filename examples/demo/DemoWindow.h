@@ -6,6 +6,7 @@
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
+#include <Parloquin/Adapters/ParloquinSignals.h>
 #include <Parloquin/Parloquin.h>
 
 namespace demo {
@@ -28,11 +29,6 @@ public:
     /// \brief Presents the kit. Does nothing while it is there already.
     void verify();
 
-    /// \brief The kit has a session id; what counts is what the back end says of it.
-    /// \param attempt which presentation reports; an older one is ignored
-    void verified(int attempt, const QString &sessionId);
-    void failed(int attempt, ParloquinError error);
-
     /// \brief Whether nothing slides, here or in the kit: what is seen may be tapped.
     [[nodiscard]] bool isAtRest() const;
 
@@ -41,6 +37,9 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    /// The kit has a session id; what counts is what the back end says of it.
+    void verified(const QString &sessionId);
+    void failed(ParloquinSignals::Error error);
     void dismissKit();
     void backToStart();
     [[nodiscard]] std::chrono::seconds taken() const;
@@ -50,7 +49,8 @@ private:
     OutcomePage *m_outcome;
     Sheet *m_outcomeSheet;
     QPointer<ParloquinViewController> m_kit;
-    Sheet *m_kitSheet = nullptr; // the kit's; goes with it
+    ParloquinSignals *m_signals = nullptr; // the kit's; go with it, as does its sheet
+    Sheet *m_kitSheet = nullptr;
     int m_attempt = 0;
     QElapsedTimer m_clock;
 };

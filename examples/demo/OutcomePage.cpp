@@ -148,22 +148,22 @@ void OutcomePage::showNotConfirmed(const QString &fault, std::chrono::seconds ta
     fill({ { tr("Asked"), tr("Back end") }, { tr("Time taken"), lasting(taken) } });
 }
 
-void OutcomePage::showFailed(ParloquinError error, std::chrono::seconds taken)
+void OutcomePage::showFailed(ParloquinSignals::Error error, std::chrono::seconds taken)
 {
     QString title = tr("Not verified");
     QString words;
     QString reason;
     switch (error) {
-    case ParloquinError::authorizationError:
+    case ParloquinSignals::AuthorizationError:
         words = tr("The service has not received your message,\nor the code was not right.");
         reason = tr("Not authorised");
         break;
-    case ParloquinError::serverError:
+    case ParloquinSignals::ServerError:
         title = tr("No answer");
         words = tr("The verification service could not be asked.\nIs this device connected?");
         reason = tr("Service error");
         break;
-    case ParloquinError::urlSchemeError:
+    case ParloquinSignals::UrlSchemeError:
         words = tr("The messaging app could not be opened.");
         reason = tr("App not reachable");
         break;

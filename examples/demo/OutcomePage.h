@@ -2,7 +2,7 @@
 
 #include <QtWidgets/QWidget>
 
-#include <Parloquin/Parloquin.h>
+#include <Parloquin/Adapters/ParloquinSignals.h>
 
 #include <chrono>
 
@@ -26,7 +26,7 @@ public:
     void showAsking();
     void showVerified(const Confirmation &confirmation, std::chrono::seconds taken);
     void showNotConfirmed(const QString &fault, std::chrono::seconds taken);
-    void showFailed(ParloquinError error, std::chrono::seconds taken);
+    void showFailed(ParloquinSignals::Error error, std::chrono::seconds taken);
 
 Q_SIGNALS:
     void doneTapped();

@@ -2,9 +2,9 @@
 
 #include "Parloquin/Toolkit/ImageView.h"
 #include "Parloquin/Toolkit/TableView.h"
+#include "TestKit/PacedStyle.h"
 #include "support/Hands.h"
 #include "support/ServiceEndpoint.h"
-#include "support/StillStyle.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QUrlQuery>
@@ -40,7 +40,7 @@ FaultTest::FaultTest(const std::vector<std::string> &sandboxOptions)
 void FaultTest::SetUp()
 {
     ContainerTest::SetUp();
-    QApplication::setStyle(new StillStyle);
+    QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     setServiceHost(u"127.0.0.1:%1"_s.arg(service.port()));
 }
 

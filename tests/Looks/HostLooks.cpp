@@ -1,6 +1,6 @@
 // Whatever a host does to the looks of its own widgets, the kit's screens stay as they are.
 #include "Looks/Walk.h"
-#include "support/StillStyle.h"
+#include "TestKit/PacedStyle.h"
 
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -46,7 +46,7 @@ protected:
 
     static void dress(const Look &look)
     {
-        QApplication::setStyle(new StillStyle(QLatin1String(look.style)));
+        QApplication::setStyle(new ParloquinTest::PacedStyle(0, QLatin1String(look.style)));
         if (look.dark)
             QApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20), QColor(0x10, 0x10, 0x10)));
         if (look.points > 0) {
@@ -64,7 +64,7 @@ protected:
         static const QPalette palette = QApplication::palette();
         static const QFont font = QApplication::font();
         qApp->setStyleSheet({});
-        QApplication::setStyle(new StillStyle(QStringLiteral("Windows")));
+        QApplication::setStyle(new ParloquinTest::PacedStyle(0, QStringLiteral("Windows")));
         QApplication::setPalette(palette);
         QApplication::setFont(font);
     }

@@ -3,7 +3,7 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TableView.h"
-#include "support/StillStyle.h"
+#include "TestKit/PacedStyle.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QWindow>
@@ -17,7 +17,7 @@ using namespace parloquin;
 void Walk::SetUp()
 {
     ContainerTest::SetUp();
-    QApplication::setStyle(new StillStyle);
+    QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     QApplication::setCursorFlashTime(0);
     answer("/v1.0/init", threeApps);
     answer("/v1.0/country", R"({"result":{"list":[

@@ -7,11 +7,11 @@
 #include "Parloquin/Toolkit/TableView.h"
 #include "Parloquin/Toolkit/View.h"
 #include "Screens/Container.h"
+#include "TestKit/PacedStyle.h"
 
 #include <QtGui/QPointingDevice>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QProxyStyle>
 
 using namespace parloquin;
 
@@ -155,16 +155,7 @@ TEST_F(AppList, LeadsToTheRoadBySms)
 
 TEST_F(AppList, TellsAutomationWhenItIsAtRest)
 {
-    struct Moving : QProxyStyle { // whatever the machine's own style says
-        int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-            QStyleHintReturn *data) const override
-        {
-            return hint == SH_Widget_Animation_Duration
-                ? 200
-                : QProxyStyle::styleHint(hint, option, widget, data);
-        }
-    };
-    QApplication::setStyle(new Moving);
+    QApplication::setStyle(new ParloquinTest::PacedStyle(200));
     const auto atRest = [this] { return container->property("atRest").toBool(); };
     QByteArray list;
     for (int row = 0; row < 50; ++row)

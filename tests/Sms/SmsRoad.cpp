@@ -4,8 +4,8 @@
 #include "Parloquin/Controller/CountryListViewController.h"
 #include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
+#include "TestKit/PacedStyle.h"
 #include "support/ServiceEndpoint.h"
-#include "support/StillStyle.h"
 
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
@@ -39,7 +39,7 @@ QStringList Outcomes::all() const
 
 SmsRoad::SmsRoad(Qt::LayoutDirection direction)
 {
-    QApplication::setStyle(new StillStyle);
+    QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     QApplication::setLayoutDirection(direction);
     setServiceHost(server.hostAndPort());
     on("country", ok(R"({"list":[{"title":"Norway","countryCode":"NO","phoneCode":"+47"},

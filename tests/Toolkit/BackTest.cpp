@@ -5,6 +5,7 @@
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Soon.h"
+#include "TestKit/PacedStyle.h"
 #include "support/Hands.h"
 
 #include <QtGui/QShortcut>
@@ -12,7 +13,6 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QProxyStyle>
 #include <QtWidgets/QScrollArea>
 
 #include <gtest/gtest.h>
@@ -100,29 +100,11 @@ protected:
     void mouseReleaseEvent(QMouseEvent *) override { ++released; }
 };
 
-class Moving : public QProxyStyle {
-public:
-    explicit Moving(bool moves)
-        : m_duration(moves ? 200 : 0)
-    {
-    }
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-        QStyleHintReturn *data) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-            ? m_duration
-            : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-
-private:
-    int m_duration;
-};
-
 class Stack : public testing::Test {
 protected:
     void present(bool moves = true)
     {
-        QApplication::setStyle(new Moving(moves));
+        QApplication::setStyle(new ParloquinTest::PacedStyle(moves ? 200 : 0));
         auto *row = new QHBoxLayout(&host);
         row->setContentsMargins(0, 0, 0, 0);
         field = new QLineEdit;

@@ -5,11 +5,12 @@
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TextField.h"
 #include "Soon.h"
+#include "TestKit/PacedStyle.h"
 #include "support/Hands.h"
 
 #include <QtCore/QPointer>
 #include <QtTest/QTest>
-#include <QtWidgets/QProxyStyle>
+#include <QtWidgets/QApplication>
 
 #include <gtest/gtest.h>
 
@@ -55,31 +56,12 @@ private:
     QString m_name;
 };
 
-// Motion on or off, whatever the machine's own style says.
-class Motion : public QProxyStyle {
-public:
-    explicit Motion(bool moves)
-        : m_moves(moves)
-    {
-    }
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-        QStyleHintReturn *data) const override
-    {
-        return hint == SH_Widget_Animation_Duration
-            ? (m_moves ? 200 : 0)
-            : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-
-private:
-    bool m_moves;
-};
-
 class Navigation : public testing::TestWithParam<bool> {
 protected:
     void SetUp() override
     {
         calls.clear();
-        QApplication::setStyle(new Motion(GetParam()));
+        QApplication::setStyle(new ParloquinTest::PacedStyle(GetParam() ? 200 : 0));
         root = new Page(QStringLiteral("root"));
         controller = std::make_unique<NavigationController>(root);
         controller->resize(390, 800);
