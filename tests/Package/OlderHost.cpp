@@ -10,6 +10,11 @@
 #include <memory>
 #include <new>
 
+#if defined(PARLOQUIN_VERSION) // not in 1.0
+static_assert(PARLOQUIN_VERSION_CHECK(1, 10, 0) > PARLOQUIN_VERSION_CHECK(1, 9, 255));
+static_assert(PARLOQUIN_VERSION >= PARLOQUIN_VERSION_CHECK(1, 1, 0));
+#endif
+
 namespace {
 
 void *roomAtTheEdge(std::size_t size)
