@@ -23,6 +23,13 @@ QByteArray jsonOf(const QJsonObject &object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
+/// The end of one would leave the other's kit without a service, in the middle of a case.
+void stopUnlessAlone()
+{
+    if (qEnvironmentVariableIsSet(desktopVariable))
+        qFatal("TestKit: %s is set, by another Sandbox; make one at a time", desktopVariable);
+}
+
 } // namespace
 
 QJsonValue Sandbox::Private::ask(const QByteArray &path, const QByteArray &body) const
@@ -35,7 +42,7 @@ QJsonValue Sandbox::Private::ask(const QByteArray &path, const QByteArray &body)
 }
 
 Sandbox::Sandbox(const QString &program, const QStringList &arguments)
-    : d(std::make_unique<Private>())
+    : d((stopUnlessAlone(), std::make_unique<Private>()))
 {
     d->process.setProcessChannelMode(QProcess::MergedChannels);
     // Gone with this program, also when that crashes.

@@ -119,6 +119,11 @@ TEST_F(SignIn, RefusedAndLate)
     EXPECT_EQ(sandbox.lastCode(), QString());
 }
 
+TEST_F(SignIn, HasOneSandboxAtATime)
+{
+    EXPECT_DEATH({ const Sandbox another; }, "make one at a time");
+}
+
 TEST_F(SignIn, TellsAStepThatCannotBeDone)
 {
     sandbox.hasApps({ QStringLiteral("kite") });
