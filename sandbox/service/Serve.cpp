@@ -47,18 +47,19 @@ int serve(Scenario scenario, const Options &options)
     Service service(sandbox);
     if (!service.bind(options.port))
         return portIsTaken(options.port, "--port");
-    PageServer page(sandbox);
-    if (!page.bind(options.page) && (options.pageGiven || !page.bind(0)))
+    // Made anew for another port: the library may bind no server that once could not be bound.
+    std::optional<PageServer> page(std::in_place, sandbox);
+    if (!page->bind(options.page) && (options.pageGiven || !page.emplace(sandbox).bind(0)))
         return portIsTaken(options.page, "--page");
 
     std::thread watch([&] {
         int signal = 0;
         sigwait(&ending, &signal);
         sandbox.stop();
-        page.stop();
+        page->stop();
         service.stop();
     });
-    std::thread pages([&page] { page.run(); });
+    std::thread pages([&page] { page->run(); });
     std::cout << "parloquin-sandbox listens at 127.0.0.1:" << sandbox.port << std::endl;
     std::cout << "its page is at http://127.0.0.1:" << sandbox.pagePort << "/" << std::endl;
     if (options.weather.percent > 0)

@@ -91,6 +91,19 @@ TEST(SandboxProgram, SaysThatItsPortIsTaken)
     EXPECT_NE(second.output().find("in use"), std::string::npos) << second.output();
 }
 
+TEST(SandboxProgram, TakesAFreePortForItsPageWhereTheUsualIsTaken)
+{
+    const std::vector<std::string> anyPort { SANDBOX_PROGRAM, "--port", "0" };
+    Process first(anyPort); // has the usual one, unless something else on this machine has
+    const auto ofFirst = first.waitForOutput("/\n");
+    Process second(anyPort);
+    const auto ofSecond = second.waitForOutput("/\n");
+    const auto page = [](const std::string &output) { return output.find("its page is at http"); };
+    ASSERT_NE(page(ofFirst), std::string::npos) << ofFirst;
+    ASSERT_NE(page(ofSecond), std::string::npos) << ofSecond;
+    EXPECT_NE(ofFirst.substr(page(ofFirst)), ofSecond.substr(page(ofSecond)));
+}
+
 TEST(SandboxProgram, RefusesWhatItDoesNotUnderstand)
 {
     const std::pair<std::vector<std::string>, const char *> calls[] = {
