@@ -13,6 +13,8 @@ namespace parloquin {
 [[nodiscard]] inline simdjson::simdjson_result<simdjson::dom::element> parseJson(
     simdjson::dom::parser &parser, const QByteArray &body)
 {
+    if (body.startsWith("\xEF\xBB\xBF"))
+        return simdjson::TAPE_ERROR; // newer versions pass over the mark, older ones do not
     QByteArray text = body; // shares the bytes: only a text that may change tells its room
     const bool hasRoom =
         text.data_ptr().freeSpaceAtEnd() >= static_cast<qsizetype>(simdjson::SIMDJSON_PADDING);

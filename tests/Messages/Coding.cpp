@@ -163,6 +163,7 @@ const Row faults[] = {
     { "TopLevelNull", check, "null", "body: expected object" },
     { "Empty", check, "", "body: no JSON*" },
     { "Page", check, "<html></html>", "body: no JSON*" },
+    { "ByteOrderMark", check, "\xEF\xBB\xBF{}", "body: no JSON*" },
     { "CutShort", check, R"({"meta":{"requestId":"a)", "body: no JSON*" },
     { "TextBehind", check, "{} {}", "body: no JSON*" },
     { "TrailingComma", check, R"({"meta":null,})", "body: no JSON*" },
