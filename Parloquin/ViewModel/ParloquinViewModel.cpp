@@ -75,7 +75,9 @@ void ParloquinViewModel::openDeeplink(const QString &deeplink)
 {
     onMain([deeplink] {
         const QUrl url = UrlOpener::parse(deeplink);
-        if (url.isValid() && UrlOpener::canOpen(url))
+        if (!url.isValid())
+            qCWarning(developerLog, "start: no link that could be opened came with the answer");
+        else if (UrlOpener::canOpen(url))
             UrlOpener::open(
                 url, [](const QString &fault) { LogManager::shared().log(fault, true); });
         else

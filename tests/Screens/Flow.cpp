@@ -3,6 +3,7 @@
 #include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Screens/Container.h"
+#include "support/DeveloperWords.h"
 
 #include <QtCore/QJsonObject>
 #include <QtTest/QTest>
@@ -134,6 +135,7 @@ struct StartRow {
     bool opens;
     bool asks; ///< on the next return
     QStringList outcomes; ///< of the start itself
+    QStringList words = {}; ///< to the developer
 };
 void PrintTo(const StartRow &row, std::ostream *out) { *out << row.name; }
 
@@ -143,8 +145,14 @@ TEST_P(StartAnswer, LeadsOnOrNot)
 {
     answer("/v1.0/start", GetParam().answer);
     presentLoaded();
+    const DeveloperWords developer;
     tapRow(0);
     ASSERT_TRUE(settle(2));
+    QStringList words;
+    for (const char *scheme : { "kite://", "not a url" })
+        words += QLatin1String(scheme)
+            + QStringLiteral(": no handler for its links, so its app counts as not installed");
+    EXPECT_EQ(developer.heard(), words + GetParam().words);
     EXPECT_EQ(GetParam().opens,
         QTest::qWaitFor([] { return !handlerArguments().isEmpty(); }, GetParam().opens ? 5000 : 0));
     EXPECT_EQ(delegate->outcomes(), GetParam().outcomes);
@@ -156,14 +164,24 @@ TEST_P(StartAnswer, LeadsOnOrNot)
     EXPECT_EQ(paths().count("/v1.0/check"), GetParam().asks ? 1 : 0);
 }
 
+const QString refused = QStringLiteral("start: refused by the service, status %1, code none");
+const QString withoutStatus = refused.arg(0);
+const QString noLink = QStringLiteral("start: no link that could be opened came with the answer");
+const QString noHandler = QStringLiteral("%1: no handler for the link that the service sent");
 const StartRow startRows[] = {
     { "Whole", linkAndReference, true, true, {} },
-    { "WithoutLink", R"({"result":{"reference":"R"}})", false, true, {} },
-    { "WithoutReference", R"({"result":{"deeplink":"parlo://x"}})", true, false, {} },
-    { "NoUrl", R"({"result":{"deeplink":"parlo://a b","reference":"R"}})", false, true, {} },
-    { "NoHandler", R"({"result":{"deeplink":"kite://x","reference":"R"}})", false, true, {} },
-    { "File", R"({"result":{"deeplink":"file:///etc/passwd","reference":"R"}})", false, true, {} },
-    { "ServiceError", R"({"meta":{"httpStatusCode":500}})", false, false, {} },
+    { "WithoutLink", R"({"result":{"reference":"R"}})", false, true, {},
+        { withoutStatus, noLink } },
+    { "WithoutReference", R"({"result":{"deeplink":"parlo://x"}})", true, false, {},
+        { withoutStatus } },
+    { "NoUrl", R"({"result":{"deeplink":"parlo://a b","reference":"R"}})", false, true, {},
+        { withoutStatus, noLink } },
+    { "NoHandler", R"({"result":{"deeplink":"kite://send?text=code%20Q7","reference":"R"}})", false,
+        true, {}, { withoutStatus, noHandler.arg(QStringLiteral("kite")) } },
+    { "File", R"({"result":{"deeplink":"file:///etc/passwd","reference":"R"}})", false, true, {},
+        { withoutStatus, noHandler.arg(QStringLiteral("file")) } },
+    { "ServiceError", R"({"meta":{"httpStatusCode":500}})", false, false, {},
+        { refused.arg(500), noLink } },
     { "Garbage", garbage, false, false, { QStringLiteral("failed 1") } },
 };
 INSTANTIATE_TEST_SUITE_P(Rows, StartAnswer, testing::ValuesIn(startRows),
@@ -260,8 +278,11 @@ TEST_F(Flow, AsksTheDelegateOfTheMoment)
 
     container->setKitDelegate(nullptr); // from now on outcomes are dropped
     ASSERT_TRUE(waitForOverlay(false));
+    const DeveloperWords developer;
     comeBack();
     ASSERT_TRUE(settle(4));
+    EXPECT_EQ(developer.heard(),
+        QStringList(QStringLiteral("an outcome reaches nobody: no delegate is set")));
     EXPECT_EQ(paths().count("/v1.0/check"), 2);
     EXPECT_EQ(successor->outcomes().size(), 1);
     EXPECT_EQ(delegate->outcomes().size(), 0);

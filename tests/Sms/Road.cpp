@@ -5,6 +5,7 @@
 #include "Parloquin/Networking/Model/Response/StartResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Sms/SmsRoad.h"
+#include "support/DeveloperWords.h"
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
@@ -21,6 +22,7 @@ class Road : public SmsRoad { };
 
 TEST_F(Road, LeadsFromTheNumberToTheSession)
 {
+    const DeveloperWords developer;
     on("check-otp", ok(R"({"sessionId":"s-9"})"));
     openPicker();
     choose(u"Norway"_s);
@@ -37,6 +39,7 @@ TEST_F(Road, LeadsFromTheNumberToTheSession)
         (QList { QJsonObject {
             { u"phoneNumber"_s, u"+4741234567"_s }, { u"countryCode"_s, u"NO"_s } } }));
     EXPECT_EQ(bodies("check-otp").at(0)[u"code"], u"471"_s);
+    EXPECT_EQ(developer.heard(), QStringList()) << "nothing was kept from the person";
 }
 
 TEST_F(Road, BackAndForthKeepsTheNumberAndEverySendOpensACodeEntryOfItsOwn)
