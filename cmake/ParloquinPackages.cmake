@@ -94,7 +94,7 @@ brings a stand-in for the messaging apps.")
 endif()
 if(TARGET ParloquinQml)
     debian_package(qml qml6-module-parloquin libs
-        "${library}${own}, qml6-module-qtquick, qml6-module-qtquick-window"
+        "${library}${own}, qml6-module-qtqml-workerscript, qml6-module-qtquick, qml6-module-qtquick-window"
 "phone-number verification for Qt Quick apps
 The QML module Parloquin: the kit in a window of its own.")
 endif()
