@@ -97,6 +97,7 @@ OutcomePage::OutcomePage(QWidget *parent)
     page->setContentsMargins(0, 0, 0, 0);
     page->setSpacing(0);
     page->addLayout(above);
+    page->addSpacerItem(new QSpacerItem(0, 12, QSizePolicy::Minimum, QSizePolicy::Maximum));
     page->addStretch(1);
     page->addLayout(below);
 

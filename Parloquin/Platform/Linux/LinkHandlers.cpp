@@ -1,6 +1,7 @@
 #include "Parloquin/Platform/LinkHandlers.h"
 
 #include "Parloquin/Platform/GLibPointers.h"
+#include "Parloquin/Platform/Linux/LinkPortal.h"
 #include "Parloquin/Platform/SerialQueue.h"
 
 #include <QtCore/QCoreApplication>
@@ -25,7 +26,7 @@ AppInfo handler(const QString &scheme)
 }
 
 struct Launch {
-    AppInfo app;
+    AppInfo app; // none where the desktop's portal is to open the link
     QString scheme;
     QByteArray link;
     Report report;
@@ -58,7 +59,7 @@ public:
         m_last->scheme = url.scheme();
         m_last->link = url.toEncoded();
         m_last->report = std::move(report);
-        m_queue->async([launch = m_last] { run(*launch); });
+        m_queue->async([launch = m_last] { launch->app ? run(*launch) : askPortal(launch); });
     }
 
 private:
@@ -93,8 +94,28 @@ private:
     {
         launch.isOver = true;
         GError *failure = nullptr;
-        const bool isOpened =
-            g_app_info_launch_uris_finish(launch.app.get(), result, &failure) != FALSE;
+        const gboolean isOpened = g_app_info_launch_uris_finish(launch.app.get(), result, &failure);
+        tell(launch, isOpened != FALSE, failure);
+    }
+
+    /// Nobody waits for the answer: a person may be choosing the app meanwhile.
+    static void askPortal(const std::shared_ptr<Launch> &launch)
+    {
+        g_app_info_launch_default_for_uri_async(
+            launch->link.constData(), nullptr, launch->cancelled.get(),
+            [](GObject *, GAsyncResult *result, gpointer data) {
+                const std::unique_ptr<std::shared_ptr<Launch>> asked(
+                    static_cast<std::shared_ptr<Launch> *>(data));
+                GError *failure = nullptr;
+                const gboolean isOpened =
+                    g_app_info_launch_default_for_uri_finish(result, &failure);
+                tell(**asked, isOpened != FALSE, failure);
+            },
+            std::make_unique<std::shared_ptr<Launch>>(launch).release());
+    }
+
+    static void tell(const Launch &launch, bool isOpened, GError *failure)
+    {
         const GLibPointer<GError> error(failure);
         // Our own impatience with the bus is told like a failure.
         if (isOpened || g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE)
@@ -120,12 +141,15 @@ private:
 
 } // namespace
 
-bool handles(const QString &scheme) { return handler(scheme) != nullptr; }
+bool handles(const QString &scheme)
+{
+    return handler(scheme) || (LinkPortal::isNeeded() && LinkPortal::handles(scheme));
+}
 
 bool launch(const QUrl &link, Report report)
 {
     AppInfo app = handler(link.scheme());
-    if (!app)
+    if (!app && !LinkPortal::isNeeded())
         return false;
     Launcher::shared().launch(std::move(app), link, std::move(report));
     return true;
