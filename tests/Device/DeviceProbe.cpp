@@ -1,4 +1,5 @@
 // Prints, for each argument, what the kit finds on this device under that name, one a line.
+// "pause": goes on once there is a line on standard input.
 #include "Parloquin/Platform/Device.h"
 #include "Parloquin/Platform/InfoDictionary.h"
 
@@ -16,6 +17,11 @@ int main(int argc, char **argv)
     const auto arguments = QCoreApplication::arguments().mid(1);
     for (const QString &name : arguments) {
         QString value;
+        if (name == QStringLiteral("pause")) {
+            std::fflush(stdout);
+            std::getchar();
+            continue;
+        }
         if (name == QStringLiteral("language"))
             value = Device::languageCode();
         else if (name == QStringLiteral("region"))

@@ -38,16 +38,47 @@ struct ListRow {
     const char *fault; // part of what stands on standard error; empty for a silent one
 };
 
-class PropertyList : public testing::TestWithParam<ListRow> { };
+// The list lies beside the program, so the program gets a place of its own.
+class ProgramWithList : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_EQ(::link(DEVICE_PROBE, QFile::encodeName(program).constData()), 0);
+    }
+
+    const QTemporaryDir folder { QCoreApplication::applicationDirPath()
+        + QStringLiteral("/list-XXXXXX") };
+    const QString program = folder.filePath(QStringLiteral("probe"));
+    const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("Info.plist")));
+};
+
+TEST_F(ProgramWithList, ReadsItAnewWhenItHasChanged)
+{
+    const auto put = [this](const char *value) {
+        file(dictionary(QByteArray("<key>key</key><string>") + value + "</string>"))(path);
+    };
+    const QString key = QStringLiteral("key");
+    const QString pause = QStringLiteral("pause");
+    put("one");
+    QProcess process;
+    process.start(program, { key, key, pause, key, pause, key });
+    QByteArray said;
+    for (const auto &change : { std::function<void()>([&] { put("two"); }),
+             std::function<void()>([&] { QFile::remove(QFile::decodeName(path)); }) }) {
+        const qsizetype lines = said.count('\n') + 1;
+        while (said.count('\n') < lines && process.waitForReadyRead(10000))
+            said += process.readAllStandardOutput();
+        change();
+        process.write("\n");
+    }
+    ASSERT_TRUE(process.waitForFinished(10000));
+    EXPECT_EQ(said + process.readAllStandardOutput(), "one\none\ntwo\n(absent)\n");
+}
+
+class PropertyList : public ProgramWithList, public testing::WithParamInterface<ListRow> { };
 
 TEST_P(PropertyList, GivesTheTextOrNamesTheFault)
 {
-    // The list lies beside the program, so the program gets a place of its own.
-    const QTemporaryDir folder(
-        QCoreApplication::applicationDirPath() + QStringLiteral("/list-XXXXXX"));
-    const QString program = folder.filePath(QStringLiteral("probe"));
-    ASSERT_EQ(::link(DEVICE_PROBE, QFile::encodeName(program).constData()), 0);
-    const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("Info.plist")));
     GetParam().place(path);
     if (IsSkipped())
         return;

@@ -1,11 +1,11 @@
 #include "Parloquin/Platform/Device.h"
 
+#include "Parloquin/Platform/Crypto.h"
 #include "Parloquin/Platform/Linux/MachineInfo.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 #include <QtCore/QLocale>
-#include <QtCore/QMessageAuthenticationCode>
 #include <QtCore/QSysInfo>
 #include <QtCore/QTimeZone>
 #include <QtCore/QUuid>
@@ -60,8 +60,8 @@ QString identifierForVendor()
         return {};
 
     // The machine id is confidential: only a keyed hash may leave the device.
-    QByteArray digest = QMessageAuthenticationCode::hash(
-        QCoreApplication::organizationDomain().toUtf8(), machine, QCryptographicHash::Sha256);
+    QByteArray digest =
+        Crypto::hmacSha256(QCoreApplication::organizationDomain().toUtf8(), machine);
     digest.truncate(16);
     digest[6] = static_cast<char>((digest.at(6) & 0x0f) | 0x40); // version 4
     digest[8] = static_cast<char>((digest.at(8) & 0x3f) | 0x80); // the variant of RFC 4122

@@ -140,18 +140,29 @@ std::variant<Plist, Fault> parse(const QByteArray &bytes)
     return root;
 }
 
-/// \return the list, or nothing where there is none or its fault is told
-Plist load(const QString &file, const Contents &contents)
+/// \return the list, borrowed until the next call; null where there is none or its fault is told
+plist_t load(const QString &file, const Contents &contents)
 {
+    // What this thread read last: every request asks twice, and parsing takes longer than reading.
+    struct Known {
+        QByteArray bytes;
+        Plist root;
+    };
+    static thread_local Known known;
     if (const auto *bytes = std::get_if<QByteArray>(&contents)) {
+        if (known.root && *bytes == known.bytes)
+            return known.root.get();
         auto parsed = parse(*bytes);
-        if (auto *root = std::get_if<Plist>(&parsed))
-            return std::move(*root);
+        if (auto *root = std::get_if<Plist>(&parsed)) {
+            known.bytes = *bytes;
+            known.root = std::move(*root);
+            return known.root.get();
+        }
         reportOnce(file, std::get<Fault>(parsed));
     } else if (const auto &fault = std::get<Fault>(contents); !fault.isEmpty()) {
         reportOnce(file, fault);
     }
-    return {};
+    return nullptr;
 }
 
 } // namespace
@@ -159,17 +170,17 @@ Plist load(const QString &file, const Contents &contents)
 std::optional<QString> infoDictionaryText(const QString &key)
 {
     const QString resource = QStringLiteral(":/Info.plist");
-    Plist root = load(resource, readResource(resource));
-    if (!root) {
+    plist_t root = load(resource, readResource(resource));
+    if (root == nullptr) {
         // Not Qt's application path: it is worked out and kept without a lock.
         const QString program = QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget();
         const QString path = QFileInfo(program).path() + QStringLiteral("/Info.plist");
         root = load(path, readFile(program, path));
     }
-    if (!root)
+    if (root == nullptr)
         return std::nullopt;
 
-    const plist_t value = plist_dict_get_item(root.get(), key.toUtf8().constData());
+    const plist_t value = plist_dict_get_item(root, key.toUtf8().constData());
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING)
         return std::nullopt;
     uint64_t length = 0;
