@@ -1,6 +1,7 @@
 // Whole calls over loopback: from the request on the main thread to its completion on the session's
 // thread, one after another, a hundred at once, and the first of a process.
 #include "BareSession.h"
+#include "BlockingSession.h"
 #include "Families.h"
 #include "Inputs.h"
 #include "Parloquin/Networking/Model/Response/StartResponseModel.h"
@@ -41,6 +42,14 @@ public:
     virtual void call(unsigned variant, std::function<void(bool)> done) = 0;
 };
 
+std::vector<StartRequestModel> requests()
+{
+    std::vector<StartRequestModel> all;
+    for (unsigned seed = 0; seed < variants; ++seed)
+        all.push_back(Inputs::startRequest(seed, plainBytes));
+    return all;
+}
+
 class KitCaller : public Caller {
 public:
     void call(unsigned variant, std::function<void(bool)> done) override
@@ -52,12 +61,7 @@ public:
     }
 
 private:
-    const std::vector<StartRequestModel> m_requests = [] {
-        std::vector<StartRequestModel> all;
-        for (unsigned seed = 0; seed < variants; ++seed)
-            all.push_back(Inputs::startRequest(seed, plainBytes));
-        return all;
-    }();
+    const std::vector<StartRequestModel> m_requests = requests();
 };
 
 class BareCaller : public Caller {
@@ -72,12 +76,24 @@ public:
 private:
     const std::vector<QByteArray> m_bodies = [] {
         std::vector<QByteArray> all;
-        for (unsigned seed = 0; seed < variants; ++seed)
-            all.push_back(
-                *ApiRouter::start(Inputs::startRequest(seed, plainBytes)).asURLRequest().body);
+        for (const StartRequestModel &request : requests())
+            all.push_back(*ApiRouter::start(request).asURLRequest().body);
         return all;
     }();
     BareSession m_session;
+};
+
+class BlockingCaller : public Caller {
+public:
+    void call(unsigned variant, std::function<void(bool)> done) override
+    {
+        m_session.start(m_requests[variant],
+            [done = std::move(done)](const QByteArray &reference) { done(!reference.isEmpty()); });
+    }
+
+private:
+    const std::vector<StartRequestModel> m_requests = requests();
+    BlockingSession m_session;
 };
 
 /// \return microseconds from the first request to the last completion
@@ -127,25 +143,30 @@ void measureCalls(Report &report)
     const Service service(answers());
     KitCaller kit;
     BareCaller bare;
+    BlockingCaller blocking;
     const QString us = QStringLiteral("µs");
 
-    const Pair one = takeTurns(kit, bare, 5000, 1);
+    const Pair one = takeTurns(kit, bare, report.rounds(5000), 1);
     report.addMedians(
-        QStringLiteral("whole call, median : bare manager"), one.kit, one.bare, us, 1.1);
+        QStringLiteral("whole call, median : bare manager"), one.kit, one.bare, us, 0.85);
     report.add(QStringLiteral("whole call, 99th percentile : bare manager"),
         quantile(one.kit, 0.99), quantile(one.bare, 0.99), us, 1.15);
 
+    const Pair limit = takeTurns(kit, blocking, report.rounds(5000), 1);
+    report.addMedians(
+        QStringLiteral("whole call, median : blocking socket"), limit.kit, limit.bare, us, 2);
+
     Pair first;
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < report.rounds(60); ++round) {
         first.kit.push_back(firstCall(true));
         first.bare.push_back(firstCall(false));
     }
     report.addMedians(
         QStringLiteral("first call of a process : bare manager"), first.kit, first.bare, us, 1.25);
 
-    const Pair many = takeTurns(kit, bare, 60, 100);
+    const Pair many = takeTurns(kit, bare, report.rounds(60), 100);
     report.addMedians(
-        QStringLiteral("100 calls at once : bare manager"), many.kit, many.bare, us, 1.1);
+        QStringLiteral("100 calls at once : bare manager"), many.kit, many.bare, us, 0.65);
 }
 
 double firstCall(bool withKit)

@@ -1,5 +1,6 @@
 // Messages without a network: a model to the request that is ready to be sent, an encrypted body to
 // filled structs. Processor time of one thread.
+#include "ByHand.h"
 #include "Families.h"
 #include "Inputs.h"
 #include "Parloquin/Extension/Decodable+Extension.h"
@@ -9,12 +10,9 @@
 #include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QJsonDocument>
 
 #include <benchmark/benchmark.h>
-#include <openssl/evp.h>
-#include <openssl/hmac.h>
 
 #include <map>
 #include <string>
@@ -22,70 +20,6 @@
 using namespace parloquin;
 
 namespace {
-
-const QByteArray aesKey =
-    QByteArray::fromHex("8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e");
-
-void appendText(QByteArray &json, const QString &text)
-{
-    const QByteArray plain = text.toUtf8();
-    const qsizetype start = json.size();
-    json.resize(start + 2 * plain.size() + 2); // room for escaping every character
-    char *to = json.data() + start;
-    *to++ = '"';
-    for (const char c : plain) {
-        if (c == '"' || c == '\\' || c == '/')
-            *to++ = '\\';
-        *to++ = c;
-    }
-    *to++ = '"';
-    json.resize(to - json.constData());
-}
-
-const unsigned char *bytes(const QByteArray &text)
-{
-    return reinterpret_cast<const unsigned char *>(text.constData());
-}
-
-/// The same body and signature by hand.
-QByteArray bareRequest(const StartRequestModel &model, QByteArray *signature)
-{
-    QByteArray json = "{\"app\":";
-    appendText(json, *model.app);
-    json += ",\"countryCode\":";
-    appendText(json, model.countryCode);
-    json += ",\"installedApps\":";
-    appendText(json, *model.installedApps);
-    json += '}';
-
-    QByteArray text = QByteArray::number(QDateTime::currentSecsSinceEpoch() * 1000) + '-' + json;
-    text.replace("\\/", "/");
-    const QByteArray key = "0123456789012345678901234567890123456789012345678901234567890123";
-    unsigned char mac[EVP_MAX_MD_SIZE];
-    unsigned size = 0;
-    HMAC(EVP_sha256(), key.constData(), static_cast<int>(key.size()), bytes(text),
-        static_cast<size_t>(text.size()), mac, &size);
-    signature->resize(static_cast<qsizetype>(size + 2) / 3 * 4);
-    EVP_EncodeBlock(
-        reinterpret_cast<unsigned char *>(signature->data()), mac, static_cast<int>(size));
-
-    QByteArray cipherText(json.size() + 16, Qt::Uninitialized);
-    auto *out = reinterpret_cast<unsigned char *>(cipherText.data());
-    int written = 0;
-    int last = 0;
-    EVP_CIPHER_CTX *context = EVP_CIPHER_CTX_new();
-    EVP_EncryptInit_ex(context, EVP_aes_256_ecb(), nullptr, bytes(aesKey), nullptr);
-    EVP_EncryptUpdate(context, out, &written, bytes(json), static_cast<int>(json.size()));
-    EVP_EncryptFinal_ex(context, out + written, &last);
-    EVP_CIPHER_CTX_free(context);
-
-    constexpr int prefix = 9; // {"data":"
-    QByteArray body((written + last + 2) / 3 * 4 + prefix + 2, Qt::Uninitialized);
-    body.replace(0, prefix, "{\"data\":\"");
-    EVP_EncodeBlock(reinterpret_cast<unsigned char *>(body.data()) + prefix, out, written + last);
-    body.replace(body.size() - 2, 2, "\"}");
-    return body;
-}
 
 /// Takes one input after another: the same one again and again would teach the processor its
 /// branches.
@@ -111,8 +45,9 @@ void addRequests(const std::string &name, int size, unsigned count)
     });
     benchmark::RegisterBenchmark((name + "/floor").c_str(), [models](benchmark::State &state) {
         run(state, models, [](const StartRequestModel &model) {
-            QByteArray signature;
-            benchmark::DoNotOptimize(bareRequest(model, &signature));
+            const ByHand::Request request = ByHand::request(model, ByHand::keys());
+            ByHand::print(request);
+            benchmark::DoNotOptimize(request);
         });
     });
 }
@@ -172,8 +107,8 @@ void measureMessages(Report &report)
     } cases[] = {
         { "request of 3 fields : by hand", 2 },
         { "request of 64 KiB : by hand", 2 },
-        { "answer of 250 countries : QJsonDocument", 0.65 },
-        { "answer of 5 MB : QJsonDocument", 0.65 },
+        { "answer of 250 countries : QJsonDocument", 0.6 },
+        { "answer of 5 MB : QJsonDocument", 0.6 },
     };
     addRequests(cases[0].name, 280, 64);
     addRequests(cases[1].name, 65536, 16);
@@ -181,11 +116,15 @@ void measureMessages(Report &report)
     addAnswers(cases[3].name, 5 * perMegabyte, 3);
 
     // Repetitions of all come mixed, so that a busy moment of the machine hits kit and floor.
-    char arguments[][60] = { "benchmarks", "--benchmark_enable_random_interleaving=true",
-        "--benchmark_repetitions=50", "--benchmark_min_time=0.02" };
-    char *argv[] = { arguments[0], arguments[1], arguments[2], arguments[3], nullptr };
-    int argc = 4;
-    benchmark::Initialize(&argc, argv);
+    std::string arguments[] = { "benchmarks", "--benchmark_enable_random_interleaving=true",
+        "--benchmark_repetitions=" + std::to_string(report.rounds(50)),
+        "--benchmark_min_time=0.02" };
+    std::vector<char *> argv;
+    for (std::string &argument : arguments)
+        argv.push_back(argument.data());
+    auto argc = static_cast<int>(argv.size());
+    argv.push_back(nullptr);
+    benchmark::Initialize(&argc, argv.data());
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
     for (const auto &[name, goal] : cases) {

@@ -15,7 +15,14 @@ using Samples = std::vector<double>;
 /// \brief The table of all cases, and the machine that they ran on.
 class Report {
 public:
-    Report();
+    /// \param isSlow the processor is held back, and a run would otherwise take an hour
+    explicit Report(bool isSlow = false);
+
+    /// \return how often to measure what at full speed is measured that often
+    [[nodiscard]] int rounds(int atFullSpeed) const
+    {
+        return m_isSlow ? atFullSpeed / 5 : atFullSpeed;
+    }
 
     /// \param goal the largest ratio of kit to floor that is good enough
     void add(const QString &name, double kit, double floor, const QString &unit, double goal);
@@ -42,6 +49,7 @@ private:
         [[nodiscard]] bool isMet() const { return ratio() <= goal; }
     };
 
+    const bool m_isSlow;
     QString m_machine;
     std::vector<Row> m_rows;
     QStringList m_notes;

@@ -46,6 +46,9 @@ int main(int argc, char **argv)
     const QCommandLineOption svg(QStringLiteral("svg"),
         QStringLiteral("Draw the table in this file as well."), QStringLiteral("file"));
     parser.addOption(svg);
+    const QCommandLineOption slow(QStringLiteral("slow"),
+        QStringLiteral("The processor is held to a fifth: measure a fifth as often."));
+    parser.addOption(slow);
     parser.addHelpOption();
     QStringList names;
     for (const Family &family : families)
@@ -54,7 +57,7 @@ int main(int argc, char **argv)
         QStringLiteral("family"), names.join(QStringLiteral(", ")), QStringLiteral("[family...]"));
     parser.process(app);
 
-    Report report;
+    Report report(parser.isSet(slow));
     for (const Family &family : families) {
         const QStringList wanted = parser.positionalArguments();
         if (!wanted.isEmpty() && !wanted.contains(family.name))
