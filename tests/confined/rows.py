@@ -115,7 +115,8 @@ def play(row):
         "--tmpfs", "/run", "--bind", bus, "/run/user/0/bus", "--ro-bind", info, "/.flatpak-info",
         "--ro-bind", HOST, HOST, "--bind", folder, folder, "--unshare-pid", "--unshare-ipc",
         "--ro-bind", folder, "/app/share/applications", "--cap-drop", "ALL",
-        "--setenv", "PATH", "/usr/libexec/flatpak-xdg-utils:/usr/bin", "--setenv", "HOME", "/home", "--setenv", "XDG_RUNTIME_DIR", "/run/user/0",
+        "--setenv", "PATH", "/usr/libexec/flatpak-xdg-utils:/usr/bin",
+        "--setenv", "HOME", "/home", "--setenv", "XDG_RUNTIME_DIR", "/run/user/0",
         "--setenv", "DBUS_SESSION_BUS_ADDRESS", "unix:path=/run/user/0/bus",
         "--setenv", "DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/system-bus",
         "--setenv", "XDG_DATA_DIRS", "/app/share:/usr/share", "--setenv", "XDG_CONFIG_DIRS", "/etc/xdg"]
