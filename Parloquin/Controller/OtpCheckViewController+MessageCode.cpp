@@ -4,12 +4,12 @@
 #include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Parloquin/Platform/IncomingMessages.h"
 #include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/Announcement.h"
 #include "Parloquin/Toolkit/Button.h"
 #include "Parloquin/Toolkit/TextField.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QUrl>
-#include <QtGui/QAccessible>
 
 #include <algorithm>
 
@@ -26,6 +26,8 @@ void OtpCheckViewController::listenForMessages()
 
 void OtpCheckViewController::offerCode(const QString &code)
 {
+    if (code == m_offeredCode) // the message came twice
+        return;
     m_offeredCode = code;
     btnMessageCode->setText(
         QCoreApplication::translate("Parloquin", "Fill in %1 from your message").arg(code));
@@ -33,8 +35,7 @@ void OtpCheckViewController::offerCode(const QString &code)
     const auto typing = std::ranges::find_if(txtCode, &QWidget::hasFocus);
     setTabOrder(typing != txtCode.end() ? *typing : txtCode.back(), btnMessageCode);
     btnMessageCode->show();
-    QAccessibleEvent appeared(btnMessageCode, QAccessible::Alert);
-    QAccessible::updateAccessibility(&appeared);
+    m_offer->say(btnMessageCode->text());
 }
 
 void OtpCheckViewController::setButtonMessageCode()
@@ -44,6 +45,7 @@ void OtpCheckViewController::setButtonMessageCode()
     btnMessageCode->setObjectName(QStringLiteral("btnMessageCode"));
     btnMessageCode->hide();
     connect(btnMessageCode, &Button::clicked, this, [this] { fillCode(); });
+    m_offer = new Announcement(this);
 
     using parloquin::height;
     // clang-format off
@@ -69,6 +71,7 @@ void OtpCheckViewController::withdrawCode()
 {
     m_offeredCode.clear();
     btnMessageCode->hide();
+    m_offer->withdraw();
 }
 
 } // namespace parloquin

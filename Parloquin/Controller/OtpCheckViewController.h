@@ -11,6 +11,7 @@
 
 namespace parloquin {
 
+class Announcement;
 class BarButtonItem;
 class Button;
 class IncomingMessages;
@@ -78,6 +79,7 @@ private:
     Button *btnTryAgain = nullptr;
 
     Button *btnMessageCode = nullptr; // shown while a code that came by SMS is offered
+    Announcement *m_offer = nullptr; // of that
 
     ScrollView *m_page = nullptr;
     std::unique_ptr<IncomingMessages> m_messages; // while the screen is shown

@@ -36,11 +36,11 @@ bool isOfTheKit(const QWidget *widget)
 
 QAccessibleInterface *describe(const QString &, QObject *object)
 {
+    if (auto *self = dynamic_cast<Describable *>(object))
+        return self->makeAccessible();
     auto *widget = qobject_cast<QWidget *>(object);
     if (!widget)
         return nullptr;
-    if (auto *self = dynamic_cast<Describable *>(widget))
-        return self->makeAccessible();
     if (auto *table = qobject_cast<TableView *>(widget))
         return new AccessibleTable(table);
     if (auto *field = qobject_cast<TextField *>(widget))

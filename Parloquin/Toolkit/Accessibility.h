@@ -4,7 +4,7 @@ class QAccessibleInterface;
 
 namespace parloquin {
 
-/// \brief A widget that says itself what it is to a screen reader.
+/// \brief An object that says itself what it is to a screen reader.
 class Describable {
 public:
     virtual ~Describable() = default;

@@ -1,6 +1,7 @@
 // The kit over the accessibility bus, as a reader's own process finds it.
 #include "Screens/Container.h"
 #include "support/Front.h"
+#include "support/ModemBus.h"
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QProcess>
@@ -39,6 +40,9 @@ TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
     answer("/v1.0/country", countries());
     answer("/v1.0/send-otp", R"({"result":{"reference":"R-2"}})");
     answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
+    ModemBus modem;
+    modem.play("start bus; start service; await; modem 0 20801");
+    int messages = 0;
     server.pause();
     present();
     ASSERT_TRUE(comesToFront(*container));
@@ -48,13 +52,20 @@ TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
     QProcess reader;
     reader.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     QString heard;
-    const auto listen = [this, reader = &reader, heard = &heard] {
+    const auto listen = [this, reader = &reader, heard = &heard, modem = &modem,
+                            messages = &messages] {
         while (reader->canReadLine()) {
             *heard = QString::fromUtf8(reader->readLine()).trimmed();
             if (*heard == QLatin1String("proceed"))
                 server.proceed();
             if (*heard == QLatin1String("come back") && settle(2))
                 comeBack();
+            if (*heard == QLatin1String("message")) {
+                modem->tell(
+                    { QStringLiteral("sms"), QStringLiteral("0"), QString::number(++*messages),
+                        QStringLiteral("3"), QStringLiteral(R"(Code\n@127.0.0.1 #7K2)") });
+                reader->write("told\n");
+            }
         }
     };
     QObject::connect(&reader, &QProcess::readyReadStandardOutput, &reader, listen);
@@ -68,7 +79,7 @@ TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
     EXPECT_EQ(delegate->outcomes(),
         QStringList({ QStringLiteral("succeeded S-1"), QStringLiteral("succeeded S-2") }));
     EXPECT_EQ(
-        server.requests().back().parameters().value(QStringLiteral("code")), QStringLiteral("123"));
+        server.requests().back().parameters().value(QStringLiteral("code")), QStringLiteral("7K2"));
     EXPECT_TRUE(QTest::qWaitFor([this] { return !container->isVisible(); }));
 }
 

@@ -11,6 +11,8 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 PATIENCE = 10  # s, for each thing to come
 focused = []  # names, as they are heard
+announced = []
+others = []  # kinds of events that are none of the focus
 
 
 def turn():
@@ -45,6 +47,20 @@ def tell(word):
 
 def children(node):
     return [node.get_child_at_index(i) for i in range(node.get_child_count())]
+
+
+def message():
+    """Has the other half receive the SMS, and waits until it has dealt with it."""
+    tell("message")
+    sys.stdin.readline()
+    quiet(0.5)
+
+
+def quiet(seconds):
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        turn()
+        time.sleep(0.01)
 
 
 def line(node):
@@ -99,17 +115,26 @@ def hear(event):
         focused.append(line(event.source))
 
 
+def hear_others(event):
+    if not event.type.startswith("object:state-changed:focused"):
+        others.append(event.type)
+
+
+def hear_announced(event):
+    if event.detail1 and event.source.get_role() == Atspi.Role.NOTIFICATION:
+        announced.append(event.source.get_name())
+
+
 def keys(key, expected):
     """One key, one focus event."""
     turn()
     focused.clear()
+    others.clear()
     Atspi.generate_keyboard_event(key, None, Atspi.KeySynthType.SYM)
     await_(f"focus on {expected}", lambda: expected in focused)
-    quiet = time.monotonic() + 0.2
-    while time.monotonic() < quiet:
-        turn()
-        time.sleep(0.01)
+    quiet(0.2)
     expect(f"focus events of key 0x{key:x}", focused, [expected])
+    expect(f"other events of key 0x{key:x}", others, [])
 
 
 DOWN, HOME, END, PAGE_DOWN, RETURN = 0xFF54, 0xFF50, 0xFF57, 0xFF56, 0xFF0D
@@ -120,6 +145,10 @@ application = await_("the application on the bus", lambda: next(
     (app for app in children(Atspi.get_desktop(0)) if app and app.get_process_id() == pid), None))
 listener = Atspi.EventListener.new(hear)
 listener.register("object:state-changed:focused")
+rest = Atspi.EventListener.new(hear_others)
+rest.register("object")
+announcements = Atspi.EventListener.new(hear_announced)
+announcements.register("object:state-changed:showing")
 
 # The first screen.
 loading = seek("alert Loading")
@@ -171,8 +200,20 @@ expect("prefix", number.get_description(), "+243")
 write("text Phone number", "4123")
 expect("number", Atspi.Text.get_text(number, 0, -1), "4123")
 press("push button Send SMS")
+first = seek("text Code, digit 1 of 3")
+await_("the first box's turn", lambda: has(first, Atspi.StateType.FOCUSED))
+write("text Code, digit 1 of 3", "1")
+offer = "push button Fill in 7K2 from your message"
+while not find(offer):  # until the kit listens
+    message()
+message()  # the same once more
+expect("announced", announced, ["Fill in 7K2 from your message"])
+expect("focused", has(seek("text Code, digit 2 of 3"), Atspi.StateType.FOCUSED), True)
+press(offer)
 for digit in (1, 2, 3):
-    write(f"text Code, digit {digit} of 3", str(digit))
+    box = seek(f"text Code, digit {digit} of 3")
+    expect("filled in", Atspi.Text.get_text(box, 0, -1), "7K2"[digit - 1])
+expect("offered still", find(offer), None)
 press("push button Send Code")
 await_("the overlay gone again", lambda: find("panel SMS"))
 press("push button Back")
