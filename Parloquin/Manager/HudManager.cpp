@@ -193,6 +193,8 @@ void HudManager::showActivityIndicator(QWidget *uiView)
     const bool arrives = container->parentWidget() != uiView || container->isHidden();
     if (arrives) {
         removeFromSuperview();
+        if (auto *const navigation = qobject_cast<NavigationController *>(uiView))
+            navigation->letGo();
         container->setParent(uiView);
         QWidget::setTabOrder(uiView, container); // where the host's Tab finds what it covers
         uiView->installEventFilter(this);

@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/EditMenu.h"
 
+#include "Parloquin/Toolkit/AccessibleNode.h"
 #include "Parloquin/Toolkit/BarButtonItem.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationBar.h"
@@ -22,7 +23,7 @@ constexpr int gap = 8; // px between field and menu
 QString translated(const char *text) { return QCoreApplication::translate("Parloquin", text); }
 }
 
-void EditMenu::open(QLineEdit *field)
+void EditMenu::open(QLineEdit *field, bool byKeys)
 {
     if (!field->hasSelectedText())
         field->selectAll();
@@ -51,6 +52,8 @@ void EditMenu::open(QLineEdit *field)
     place.moveLeft(std::max(std::min(place.left(), room.right() - place.width()), room.left()));
     menu->setGeometry(place);
     menu->show();
+    if (byKeys)
+        menu->focusNextChild();
 }
 
 EditMenu::EditMenu(QLineEdit *field)
@@ -59,6 +62,12 @@ EditMenu::EditMenu(QLineEdit *field)
 {
     setObjectName(QStringLiteral("editMenu"));
     setAttribute(Qt::WA_DeleteOnClose);
+    setAccessibleName(field->accessibleName());
+}
+
+QAccessibleInterface *EditMenu::makeAccessible()
+{
+    return new AccessibleNode(this, QAccessible::PopupMenu);
 }
 
 void EditMenu::add(const QString &title, const QString &name, std::function<void()> action)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Accessibility.h"
+
 #include <QtWidgets/QWidget>
 
 #include <functional>
@@ -11,12 +13,15 @@ namespace parloquin {
 /// \brief Cut, copy and paste beside a field, as far as they lead to anything now.
 ///
 /// A popup that deletes itself. Main thread only.
-class EditMenu : public QWidget {
+class EditMenu : public QWidget, public Describable {
     Q_OBJECT
 public:
     /// Opens over the field, or under it where there is no room. Selects the whole text unless a
     /// part of it is selected. Nothing opens where nothing can be done.
-    static void open(QLineEdit *field);
+    /// \param byKeys its first entry has the keyboard, and rings
+    static void open(QLineEdit *field, bool byKeys);
+
+    [[nodiscard]] QAccessibleInterface *makeAccessible() override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

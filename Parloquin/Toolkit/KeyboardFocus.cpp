@@ -4,6 +4,8 @@
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TableView.h"
 
+#include <QtCore/QScopedValueRollback>
+#include <QtGui/QFocusEvent>
 #include <QtWidgets/QApplication>
 
 namespace parloquin {
@@ -41,6 +43,7 @@ KeyboardFocus::KeyboardFocus(QWidget *stack, QWidget *stage, QWidget *bar)
     , m_bar(bar)
 {
     m_stack->setFocusProxy(m_stage);
+    m_stage->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *before, QWidget *focused) {
         follow(focused);
         hush(before, focused);
@@ -58,26 +61,46 @@ void KeyboardFocus::hush(const QWidget *before, QWidget *focused)
     focused->setFocus(Qt::OtherFocusReason);
 }
 
+// Inside, the proxy is what has the focus. Seen from outside it is the stage, which takes no Tab:
+// by Tab one comes to the first control, and not by way of the proxy to the last one over and over.
 void KeyboardFocus::follow(QWidget *focused)
 {
     if (!focused || !m_stack->isAncestorOf(focused)) {
+        if (focused)
+            m_stack->setFocusProxy(m_stage);
         Q_EMIT left();
         return;
     }
     // What else lies in the stack covers it for a while and has nothing to give back.
-    if (m_stage->isAncestorOf(focused) || m_bar->isAncestorOf(focused))
+    if (m_stage->isAncestorOf(focused) || m_bar->isAncestorOf(focused)) {
+        m_last = focused;
         m_stack->setFocusProxy(focused);
+    }
+}
+
+// The host gives the keyboard to the whole.
+bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn && !m_parking && m_screen) {
+        if (!m_last || !m_last->isVisible() || !m_last->isEnabled())
+            m_last = target(m_screen);
+        m_last->setFocus(static_cast<QFocusEvent *>(event)->reason());
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 bool KeyboardFocus::isOurs() const
 {
-    const auto *focused = m_stack->window()->focusWidget();
-    return !focused || focused == m_stack->window() || m_stack->isAncestorOf(focused);
+    const auto *window = m_stack->window();
+    const auto *focused = window->focusWidget();
+    // A window that takes no focus has it for want of anyone; a host's canvas means it.
+    const bool unclaimed = focused == window && window->focusPolicy() == Qt::NoFocus;
+    return !focused || unclaimed || m_stack->isAncestorOf(focused);
 }
 
 bool KeyboardFocus::leave(Screen *screen)
 {
-    auto *focused = m_stack->focusProxy();
+    auto *focused = m_last.data();
     const bool rings = focused && showsRing(focused);
     const bool here = focused && (focused == screen || screen->isAncestorOf(focused));
     screen->m_focus = here ? focused : nullptr;
@@ -85,7 +108,11 @@ bool KeyboardFocus::leave(Screen *screen)
     return rings;
 }
 
-void KeyboardFocus::park() { m_stage->setFocus(Qt::OtherFocusReason); }
+void KeyboardFocus::park()
+{
+    const QScopedValueRollback guard(m_parking, true);
+    m_stage->setFocus(Qt::OtherFocusReason);
+}
 
 QWidget *KeyboardFocus::target(Screen *screen)
 {
@@ -104,11 +131,18 @@ void KeyboardFocus::enter(Screen *screen, bool rings)
     auto *next = target(screen);
     if (next == screen->m_focus)
         rings = screen->m_focusRings;
+    m_screen = screen;
+    m_last = next;
     m_stack->setFocusProxy(next); // at once, also in a window that is not active
     next->setFocus(rings ? Qt::TabFocusReason : Qt::OtherFocusReason);
 }
 
-void KeyboardFocus::prepare(Screen *screen) { m_stack->setFocusProxy(target(screen)); }
+void KeyboardFocus::prepare(Screen *screen)
+{
+    m_screen = screen;
+    m_last = target(screen);
+    m_stack->setFocusProxy(m_stage);
+}
 
 void KeyboardFocus::orderTabs(Screen *screen) const
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QObject>
+#include <QtCore/QPointer>
 
 class QWidget;
 
@@ -10,8 +11,8 @@ class Screen;
 
 /// \brief Which widget of a stack of screens has the keyboard, and which gets it next.
 ///
-/// The focus proxy of the stack is whatever had the focus last, so that a host may give the
-/// keyboard to the whole without knowing its parts. What belongs to the host keeps its focus.
+/// The stack has a focus proxy, so that a host may give the keyboard to the whole without knowing
+/// its parts: whatever had it last gets it again. What belongs to the host keeps its focus.
 class KeyboardFocus : public QObject {
     Q_OBJECT
 public:
@@ -36,6 +37,8 @@ public:
     /// Tab leads through the screen and on to the bar, wherever the stack stands in its window.
     void orderTabs(Screen *screen) const;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 Q_SIGNALS:
     void left();
 
@@ -47,6 +50,9 @@ private:
     QWidget *m_stack;
     QWidget *m_stage;
     QWidget *m_bar;
+    QPointer<Screen> m_screen; // in view
+    QPointer<QWidget> m_last; // what had the focus, or gets it first
+    bool m_parking = false;
 };
 
 } // namespace parloquin

@@ -64,27 +64,21 @@ bool NavigationController::Private::moveFinger(const QPointF &at, quint64 time)
 
 bool NavigationController::Private::followTouch(QObject *table, QTouchEvent &touch)
 {
-    if (touch.points().isEmpty())
-        return false;
-    const auto &finger = touch.points().first();
     const bool dragging = drag.isDragging();
-    switch (touch.type()) {
-    case QEvent::TouchBegin:
-        pressFinger(finger.globalPosition(), touch.timestamp());
-        break;
-    case QEvent::TouchUpdate:
-        if (moveFinger(finger.globalPosition(), touch.timestamp())) {
-            table->removeEventFilter(controller); // this is for the table alone
-            QTouchEvent cancel(
-                QEvent::TouchCancel, touch.pointingDevice(), touch.modifiers(), touch.points());
-            QCoreApplication::sendEvent(table, &cancel);
-            table->installEventFilter(controller);
-            return true;
-        }
-        break;
-    default:
+    if (touch.type() == QEvent::TouchBegin)
+        finger = touch.points().first().id();
+    const auto *point = finger ? touch.pointById(*finger) : nullptr;
+    if (touch.type() == QEvent::TouchCancel || (point && point->state() == QEventPoint::Released)) {
+        finger.reset();
         releaseFinger(touch.type() == QEvent::TouchCancel);
-        break;
+    } else if (point && point->state() == QEventPoint::Pressed) {
+        pressFinger(point->globalPosition(), touch.timestamp());
+    } else if (point && moveFinger(point->globalPosition(), touch.timestamp())) {
+        table->removeEventFilter(controller); // this is for the table alone
+        QTouchEvent cancel(QEvent::TouchCancel, touch.pointingDevice(), touch.modifiers());
+        QCoreApplication::sendEvent(table, &cancel);
+        table->installEventFilter(controller);
+        return true;
     }
     if (dragging)
         touch.accept();

@@ -53,6 +53,9 @@ void NavigationController::Private::adopt(Screen *screen) const
 // The life cycle may push or pop itself; the caller then finds another screen on top.
 void NavigationController::Private::change(Screen *from, Screen *to, bool push, bool animated)
 {
+    // What the finger or a key still holds meant a screen that leaves.
+    drag.cancel();
+    Holdable::letGoWithin(*controller);
     const bool ours = keyboard->isOurs();
     const QPointer<Screen> leaving(from);
     const QPointer<Screen> coming(to);
@@ -219,6 +222,7 @@ void NavigationController::hideEvent(QHideEvent *event)
         return;
     d->slide->finish();
     d->appeared = false;
+    static_cast<void>(d->keyboard->leave(d->top())); // it comes back to where it was
     d->top()->viewWillDisappear(false);
 }
 
@@ -239,6 +243,12 @@ void NavigationController::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LayoutDirectionChange)
         d->slide->finish();
+}
+
+void NavigationController::letGo()
+{
+    d->releaseFinger(true);
+    Holdable::letGoWithin(*this);
 }
 
 void NavigationController::focus(QWidget *widget)

@@ -42,6 +42,10 @@ public:
     /// on top.
     void focus(QWidget *widget);
 
+    /// Ends what fingers, mice and held keys have begun here, as if they had strayed: for whoever
+    /// is about to cover it.
+    void letGo();
+
     /// What the device or the host keeps for itself at the edges, px: the bar's colour reaches up
     /// behind the upper strip, pages leave the other three free.
     void setInsets(const QMargins &insets);

@@ -11,6 +11,8 @@
 #include <QtCore/QSet>
 #include <QtCore/QTimer>
 
+#include <optional>
+
 class QTouchEvent;
 
 namespace parloquin {
@@ -48,6 +50,7 @@ struct NavigationController::Private {
     Shield *shield;
     KeyboardFocus *keyboard;
     EdgeDrag drag;
+    std::optional<int> finger; // on a table
     QTimer lastPop; // runs for as long as a pop takes, also where the style shows no motion
     QSet<int> hostKeys; // held keys whose press the host got
     bool backButtonTaken = false;

@@ -124,40 +124,48 @@ void TableView::Private::updateStates()
     }
 }
 
+// One finger leads; what others do beside it means nothing. (A cancelled touch says of no finger
+// where it is.)
 bool TableView::Private::handleTouch(QTouchEvent *event)
 {
-    if (event->points().isEmpty())
-        return false;
-    const auto &point = event->points().first();
     auto *scroller = QScroller::scroller(table);
     const auto time = static_cast<qint64>(event->timestamp());
-    switch (event->type()) {
-    case QEvent::TouchBegin: {
+    if (event->type() == QEvent::TouchCancel) {
+        finger.reset();
+        cancelPress();
+        scroller->stop();
+        return true;
+    }
+    if (event->type() == QEvent::TouchBegin) {
+        const auto &point = event->points().first();
         // The letters take their taps as a mouse does.
         if (hasIndex && index->geometry().contains(point.position().toPoint()))
             return false;
+        finger = point.id();
+    }
+    const auto *point = finger ? event->pointById(*finger) : nullptr;
+    if (!point)
+        return true;
+    switch (point->state()) {
+    case QEventPoint::Pressed: {
         const bool rolling = scroller->state() == QScroller::Scrolling;
         motion.stop();
-        scroller->handleInput(QScroller::InputPress, point.position(), time);
+        scroller->handleInput(QScroller::InputPress, point->position(), time);
         if (!rolling) // the finger that stops a rolling table means no row
-            press(point.position());
-        return true;
+            press(point->position());
+        break;
     }
-    case QEvent::TouchUpdate:
-        stray(point.position());
-        scroller->handleInput(QScroller::InputMove, point.position(), time);
-        return true;
-    case QEvent::TouchEnd:
-        scroller->handleInput(QScroller::InputRelease, point.position(), time);
+    case QEventPoint::Released:
+        finger.reset();
+        scroller->handleInput(QScroller::InputRelease, point->position(), time);
         release();
-        return true;
-    case QEvent::TouchCancel:
-        scroller->handleInput(QScroller::InputRelease, point.position(), time);
-        cancelPress();
-        return true;
+        break;
     default:
-        return false;
+        stray(point->position());
+        scroller->handleInput(QScroller::InputMove, point->position(), time);
+        break;
     }
+    return true;
 }
 
 bool TableView::Private::handleKey(QKeyEvent *event)
@@ -249,6 +257,8 @@ std::optional<IndexPath> TableView::Private::find(const QString &beginning, bool
     } while (!(row == start));
     return alike;
 }
+
+void TableView::letGo() { d->cancelPress(); }
 
 bool TableView::event(QEvent *event)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Holdable.h"
 #include "Parloquin/Toolkit/PressFade.h"
 
 #include <QtCore/QStringList>
@@ -90,7 +91,7 @@ public:
 /// Only rows in view exist as widgets, whatever the count; a screen reader finds all of them.
 /// Touch, wheel and keyboard (arrows, Page, Home, End, Enter, Space, and the first letters of a
 /// row) work. Main thread only; data source and delegate are borrowed and outlive the table.
-class TableView : public QWidget {
+class TableView : public QWidget, public Holdable {
     Q_OBJECT
 public:
     enum class SeparatorStyle { none, singleLine };
@@ -121,6 +122,7 @@ public:
     void scrollToRow(const IndexPath &path, bool animated);
     /// A row rings, or would if there were one.
     [[nodiscard]] bool hasKeyboardFocus() const;
+    void letGo() override;
     [[nodiscard]] int contentOffset() const; // px from the top
     void setContentOffset(int offset);
 

@@ -82,6 +82,7 @@ struct TableView::Private {
     bool hasIndex = false;
     QVariantAnimation motion;
 
+    std::optional<int> finger; // that leads
     std::optional<IndexPath> pressed;
     QPointF pressedAt;
     std::optional<IndexPath> current;

@@ -45,6 +45,15 @@ bool Tappable::isKeyboardReason(Qt::FocusReason reason, bool before)
     }
 }
 
+void Tappable::letGo()
+{
+    if (!isDown())
+        return;
+    m_strayed = true;
+    setDown(false);
+    Q_EMIT released();
+}
+
 void Tappable::mousePressEvent(QMouseEvent *event)
 {
     m_pressedAt = event->pos();
@@ -55,11 +64,8 @@ void Tappable::mousePressEvent(QMouseEvent *event)
 
 void Tappable::mouseMoveEvent(QMouseEvent *event)
 {
-    if ((event->pos() - m_pressedAt).manhattanLength() >= Style::strayDistance && isDown()) {
-        m_strayed = true;
-        setDown(false);
-        Q_EMIT released();
-    }
+    if ((event->pos() - m_pressedAt).manhattanLength() >= Style::strayDistance)
+        letGo();
     // Passed on, it would press again as soon as the finger comes back.
     if (!m_strayed)
         QAbstractButton::mouseMoveEvent(event);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Holdable.h"
 #include "Parloquin/Toolkit/PressFade.h"
 
 #include <QtCore/QPoint>
@@ -12,7 +13,7 @@ namespace parloquin {
 /// Takes focus from the keyboard only, as a tap must not close the keyboard of a field. A finger
 /// that moves 10 px takes its press back. What the mouse or a finger does goes on to the parents as
 /// well, which scroll, or go back a screen.
-class Tappable : public QAbstractButton {
+class Tappable : public QAbstractButton, public Holdable {
     Q_OBJECT
 public:
     explicit Tappable(QWidget *parent = nullptr);
@@ -20,6 +21,8 @@ public:
     /// Focused by the keyboard, and so to be seen.
     [[nodiscard]] bool hasKeyboardFocus() const { return m_keyboardFocus && hasFocus(); }
     [[nodiscard]] qreal pressStrength() const { return m_fade.strength(); } // 0..1
+
+    void letGo() override;
 
     /// \param before what it was: a window that comes to the front again changes nothing
     [[nodiscard]] static bool isKeyboardReason(Qt::FocusReason reason, bool before);

@@ -48,12 +48,16 @@ void TextField::mousePressEvent(QMouseEvent *event)
     QLineEdit::mousePressEvent(event);
 }
 
+void TextField::letGo()
+{
+    m_strayed = true;
+    m_hold.stop();
+}
+
 void TextField::mouseMoveEvent(QMouseEvent *event)
 {
-    if ((event->position() - m_pressedAt).manhattanLength() >= Style::strayDistance) {
-        m_strayed = true;
-        m_hold.stop();
-    }
+    if ((event->position() - m_pressedAt).manhattanLength() >= Style::strayDistance)
+        letGo();
     if (isFinger(*event))
         event->ignore();
     else
@@ -92,22 +96,21 @@ void TextField::timerEvent(QTimerEvent *event)
         QLineEdit::timerEvent(event);
         return;
     }
-    m_hold.stop();
-    m_strayed = true; // lifting the finger means nothing any more
-    openMenu();
+    letGo(); // lifting the finger means nothing any more
+    openMenu(false);
 }
 
 void TextField::contextMenuEvent(QContextMenuEvent *event)
 {
-    openMenu();
+    openMenu(event->reason() == QContextMenuEvent::Keyboard);
     event->accept();
 }
 
-void TextField::openMenu()
+void TextField::openMenu(bool byKeys)
 {
     if (!hasFocus())
         setFocus(Qt::MouseFocusReason);
-    EditMenu::open(this);
+    EditMenu::open(this, byKeys);
 }
 
 } // namespace parloquin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Holdable.h"
 #include "Parloquin/Toolkit/Typeface.h"
 
 #include <QtCore/QBasicTimer>
@@ -16,7 +17,7 @@ namespace parloquin {
 /// text beyond 1024 characters only the beginning is taken. Enter tells returnPressed, once however
 /// long it is held, and goes no further. A long press or a right click offers cut, copy and paste.
 /// Font, colours and edges are its own, whatever style sheet, palette or style the application has.
-class TextField : public QLineEdit {
+class TextField : public QLineEdit, public Holdable {
     Q_OBJECT
 public:
     explicit TextField(QWidget *parent = nullptr);
@@ -31,6 +32,7 @@ public:
     void setReturnKey(Qt::EnterKeyType key);
     /// Off: shows a text only, elided where too long; no focus, transparent for the mouse.
     void setUserInteractionEnabled(bool enabled);
+    void letGo() override;
     [[nodiscard]] qreal cornerRadius() const { return m_radius; }
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
     using QLineEdit::inputMethodQuery;
@@ -65,7 +67,7 @@ private:
     [[nodiscard]] int lift() const;
     [[nodiscard]] int topOf(const QFontMetrics &line) const;
     void drawLine(const QString &text, const QColor &color);
-    void openMenu();
+    void openMenu(bool byKeys);
 
     Typeface m_face;
     QColor m_borderColor;

@@ -1,121 +1,21 @@
 // Both roads from end to end by one kind of input alone, in every kind of host.
-#include "Parloquin/Toolkit/TableView.h"
-#include "Screens/Container.h"
-#include "support/Hands.h"
-
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QDialog>
-#include <QtWidgets/QDialogButtonBox>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QStackedWidget>
-#include <QtWidgets/QVBoxLayout>
+#include "Screens/Hosts.h"
 
 #include <tuple>
 
-using namespace parloquin;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 enum class Input { keys, touch };
-enum class Host { window, dialog, stack };
 
-/// A host around the container that counts what reaches it and was not meant to.
-class Around : public QDialog {
-public:
-    explicit Around(Host kind)
-    {
-        setObjectName(u"host"_s);
-        pages = new QStackedWidget(this);
-        auto *const start = new QPushButton(u"Verify"_s);
-        pages->addWidget(start);
-        auto *const rows = new QVBoxLayout(this);
-        rows->addWidget(pages);
-        if (kind == Host::dialog) {
-            buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
-            buttons->button(QDialogButtonBox::Ok)->setDefault(true);
-            connect(buttons, &QDialogButtonBox::accepted, this, [this] { ++reached; });
-            rows->addWidget(buttons);
-        }
-        connect(this, &QDialog::rejected, this, [this] { ++reached; });
-    }
-
-    int reached = 0;
-    QStackedWidget *pages;
-    QDialogButtonBox *buttons = nullptr;
-
-protected:
-    void mousePressEvent(QMouseEvent *) override { ++reached; }
-    void mouseReleaseEvent(QMouseEvent *) override { ++reached; }
-};
-
-class Walk : public ContainerTest,
+class Walk : public HostTest,
              public testing::WithParamInterface<std::tuple<Input, Qt::LayoutDirection, Host>> {
 protected:
     void SetUp() override
     {
-        ContainerTest::SetUp();
-        QApplication::setLayoutDirection(std::get<Qt::LayoutDirection>(GetParam()));
-        answer("/v1.0/init", threeApps);
-        answer("/v1.0/start", R"({"result":{"deeplink":"parlo://send","reference":"R-1"}})");
-        answer("/v1.0/check", R"({"result":{"sessionId":"S-1"}})");
-        answer("/v1.0/country", R"({"result":{"list":[
-            {"title":"Chad","countryCode":"TD","phoneCode":"+235"},
-            {"title":"Norway","countryCode":"NO","phoneCode":"+47"}]}})");
-        answer("/v1.0/send-otp", R"({"result":{"reference":"R-2"}})");
-        answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
-
-        Parloquin kit;
-        container.reset(kit.viewControllerForLogin());
-        container->setKitDelegate(delegate);
-        const auto host = std::get<Host>(GetParam());
-        if (host == Host::window) {
-            container->show();
-            ASSERT_TRUE(QTest::qWaitForWindowActive(container.get()));
-        } else {
-            around = std::make_unique<Around>(host);
-            around->pages->addWidget(container.get());
-            if (host == Host::dialog) {
-                around->pages->setCurrentWidget(container.get());
-                container->setFocus(); // the button was there first
-            }
-            around->show();
-            ASSERT_TRUE(QTest::qWaitForWindowActive(around.get()));
-            around->pages->setCurrentWidget(container.get());
-        }
-        ASSERT_TRUE(settle(1));
-    }
-    void TearDown() override
-    {
-        if (around)
-            around->pages->removeWidget(container.get());
-        container->setParent(nullptr);
-        ContainerTest::TearDown();
-        EXPECT_TRUE(!around || around->reached == 0) << "the host got what was not its own";
-    }
-
-    [[nodiscard]] bool rests() const
-    {
-        return QTest::qWaitFor([this] { return container->property("atRest").toBool(); });
-    }
-    [[nodiscard]] bool seen(const char *name) const
-    {
-        return QTest::qWaitFor([&] {
-            for (const auto *widget : container->findChildren<QWidget *>(QLatin1String(name))) {
-                if (widget->isVisible() && container->property("atRest").toBool())
-                    return true;
-            }
-            return false;
-        });
-    }
-    /// With the keyboard where it is: somewhere in the kit, always.
-    [[nodiscard]] QString focusName() const
-    {
-        const auto *focused = QApplication::focusWidget();
-        EXPECT_TRUE(focused && (focused == container.get() || container->isAncestorOf(focused)))
-            << "the focus is " << (focused ? "the host's" : "nowhere");
-        return focused ? focused->objectName() : QString();
+        HostTest::SetUp();
+        open(std::get<Host>(GetParam()), std::get<Qt::LayoutDirection>(GetParam()));
     }
     void tabTo(const char *name) const
     {
@@ -123,26 +23,8 @@ protected:
             hands::key(Qt::Key_Tab);
         EXPECT_EQ(focusName(), QLatin1String(name));
     }
-    [[nodiscard]] QWidget *visible(const char *name) const
-    {
-        for (auto *widget : container->findChildren<QWidget *>(QLatin1String(name))) {
-            if (widget->isVisible())
-                return widget;
-        }
-        return nullptr;
-    }
     void touch(const char *name) { finger.tap(visible(name)); }
-    [[nodiscard]] QWidget *row(const char *table, int section, int at) const
-    {
-        TableCell *cell = nullptr;
-        const auto *rows = find<TableView>(table);
-        EXPECT_TRUE(QTest::qWaitFor([&] {
-            return (cell = rows->cellForRow({ section, at })) != nullptr;
-        }));
-        return cell;
-    }
 
-    std::unique_ptr<Around> around;
     hands::Finger finger;
 };
 
@@ -163,7 +45,7 @@ TEST_P(Walk, LeadsAlongBothRoads)
     comeBack();
     ASSERT_TRUE(waitForOutcomes(1));
     EXPECT_EQ(takeHandlerStarts(), 1);
-    ASSERT_TRUE(rests());
+    ASSERT_TRUE(settle(3)); // an outcome may be there before the overlay is
 
     // By SMS, and back again from each screen on the way.
     if (byKeys) {
@@ -215,7 +97,7 @@ TEST_P(Walk, LeadsAlongBothRoads)
     }
     ASSERT_TRUE(waitForOutcomes(2));
     EXPECT_EQ(delegate->outcomes(), QStringList({ u"succeeded S-1"_s, u"succeeded S-2"_s }));
-    ASSERT_TRUE(rests());
+    ASSERT_TRUE(settle(6));
     EXPECT_EQ(server.requests().size(), 6U) << "each call went out once";
 
     for (const char *before : { "btnContinue", "viewAlternativeKit" }) {
@@ -243,11 +125,10 @@ using Case = testing::TestParamInfo<Walk::ParamType>;
 
 std::string nameOf(const Case &walk)
 {
-    constexpr const char *hosts[] = { "Window", "Dialog", "Stack" };
     const auto &[input, direction, host] = walk.param;
     return std::string(input == Input::keys ? "Keys" : "Touch")
         + (direction == Qt::LeftToRight ? "LeftToRight" : "RightToLeft")
-        + hosts[static_cast<int>(host)];
+        + hostNames[static_cast<int>(host)];
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Walk,

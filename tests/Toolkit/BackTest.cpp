@@ -296,16 +296,52 @@ TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
 {
     QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
     present();
+    for (const bool dragged : { true, false }) { // or only at rest on the edge
+        hands::Finger finger;
+        finger.down(controller, from(5, height()));
+        if (dragged)
+            finger.drag(by(300));
+        auto *next = new TablePage(3);
+        controller->pushViewController(next, true);
+        ASSERT_TRUE(dragged || rests());
+        if (!dragged)
+            finger.drag(by(300));
+        finger.up();
+        ASSERT_TRUE(rests());
+        EXPECT_EQ(controller->topViewController(), next);
+        EXPECT_EQ(next->pos(), QPoint());
+        EXPECT_FALSE(pages[1]->isVisible());
+    }
+}
+
+TEST_P(Edge, ADragThatTheSystemTakesAwayIsGivenUp)
+{
+    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
+    present();
+    if (height() == 200)
+        return; // what a page gets in place of touches is the mouse's, which is never taken away
     hands::Finger finger;
     finger.down(controller, from(5, height()));
     finger.drag(by(300));
-    auto *next = new TablePage(3);
-    controller->pushViewController(next, true);
+    finger.cancel();
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(depth(), 3);
+    EXPECT_EQ(hooks, QStringList());
+    EXPECT_EQ(pages[2]->pos(), QPoint());
+}
+
+TEST_P(Edge, WhatComesOverItEndsTheDrag)
+{
+    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
+    present();
+    hands::Finger finger;
+    finger.down(controller, from(5, height()));
+    finger.drag(by(300));
+    controller->letGo();
     finger.up();
     ASSERT_TRUE(rests());
-    EXPECT_EQ(controller->topViewController(), next);
-    EXPECT_EQ(next->pos(), QPoint());
-    EXPECT_FALSE(pages[1]->isVisible());
+    EXPECT_EQ(depth(), 3);
+    EXPECT_EQ(pages[2]->pos(), QPoint());
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -8,6 +8,7 @@
 #include <QtGui/QWheelEvent>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QScroller>
 
 #include <gtest/gtest.h>
 
@@ -128,6 +129,29 @@ TEST_F(Table, AFingerScrollsAndSelectsNothing)
     table->setContentOffset(0);
     finger.tap(table.get(), middle(40));
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 0 } }));
+}
+
+TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
+{
+    show();
+    hands::Finger finger;
+    finger.down(table.get(), middle(500));
+    finger.drag({ 0, -100 });
+    const int offset = table->contentOffset();
+    EXPECT_GT(offset, 50);
+    finger.upBeside(QPoint(100, 50));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [this] { return QScroller::scroller(table.get())->state() == QScroller::Inactive; }));
+    EXPECT_LT(table->contentOffset(), offset + 200) << "it jumped to the other finger";
+    EXPECT_TRUE(source.selected.isEmpty());
+
+    table->setContentOffset(0);
+    finger.down(table.get(), middle(40));
+    EXPECT_TRUE(table->cellForRow({ 0, 0 })->isPressed());
+    finger.cancel();
+    EXPECT_FALSE(table->cellForRow({ 0, 0 })->isPressed());
+    EXPECT_EQ(QScroller::scroller(table.get())->state(), QScroller::Inactive);
+    EXPECT_TRUE(source.selected.isEmpty());
 }
 
 TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)

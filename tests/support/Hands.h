@@ -91,6 +91,20 @@ public:
             QTest::touchEvent(m_window, m_screen.get()).move(1, m_at = from + way * i / steps);
     }
     void up() { QTest::touchEvent(m_window, m_screen.get()).release(1, m_at); }
+    /// The system takes the touch for itself, as for a gesture of its own.
+    void cancel()
+    {
+        QTouchEvent event(QEvent::TouchCancel, m_screen.get());
+        QCoreApplication::sendEvent(m_window, &event);
+    }
+    /// While another comes down beside it and stays when this one is gone.
+    void upBeside(QPoint other)
+    {
+        QTest::touchEvent(m_window, m_screen.get()).stationary(1).press(2, other);
+        QTest::touchEvent(m_window, m_screen.get()).release(1, m_at).stationary(2);
+        QTest::touchEvent(m_window, m_screen.get()).move(2, other += QPoint(0, 5));
+        QTest::touchEvent(m_window, m_screen.get()).release(2, other);
+    }
 
     void tap(const QWidget *widget, QPoint at)
     {
