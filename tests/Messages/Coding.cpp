@@ -175,6 +175,7 @@ const Row faults[] = {
         "meta.httpStatusCode: expected integer" },
     { "BadNumber", check, R"({"x":1e400,"y":012345})", "body: no JSON*" },
     { "JoinedNumbers", check, R"({"x":3-2623})", "body: no JSON*" },
+    { "JoinedLongNumbers", check, R"({"x":32623-26})", "body: no JSON*" },
     { "TooDeep", check, R"({"x":)" + QByteArray(100000, '[') + QByteArray(100000, ']') + '}',
         "body: no JSON*" },
 };
