@@ -5,6 +5,7 @@ import { show, showNothing } from './detail.js';
 
 const most = 10000; // as the service holds
 const pause = 30; // ms between two questions, so that a storm of news comes in batches
+const rest = 1000; // ms, where the service lets no more pages wait
 
 let rows = []; // summaries, the oldest first
 let chosen = 0; // id
@@ -159,8 +160,11 @@ async function listen() {
         parts.set('after', revision);
         parts.set('wait', 25);
       }
+      const asked = performance.now();
       const page = await get(`journal?${parts}`, signal);
       if (signal.aborted) return;
+      const isSentAway = parts.has('wait') && page.exchanges.length === 0 && page.revision === revision
+        && performance.now() - asked < rest;
       if (first || page.run !== run) {
         if (!first) return restart(); // the service was started again
         rows = [];
@@ -173,7 +177,7 @@ async function listen() {
       byId('state').textContent = 'live';
       byId('state').className = 'state live';
       if (page.exchanges.length > 0) onNews(page.exchanges);
-      await new Promise((done) => setTimeout(done, pause));
+      await new Promise((done) => setTimeout(done, isSentAway ? rest : pause));
     } catch (error) {
       if (signal.aborted) return;
       byId('state').textContent = 'not reachable';

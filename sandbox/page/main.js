@@ -41,7 +41,8 @@ byId('reset').addEventListener('click', async () => {
   if (!confirm('Forget all sessions, codes, exchanges and outcomes?')) return;
   await post('reset');
   toast('All that happened is forgotten');
-  for (const view of [people, outcomes]) view.refresh();
+  people.refresh();
+  outcomes.refresh(true);
 });
 
 outcomes.fillCalls(byId('call'));

@@ -65,6 +65,7 @@ Exchange exchangeOf(const httplib::Request &request, const std::string &call)
     exchange.method = request.method;
     exchange.target = request.target;
     exchange.body = request.body;
+    exchange.language = request.get_header_value("X-TRZ-Lang");
     for (const auto &header : request.headers)
         if (std::find(std::begin(added), std::end(added), header.first) == std::end(added))
             exchange.headers.emplace_back(header);

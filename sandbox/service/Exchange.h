@@ -37,6 +37,7 @@ struct Exchange {
     std::vector<std::pair<std::string, std::string>> headers;
     std::string body; ///< as it came
     std::string parameters; ///< decrypted; empty when that failed
+    std::string language; ///< in which texts are wanted, as the request names it
     std::string number; ///< with the plus, where the request is about one
 
     Verdict verdict = Verdict::waiting;

@@ -129,12 +129,16 @@ Journal::Page Journal::waitFor(const Query &query, std::chrono::milliseconds pat
     const auto clears = m_clears;
     auto asked = query;
     Page page;
+    if (m_waiting >= mostWaiting)
+        return pageUnlocked(query);
+    ++m_waiting;
     m_changed.wait_for(lock, patience, [&] {
         page = pageUnlocked(asked);
         // What did not match will not: only what comes from now on is looked at again.
         asked.after = m_revision;
         return m_awake || m_clears != clears || !page.exchanges.empty();
     });
+    --m_waiting;
     return page;
 }
 

@@ -38,6 +38,7 @@ public:
 
     static constexpr std::size_t mostExchanges = 10000;
     static constexpr std::size_t mostBytes = 64U << 20U;
+    static constexpr std::size_t mostWaiting = 16; // each holds a thread of a server
     static constexpr std::size_t mostOfText = 256U << 10U; // longer ones are cut, and say so
 
     /// Adds \p exchange and gives it its id, or replaces the one that has its id.
@@ -45,7 +46,7 @@ public:
     std::optional<Entry> find(std::uint64_t id) const;
     Page pageOf(const Query &query) const;
     /// As pageOf(), but waits until there is something to tell, until \p patience is over or until
-    /// wakeAll().
+    /// wakeAll(). Where mostWaiting do so already, it answers at once.
     Page waitFor(const Query &query, std::chrono::milliseconds patience);
     void clear();
     /// From now on nobody waits.
@@ -63,6 +64,7 @@ private:
     std::uint64_t m_revision = 0;
     std::uint64_t m_dropped = 0;
     std::uint64_t m_clears = 0;
+    std::size_t m_waiting = 0;
     bool m_awake = false;
 };
 

@@ -78,6 +78,8 @@ const Rule rules[] = {
         } },
     { "--print-scenario", nullptr, "print the built-in scenario, to be saved and edited", "",
         setTask<Options::Task::printScenario> },
+    { "--print-schema", nullptr, "print the JSON schema of scenarios, for editors", "",
+        setTask<Options::Task::printSchema> },
     { "--version", nullptr, "print the version", "", setTask<Options::Task::version> },
     { "--help", nullptr, "print this", "", setTask<Options::Task::help> },
 };

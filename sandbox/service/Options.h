@@ -10,7 +10,7 @@ namespace sandbox {
 
 /// \brief What the command line of the service says.
 struct Options {
-    enum class Task { serve, help, version, printScenario, check };
+    enum class Task { serve, help, version, printScenario, printSchema, check };
 
     Task task = Task::serve;
     int port = 8046; ///< 0: a free one

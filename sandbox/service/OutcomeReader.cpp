@@ -157,9 +157,31 @@ void readCalls(const ScenarioReader &reader, const std::string &whose, OutcomeLi
     }
 }
 
+/// \return the common outcome that \p outcome is but for its delay and fault; else "success"
+std::string nameOf(const Outcome &outcome)
+{
+    for (const auto &[name, common] : commonOutcomes())
+        if (outcome.status == common.status && outcome.message == common.message
+            && outcome.errorCode.empty() && outcome.without == common.without && !outcome.plain
+            && (!common.fault || common.fault.text == outcome.fault.text) && name != "success")
+            return name;
+    return "success";
+}
+
 nlohmann::json jsonOf(const Outcome &outcome)
 {
     auto object = nlohmann::json::object();
+    const auto name = nameOf(outcome);
+    if (name != "success") {
+        if (outcome.delay.count() > 0)
+            object["delayMs"] = outcome.delay.count();
+        if (outcome.fault && !commonOutcomes().at(name).fault)
+            object["fault"] = outcome.fault.text;
+        if (object.empty())
+            return name;
+        object["like"] = name;
+        return object;
+    }
     if (outcome.status != Outcome().status)
         object["status"] = outcome.status;
     if (!outcome.errorCode.empty())

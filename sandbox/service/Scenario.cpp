@@ -166,12 +166,15 @@ const std::string &LocalText::in(const std::string &language) const
 Scenario Scenario::fromJson(const json &given)
 {
     const ScenarioReader top(given, {});
-    top.expectKeys({ "keys", "clockToleranceSeconds", "validation", "alternative", "texts", "apps",
-        "appPackageList", "countries", "codes", "messageExpirySeconds", "outcomes" });
+    top.expectKeys(
+        { "$schema", "keys", "clockToleranceSeconds", "validation", "alternative", "texts", "apps",
+            "appPackageList", "countries", "codes", "messageExpirySeconds", "outcomes" });
+    static_cast<void>(top.optionalText("$schema")); // for editors
     const auto keys = top.at("keys");
 
     // Merged deeply, so that a scenario says only what it changes; lists are taken whole.
-    auto merged = json::parse(builtInScenarioText());
+    static const auto defaults = json::parse(builtInScenarioText());
+    auto merged = defaults;
     const auto ownPackages = given.contains("appPackageList");
     for (const auto &[key, value] : given.items()) {
         if (value.is_object() && merged[key].is_object() && key != "outcomes" && key != "keys")

@@ -122,5 +122,7 @@ struct Scenario {
 
 /// The built-in scenario as text: whole, so that it can be saved and edited.
 std::string builtInScenarioText();
+/// The JSON schema of scenarios, for editors: it refuses nothing that is a scenario.
+std::string scenarioSchemaText();
 
 }

@@ -3,6 +3,7 @@
 #include "sandbox/service/Scenario.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace sandbox {
 
@@ -97,9 +98,10 @@ int ScenarioReader::number(int least, int most) const
         fail("expected a whole number from " + std::to_string(least) + " to "
             + std::to_string(most));
     };
-    if (!m_value.is_number_integer() || m_value > most || m_value < least)
+    const auto value = m_value.is_number() ? m_value.get<double>() : least - 1.0;
+    if (value < least || value > most || value != std::trunc(value))
         complain();
-    return m_value.get<int>();
+    return static_cast<int>(value);
 }
 
 }

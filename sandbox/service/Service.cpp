@@ -6,6 +6,7 @@
 #include "sandbox/service/Cipher.h"
 #include "sandbox/service/Icons.h"
 #include "sandbox/service/Judge.h"
+#include "sandbox/service/PersonTexts.h"
 #include "sandbox/service/Routes.h"
 
 #include <thread>
@@ -17,8 +18,10 @@ using nlohmann::json;
 constexpr std::size_t threads = 32;
 constexpr std::size_t mostBytes = 1048576; // of a request; a real one has a few hundred
 
-json envelopeOf(int status, const std::string &errorCode, const std::string &message)
+json envelopeOf(int status, const std::string &errorCode, const std::string &english,
+    const std::string &language)
 {
+    const auto message = personText(english, language);
     json meta { { "requestId", randomUuid() }, { "httpStatusCode", status } };
     if (!errorCode.empty())
         meta["errorCode"] = errorCode;
@@ -157,7 +160,7 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
             response, exchange, *judgement.refusal, judgement.readable ? &scenario : nullptr);
     }
 
-    Calls calls(scenario, m_sandbox.state, request.get_header_value("X-TRZ-Lang"));
+    Calls calls(scenario, m_sandbox.state, exchange.language);
     exchange.number = calls.numberOf(call, judgement.parameters);
     std::vector<std::string> whose;
     if (!exchange.number.empty())
@@ -182,7 +185,8 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
             verdictOf(outcome.status, outcome.errorCode, outcome.message) + " (as set)"
                 + outcome.fault.note());
         return send(response, exchange,
-            envelopeOf(outcome.status, outcome.errorCode, outcome.message), outcome, &scenario);
+            envelopeOf(outcome.status, outcome.errorCode, outcome.message, exchange.language),
+            outcome, &scenario);
     }
 
     auto answer =
@@ -190,7 +194,8 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
     if (const auto *refusal = std::get_if<Refusal>(&answer))
         return refuse(response, exchange, *refusal, &scenario);
     auto &[result, note] = std::get<CallResult>(answer);
-    auto envelope = envelopeOf(outcome.status, outcome.errorCode, outcome.message);
+    auto envelope =
+        envelopeOf(outcome.status, outcome.errorCode, outcome.message, exchange.language);
     envelope["result"] = std::move(result);
     for (const auto &key : outcome.without) {
         envelope["result"].erase(key);
@@ -213,7 +218,8 @@ void Service::refuse(httplib::Response &response, Exchange &exchange, const Refu
     exchange.reason = refusal.reason;
     Outcome outcome;
     outcome.status = refusal.status;
-    send(response, exchange, envelopeOf(refusal.status, refusal.errorCode, refusal.reason), outcome,
+    send(response, exchange,
+        envelopeOf(refusal.status, refusal.errorCode, refusal.reason, exchange.language), outcome,
         readable);
 }
 

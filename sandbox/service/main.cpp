@@ -28,6 +28,9 @@ int run(const sandbox::Options &options)
     case Task::printScenario:
         std::cout << sandbox::builtInScenarioText();
         return EXIT_SUCCESS;
+    case Task::printSchema:
+        std::cout << sandbox::scenarioSchemaText();
+        return EXIT_SUCCESS;
     case Task::check:
         sandbox::scenarioFor(options);
         std::cout << options.scenarioFile << ": a right scenario\n";

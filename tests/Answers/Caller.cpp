@@ -1,4 +1,5 @@
-// A host that sends every call to the service at argv[1], one after another, and ends.
+// A host that sends every call to the service at argv[1], one after another, and ends. "whole"
+// behind it: with every field there is.
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Networking/Router/ApiModels.h"
@@ -10,6 +11,8 @@
 using namespace parloquin;
 
 namespace {
+
+bool isWhole = false;
 
 void sendNext();
 
@@ -26,7 +29,10 @@ template <> StartRequestModel sample()
         text(R"({"kite:\/\/":"0","parlo:\/\/":"1"})") };
 }
 template <> CheckRequestModel sample() { return { text("ref/1") }; }
-template <> SendOtpRequestModel sample() { return { text("+905551234567"), {} }; }
+template <> SendOtpRequestModel sample()
+{
+    return { text("+905551234567"), isWhole ? std::optional(text("TR")) : std::nullopt };
+}
 template <> CheckOtpRequestModel sample()
 {
     return { text("5551234567"), text("TR"), text("A\\7"), text("r-2") };
@@ -58,6 +64,7 @@ void sendNext()
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
+    isWhole = argc > 2;
     setServiceHost(QString::fromLocal8Bit(argv[1]));
     onMain(sendNext);
     return QCoreApplication::exec();

@@ -7,12 +7,12 @@ Usage: check.py SANDBOX FOLDER_OF_CLIENTS VECTORS
 import importlib.util
 import json
 import pathlib
-import re
 import shutil
 import subprocess
 import sys
-import threading
-import urllib.request
+
+sys.path.append(str(pathlib.Path(__file__).parent.parent / "support"))
+from sandbox import Sandbox  # noqa: E402
 
 PROGRAM, CLIENTS, VECTORS = sys.argv[1:4]
 SECRET = "8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e"
@@ -24,20 +24,13 @@ def expect(right, what):
         failures.append(what)
 
 
-process = subprocess.Popen([PROGRAM, "--port", "0", "--page", "0"], stdout=subprocess.PIPE, text=True)
-service, page = (re.search(r"127\.0\.0\.1:\d+", process.stdout.readline())[0] for _ in range(2))
-threading.Thread(target=process.stdout.read, daemon=True).start()
-
-
-def ask(path, body=None):
-    data = None if body is None else json.dumps(body).encode()
-    with urllib.request.urlopen(f"http://{page}/sandbox/{path}", data) as answer:
-        return json.load(answer)
+sandbox = Sandbox(PROGRAM)
+ask = sandbox.ask
 
 
 def run(client, session, secret=SECRET):
     command = [shutil.which("node") or "node"] if client.endswith(".mjs") else [sys.executable]
-    done = subprocess.run([*command, f"{CLIENTS}/{client}", f"http://{service}", "parloquin-demo", secret, session],
+    done = subprocess.run([*command, f"{CLIENTS}/{client}", f"http://127.0.0.1:{sandbox.port}", "parloquin-demo", secret, session],
                           capture_output=True, text=True, timeout=30)
     return (done.stdout + done.stderr).strip()
 
@@ -81,8 +74,7 @@ try:
                                input=client.base64.b64decode(vector["body"]["data"]), capture_output=True).stdout
         expect(plain.decode() == vector["parameters"], f"openssl decrypts {text} otherwise")
 finally:
-    process.terminate()
-    process.wait(20)
+    sandbox.close()
 
 print("\n".join(failures) or "all well")
 sys.exit(bool(failures))

@@ -25,7 +25,8 @@ from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import WebDriverWait
 
-from client import SIGNING_KEY, Sandbox
+sys.path.append(str(pathlib.Path(__file__).parent.parent / "support"))
+from sandbox import SIGNING_KEY, Sandbox  # noqa: E402
 
 PROGRAM = sys.argv.pop(1)
 PICTURES = sys.argv.pop(1) if len(sys.argv) > 1 else None
@@ -211,9 +212,44 @@ class Page(unittest.TestCase):
         self.assertEqual(self.focused(), "outcome-init")
         self.press("l")  # "limit"
         self.press(Keys.TAB, "250", Keys.ENTER)
-        self.wait(lambda: self.sandbox.ask("outcomes").get("init"))
-        self.assertEqual(self.sandbox.ask("outcomes")["init"][0]["status"], 429)
-        self.assertEqual(self.sandbox.ask("outcomes")["init"][0]["delayMs"], 250)
+        self.wait(lambda: self.sandbox.ask("outcomes").get("init") == [{"like": "limit", "delayMs": 250}])
+
+    def test_shows_in_its_forms_what_stands(self):
+        def values(call):
+            return [self.browser.execute_script("return document.getElementById(arguments[0]).value", f"{what}-{call}")
+                    for what in ("outcome", "delay", "fault")]
+
+        def submit(call):
+            self.one(f"#outcome-{call}").find_element("xpath", "ancestor::form").submit()
+
+        own = {"status": 400, "message": "Mine."}
+        ask = self.sandbox.ask
+        ask("outcomes", {"init": {"like": "limit", "delayMs": 250}, "start": ["silence", "success"], "check": own,
+                         "country": {"fault": "cookie"}, "numbers": {"+905321234567": {"send-otp": "expiredCode"}}})
+        self.one("#tab-outcomes").click()
+        self.wait(lambda: values("init") == ["limit", "250", ""])
+        self.assertEqual(values("start"), ["silence", "", ""])
+        self.assertIn("The first of 2 in turn", self.text("#note-start"))
+        self.assertEqual(values("check"), ["as below", "", ""])
+        self.assertEqual(values("country"), ["success", "", "cookie"])
+        self.assertEqual(values("send-otp"), ["success", "", ""])
+
+        # What a script sets comes by itself, but not into a form that somebody fills in.
+        self.one("#delay-check").send_keys("70")
+        ask("outcomes", {"check": "limit", "country": None})
+        self.wait(lambda: values("country") == ["success", "", ""])
+        self.assertEqual(values("check"), ["as below", "70", ""])
+        submit("check")
+        self.wait(lambda: ask("outcomes")["check"] == [{**own, "delayMs": 70}])
+
+        self.one("#whose").send_keys("+905321234567")
+        self.wait(lambda: values("send-otp") == ["expiredCode", "", ""] and values("init") == ["success", "", ""])
+        self.one("#fault-result").send_keys("cookie")
+        submit("result")
+        self.wait(lambda: ask("outcomes")["numbers"]["+905321234567"].get("result") == [{"fault": "cookie"}])
+        self.all("#outcomes .toolbar button")[0].click()
+        self.wait(lambda: ask("outcomes") == {})
+        self.wait(lambda: values("send-otp") == ["success", "", ""])
 
     def test_makes_and_delivers_by_hand(self):
         self.play()
@@ -239,6 +275,7 @@ class Page(unittest.TestCase):
     def test_is_readable_at_every_width_in_light_and_dark(self):
         self.play()
         self.sandbox.ask("sessions", {"phoneNumber": "+491701234567", "state": "expired"})
+        self.sandbox.ask("outcomes", {"send-otp": [{"delayMs": 3000}, "limit"], "init": {"status": 400, "message": "Mine."}})
         for name in ("exchanges", "detail", "people", "outcomes", "scenario"):
             if name == "detail":
                 self.one("#tab-exchanges").click()

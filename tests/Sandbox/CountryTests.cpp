@@ -78,28 +78,67 @@ for region in sorted(phonenumbers.SUPPORTED_REGIONS):
 
 TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
 {
-    const Sandbox sandbox(json { { "countries",
-        { { { "countryCode", "DE" }, { "title", "Germany" }, { "phoneCode", "+49" } },
-            { { "countryCode", "TR" }, { "title", "Home" }, { "phoneCode", "+90" } } } } });
-    const std::tuple<const char *, const char *, const char *> rows[] = {
-        { "en", "Germany", "Verify with Parlo" },
-        { "de", "Deutschland", "Mit Parlo bestätigen" },
-        { "fr", "Allemagne", "Vérifier avec Parlo" },
-        { "es", "Alemania", "Verificar con Parlo" },
-        { "tr", "Almanya", "Parlo ile doğrula" },
-        { "ar", "ألمانيا", "التحقق عبر Parlo" },
-        { "nl", "Germany", "Verify with Parlo" },
-        { "", "Germany", "Verify with Parlo" },
+    const Sandbox sandbox(
+        json { { "countries",
+                   { { { "countryCode", "DE" }, { "title", "Germany" }, { "phoneCode", "+49" } },
+                       { { "countryCode", "TR" }, { "title", "Home" }, { "phoneCode", "+90" } } } },
+            { "outcomes",
+                { { "check", "limit" },
+                    { "start", { { "status", 400 }, { "message", "Wait." } } } } } });
+    const std::tuple<const char *, const char *, const char *, const char *> rows[] = {
+        { "en", "Germany", "Verify with Parlo", "Too many attempts." },
+        { "de", "Deutschland", "Mit Parlo bestätigen", "Zu viele Versuche." },
+        { "fr", "Allemagne", "Vérifier avec Parlo", "Trop de tentatives." },
+        { "es", "Alemania", "Verificar con Parlo", "Demasiados intentos." },
+        { "tr", "Almanya", "Parlo ile doğrula", "Çok fazla deneme yapıldı." },
+        { "ar", "ألمانيا", "التحقق عبر Parlo", "محاولات كثيرة جدًا." },
+        { "nl", "Germany", "Verify with Parlo", "Too many attempts." },
+        { "", "Germany", "Verify with Parlo", "Too many attempts." },
     };
-    for (const auto &[language, country, text] : rows) {
+    for (const auto &[language, country, text, refusal] : rows) {
         const auto ask = [&, code = language](const std::string &call, const char *parameters) {
             auto request = sandbox.request(call, parameters);
             request.set("X-TRZ-Lang", code);
-            return sandbox.send(request).result();
+            return sandbox.send(request);
         };
-        const auto list = ask("country", "{}").at("list");
+        const auto list = ask("country", "{}").result().at("list");
         EXPECT_EQ(list[0]["title"], country) << language;
         EXPECT_EQ(list[1]["title"], "Home") << "a scenario's own";
-        EXPECT_EQ(ask("init", R"({"deviceName":"p","timezone":"UTC"})")["list"][0]["text"], text);
+        const auto init = ask("init", R"({"deviceName":"p","timezone":"UTC"})").result();
+        EXPECT_EQ(init["list"][0]["text"], text);
+        EXPECT_EQ(ask("check", R"({"reference":"r"})").errorMessage(), refusal);
+        EXPECT_EQ(ask("start", R"({"app":"a"})").errorMessage(), "Wait.") << "a scenario's own";
+        EXPECT_EQ(ask("result", R"({"session_id":"s"})").errorMessage(), "\"session_id\": unknown")
+            << "a developer's";
     }
+}
+
+// Each that a person can bring about by what they type.
+TEST(SandboxLanguage, TellsAPersonWhatIsWrong)
+{
+    Sandbox sandbox(json { { "codes", { { "fixed", "123" }, { "attempts", 1 } } } });
+    const auto say = [&sandbox](const std::string &call, const json &parameters) {
+        auto request = sandbox.request(call, canonical(parameters));
+        request.set("X-TRZ-Lang", "de");
+        return sandbox.send(request);
+    };
+    const auto send = [&say](const char *number) {
+        return say("send-otp", { { "phoneNumber", number }, { "countryCode", "DE" } });
+    };
+    EXPECT_EQ(send("+4917").errorMessage(), "Das ist keine Telefonnummer.");
+    json typed { { "phoneNumber", "1701234567" }, { "countryCode", "DE" }, { "code", "124" },
+        { "reference", send("+491701234567").result().at("reference") } };
+    EXPECT_EQ(say("check-otp", typed).errorMessage(), "Dieser Code stimmt nicht.");
+    EXPECT_EQ(say("check-otp", typed).errorMessage(),
+        "Zu viele Versuche. Bitte fordere einen neuen Code an.");
+    EXPECT_EQ(sandbox.get("/sandbox/journal?limit=1")["exchanges"][0]["reason"],
+        "Too many attempts. Please ask for a new code.")
+        << "a developer reads English";
+
+    auto hasty = json::parse(sandbox.get("/sandbox/scenario")["text"].get<std::string>());
+    hasty["codes"] = { { "expirySeconds", 0 } };
+    ASSERT_EQ(sandbox.post("/sandbox/scenario", hasty)["status"], 200);
+    typed["reference"] = send("+491701234567").result().at("reference");
+    EXPECT_EQ(say("check-otp", typed).errorMessage(),
+        "Dieser Code ist zu alt. Bitte fordere einen neuen an.");
 }

@@ -4,6 +4,7 @@
 
 #include <future>
 #include <regex>
+#include <thread>
 
 using nlohmann::json;
 
@@ -158,6 +159,32 @@ TEST(SandboxJournal, FindsAndTellsWhatIsNew)
     const auto waiting =
         sandbox.get("/sandbox/journal?wait=20&after=" + std::to_string(revision + 1));
     EXPECT_EQ(waiting["exchanges"].at(0)["verdict"], "waiting");
+}
+
+// Each that waits holds a thread of its port.
+TEST(SandboxJournal, ServesOthersHoweverManyWatch)
+{
+    Sandbox sandbox;
+    std::vector<std::future<void>> watching;
+    for (int i = 0; i < 80; ++i)
+        watching.push_back(std::async(std::launch::async, [&sandbox, i] {
+            httplib::Client client("127.0.0.1", i % 2 == 0 ? sandbox.port() : sandbox.pagePort());
+            client.set_read_timeout(40);
+            client.Get("/sandbox/journal?wait=30&call=never");
+        }));
+    const auto sentAway = [&watching] {
+        return std::count_if(watching.begin(), watching.end(), [](const auto &each) {
+            return each.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        });
+    };
+    const auto begin = std::chrono::steady_clock::now();
+    while (sentAway() < 64 && std::chrono::steady_clock::now() - begin < std::chrono::seconds(20))
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(sentAway(), 64) << "as many as may wait do";
+    EXPECT_EQ(sandbox.get("/sandbox/codes")["status"], 200);
+    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 200);
+    sandbox.process().signal(SIGTERM);
+    EXPECT_EQ(sandbox.process().waitForEnd(std::chrono::seconds(3)), 0);
 }
 
 // Whoever leaves the service running for days must not find the machine's memory full.

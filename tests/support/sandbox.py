@@ -42,12 +42,15 @@ class Sandbox:
             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         lines = self.process.stdout.readline() + self.process.stdout.readline()
         # A pipe that nobody reads fills, and then the service waits.
-        threading.Thread(target=self.process.stdout.read, daemon=True).start()
+        self.reader = threading.Thread(target=self.process.stdout.read, daemon=True)
+        self.reader.start()
         self.port, self.page = map(int, re.findall(r"127\.0\.0\.1:(\d+)", lines))
 
     def close(self):
         self.process.terminate()
         self.process.wait(timeout=20)
+        self.reader.join()
+        self.process.stdout.close()
 
     def ask(self, path, body=None):
         url = f"http://127.0.0.1:{self.page}/sandbox/{path}"
@@ -56,6 +59,10 @@ class Sandbox:
             return json.load(answer)
 
     def call(self, name, parameters, signature=None, headers=()):
+        return self.exchange(name, parameters, signature, headers)[3]
+
+    def exchange(self, name, parameters, signature=None, headers=()):
+        """Status, headers and body of the answer as they came, and what it says."""
         stamp = f"{int(time.time())}000"
         text = json.dumps(parameters, sort_keys=True, separators=(",", ":"), ensure_ascii=False)
         mac = hmac.new(SIGNING_KEY, f"{stamp}-{text}".encode(), hashlib.sha256).digest()
@@ -73,5 +80,6 @@ class Sandbox:
             answer = urllib.request.urlopen(request)
         except urllib.error.HTTPError as error:
             answer = error
-        content = json.load(answer)
-        return json.loads(decrypted(content["data"])) if "data" in content else content
+        body = json.load(answer)
+        content = json.loads(decrypted(body["data"])) if "data" in body else body
+        return answer.status, dict(answer.headers), body, content
