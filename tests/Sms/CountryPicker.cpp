@@ -110,28 +110,6 @@ INSTANTIATE_TEST_SUITE_P(Answers, CountryCall,
     testing::Values(ok("{}"), RawServer::http(500, R"({"meta":{"httpStatusCode":500}})"),
         ok(R"({"list":[{"title":7}]})"), dropped));
 
-TEST_F(CountryPicker, HandsTheChoiceBack)
-{
-    openPicker();
-    choose(u"Nauru"_s);
-    EXPECT_EQ(text("txtCountryName"), u"Nauru"_s);
-    EXPECT_EQ(text("txtCountryCode"), u"+674"_s);
-    openPicker();
-    choose(u"Nowhere"_s); // one without a prefix takes the old prefix away
-    EXPECT_EQ(text("txtCountryName"), u"Nowhere"_s);
-    EXPECT_EQ(text("txtCountryCode"), QString());
-}
-
-TEST_F(CountryPicker, ChoiceByKeyboardEqualsATap)
-{
-    openOn({ u"Chad"_s, u"Nauru"_s });
-    table->setFocus();
-    hands::keys(u"n"_s);
-    hands::key(Qt::Key_Return);
-    ASSERT_TRUE(arrivesAt<OtpMainViewController>());
-    EXPECT_EQ(text("txtCountryName"), u"Nauru"_s);
-}
-
 TEST_F(CountryPicker, TicksTheCurrentCountry)
 {
     on("country", ok(R"({"list":[{"title":"Chad","countryCode":"TD"},{"title":"Corsica"},
@@ -151,25 +129,6 @@ TEST_F(CountryPicker, TicksTheCurrentCountry)
         }
         EXPECT_EQ(ticked.join(u","), expected);
     }
-}
-
-TEST_F(CountryPicker, TenThousandCountriesNeedNoMoreRowsThanAFew)
-{
-    qsizetype widgets[2] = {};
-    const int counts[2] = { 250, 10000 };
-    for (int i = 0; i < 2; ++i) {
-        QStringList titles;
-        for (int n = 0; n < counts[i]; ++n)
-            titles.append(QChar(u'A' + n % 26) + QString::number(n));
-        openOn(titles);
-        table->scrollToRow({ 25, 1 }, false);
-        table->scrollToRow({ 3, 2 }, false);
-        widgets[i] = screen->findChildren<CountryTableCell *>().size();
-        tap("btnClose");
-        ASSERT_TRUE(arrivesAt<OtpMainViewController>());
-    }
-    EXPECT_LE(widgets[1], widgets[0] + 2); // as many as the heights of headers in view allow
-    EXPECT_LT(widgets[0], 40);
 }
 
 TEST_F(CountryPicker, BackStaysInTheBarWhenCovered)

@@ -42,26 +42,6 @@ TEST_F(Road, LeadsFromTheNumberToTheSession)
     EXPECT_EQ(developer.heard(), QStringList()) << "nothing was kept from the person";
 }
 
-TEST_F(Road, BackAndForthKeepsTheNumberAndEverySendOpensACodeEntryOfItsOwn)
-{
-    goToCodeEntry();
-    type(u"4"_s);
-    tap("btnBack");
-    ASSERT_TRUE(arrivesAt<OtpMainViewController>());
-    openPicker();
-    choose(u"Chad"_s);
-    server.pause();
-    top<OtpMainViewController>()->actionButtonContinue();
-    top<OtpMainViewController>()->actionButtonContinue();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return bodies("send-otp").size() == 3; }));
-    server.proceed();
-    ASSERT_TRUE(QTest::qWaitFor(
-        [this] { return container->navigationController().viewControllers().size() == 4; }));
-    EXPECT_EQ(text("txtCode0"), QString());
-    EXPECT_EQ(top<OtpCheckViewController>()->countryCode, u"TD"_s);
-    EXPECT_EQ(bodies("send-otp").at(2)[u"phoneNumber"], u"+23541234567"_s);
-}
-
 struct Closing {
     const char *name;
     const char *call; // still out when the container goes

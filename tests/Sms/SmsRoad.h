@@ -24,6 +24,7 @@ inline QString titleOf(const QWidget *cell)
 {
     return cell->findChild<QWidget *>(QStringLiteral("lblTitle"))->property("text").toString();
 }
+
 /// Names the cases of a table.
 inline const auto named = [](const auto &row) { return row.param.name; };
 
@@ -46,7 +47,6 @@ public:
     static void type(const QString &text) { hands::commit(text); }
     static void paste(const QString &text);
 
-protected:
     explicit SmsRoad(Qt::LayoutDirection direction = Qt::LeftToRight);
     ~SmsRoad() override;
 
@@ -67,7 +67,7 @@ protected:
         W *found = top<parloquin::Screen>()->template findChild<W *>(QLatin1String(name));
         if (!found)
             found = container->findChild<W *>(QLatin1String(name));
-        EXPECT_NE(found, nullptr) << name;
+        [&] { ASSERT_NE(found, nullptr) << name; }(); // ends the case
         return found;
     }
     QString text(const char *name) const { return part(name)->property("text").toString(); }

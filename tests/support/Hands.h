@@ -7,6 +7,8 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>
 
+#include <gtest/gtest.h>
+
 #include <memory>
 
 /// \brief What a person does, given to the window as the device does it: who gets it is for the
@@ -16,6 +18,7 @@ namespace hands {
 /// Of a widget, or a place in it, in its window.
 inline QPoint placeOf(const QWidget *widget, QPoint at)
 {
+    [=] { ASSERT_NE(widget, nullptr) << "nothing there to touch"; }(); // ends the case
     return widget->mapTo(widget->window(), at);
 }
 inline QPoint placeOf(const QWidget *widget) { return placeOf(widget, widget->rect().center()); }
@@ -50,9 +53,11 @@ inline void keys(const QString &text)
     for (const QChar c : text)
         QTest::keyClick(QGuiApplication::focusWindow(), c.toLatin1());
 }
-inline void keyDown(Qt::Key key, bool isRepeat = false)
+/// Types what it stands for too, when it is a digit.
+inline void keyDown(Qt::Key key, bool isRepeat = false, Qt::KeyboardModifiers modifiers = {})
 {
-    QTest::simulateEvent(QGuiApplication::focusWindow(), true, key, {}, {}, isRepeat);
+    const QString text = key >= Qt::Key_0 && key <= Qt::Key_9 ? QString(QChar(key)) : QString();
+    QTest::simulateEvent(QGuiApplication::focusWindow(), true, key, modifiers, text, isRepeat);
 }
 inline void keyUp(Qt::Key key)
 {

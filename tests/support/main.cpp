@@ -9,10 +9,29 @@ using Application = QGuiApplication;
 
 #include <gtest/gtest.h>
 
+namespace {
+/// An ASSERT that failed in a helper ends the whole case: what follows would only crash, and hide
+/// what went wrong.
+class EndsTheCase : public testing::EmptyTestEventListener {
+    void OnTestPartResult(const testing::TestPartResult &result) override
+    {
+        if (result.fatally_failed())
+            throw testing::AssertionException(result);
+    }
+    /// What cases set for the process, so that they may run in one, in any order.
+    void OnTestEnd(const testing::TestInfo &) override
+    {
+        Application::setLayoutDirection(Qt::LeftToRight);
+    }
+};
+}
+
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    // Behind the one that prints what failed.
+    testing::UnitTest::GetInstance()->listeners().Append(std::make_unique<EndsTheCase>().release());
     // By default no display and no language of the machine's; also when a case is run by hand.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

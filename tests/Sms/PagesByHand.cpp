@@ -1,0 +1,143 @@
+// What holds on both pages of the road alike: fingers scroll them from anywhere, and no key that is
+// held does more than a person wants.
+#include "Parloquin/Controller/OtpCheckViewController.h"
+#include "Parloquin/Controller/OtpMainViewController.h"
+#include "Sms/SmsRoad.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
+
+using namespace parloquin;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Place {
+    const char *page; ///< by its title's button
+    const char *from; ///< where the finger is put down
+};
+void PrintTo(const Place &row, std::ostream *out) { *out << row.from; }
+
+class TouchedPage : public SmsRoad, public testing::WithParamInterface<Place> { };
+
+TEST_P(TouchedPage, ScrollsFromAnywhereAndBackAndIsNotTapped)
+{
+    const auto &[page, from] = GetParam();
+    if (qstrcmp(page, "btnCheck") == 0) {
+        goToCodeEntry();
+        tap("btnBack");
+        ASSERT_TRUE(arrivesAt<OtpMainViewController>() && rests());
+        tap("btnContinue"); // once more, with the number there and no keyboard on a box yet
+        ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
+        ASSERT_TRUE(QTest::qWaitFor([this] { return part("txtCode0")->hasFocus(); }));
+    }
+    container->setFocus();
+    top<Screen>()->setFocus();
+    on("check-otp", ok("{}"));
+    const auto calls = server.requests().size();
+    container->resize(390, 300);
+    QCoreApplication::processEvents();
+    const auto y = [this] { return frame(GetParam().page).y(); };
+    const int before = y();
+    hands::Finger finger;
+    const QRect start = frame(from);
+    const QPoint at(start.center().x(), std::clamp(start.center().y(), 100, 296));
+    ASSERT_TRUE(start.contains(at)) << "out of view";
+    finger.down(container.get(), at);
+    finger.drag({ 0, -60 });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(before - y() - 60) <= 25; }))
+        << "it goes with the finger, not from " << before << " to " << y();
+    finger.drag({ 0, 60 });
+    finger.drag({ 0, 40 });
+    finger.up();
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(y(), before) << "and no further than it goes";
+    EXPECT_TRUE(top<Screen>()->hasFocus()) << "it was a scroll";
+    EXPECT_NE(top<Screen>()->findChild<QWidget *>(QLatin1String(page)), nullptr);
+    EXPECT_FALSE(overlayShows());
+    EXPECT_EQ(server.requests().size(), calls);
+}
+
+const Place places[] = {
+    { "btnContinue", "viewCountryBack" },
+    { "btnContinue", "txtPhoneNumber" },
+    { "btnContinue", "txtCountryCode" },
+    { "btnContinue", "btnContinue" },
+    { "btnCheck", "txtCode1" },
+    { "btnCheck", "viewFieldsBack" },
+    { "btnCheck", "btnCheck" },
+};
+INSTANTIATE_TEST_SUITE_P(Places, TouchedPage, testing::ValuesIn(places),
+    [](const auto &row) { return std::string(row.param.page) + "_" + row.param.from; });
+
+struct Held {
+    const char *from; ///< has the keyboard
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    const char *arrives; ///< a part of the page that shows in the end
+    int calls; ///< that went out
+    QString texts; ///< of the fields there
+};
+void PrintTo(const Held &row, std::ostream *out) { *out << row.from << ' ' << row.key; }
+
+class HeldKey : public SmsRoad, public testing::WithParamInterface<Held> { };
+
+TEST_P(HeldKey, DoesWhatOnePressDoes)
+{
+    const Held &row = GetParam();
+    goToCodeEntry();
+    on("check-otp", ok(R"({"sessionId":"s"})"));
+    hands::keys(u"471"_s);
+    if (!top<Screen>()->findChild<QWidget *>(QLatin1String(row.from))
+        && qstrcmp(row.from, "btnBack") != 0) {
+        tap("btnBack");
+        ASSERT_TRUE(arrivesAt<OtpMainViewController>() && rests());
+    }
+    part(row.from)->setFocus(Qt::TabFocusReason);
+    const auto before = server.requests().size();
+    hands::keyDown(row.key, false, row.modifiers);
+    const auto there = [&] {
+        return top<Screen>()->findChild<QWidget *>(QLatin1String(row.arrives)) && !overlayShows()
+            && server.requests().size() >= before + static_cast<std::size_t>(row.calls);
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        hands::keyDown(
+            row.key, true, row.modifiers); // on and on, until whatever comes of it has come
+        return there() && container->isAtRest();
+    })) << row.arrives;
+    for (int i = 0; i < 30; ++i)
+        hands::keyDown(row.key, true, row.modifiers);
+    hands::keyUp(row.key);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(there()) << row.arrives;
+    EXPECT_EQ(server.requests().size() - before, row.calls);
+    QStringList fields;
+    for (const auto *field : top<Screen>()->findChildren<QLineEdit *>())
+        fields << field->text();
+    EXPECT_EQ(fields.join(u'|'), row.texts);
+}
+
+const QString phoneTexts = u"Norway|+47|41234567"_s;
+const Held helds[] = {
+    { "txtCode2", Qt::Key_Return, {}, "btnCheck", 1, u"4|7|1"_s },
+    { "btnCheck", Qt::Key_Enter, {}, "btnCheck", 1, u"4|7|1"_s },
+    { "btnTryAgain", Qt::Key_Return, {}, "btnCheck", 0, u"4|7|1"_s },
+    { "txtCode2", Qt::Key_Backspace, {}, "btnCheck", 0, u"||"_s },
+    { "txtCode0", Qt::Key_Delete, {}, "btnCheck", 0, u"|7|1"_s },
+    { "txtCode0", Qt::Key_8, {}, "btnCheck", 0, u"8|7|1"_s },
+    { "txtCode1", Qt::Key_Escape, {}, "btnContinue", 0, phoneTexts },
+    { "txtCode1", Qt::Key_Back, {}, "btnContinue", 0, phoneTexts },
+    { "btnCheck", Qt::Key_Left, Qt::AltModifier, "btnContinue", 0, phoneTexts },
+    { "btnBack", Qt::Key_Return, {}, "btnContinue", 0, phoneTexts },
+    { "viewCountryBack", Qt::Key_Enter, {}, "tblCountries", 1, {} },
+    { "txtPhoneNumber", Qt::Key_Enter, {}, "btnCheck", 1, u"||"_s },
+    { "btnContinue", Qt::Key_Return, {}, "btnCheck", 1, u"||"_s },
+    { "txtPhoneNumber", Qt::Key_Backspace, {}, "btnContinue", 0, u"Norway|+47|"_s },
+    { "txtPhoneNumber", Qt::Key_Left, {}, "btnContinue", 0, phoneTexts },
+};
+INSTANTIATE_TEST_SUITE_P(Keys, HeldKey, testing::ValuesIn(helds), [](const auto &row) {
+    return std::string(row.param.from)
+        + QVariant::fromValue(row.param.key).toString().toStdString();
+});
+
+} // namespace
