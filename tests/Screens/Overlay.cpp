@@ -6,16 +6,21 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
 #include "Screens/Container.h"
+#include "TestKit/PacedStyle.h"
+#include "support/Hands.h"
 
 #include <QtGui/QAccessible>
 #include <QtGui/QShortcut>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QGraphicsOpacityEffect>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLineEdit>
 
+#include <algorithm>
 #include <thread>
+#include <vector>
 
 using namespace parloquin;
 
@@ -129,11 +134,8 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
     screen->navigationItem().setRightBarButtonItem(button);
     const QSignalSpy clicks(button, &QAbstractButton::clicked);
     QCoreApplication::processEvents();
-    const auto tap = [this](const QWidget *widget) {
-        QTest::mouseClick(
-            host.windowHandle(), Qt::LeftButton, {}, widget->mapTo(&host, widget->rect().center()));
-    };
-    const auto type = [this](Qt::Key key) { QTest::keyClick(host.windowHandle(), key); };
+    const auto tap = [](const QWidget *widget) { hands::click(widget); };
+    const auto type = [](Qt::Key key) { hands::key(key); };
     tap(button);
     ASSERT_EQ(clicks.count(), 1);
     field->setFocus();
@@ -165,6 +167,31 @@ TEST_F(Overlay, SwallowsTapsAndKeysMeantForWhatItCovers)
     EXPECT_EQ(clicks.count(), 2);
 }
 
+TEST_F(Overlay, FadesInEachTimeAndCoversFromTheFirstMoment)
+{
+    QApplication::setStyle(new ParloquinTest::PacedStyle(200));
+    for (const bool goesHalfWay : { false, true, false }) {
+        show();
+        ASSERT_TRUE(comesUp());
+        hands::click(field);
+        hands::key(Qt::Key_A);
+        std::vector<qreal> seen;
+        const auto isWhole = [&] {
+            const auto *effect = qobject_cast<QGraphicsOpacityEffect *>(veil()->graphicsEffect());
+            if (effect)
+                seen.push_back(effect->opacity());
+            return !effect || (goesHalfWay && effect->opacity() > 0.4);
+        };
+        EXPECT_TRUE(QTest::qWaitFor(isWhole));
+        ASSERT_FALSE(seen.empty()) << "there was no fade";
+        EXPECT_LT(seen.front(), 0.5);
+        EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end())) << testing::PrintToString(seen);
+        hide();
+        EXPECT_TRUE(goes());
+        EXPECT_EQ(field->text(), QString());
+    }
+}
+
 TEST_F(Overlay, LeavesTheWayOutOfTheFirstScreenToTheHost)
 {
     const QShortcut escape(Qt::Key_Escape, &host);
@@ -172,17 +199,17 @@ TEST_F(Overlay, LeavesTheWayOutOfTheFirstScreenToTheHost)
     navigation->setFocus();
     show();
     ASSERT_TRUE(comesUp());
-    QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
+    hands::key(Qt::Key_Escape);
     EXPECT_EQ(heard.count(), 1);
     navigation->pushViewController(new PlainScreen, false);
-    QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
-    QTest::mouseClick(host.windowHandle(), Qt::BackButton, {}, QPoint(400, 250));
+    hands::key(Qt::Key_Escape);
+    hands::click(&host, QPoint(400, 250), Qt::BackButton);
     EXPECT_EQ(heard.count(), 1) << "from the others it leads back, and not now";
     EXPECT_EQ(navigation->viewControllers().size(), 2);
     hide();
     ASSERT_TRUE(goes());
     EXPECT_TRUE(navigation->isAncestorOf(QApplication::focusWidget()));
-    QTest::keyClick(host.windowHandle(), Qt::Key_Escape);
+    hands::key(Qt::Key_Escape);
     EXPECT_EQ(navigation->viewControllers().size(), 1);
 }
 

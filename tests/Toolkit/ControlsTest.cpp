@@ -7,6 +7,8 @@
 #include "Parloquin/Toolkit/TextField.h"
 #include "Parloquin/Toolkit/View.h"
 #include "Soon.h"
+#include "TestKit/PacedStyle.h"
+#include "support/ByName.h"
 #include "support/Hands.h"
 
 #include <QtGui/QMouseEvent>
@@ -16,6 +18,9 @@
 #include <QtWidgets/QApplication>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <vector>
 
 using namespace parloquin;
 
@@ -29,8 +34,6 @@ struct Lines {
     int width;
     int height;
 };
-
-void PrintTo(const Lines &row, std::ostream *out) { *out << row.name; }
 
 class LabelLines : public testing::TestWithParam<Lines> { };
 
@@ -52,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, LabelLines,
         Lines { "LimitedAndBrokenAtItsEnd", 16, 2, "one\ntwo\n", 300, 40 },
         Lines { "OneBrokenAtItsEnd", 16, 1, "one\n", 300, 20 },
         Lines { "Markup", 16, 0, "<b>one</b><br>two", 300, 20 }),
-    [](const auto &row) { return std::string(row.param.name); });
+    byName);
 
 // The columns that anything was drawn in.
 std::pair<int, int> inked(QWidget &widget)
@@ -167,6 +170,28 @@ TEST(Button, TellsTapsFromStrayingFingers)
     hands::key(Qt::Key_Return);
     hands::key(Qt::Key_Space);
     EXPECT_EQ(clicks.size(), 3);
+}
+
+TEST(Button, ShowsAPressAtOnceAndFadesWhenLetGo)
+{
+    QApplication::setStyle(new ParloquinTest::PacedStyle(200));
+    ControlsPage page;
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+    for (int round = 0; round < 2; ++round) {
+        hands::press(page.button);
+        EXPECT_EQ(page.button->pressStrength(), 1) << "round " << round;
+        hands::release(page.button);
+        std::vector<qreal> fade { page.button->pressStrength() };
+        const qreal until = round == 0 ? 0.5 : 0; // pressed again on the way
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            fade.push_back(page.button->pressStrength());
+            return fade.back() <= until;
+        }));
+        EXPECT_TRUE(std::is_sorted(fade.rbegin(), fade.rend())) << testing::PrintToString(fade);
+        EXPECT_GT(
+            std::count_if(fade.begin(), fade.end(), [](qreal s) { return s > 0 && s < 1; }), 0)
+            << "there was no fade";
+    }
 }
 
 TEST(TextField, KeepsAPlusInFrontOnAPageFromRightToLeft)

@@ -8,11 +8,14 @@
 #include "TestKit/PacedStyle.h"
 #include "support/Hands.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace parloquin;
 
@@ -56,12 +59,12 @@ private:
     QString m_name;
 };
 
-class Navigation : public testing::TestWithParam<bool> {
+class Pages : public testing::Test {
 protected:
-    void SetUp() override
+    void begin(bool moves)
     {
         calls.clear();
-        QApplication::setStyle(new ParloquinTest::PacedStyle(GetParam() ? 200 : 0));
+        QApplication::setStyle(new ParloquinTest::PacedStyle(moves ? 200 : 0));
         root = new Page(QStringLiteral("root"));
         controller = std::make_unique<NavigationController>(root);
         controller->resize(390, 800);
@@ -88,6 +91,11 @@ protected:
 
     Page *root = nullptr;
     std::unique_ptr<NavigationController> controller;
+};
+
+class Navigation : public Pages, public testing::WithParamInterface<bool> {
+protected:
+    void SetUp() override { begin(GetParam()); }
 };
 
 TEST_P(Navigation, LifeCycleInOrder)
@@ -209,5 +217,65 @@ TEST_P(Navigation, TheBarFollowsTheDirectionAndTheItem)
 
 INSTANTIATE_TEST_SUITE_P(Motion, Navigation, testing::Bool(),
     [](const auto &row) { return std::string(row.param ? "Sliding" : "AtOnce"); });
+
+enum class Going { in, out };
+
+class Slides : public Pages,
+               public testing::WithParamInterface<std::tuple<Going, Qt::LayoutDirection>> { };
+
+TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
+{
+    const auto &[way, direction] = GetParam();
+    QApplication::setLayoutDirection(direction);
+    begin(true);
+    show();
+    const QPointer<Page> second(new Page(QStringLiteral("second")));
+    controller->pushViewController(second, way == Going::in);
+    if (way == Going::out)
+        controller->popViewController(true);
+    QElapsedTimer time;
+    time.start();
+
+    const int side = direction == Qt::LeftToRight ? 1 : -1;
+    std::vector<int> upper; // where they stand, px towards the trailing side
+    std::vector<int> lower;
+    ASSERT_TRUE(QTest::qWaitFor([&] {
+        if (second && second->x() != 0) {
+            upper.push_back(second->x() * side);
+            lower.push_back(root->x() * side);
+            hands::click(controller.get(), QPoint(50, 60)); // a field of both, where they rest
+        }
+        return controller->isAtRest();
+    }));
+    EXPECT_GE(time.elapsed(), 250);
+    ASSERT_GT(upper.size(), 2U) << "there was no motion";
+    if (way == Going::in)
+        std::reverse(upper.begin(), upper.end());
+    else
+        std::reverse(lower.begin(), lower.end());
+    EXPECT_TRUE(std::is_sorted(upper.begin(), upper.end())) << testing::PrintToString(upper);
+    EXPECT_TRUE(std::is_sorted(lower.rbegin(), lower.rend())) << testing::PrintToString(lower);
+    EXPECT_GT(upper.front(), 0);
+    EXPECT_LE(upper.back(), 390);
+    EXPECT_GE(lower.back(), -390 * 3 / 10);
+    EXPECT_LE(lower.front(), 0);
+    EXPECT_GT(upper.back(), 200);
+    EXPECT_LT(lower.back(), -60);
+    EXPECT_FALSE(qobject_cast<QLineEdit *>(QApplication::focusWidget())) << "tapped on the way";
+    hands::click(controller.get(), QPoint(50, 60));
+    EXPECT_TRUE((way == Going::in ? second.data() : root)->field->hasFocus());
+}
+
+std::string nameOfSlide(const testing::TestParamInfo<Slides::ParamType> &slide)
+{
+    const auto &[way, direction] = slide.param;
+    return std::string(way == Going::in ? "In" : "Out")
+        + (direction == Qt::LeftToRight ? "LeftToRight" : "RightToLeft");
+}
+
+INSTANTIATE_TEST_SUITE_P(Directions, Slides,
+    testing::Combine(
+        testing::Values(Going::in, Going::out), testing::Values(Qt::LeftToRight, Qt::RightToLeft)),
+    nameOfSlide);
 
 } // namespace

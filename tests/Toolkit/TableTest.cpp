@@ -2,6 +2,7 @@
 #include "Parloquin/Toolkit/TableParts.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Toolkit/Countries.h"
+#include "support/ByName.h"
 #include "support/Hands.h"
 
 #include <QtGui/QStyleHints>
@@ -118,17 +119,17 @@ TEST_F(Table, AFingerScrollsAndSelectsNothing)
     show();
     hands::Finger finger;
     finger.down(table.get(), middle(500));
+    EXPECT_TRUE(table->cellForRow({ 1, 0 })->isPressed());
     finger.drag({ 0, -300 });
-    EXPECT_GT(table->contentOffset(), 100);
+    EXPECT_FALSE(table->cellForRow({ 1, 0 })->isPressed());
+    const auto goesTo = [this](int offset) {
+        return QTest::qWaitFor([&] { return std::abs(table->contentOffset() - offset) <= 30; });
+    };
+    EXPECT_TRUE(goesTo(300)) << "the rows go with the finger, not to " << table->contentOffset();
+    finger.drag({ 0, 300 });
+    EXPECT_TRUE(goesTo(0)) << table->contentOffset();
     finger.up();
     EXPECT_TRUE(source.selected.isEmpty());
-
-    table->reloadData();
-    table->hide(); // ends the roll
-    table->show();
-    table->setContentOffset(0);
-    finger.tap(table.get(), middle(40));
-    EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 0 } }));
 }
 
 TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
@@ -153,6 +154,44 @@ TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
     EXPECT_EQ(QScroller::scroller(table.get())->state(), QScroller::Inactive);
     EXPECT_TRUE(source.selected.isEmpty());
 }
+
+struct Brake {
+    const char *name;
+    std::function<void(TableView &)> act;
+};
+
+void PrintTo(const Brake &row, std::ostream *out) { *out << row.name; }
+
+class RollingTable : public Table, public testing::WithParamInterface<Brake> { };
+
+TEST_P(RollingTable, IsStoppedAndNoRowIsChosenByThat)
+{
+    show();
+    hands::Finger finger;
+    finger.down(table.get(), middle(500));
+    finger.drag({ 0, -300 });
+    finger.up();
+    const int let = table->contentOffset();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return table->contentOffset() > let + 20; })) << "no fling";
+    GetParam().act(*table);
+    const int at = table->contentOffset();
+    EXPECT_FALSE(QTest::qWaitFor([&] { return table->contentOffset() != at; }, 100)) << "rolls on";
+    EXPECT_EQ(source.selected, QList<IndexPath>());
+    for (const auto *cell : table->visibleCells())
+        EXPECT_FALSE(cell->isPressed()) << place(cell->indexPath());
+    table->show();
+    finger.tap(table.get(), middle(300)); // the next one means a row
+    EXPECT_EQ(source.selected.size(), 1);
+}
+
+const Brake brakes[] = {
+    { "AFinger", [](auto &table) { hands::Finger().tap(&table, QPoint(100, 300)); } },
+    { "ALetter", [](auto &table) { hands::click(&table, QPoint(380, 300)); } },
+    { "AnArrow", [](auto &) { hands::key(Qt::Key_Down); } },
+    { "AWord", [](auto &) { hands::key(Qt::Key_M); } },
+    { "GoingOutOfView", [](auto &table) { table.hide(); } },
+};
+INSTANTIATE_TEST_SUITE_P(Brakes, RollingTable, testing::ValuesIn(brakes), byName);
 
 TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
 {
@@ -197,6 +236,27 @@ TEST_F(Table, TheKeyboardWalksRingsAndSelects)
     press(Qt::Key_Return);
     press(Qt::Key_Space);
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 11, 9 }, { 11, 9 } }));
+}
+
+TEST_F(Table, HeldKeysWalkOnAndChooseOnce)
+{
+    show();
+    focusByTab();
+    const struct {
+        Qt::Key key;
+        int repeats;
+        const char *row;
+        int chosen; ///< in all
+    } holds[] = { { Qt::Key_Down, 11, "1/2", 0 }, { Qt::Key_Return, 9, "1/2", 1 },
+        { Qt::Key_Up, 3, "0/8", 1 }, { Qt::Key_Space, 9, "0/8", 2 },
+        { Qt::Key_PageDown, 1, "3/2", 2 }, { Qt::Key_Enter, 9, "3/2", 3 },
+        { Qt::Key_Select, 9, "3/2", 4 }, { Qt::Key_PageUp, 8, "0/0", 4 },
+        { Qt::Key_End, 5, "25/9", 4 }, { Qt::Key_Home, 5, "0/0", 4 } };
+    for (const auto &[key, repeats, row, chosen] : holds) {
+        hands::hold(key, repeats);
+        EXPECT_EQ(place(ringed()), row) << key;
+        ASSERT_EQ(source.selected.size(), chosen) << key;
+    }
 }
 
 TEST_F(Table, EnterOnARowOutOfViewBringsItBackAndTheNextChooses)
@@ -252,7 +312,7 @@ INSTANTIATE_TEST_SUITE_P(Letters, TypeAhead,
         Typed { "AsWrittenBeforeBare", QStringLiteral("al"), "8/3" },
         Typed { "Accented", QStringLiteral("ål"), "0/4" },
         Typed { "WithoutItsAccent", QStringLiteral("ela"), "9/3" }),
-    [](const auto &row) { return row.param.name; });
+    byName);
 
 TEST_F(Table, APauseBeginsTheLettersAnew)
 {
