@@ -8,8 +8,9 @@
 #include "Parloquin/Toolkit/View.h"
 #include "Screens/Container.h"
 #include "TestKit/PacedStyle.h"
+#include "support/Hands.h"
 
-#include <QtGui/QPointingDevice>
+#include <QtCore/QBuffer>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
@@ -126,17 +127,48 @@ TEST_F(AppList, DarkensThePressedRowAlone)
     EXPECT_EQ(paths().size(), 1);
 }
 
-TEST_F(AppList, HasWidgetsOnlyForRowsInView)
+// Far down and back: a row's widget is another row's by then.
+TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
 {
+    constexpr int count = 10000;
+    const auto color = [](int row) { return QColor(row % 256, 40 + row / 256, 200); };
+    const auto hasIcon = [](int row) { return row % 3 != 1; };
     QByteArray list;
-    for (int row = 0; row < 10000; ++row)
-        list += R"({"text":"Row )" + QByteArray::number(row) + R"("},)";
+    for (int row = 0; row < count; ++row) {
+        const QByteArray name = color(row).name().mid(1).toLatin1();
+        QImage icon(1, 1, QImage::Format_RGB32);
+        icon.fill(color(row));
+        QBuffer png;
+        icon.save(&png, "PNG");
+        server.answer('/' + name, RawServer::http(200, png.data(), "Content-Type: image/png\r\n"));
+        list += R"({"text":"Row )" + QByteArray::number(row) + R"(","bgColour":")" + name + '"';
+        if (hasIcon(row))
+            list += R"(,"icon":")" + server.url(QStringLiteral("/")).toLatin1() + name + '"';
+        list += "},";
+    }
     present(R"({"result":{"list":[)" + list.chopped(1) + "]}}");
     auto *const table = find<TableView>("tblKits");
-    table->scrollToRow({ 0, 9999 }, false);
-    QCoreApplication::processEvents();
-    ASSERT_NE(cell(9999), nullptr);
-    EXPECT_EQ(part<Label>(9999, "lblKitName")->text(), QStringLiteral("Row 9999"));
+    hands::press(cell(1)); // a press that is scrolled away
+    for (const int place : { 0, 1, 2, 7, 5000, 9999, 9990, 5003, 4, 0 }) {
+        table->scrollToRow({ 0, place }, false);
+        QCoreApplication::processEvents();
+        for (auto *const each : table->visibleCells()) {
+            const int row = each->indexPath().row;
+            SCOPED_TRACE("row " + std::to_string(row) + " at " + std::to_string(place));
+            EXPECT_EQ(part<Label>(row, "lblKitName")->text(), QStringLiteral("Row %1").arg(row));
+            EXPECT_EQ(part<View>(row, "viewBack")->backgroundColor().name(),
+                (row == 1 && each->isPressed() ? color(row).darker(125) : color(row)).name());
+            const auto *icon = part<ImageView>(row, "imgKitIcon");
+            const auto shows = [&] {
+                return icon->image().isNull() ? QColor() : icon->image().pixelColor(0, 0);
+            };
+            EXPECT_TRUE(shows() == color(row) || !shows().isValid())
+                << "another's: " << shows().name().toStdString();
+            (void)QTest::qWaitFor([&] { return shows().isValid(); }, hasIcon(row) ? 5000 : 0);
+            EXPECT_EQ(shows(), hasIcon(row) ? color(row) : QColor());
+        }
+    }
+    hands::release(container.get(), { 5, 5 });
     EXPECT_LT(table->findChildren<ThirdPartyKitTableCell *>().size(), 20);
 }
 
@@ -168,12 +200,10 @@ TEST_F(AppList, TellsAutomationWhenItIsAtRest)
     ASSERT_TRUE(settle(1));
     EXPECT_TRUE(atRest());
 
-    const std::unique_ptr<QPointingDevice> device(QTest::createTouchDevice());
-    QWindow *const window = container->windowHandle();
-    QTest::touchEvent(window, device.get()).press(1, { 200, 600 });
-    for (int y = 590; y >= 300; y -= 10)
-        QTest::touchEvent(window, device.get()).move(1, { 200, y });
-    QTest::touchEvent(window, device.get()).release(1, { 200, 300 });
+    hands::Finger finger;
+    finger.down(container.get(), { 200, 600 });
+    finger.drag({ 0, -300 });
+    finger.up();
     EXPECT_FALSE(atRest()) << "it rolls on by itself";
     EXPECT_TRUE(QTest::qWaitFor(atRest));
 

@@ -3,11 +3,15 @@
 #include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Screens/Container.h"
+#include "support/ByName.h"
 #include "support/DeveloperWords.h"
 
 #include <QtCore/QJsonObject>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+
+/// Outside of namespaces, as the macro has it.
+static void forgetCompiledInKeys() { Q_CLEANUP_RESOURCE(HostKeys); }
 
 using namespace parloquin;
 
@@ -80,37 +84,66 @@ TEST_F(Flow, ShowsTheOverlayWhileEachCallIsOut)
     heldBack([] { comeBack(); }, "/v1.0/check");
 }
 
-TEST_F(Flow, AsksOnEveryReturnWithTheLastReference)
+struct SecondStart {
+    const char *name;
+    QByteArray answer;
+    bool opens;
+    QString asks; ///< on the return after it, by that reference; empty: nothing
+    QStringList outcomes; ///< of all
+};
+
+void PrintTo(const SecondStart &row, std::ostream *out) { *out << row.name; }
+
+class SecondStarts : public Flow, public testing::WithParamInterface<SecondStart> { };
+
+TEST_P(SecondStarts, ReplaceWhatTheFirstLeftAndNoMore)
 {
+    const auto asked = [this] {
+        QStringList references;
+        for (const RawRequest &request : server.requests()) {
+            if (request.path() == "/v1.0/check")
+                references << request.parameters().value(QStringLiteral("reference")).toString();
+        }
+        return references;
+    };
     presentLoaded();
     comeBack(); // before any start: asks nothing
     tapRow(0);
     ASSERT_TRUE(settle(2));
-    comeBack();
-    ASSERT_TRUE(waitForOutcomes(1));
-    ASSERT_TRUE(settle(3));
+    for (int i = 1; i <= 2; ++i) { // on every return anew
+        comeBack();
+        ASSERT_TRUE(waitForOutcomes(i) && settle(2 + static_cast<size_t>(i)));
+    }
+    (void)QTest::qWaitFor([] { return !handlerArguments().isEmpty(); });
+    forgetHandlerArguments();
 
-    answer("/v1.0/start", R"({"result":{"reference":"R-2"}})");
-    comeBack();
-    ASSERT_TRUE(waitForOutcomes(2));
-    ASSERT_TRUE(waitForOverlay(false));
+    answer("/v1.0/start", GetParam().answer);
     tapRow(0);
     ASSERT_TRUE(settle(5));
+    EXPECT_EQ(GetParam().opens,
+        QTest::qWaitFor(
+            [] { return !handlerArguments().isEmpty(); }, GetParam().opens ? 5000 : 50));
     comeBack();
-    ASSERT_TRUE(waitForOutcomes(3));
-
-    EXPECT_EQ(paths(),
-        QList<QByteArray>({ "/v1.0/init", "/v1.0/start", "/v1.0/check", "/v1.0/check",
-            "/v1.0/start", "/v1.0/check" }));
-    QStringList references;
-    for (const RawRequest &request : server.requests()) {
-        if (request.path() == "/v1.0/check")
-            references << request.parameters().value(QStringLiteral("reference")).toString();
-    }
-    EXPECT_EQ(references,
-        QStringList({ QStringLiteral("R-1"), QStringLiteral("R-1"), QStringLiteral("R-2") }));
-    EXPECT_EQ(delegate->outcomes().count(QStringLiteral("succeeded S-1")), 3);
+    ASSERT_TRUE(waitForOutcomes(static_cast<int>(GetParam().outcomes.size())));
+    ASSERT_TRUE(settle(GetParam().asks.isEmpty() ? 5 : 6));
+    const QString first = QStringLiteral("R-1");
+    EXPECT_EQ(asked().mid(0, 2), QStringList({ first, first }));
+    EXPECT_EQ(asked().mid(2).join(u','), GetParam().asks);
+    EXPECT_EQ(delegate->outcomes(), GetParam().outcomes);
 }
+
+const QString yes = QStringLiteral("succeeded S-1");
+const SecondStart secondStarts[] = {
+    { "Another", R"({"result":{"deeplink":"parlo://x","reference":"R-2"}})", true,
+        QStringLiteral("R-2"), { yes, yes, yes } },
+    { "WithoutLink", R"({"result":{"reference":"R-2"}})", false, QStringLiteral("R-2"),
+        { yes, yes, yes } },
+    { "WithoutReference", R"({"result":{"deeplink":"parlo://x"}})", true, {}, { yes, yes } },
+    { "Refused", R"({"meta":{"httpStatusCode":500}})", false, {}, { yes, yes } },
+    { "Failed", garbage, false, QStringLiteral("R-1"),
+        { yes, yes, QStringLiteral("failed 1"), yes } },
+};
+INSTANTIATE_TEST_SUITE_P(Rows, SecondStarts, testing::ValuesIn(secondStarts), byName);
 
 TEST_F(Flow, IgnoresAppsThatTheDeviceDoesNotHave)
 {
@@ -137,7 +170,6 @@ struct StartRow {
     QStringList outcomes; ///< of the start itself
     QStringList words = {}; ///< to the developer
 };
-void PrintTo(const StartRow &row, std::ostream *out) { *out << row.name; }
 
 class StartAnswer : public Flow, public testing::WithParamInterface<StartRow> { };
 
@@ -184,15 +216,13 @@ const StartRow startRows[] = {
         { refused.arg(500), noLink } },
     { "Garbage", garbage, false, false, { QStringLiteral("failed 1") } },
 };
-INSTANTIATE_TEST_SUITE_P(Rows, StartAnswer, testing::ValuesIn(startRows),
-    [](const auto &row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Rows, StartAnswer, testing::ValuesIn(startRows), byName);
 
 struct CheckRow {
     const char *name;
     QByteArray answer;
     QString outcome;
 };
-void PrintTo(const CheckRow &row, std::ostream *out) { *out << row.name; }
 
 class CheckAnswer : public Flow, public testing::WithParamInterface<CheckRow> { };
 
@@ -215,8 +245,7 @@ const CheckRow checkRows[] = {
     { "NoResult", R"({"meta":{"httpStatusCode":200}})", QStringLiteral("failed 0") },
     { "Garbage", garbage, QStringLiteral("failed 1") },
 };
-INSTANTIATE_TEST_SUITE_P(Rows, CheckAnswer, testing::ValuesIn(checkRows),
-    [](const auto &row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Rows, CheckAnswer, testing::ValuesIn(checkRows), byName);
 
 struct InitRow {
     const char *name;
@@ -226,7 +255,6 @@ struct InitRow {
     QString description;
     QStringList outcomes;
 };
-void PrintTo(const InitRow &row, std::ostream *out) { *out << row.name; }
 
 class InitAnswer : public Flow, public testing::WithParamInterface<InitRow> { };
 
@@ -251,8 +279,7 @@ const InitRow initRows[] = {
         1, false, {}, {} },
     { "Garbage", garbage, 0, false, {}, { QStringLiteral("failed 1") } },
 };
-INSTANTIATE_TEST_SUITE_P(Rows, InitAnswer, testing::ValuesIn(initRows),
-    [](const auto &row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Rows, InitAnswer, testing::ValuesIn(initRows), byName);
 
 TEST_F(Flow, TellsAtOnceThatThereIsNoNetwork)
 {
@@ -263,6 +290,16 @@ TEST_F(Flow, TellsAtOnceThatThereIsNoNetwork)
     EXPECT_EQ(delegate->outcomes(), QStringList(QStringLiteral("failed 1")));
     EXPECT_EQ(delegate->outcomesOnMainThread(), 1);
     EXPECT_EQ(server.connections(), 0);
+}
+
+TEST_F(Flow, StopsAProgramWithoutKeysAndSaysWhatItLacks)
+{
+    const auto open = [this] {
+        forgetCompiledInKeys();
+        present();
+        (void)settle(1);
+    };
+    EXPECT_DEATH(open(), "usable ParloquinSecret");
 }
 
 TEST_F(Flow, AsksTheDelegateOfTheMoment)

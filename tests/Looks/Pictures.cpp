@@ -1,0 +1,186 @@
+// Pictures at the ratio that the process runs with, to the pixel.
+#include "Looks/Walk.h"
+#include "Parloquin/Extension/QImage+Extension.h"
+#include "Parloquin/Networking/Router/ServiceEndpoint.h"
+#include "Parloquin/Toolkit/ImageView.h"
+#include "support/ByName.h"
+
+#include <QtCore/QBuffer>
+#include <QtGui/QPainter>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+
+#include <map>
+#include <tuple>
+
+using namespace parloquin;
+
+namespace {
+
+/// Each quarter of another colour, as read from the left and from the top.
+QImage quarters(QSize size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    for (const auto &[x, y, color] : { std::tuple(0, 0, Qt::red), std::tuple(1, 0, Qt::green),
+             std::tuple(0, 1, Qt::blue), std::tuple(1, 1, Qt::black) })
+        painter.fillRect(x * size.width() / 2, y * size.height() / 2, size.width() / 2,
+            size.height() / 2, color);
+    return image;
+}
+
+/// What stands near the corners and in the middles of the edges of a picture, row by row: the
+/// letters of the colours, `.` where nothing was drawn.
+std::string lookOf(QWidget &view)
+{
+    QImage drawn(view.size() * view.devicePixelRatioF(), QImage::Format_RGB32);
+    drawn.setDevicePixelRatio(view.devicePixelRatioF());
+    drawn.fill(Qt::white);
+    view.render(&drawn, {}, {}, QWidget::DrawChildren);
+    std::string look;
+    for (const double down : { 0.06, 0.35, 0.65, 0.94 }) {
+        for (const double across : { 0.06, 0.35, 0.65, 0.94 }) {
+            const QColor color = drawn.pixelColor(
+                static_cast<int>(drawn.width() * across), static_cast<int>(drawn.height() * down));
+            const bool r = color.red() > 128;
+            const bool g = color.green() > 64;
+            const bool b = color.blue() > 128;
+            look += r && g && b ? '.' : r ? 'r' : g ? 'g' : b ? 'b' : 'k';
+        }
+        look += '/';
+    }
+    return look;
+}
+
+struct Fitting {
+    const char *name;
+    QSize picture;
+    ContentMode mode;
+    Qt::Alignment alignment;
+    Qt::LayoutDirection direction;
+    std::string look; ///< in a view of 40 x 40
+};
+
+class PictureFitting : public testing::TestWithParam<Fitting> { };
+
+TEST_P(PictureFitting, KeepsItsShapeAndItsSide)
+{
+    const auto &[name, picture, mode, alignment, direction, look] = GetParam();
+    ImageView view;
+    view.setLayoutDirection(direction);
+    view.resize(40, 40);
+    view.setContentMode(mode);
+    view.setAlignment(alignment);
+    view.setImage(quarters(picture));
+    EXPECT_EQ(lookOf(view), look);
+}
+
+constexpr auto fit = ContentMode::aspectFit;
+constexpr auto fill = ContentMode::scaleToFill;
+constexpr auto ltr = Qt::LeftToRight;
+constexpr auto rtl = Qt::RightToLeft;
+const Fitting fittings[] = {
+    { "Filled", { 80, 20 }, fill, Qt::AlignCenter, ltr, "rrgg/rrgg/bbkk/bbkk/" },
+    { "FilledFromTheRight", { 80, 20 }, fill, Qt::AlignCenter, rtl, "rrgg/rrgg/bbkk/bbkk/" },
+    { "Wide", { 80, 40 }, fit, Qt::AlignCenter, ltr, "..../rrgg/bbkk/..../" },
+    { "Tall", { 20, 40 }, fit, Qt::AlignCenter, ltr, ".rg./.rg./.bk./.bk./" },
+    { "WideAtTheTop", { 80, 40 }, fit, Qt::AlignTop, ltr, "rrgg/bbkk/..../..../" },
+    { "WideAtTheBottom", { 80, 40 }, fit, Qt::AlignBottom, ltr, "..../..../rrgg/bbkk/" },
+    { "TallLeading", { 20, 40 }, fit, Qt::AlignLeading, ltr, "rg../rg../bk../bk../" },
+    { "TallLeadingFromTheRight", { 20, 40 }, fit, Qt::AlignLeading, rtl, "..rg/..rg/..bk/..bk/" },
+    { "Small", { 4, 4 }, fit, Qt::AlignCenter, ltr, "rrgg/rrgg/bbkk/bbkk/" },
+};
+INSTANTIATE_TEST_SUITE_P(Shapes, PictureFitting, testing::ValuesIn(fittings), byName);
+
+TEST(Pictures, CoverThePixelsOfTheDeviceOneByOne)
+{
+    ImageView view;
+    view.resize(20, 20);
+    const int side = qRound(20 * view.devicePixelRatioF());
+    QImage fine(side, side, QImage::Format_RGB32);
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x)
+            fine.setPixelColor(x, y, (x + y) % 2 == 0 ? Qt::black : QColor(7 * x % 256, 0, 255));
+    }
+    view.setImage(fine);
+    const QImage drawn = view.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(difference(drawn, fine), "");
+}
+
+/// A JPEG whose file says how to turn it.
+QByteArray turned(char orientation)
+{
+    QByteArray jpeg;
+    QBuffer device(&jpeg);
+    quarters({ 80, 40 }).save(&device, "JPEG", 100);
+    QByteArray exif("\xff\xe1\0\x22"
+                    "Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0?\0\0\0\0\0\0",
+        36);
+    exif[exif.indexOf('?')] = orientation;
+    return jpeg.insert(2, exif);
+}
+
+TEST(Pictures, TurnAsTheirFileSays)
+{
+    RawServer server;
+    const std::pair<char, std::string> rows[] = { { 1, "..../rrgg/bbkk/..../" },
+        { 2, "..../ggrr/kkbb/..../" }, { 3, "..../kkbb/ggrr/..../" }, { 6, ".br./.br./.kg./.kg./" },
+        { 8, ".gk./.gk./.rb./.rb./" } };
+    for (const auto &[orientation, look] : rows) {
+        server.answer(
+            "/a", RawServer::http(200, turned(orientation), "Content-Type: image/jpeg\r\n"));
+        ImageView view;
+        view.resize(40, 40);
+        download(&view, QUrl(server.url(QStringLiteral("/a"))), fit, serviceTimeout());
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !view.image().isNull(); })) << int(orientation);
+        EXPECT_EQ(lookOf(view), look) << "orientation " << int(orientation);
+    }
+}
+
+/// How many pixels differ by more than a rounding.
+int differing(const QImage &seen, const QImage &expected)
+{
+    int count = 0;
+    for (int y = 0; y < expected.height(); ++y) {
+        for (int x = 0; x < expected.width(); ++x)
+            count += std::abs(qGray(seen.pixel(x, y)) - qGray(expected.pixel(x, y))) > 8 ? 1 : 0;
+    }
+    return count;
+}
+
+// Chevrons turn with the reading direction; pictures of apps and of things do not.
+class Icons : public Walk { };
+
+TEST_F(Icons, TurnWithTheReadingDirectionWhereTheyPoint)
+{
+    const std::pair<const char *, bool> icons[] = { { "iconArrowRight", true },
+        { "iconArrowDown", true }, { "iconSms", false }, { "imgKitIcon", false } };
+    answer("/v1.0/init",
+        R"({"result":{"alternativeValidation":"otp","list":[{"app":"parlo","text":"Parlo","icon":")"
+            + server.url(QStringLiteral("/a")).toLatin1() + R"("}]}})");
+    server.answer("/a", RawServer::http(200, turned(1), "Content-Type: image/jpeg\r\n"));
+    std::map<std::string, QImage> pictures;
+    for (const auto direction : { ltr, rtl }) {
+        QApplication::setLayoutDirection(direction);
+        take([&](const std::string &stop) {
+            for (const auto &[name, mirrored] : icons) {
+                auto *const icon = find<ImageView>(name);
+                if (!icon || stop == "overlay")
+                    continue;
+                if (icon->objectName() == QLatin1String("imgKitIcon")) {
+                    ASSERT_TRUE(QTest::qWaitFor([&] { return !icon->image().isNull(); }));
+                }
+                const QImage now = icon->grab().toImage().convertToFormat(QImage::Format_RGB32);
+                if (direction == ltr) {
+                    pictures[name] = now;
+                    continue;
+                }
+                ASSERT_EQ(pictures.count(name), 1U) << name;
+                EXPECT_EQ(differing(now, pictures[name].mirrored(mirrored, false)), 0) << name;
+            }
+        });
+    }
+    EXPECT_EQ(pictures.size(), std::size(icons));
+}
+
+} // namespace
