@@ -1,4 +1,6 @@
+#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Networking/Helper/Reachability.h"
+#include "support/ByName.h"
 #include "support/OwnNetwork.h"
 
 #include <QtTest/QTest>
@@ -57,8 +59,7 @@ const NetworkRow networkRows[] = {
               "route add ::/0 nexthop via fd01::1 nexthop via fd00::1\nlink set w1 down",
         "-R -------" },
 };
-INSTANTIATE_TEST_SUITE_P(Network, NetworkStates, testing::ValuesIn(networkRows),
-    [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Network, NetworkStates, testing::ValuesIn(networkRows), byName);
 
 /// Puts a pipe whose other end is closed into the place of each socket that hears of the network.
 int breakWatches()
@@ -100,6 +101,26 @@ TEST(NetworkWatch, WatchesAgainWhenItsSocketBreaks)
     EXPECT_TRUE(becomes(true)); // by what the new watch looks at first
     ASSERT_TRUE(ip("route del default"));
     EXPECT_TRUE(becomes(false));
+}
+
+// What every call asks before it is sent.
+TEST(NetworkGate, OpensAndClosesWithTheNetwork)
+{
+    if (!isInOwnNetwork())
+        return;
+    ASSERT_TRUE(ip(wired));
+    const auto &gate = ApiSessionHelper::shared().isNetworkReachable;
+    EXPECT_TRUE(gate) << "until it is known";
+    const auto becomes = [&](bool open) { return QTest::qWaitFor([&] { return gate == open; }); };
+    EXPECT_TRUE(becomes(false)) << "no way out";
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(ip("route add default via 10.9.0.1"));
+        EXPECT_TRUE(becomes(true)) << "a way out, time " << i;
+        ASSERT_TRUE(ip("route del default"));
+        EXPECT_TRUE(becomes(false)) << "none again, time " << i;
+    }
+    const ApiSessionHelper own(nullptr); // without a watch
+    EXPECT_TRUE(own.isNetworkReachable);
 }
 
 } // namespace

@@ -8,7 +8,9 @@
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"
 
+#include <QtCore/QDateTime>
 #include <QtCore/QRegularExpression>
+#include <QtTest/QTest>
 
 #include <gtest/gtest.h>
 
@@ -87,6 +89,24 @@ TEST(ApiClient, FailsAtOnceWhereNothingCanBeSent)
 
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(server.connections(), 0);
+}
+
+// The service refuses what was signed minutes ago.
+TEST(ApiClient, SignsEachCallWithItsOwnTime)
+{
+    const auto second = [] { return QDateTime::currentSecsSinceEpoch(); };
+    RawServer server;
+    setServiceHost(server.hostAndPort());
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto before = second();
+        AwaitedResult<CheckResponseModel> call;
+        ApiRequest::check({}, call.handler());
+        ASSERT_EQ(call.wait(), "refused");
+        const auto stamp = server.requests().at(i).header("X-TRZ-Req-Timestamp");
+        EXPECT_GE(stamp.toLongLong(), before * 1000) << "call " << i;
+        EXPECT_LE(stamp.toLongLong(), second() * 1000) << "call " << i;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return second() > before; }));
+    }
 }
 
 TEST(ApiClient, CountsExpiredTokens)

@@ -1,6 +1,7 @@
 // The shared session by itself: pictures use it too.
 #include "Network/Get.h"
 #include "Parloquin/Platform/GLibPointers.h"
+#include "support/ByName.h"
 #include "support/RawServer.h"
 
 #include <QtCore/QFile>
@@ -148,6 +149,52 @@ TEST(UrlSession, KeepsNoCallWaitingBehindSlowPictures)
     EXPECT_TRUE(QTest::qWaitFor([&] { return server.posts() == 1; }));
     EXPECT_EQ(server.connections(), 7) << "pictures beyond six wait";
 }
+
+struct End {
+    const char *name;
+    const char *path;
+    const char *outcome;
+};
+
+class PicturesThatEnd : public testing::TestWithParam<End> { };
+
+// However the first end, each makes room for another: a process may show any number.
+TEST_P(PicturesThatEnd, MakeRoomForAllThatFollow)
+{
+    RawServer server;
+    server.answer("/whole", RawServer::http(200, "1234", ""));
+    server.answer("/large", RawServer::http(200, QByteArray(1001, 'x'), ""));
+    server.answer("/dropped", QByteArray());
+    server.answer("/cut", RawServer::http(200, "1234", "").chopped(1));
+    const auto &[name, path, outcome] = GetParam();
+    const bool cancels = std::string(outcome) == "error -999";
+    if (cancels)
+        server.pause();
+    std::vector<std::unique_ptr<Get>> pictures;
+    for (int i = 0; i < 66; ++i) {
+        const QString which = i < 12 ? QString::fromLatin1(path) : QStringLiteral("/whole");
+        pictures.push_back(std::make_unique<Get>(server.url(which)));
+        pictures.back()->task->resume();
+    }
+    if (cancels) {
+        ASSERT_TRUE(server.waitForRequests(6));
+        for (int i = 0; i < 12; ++i)
+            pictures[static_cast<std::size_t>(i)]->task->cancel();
+        server.proceed();
+    }
+    for (std::size_t i = 0; i < pictures.size(); ++i)
+        ASSERT_EQ(pictures[i]->wait(), i < 12 ? outcome : "200  4") << "picture " << i;
+}
+
+const End pictureEnds[] = {
+    { "Whole", "/whole", "200  4" },
+    { "Refused", "/missing", "404 application/json 31" },
+    { "TooLarge", "/large", "200 error -1005" },
+    { "Cut", "/cut", "200 error -1005" },
+    { "Dropped", "/dropped", "error -1005" },
+    { "GivenUp", "/whole", "error -999" },
+};
+INSTANTIATE_TEST_SUITE_P(Ends, PicturesThatEnd, testing::ValuesIn(pictureEnds), byName);
 
 /// Answers over TLS, under a fresh certificate for 127.0.0.1 that only itself vouches for. Serves
 /// on the main thread, so that waits for more than one condition at once turn its event loop.
