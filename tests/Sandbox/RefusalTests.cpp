@@ -69,7 +69,15 @@ const RefusalRow refusals[] = {
     { "DeviceIdInSmallLetters",
         header("X-TRZ-Client-Device-Id", "6f9619ff-8b86-d011-b42d-00c04fc964ff"), 400, "",
         "X-TRZ-Client-Device-Id" },
+    { "DeviceIdCutShort", header("X-TRZ-Client-Device-Id", "6F9619FF-8B86-D011-B42D-00C04FC964F"),
+        400, "", "X-TRZ-Client-Device-Id" },
+    { "DeviceIdOfOtherGroups",
+        header("X-TRZ-Client-Device-Id", "6F9619FF-8B86-D011-B42D0-0C04FC964FF"), 400, "",
+        "X-TRZ-Client-Device-Id" },
+    { "OsAfterTwoBlanks", header("X-TRZ-Os", "ios  12"), 400, "", "X-TRZ-Os: expected" },
     { "LanguageWithRegion", header("X-TRZ-Lang", "en_GB"), 400, "", "X-TRZ-Lang" },
+    { "LanguageOfOneLetter", header("X-TRZ-Lang", "e"), 400, "", "X-TRZ-Lang" },
+    { "LanguageOfNineLetters", header("X-TRZ-Lang", "abcdefghi"), 400, "", "X-TRZ-Lang" },
     { "NoTimeStamp", without("X-TRZ-Req-Timestamp"), 400, "", "X-TRZ-Req-Timestamp: missing" },
     { "TimeWithMilliseconds",
         [](Request &request) {
@@ -80,9 +88,9 @@ const RefusalRow refusals[] = {
         400, "", "ending in 000" },
     { "TimeInSeconds", [](Request &request) { replaceTime(request, "1700000000"); }, 403, "",
         "seconds old" },
-    { "OldTime", [](Request &request) { replaceTime(request, timeStampOf(-400)); }, 403, "",
+    { "OldTime", [](Request &request) { replaceTime(request, timeStampOf(-310)); }, 403, "",
         "seconds old" },
-    { "FutureTime", [](Request &request) { replaceTime(request, timeStampOf(400)); }, 403, "",
+    { "FutureTime", [](Request &request) { replaceTime(request, timeStampOf(310)); }, 403, "",
         "seconds ahead" },
     { "NotMarkedEncrypted", header("X-TRZ-Encrypted", "0"), 403, "403026", "X-TRZ-Encrypted" },
     { "NoClientKey", without("X-TRZ-Client-Key"), 403, "403002", "X-TRZ-Client-Key: empty" },
@@ -160,6 +168,44 @@ TEST_P(SandboxRefuses, WhatOneFaultSpoils)
 }
 
 INSTANTIATE_TEST_SUITE_P(Requests, SandboxRefuses, testing::ValuesIn(refusals), nameOf);
+
+// The other side of each rule.
+TEST(SandboxAccepts, WhatIsJustRight)
+{
+    const std::pair<const char *, std::function<void(Request &)>> requests[] = {
+        { "old by less than is tolerated", [](auto &r) { replaceTime(r, timeStampOf(-290)); } },
+        { "ahead by less than is tolerated", [](auto &r) { replaceTime(r, timeStampOf(290)); } },
+        { "an OS of one digit", header("X-TRZ-Os", "ios 9") },
+        { "a device id", header("X-TRZ-Client-Device-Id", "6F9619FF-8B86-D011-B42D-00C04FC964FF") },
+        { "no device id", without("X-TRZ-Client-Device-Id") },
+        { "a language of two letters", header("X-TRZ-Lang", "az") },
+        { "a language of eight letters", header("X-TRZ-Lang", "abcdefgh") },
+        { "no language", without("X-TRZ-Lang") },
+        { "the transport's own", header("Accept-Language", "tr") },
+        { "fewer parameters", parameters(R"({"deviceName":"p","timezone":"UTC"})") },
+    };
+    const Sandbox sandbox;
+    for (const auto &[name, change] : requests) {
+        auto request = sandbox.request("init", rightInit);
+        change(request);
+        const auto reply = sandbox.send(request);
+        EXPECT_EQ(reply.metaStatus(), 200) << name << ": " << reply.errorMessage();
+    }
+}
+
+TEST(SandboxConsole, ShowsNothingOfStrangersThatPassesForItsOwn)
+{
+    Sandbox sandbox;
+    const std::string lie = "\x1b[2J\n12:00:00  init        accepted\x7f\r";
+    sandbox.call("init", { { "deviceName", "p" }, { "timezone", "UTC" }, { lie, "x" } });
+    auto console = sandbox.process().waitForOutput("not a key");
+    sandbox.client().Post("/v1.0/%1b%5b2J%0a12:00:00%7f", "", "text/plain");
+    console = sandbox.process().waitForOutput("no such call");
+    EXPECT_NE(console.find("?[2J?12:00:00  init        accepted"), std::string::npos) << console;
+    for (const char c : console)
+        EXPECT_TRUE(c == '\n' || (static_cast<unsigned char>(c) >= 0x20 && c != 0x7f)) << int(c);
+    EXPECT_EQ(console.find("\n12:00:00"), std::string::npos) << console;
+}
 
 namespace {
 struct ParameterRow {

@@ -167,12 +167,29 @@ TEST(SandboxRoad, RefusesCodesThatAreOldOrGuessed)
     EXPECT_EQ(guessed.call("check-otp", check(sent, "111")).metaStatus(), 400);
     EXPECT_EQ(guessed.call("check-otp", check(sent, "A7x")).metaStatus(), 429);
     const auto again = guessed.call("send-otp", send);
-    EXPECT_EQ(guessed.call("check-otp", check(again, "A7x")).metaStatus(), 200);
+    EXPECT_EQ(guessed.call("check-otp", check(again, "A7y")).metaStatus(), 400);
+    const auto session = guessed.call("check-otp", check(again, "A7x")).result();
+    EXPECT_TRUE(session.contains("sessionId")) << "one attempt was left";
+    EXPECT_EQ(guessed.call("check-otp", check(again, "A7y")).metaStatus(), 400);
+    EXPECT_EQ(guessed.call("check-otp", check(again, "A7x")).metaStatus(), 429);
 
     const Sandbox old(json { { "codes", { { "fixed", "A7x" }, { "expirySeconds", 0 } } } });
     const auto late = old.call("check-otp", check(old.call("send-otp", send), "A7x"));
     EXPECT_EQ(late.metaStatus(), 400);
     EXPECT_NE(late.errorMessage().find("too old"), std::string::npos);
+}
+
+TEST(SandboxRoad, TakesNoMessageThatCameTooLate)
+{
+    const Sandbox sandbox(json { { "messageExpirySeconds", 0 } });
+    const auto started = sandbox.call("start", { { "app", "parlo" } }).result();
+    const auto text = textOfLink(started.at("deeplink"));
+    const auto late = sandbox.post("/sandbox/messages", { { "app", "parlo" }, { "text", text } });
+    EXPECT_EQ(late.at("status"), 404);
+    EXPECT_EQ(late.at("error"), "this message is too old");
+    EXPECT_FALSE(sandbox.call("check", { { "reference", started.at("reference") } })
+                     .result()
+                     .contains("sessionId"));
 }
 
 TEST(SandboxRoad, SendsToNumbersOfTheChosenCountryOnly)
