@@ -42,4 +42,3 @@ std::vector<Cell> lifetimeCells();
 std::vector<Cell> entryCells();
 std::vector<Cell> handlerCells();
 std::vector<Cell> deviceCells();
-std::vector<Cell> keyCells();

@@ -1,4 +1,4 @@
-// What fingers, keyboards and windows may do to each screen.
+// What fields and windows may go through on each screen.
 #include "Faults/FaultTest.h"
 #include "support/Hands.h"
 
@@ -99,55 +99,6 @@ Cell typed(const Field &field, const Typed &row)
         row.inSample };
 }
 
-struct Held {
-    const char *fault;
-    Qt::Key key;
-    QByteArray widget; ///< that has the focus
-    QByteArray at; ///< the call that is next there
-    int calls; ///< that the key makes, however long it is held
-    QByteArray until; ///< that shows
-    QStringList outcomes;
-};
-const Held helds[] = {
-    { "hold Enter", Qt::Key_Return, "tblKits", "start", 1, "link", {} },
-    { "hold Space", Qt::Key_Space, "tblKits", "start", 1, "link", {} },
-    { "hold Enter", Qt::Key_Return, "viewAlternativeKit", "start", 0, "phone", {} },
-    { "hold Enter", Qt::Key_Return, "viewCountryBack", "country", 1, "countries 16", {} },
-    { "hold Enter", Qt::Key_Enter, "btnContinue", "send-otp", 1, "code", {} },
-    { "hold Enter", Qt::Key_Return, "txtPhoneNumber", "send-otp", 1, "code", {} },
-    { "hold Enter", Qt::Key_Return, "btnCheck", "check-otp", 1, "code", { u"succeeded"_s } },
-    { "hold Enter", Qt::Key_Return, "txtCode2", "check-otp", 1, "code", { u"succeeded"_s } },
-    { "hold Enter", Qt::Key_Return, "btnBack", "check-otp", 0, "phone", {} },
-    { "hold Escape", Qt::Key_Escape, "txtCode1", "check-otp", 0, "phone", {} },
-    { "hold Backspace", Qt::Key_Backspace, "txtCode2", "check-otp", 0, "code", {} },
-};
-
-Cell held(const Held &row)
-{
-    const auto act = [&row](FaultTest &test) {
-        test.goTo(row.at);
-        const auto before = Yardstick::requests();
-        test.find(row.widget)->setFocus(Qt::TabFocusReason);
-        const auto shows = [&] { return test.scene().endsWith(row.until); };
-        hands::keyDown(row.key);
-        if (row.key == Qt::Key_Space) // a button waits for its release
-            hands::keyUp(row.key);
-        EXPECT_TRUE(QTest::qWaitFor([&] {
-            hands::keyDown(row.key, true);
-            return shows();
-        }));
-        test.waitForAnswers();
-        for (int i = 0; i < 50; ++i)
-            hands::keyDown(row.key, true);
-        hands::keyUp(row.key);
-        test.waitForAnswers();
-        EXPECT_EQ(Yardstick::requests() - before, row.calls);
-        EXPECT_TRUE(shows()) << test.scene().constData();
-    };
-    return { row.fault, row.at + ' ' + row.widget, act, row.outcomes, {},
-        row.key == Qt::Key_Escape };
-}
-
 /// Makes the window as small as it gets, while a finger lies on it, and draws it.
 void shrink(const FaultTest &test)
 {
@@ -197,8 +148,6 @@ std::vector<Cell> entryCells()
         for (const Typed &row : typings)
             cells.push_back(typed(field, row));
     }
-    for (const Held &row : helds)
-        cells.push_back(held(row));
     for (const char *call : { "init", "start", "country", "send-otp", "check-otp" })
         cells.push_back(shrunk(call));
     return cells;

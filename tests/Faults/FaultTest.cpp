@@ -260,8 +260,8 @@ namespace {
 std::vector<Cell> table(bool inSample)
 {
     std::vector<Cell> cells;
-    for (const auto &chapter : { serviceCells(), lifetimeCells(), entryCells(), handlerCells(),
-             deviceCells(), keyCells() })
+    for (const auto &chapter :
+        { serviceCells(), lifetimeCells(), entryCells(), handlerCells(), deviceCells() })
         std::copy_if(chapter.begin(), chapter.end(), std::back_inserter(cells),
             [=](const Cell &cell) { return cell.inSample == inSample; });
     return cells;

@@ -1,4 +1,4 @@
-// Containers, delegates and applications that go while an answer is still to come.
+// Containers and delegates that go while an answer is still to come.
 #include "Faults/FaultTest.h"
 
 #include <QtTest/QTest>
@@ -86,44 +86,6 @@ Cell left(const Call &call, const Leaving &leaving, const Answer &answer)
         scene };
 }
 
-/// Outlives the application object, as the peer does; the system ends it with the process.
-class Quitting : public FaultTest {
-public:
-    void begin() { SetUp(); }
-    void TestBody() override { }
-};
-
-// Runs within a process of its own, started by the cells below.
-TEST(QuitCell, DISABLED_Child)
-{
-    const auto words = qgetenv("PARLOQUIN_QUIT").split(' ');
-    static auto *const quitting = new Quitting;
-    quitting->begin();
-    ASSERT_NO_FATAL_FAILURE(quitting->goTo(words.first()));
-    quitting->setFault(words.first(), words.last());
-    quitting->make(words.first());
-    quitting->waitForRequest();
-    quitting->container.reset();
-    Yardstick::say("quits");
-}
-
-Cell quit(const Call &call, const QByteArray &fault)
-{
-    const QByteArray at = call.name + ' ' + fault;
-    const auto act = [at](FaultTest &test) {
-        qputenv("PARLOQUIN_QUIT", at);
-        const auto pause = test.yardstick.pause();
-        Process child({ "/proc/self/exe", "--gtest_filter=QuitCell.DISABLED_Child",
-            "--gtest_also_run_disabled_tests" });
-        child.waitForOutput("quits");
-        const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(child.waitForEnd(), 0) << child.output();
-        EXPECT_LT(std::chrono::steady_clock::now() - start, 1s + Yardstick::slack(1s));
-        EXPECT_EQ(child.output().find("Sanitizer"), std::string::npos) << child.output();
-    };
-    return { "application quits", at, act, {}, "closed" };
-}
-
 } // namespace
 
 std::vector<Cell> lifetimeCells()
@@ -136,8 +98,6 @@ std::vector<Cell> lifetimeCells()
             for (const Answer &answer : answers)
                 cells.push_back(left(call, leaving, answer));
         }
-        for (const char *fault : { "stall@before", "drip@body", "endless@body", "close@before" })
-            cells.push_back(quit(call, fault));
     }
     for (size_t i = 0; i < cells.size(); i += 7)
         cells[i].inSample = true;
