@@ -215,6 +215,12 @@ TEST_F(Stack, RepeatsAndReleasesGoWhereThePressWent)
 
 class Edge : public Stack, public testing::WithParamInterface<std::tuple<bool, bool>> {
 protected:
+    void SetUp() override
+    {
+        QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
+    }
+    void TearDown() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
+
     // From the leading edge, in pixels inwards.
     [[nodiscard]] QPoint from(int inwards, int y) const
     {
@@ -230,7 +236,6 @@ protected:
 
 TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
 {
-    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
     present();
     auto *top = pages[2];
     auto *below = pages[1];
@@ -280,7 +285,6 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
 
 TEST_P(Edge, LeadsNowhereFromTheFirstScreen)
 {
-    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
     present();
     controller->popViewController(false);
     controller->popViewController(false);
@@ -294,7 +298,6 @@ TEST_P(Edge, LeadsNowhereFromTheFirstScreen)
 
 TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
 {
-    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
     present();
     for (const bool dragged : { true, false }) { // or only at rest on the edge
         hands::Finger finger;
