@@ -14,7 +14,7 @@ namespace parloquin {
 
 namespace {
 
-constexpr int titleMargin = 88; // px that a button may take at each side
+constexpr int edge = 16; // px from the bar's edge to a title where no button is
 
 // What the bar showed before, fading over what it shows now.
 class FadingLook : public Pane {
@@ -112,18 +112,28 @@ struct NavigationBar::Private {
     void arrange()
     {
         const int top = bar->height() - barHeight;
-        title->setGeometry(
-            titleMargin, top, std::max(bar->width() - 2 * titleMargin, 0), barHeight);
         const bool mirrored = bar->layoutDirection() == Qt::RightToLeft;
         const auto place = [&](BarButtonItem *button, bool atLeft) {
             if (!button)
-                return;
+                return edge;
             const auto size = button->sizeHint();
             button->setGeometry({ { atLeft ? 0 : bar->width() - size.width(), top }, size });
+            return size.width();
         };
-        place(left, !mirrored);
-        place(right, mirrored);
+        const int atLeading = place(left, !mirrored);
+        const int atTrailing = place(right, mirrored);
+        arrangeTitle(mirrored ? atTrailing : atLeading, mirrored ? atLeading : atTrailing, top);
         look->raise();
+    }
+
+    // In the bar's middle where it fits there; else in the middle of what the buttons leave.
+    void arrangeTitle(int atLeft, int atRight, int top)
+    {
+        const int wider = std::max(atLeft, atRight);
+        const bool fits = title->sizeHint().width() <= bar->width() - 2 * wider;
+        const int x = fits ? wider : atLeft;
+        const int end = bar->width() - (fits ? wider : atRight);
+        title->setGeometry(x, top, std::max(end - x, 0), barHeight);
     }
 
     NavigationBar *bar;
@@ -136,7 +146,7 @@ struct NavigationBar::Private {
 };
 
 NavigationBar::NavigationBar(QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
     , d(std::make_unique<Private>(this))
 {
 }

@@ -215,6 +215,33 @@ TEST_P(Navigation, TheBarFollowsTheDirectionAndTheItem)
     EXPECT_EQ(root->navigationItem().leftBarButtonItem(), nullptr);
 }
 
+TEST(NavigationBar, GivesItsTitleTheRoomThatTheButtonsLeave)
+{
+    for (const bool mirrored : { false, true }) {
+        NavigationItem item;
+        NavigationBar bar;
+        auto *button = new BarButtonItem(QStringLiteral("Cancel it"), QStringLiteral("btnCancel"));
+        item.setLeftBarButtonItem(button);
+        const int taken = button->sizeHint().width();
+        ASSERT_GT(taken, 88);
+        bar.setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
+        const auto *label = bar.findChild<Label *>(QStringLiteral("lblTitle"));
+        item.setTitle(QStringLiteral("A title"));
+        bar.show(&item, false);
+        bar.show(); // hidden it would put off what a size brings
+        const int wanted = label->sizeHint().width();
+        for (const auto &[width, place] :
+            { std::pair(390, QRect(taken, 0, 390 - 2 * taken, 48)), // in the bar's middle
+                std::pair(taken + wanted + 20, QRect(taken, 0, wanted + 4, 48)) }) { // beside it
+            bar.resize(width, 48);
+            QRect expected = place;
+            if (mirrored)
+                expected.moveLeft(width - place.x() - place.width());
+            EXPECT_EQ(label->geometry(), expected) << width << (mirrored ? " mirrored" : "");
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Motion, Navigation, testing::Bool(),
     [](const auto &row) { return std::string(row.param ? "Sliding" : "AtOnce"); });
 
