@@ -1,10 +1,10 @@
 #include "Parloquin/Controller/OtpCheckViewController.h"
 
 #include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/ArrangedRow.h"
 #include "Parloquin/Toolkit/BarButtonItem.h"
 #include "Parloquin/Toolkit/Button.h"
 #include "Parloquin/Toolkit/Label.h"
-#include "Parloquin/Toolkit/Pane.h"
 #include "Parloquin/Toolkit/ScrollView.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextField.h"
@@ -51,12 +51,13 @@ void OtpCheckViewController::setViewFieldsBack()
     // A view that takes no taps keeps them from its children too.
     viewFieldsBack->setAttribute(Qt::WA_TransparentForMouseEvents, false);
 
-    stackTextFields = new Pane(viewFieldsBack);
+    stackTextFields = new ArrangedRow(54, 15, viewFieldsBack);
     stackTextFields->setObjectName(QStringLiteral("stackTextFields"));
 
     int number = 0;
     for (TextField *&box : txtCode) {
         TextField *field = box = new TextField(stackTextFields);
+        stackTextFields->add(field);
         field->setObjectName(QStringLiteral("txtCode%1").arg(number++));
         field->setAccessibleName(QCoreApplication::translate("Parloquin", "Code, digit %1 of %2")
                                      .arg(number)
@@ -100,7 +101,7 @@ void OtpCheckViewController::setButtonTryAgain()
     btnTryAgain->setObjectName(QStringLiteral("btnTryAgain"));
 }
 
-// Inside a widget its own width() and height() hide the anchors of these names.
+// Inside a widget its own height() hides the anchor of this name.
 // clang-format off
 void OtpCheckViewController::setAnchorsForDescLabel()
 {
@@ -115,7 +116,6 @@ void OtpCheckViewController::setAnchorsForDescLabel()
 void OtpCheckViewController::setAnchorsForFields()
 {
     using parloquin::height;
-    using parloquin::width;
     QWidget *safeArea = m_page->contentView();
     activate(safeArea, {
         leading(viewFieldsBack)  == leading(safeArea)      + 20,
@@ -123,24 +123,11 @@ void OtpCheckViewController::setAnchorsForFields()
         top(viewFieldsBack)      == bottom(lblDescription) + 20,
         height(viewFieldsBack)   == 75,
 
-        // the boxes and the gaps between them
-        width(stackTextFields)   == codeLength * 54 + (codeLength - 1) * 15,
-        height(stackTextFields)  == 54,
-        centerX(stackTextFields) == centerX(viewFieldsBack),
-        centerY(stackTextFields) == centerY(viewFieldsBack),
-
-        leading(txtCode.front()) == leading(stackTextFields),
+        leading(stackTextFields)  == leading(viewFieldsBack)  + 8, // room for a ring
+        trailing(stackTextFields) == trailing(viewFieldsBack) - 8,
+        height(stackTextFields)   == 54,
+        centerY(stackTextFields)  == centerY(viewFieldsBack),
     });
-    for (std::size_t i = 0; i < txtCode.size(); ++i) {
-        TextField *box = txtCode[i];
-        activate(safeArea, {
-            width(box)  == 54,
-            height(box) == 54,
-            top(box)    == top(stackTextFields),
-        });
-        if (i > 0)
-            activate(safeArea, { leading(box) == trailing(txtCode[i - 1]) + 15 });
-    }
 }
 
 void OtpCheckViewController::setAnchorsForButtonCheck()

@@ -12,6 +12,7 @@
 namespace parloquin {
 
 class Announcement;
+class ArrangedRow;
 class BarButtonItem;
 class Button;
 class IncomingMessages;
@@ -73,7 +74,7 @@ private:
     QPointer<BarButtonItem> btnBack;
     Label *lblDescription = nullptr;
     View *viewFieldsBack = nullptr;
-    QWidget *stackTextFields = nullptr;
+    ArrangedRow *stackTextFields = nullptr;
     std::array<TextField *, codeLength> txtCode {}; // named txtCode0, txtCode1, ...
     Button *btnCheck = nullptr;
     Button *btnTryAgain = nullptr;

@@ -80,6 +80,27 @@ TEST_P(SmsGeometry, CodeEntry)
     EXPECT_EQ(text("btnTryAgain"), u"Didn't you receive the code? Tap here to try again"_s);
 }
 
+// What is left of a phone of 390 x 844 at twice the scale.
+TEST_P(SmsGeometry, CodeBoxesStandWholeOnANarrowScreen)
+{
+    goToCodeEntry();
+    container->resize(195, 422);
+    ASSERT_TRUE(rests());
+    const QRect around = frame("viewFieldsBack");
+    EXPECT_EQ(around, QRect(20, 142, 155, 75));
+    int end = around.x();
+    const bool turned = GetParam() == Qt::RightToLeft;
+    for (const char *name :
+        { turned ? "txtCode2" : "txtCode0", "txtCode1", turned ? "txtCode0" : "txtCode2" }) {
+        const QRect box = frame(name);
+        EXPECT_EQ(box.size(), frame("txtCode0").size()) << name;
+        EXPECT_GE(box.x() - end, 8) << name << " has no room for its ring";
+        end = box.x() + box.width();
+    }
+    EXPECT_GE(around.x() + around.width() - end, 8);
+    EXPECT_GE(frame("txtCode0").width(), 36);
+}
+
 TEST_P(SmsGeometry, CountryPicker)
 {
     openPicker();
