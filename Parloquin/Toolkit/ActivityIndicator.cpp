@@ -20,7 +20,7 @@ constexpr qreal extent = 40; // px that these lengths are drawn for
 }
 
 ActivityIndicator::ActivityIndicator(QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
 {
     installAccessibility();
     setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Pane.h"
+
 #include <QtCore/QTimer>
-#include <QtWidgets/QWidget>
 
 namespace parloquin {
 
 /// \brief The turning spokes: white, large, one turn a second in twelve steps.
-class ActivityIndicator : public QWidget {
+class ActivityIndicator : public Pane {
     Q_OBJECT
 public:
     explicit ActivityIndicator(QWidget *parent = nullptr);

@@ -57,7 +57,7 @@ void EditMenu::open(QLineEdit *field, bool byKeys)
 }
 
 EditMenu::EditMenu(QLineEdit *field)
-    : QWidget(field, Qt::Popup)
+    : Pane(field, Qt::Popup)
     , m_field(field)
 {
     setObjectName(QStringLiteral("editMenu"));

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Parloquin/Toolkit/Accessibility.h"
-
-#include <QtWidgets/QWidget>
+#include "Parloquin/Toolkit/Pane.h"
 
 #include <functional>
 
@@ -13,7 +12,7 @@ namespace parloquin {
 /// \brief Cut, copy and paste beside a field, as far as they lead to anything now.
 ///
 /// A popup that deletes itself. Main thread only.
-class EditMenu : public QWidget, public Describable {
+class EditMenu : public Pane, public Describable {
     Q_OBJECT
 public:
     /// Opens over the field, or under it where there is no room. Selects the whole text unless a

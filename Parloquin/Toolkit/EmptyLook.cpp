@@ -8,7 +8,7 @@
 namespace parloquin {
 
 EmptyLook::EmptyLook(QWidget *list)
-    : QWidget(list)
+    : Pane(list)
     , imgEmpty(new ImageView(this))
     , lblEmpty(new Label(this))
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtWidgets/QWidget>
+#include "Parloquin/Toolkit/Pane.h"
 
 namespace parloquin {
 
@@ -10,7 +10,7 @@ class Label;
 /// \brief What a list shows in place of rows: a symbol over a line of text.
 ///
 /// Near the top, clear of the progress overlay in the middle; transparent for the mouse.
-class EmptyLook : public QWidget {
+class EmptyLook : public Pane {
     Q_OBJECT
 public:
     explicit EmptyLook(QWidget *list);

@@ -37,7 +37,7 @@ QWidget *ringedFor(QWidget *screen, QWidget *focused)
 }
 
 FocusRing::FocusRing(QWidget *screen)
-    : QWidget(screen)
+    : Pane(screen)
     , m_screen(screen)
 {
     setObjectName(QStringLiteral("focusRing"));

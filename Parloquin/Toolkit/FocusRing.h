@@ -1,8 +1,9 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Pane.h"
+
 #include <QtCore/QPointer>
 #include <QtGui/QColor>
-#include <QtWidgets/QWidget>
 
 class QPainter;
 
@@ -12,7 +13,7 @@ namespace parloquin {
 ///
 /// Boxes clip what they hold, so a field cannot draw its own ring; the screen's overlay can.
 /// Fields ring on any focus, everything else on keyboard focus only. Rows draw their own.
-class FocusRing : public QWidget {
+class FocusRing : public Pane {
     Q_OBJECT
 public:
     explicit FocusRing(QWidget *screen);

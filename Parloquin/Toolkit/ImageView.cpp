@@ -11,7 +11,7 @@
 namespace parloquin {
 
 ImageView::ImageView(QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
 {
     installAccessibility();
     setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Pane.h"
+
 #include <QtGui/QImage>
-#include <QtWidgets/QWidget>
 
 #include <memory>
 
@@ -14,7 +15,7 @@ enum class ContentMode { scaleToFill, aspectFit };
 /// \brief Shows a picture, sharp at any scale when it is one of the kit's own.
 ///
 /// Decoration to a screen reader; transparent for the mouse.
-class ImageView : public QWidget {
+class ImageView : public Pane {
     Q_OBJECT
 public:
     explicit ImageView(QWidget *parent = nullptr);

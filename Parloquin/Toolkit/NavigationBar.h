@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtWidgets/QWidget>
+#include "Parloquin/Toolkit/Pane.h"
 
 #include <memory>
 
@@ -9,7 +9,7 @@ namespace parloquin {
 class NavigationItem;
 
 /// \brief The bar over the screens: a title between two buttons, 48 px high.
-class NavigationBar : public QWidget {
+class NavigationBar : public Pane {
     Q_OBJECT
 public:
     static constexpr int barHeight = 48; // px

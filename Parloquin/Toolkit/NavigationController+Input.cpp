@@ -102,7 +102,7 @@ void NavigationController::Private::releaseFinger(bool cancelled)
 bool NavigationController::event(QEvent *event)
 {
     if (event->type() != QEvent::ShortcutOverride)
-        return QWidget::event(event);
+        return Pane::event(event);
     // Before it is a key it may be a shortcut of the host's.
     auto *key = static_cast<QKeyEvent *>(event);
     const bool tab = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;

@@ -133,7 +133,7 @@ void NavigationController::Private::drop(const QPointer<Screen> &screen, bool po
 }
 
 NavigationController::NavigationController(Screen *root, QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
     , d(std::make_unique<Private>(this))
 {
     d->stack.append(root);

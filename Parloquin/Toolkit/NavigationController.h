@@ -1,7 +1,8 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Pane.h"
+
 #include <QtCore/QList>
-#include <QtWidgets/QWidget>
 
 #include <memory>
 
@@ -19,7 +20,7 @@ class Screen;
 /// Escape, the Back key, Alt+Left, a mouse's back button and a finger's drag from the leading edge
 /// go back a screen; on the first screen they are the host's. A Back while the last one is under
 /// way is nobody's. What the keyboard has is never nothing: the screen itself if need be.
-class NavigationController : public QWidget {
+class NavigationController : public Pane {
     Q_OBJECT
 public:
     explicit NavigationController(Screen *root, QWidget *parent = nullptr);

@@ -11,7 +11,7 @@
 namespace parloquin {
 
 Screen::Screen(QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
 {
     installAccessibility();
     // Screens slide over each other: none may let another one shine through. Painted, as a host's
@@ -38,7 +38,7 @@ bool Screen::event(QEvent *event)
         event->accept(); // not a shortcut of the host's
         return true;
     }
-    return QWidget::event(event);
+    return Pane::event(event);
 }
 
 void Screen::keyPressEvent(QKeyEvent *event)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Parloquin/Toolkit/Pane.h"
+
 #include <QtCore/QPointer>
 #include <QtWidgets/QAbstractButton>
 
@@ -44,7 +46,7 @@ private:
 ///
 /// Loads once, when the container first shows it. Main thread only; owned by its
 /// NavigationController from the push on.
-class Screen : public QWidget {
+class Screen : public Pane {
     Q_OBJECT
 public:
     explicit Screen(QWidget *parent = nullptr);

@@ -5,7 +5,7 @@
 namespace parloquin {
 
 Shield::Shield(QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
 {
     setAttribute(Qt::WA_AcceptTouchEvents);
 }
@@ -28,7 +28,7 @@ bool Shield::event(QEvent *event)
         event->accept();
         return true;
     default:
-        return QWidget::event(event);
+        return Pane::event(event);
     }
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QtWidgets/QWidget>
+#include "Parloquin/Toolkit/Pane.h"
 
 namespace parloquin {
 
 /// \brief A pane of glass: whoever points at what lies under it, with a mouse, a finger or a pen,
 /// reaches nothing, and nor does what the pane lies in.
-class Shield : public QWidget {
+class Shield : public Pane {
     Q_OBJECT
 public:
     explicit Shield(QWidget *parent = nullptr);

@@ -4,7 +4,7 @@
 namespace parloquin {
 
 TableCell::TableCell(QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
     , m_fade(this, [this] { update(); })
 {
     installAccessibility();

@@ -41,7 +41,7 @@ void TableHeader::paintEvent(QPaintEvent *)
 }
 
 TableLines::TableLines(QWidget *table)
-    : QWidget(table)
+    : Pane(table)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
@@ -62,7 +62,7 @@ void TableLines::paintEvent(QPaintEvent *)
 }
 
 TableShadow::TableShadow(QWidget *table)
-    : QWidget(table)
+    : Pane(table)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
@@ -78,7 +78,7 @@ void TableShadow::paintEvent(QPaintEvent *)
 }
 
 TableIndex::TableIndex(QWidget *table)
-    : QWidget(table)
+    : Pane(table)
     , m_face(12, QFont::DemiBold)
 {
     setObjectName(QStringLiteral("sectionIndex"));
@@ -153,7 +153,7 @@ void TableIndex::choose(const QPointF &position)
 }
 
 TableThumb::TableThumb(QWidget *table)
-    : QWidget(table)
+    : Pane(table)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     hide();

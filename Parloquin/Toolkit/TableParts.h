@@ -6,7 +6,6 @@
 #include <QtCore/QList>
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
-#include <QtWidgets/QWidget>
 
 namespace parloquin {
 
@@ -21,7 +20,7 @@ protected:
 };
 
 /// \brief The lines between a table's rows, over them: a cell may fill its whole ground.
-class TableLines : public QWidget {
+class TableLines : public Pane {
     Q_OBJECT
 public:
     explicit TableLines(QWidget *table);
@@ -37,7 +36,7 @@ private:
 };
 
 /// \brief What the stuck header throws on the rows that slide under it.
-class TableShadow : public QWidget {
+class TableShadow : public Pane {
     Q_OBJECT
 public:
     static constexpr int reach = 4; // px
@@ -49,7 +48,7 @@ protected:
 };
 
 /// \brief The letters beside a table: one tap or a drag along them goes to a section.
-class TableIndex : public QWidget {
+class TableIndex : public Pane {
     Q_OBJECT
     Q_PROPERTY(QString text READ text)
 public:
@@ -85,7 +84,7 @@ private:
 };
 
 /// \brief Shows for a moment how far a table has scrolled.
-class TableThumb : public QWidget {
+class TableThumb : public Pane {
     Q_OBJECT
 public:
     explicit TableThumb(QWidget *table);

@@ -282,7 +282,7 @@ bool TableView::event(QEvent *event)
         d->setOffset(Scrolling::targetOf(*event));
         return true;
     default:
-        return QWidget::event(event);
+        return Pane::event(event);
     }
 }
 

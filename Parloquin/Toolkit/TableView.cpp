@@ -275,7 +275,7 @@ int TableView::Private::itemAt(const QPoint &point) const
 }
 
 TableView::TableView(QWidget *parent)
-    : QWidget(parent)
+    : Pane(parent)
     , d(std::make_unique<Private>(this))
 {
     installAccessibility();

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Parloquin/Toolkit/Holdable.h"
+#include "Parloquin/Toolkit/Pane.h"
 #include "Parloquin/Toolkit/PressFade.h"
 
 #include <QtCore/QStringList>
-#include <QtWidgets/QWidget>
 
 #include <functional>
 #include <memory>
@@ -21,7 +21,7 @@ struct IndexPath {
 };
 
 /// \brief A recycled row. Subclasses lay out their contents in themselves.
-class TableCell : public QWidget {
+class TableCell : public Pane {
     Q_OBJECT
 public:
     explicit TableCell(QWidget *parent = nullptr);
@@ -91,7 +91,7 @@ public:
 /// Only rows in view exist as widgets, whatever the count; a screen reader finds all of them.
 /// Touch, wheel and keyboard (arrows, Page, Home, End, Enter, Space, and the first letters of a
 /// row) work. Main thread only; data source and delegate are borrowed and outlive the table.
-class TableView : public QWidget, public Holdable {
+class TableView : public Pane, public Holdable {
     Q_OBJECT
 public:
     enum class SeparatorStyle { none, singleLine };

@@ -87,7 +87,11 @@ bool Tappable::event(QEvent *event)
         event->accept(); // not a shortcut of the host's
         return true;
     }
-    return QAbstractButton::event(event);
+    const bool sheetMayHaveSized = SheetSize::heeds(*event);
+    const bool handled = QAbstractButton::event(event);
+    if (sheetMayHaveSized) // a click may have deleted this
+        m_sheetSize.follow(*this, *event);
+    return handled;
 }
 
 void Tappable::keyPressEvent(QKeyEvent *event)

@@ -2,6 +2,7 @@
 
 #include "Parloquin/Toolkit/Holdable.h"
 #include "Parloquin/Toolkit/PressFade.h"
+#include "Parloquin/Toolkit/SheetSize.h"
 
 #include <QtCore/QPoint>
 #include <QtWidgets/QAbstractButton>
@@ -37,6 +38,7 @@ protected:
 
 private:
     PressFade m_fade;
+    SheetSize m_sheetSize;
     QPoint m_pressedAt;
     bool m_strayed = false;
     bool m_keyboardFocus = false;

@@ -37,7 +37,8 @@ QString ownSheet(const QFont &font)
         family = QLatin1Char('"') + family.replace(QLatin1Char('"'), QLatin1String("\\\""))
             + QLatin1Char('"');
     return QStringLiteral(
-               "QLineEdit { border: none; padding: 0; margin: 0; background: transparent;"
+               "QLineEdit { border: none; border-image: none; padding: 0; margin: 0; background: "
+               "transparent;"
                "width: -1px; height: -1px; min-width: 0; min-height: 0; max-width: %1px; "
                "max-height: %1px;"
                "color: %2; selection-color: %2; selection-background-color: %3;"

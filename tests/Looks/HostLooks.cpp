@@ -4,18 +4,26 @@
 
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
 
 #include <map>
 
 namespace {
 
+enum class Place { application, dialog, page, container };
+
 struct Look {
     const char *name;
     const char *sheet = "";
+    Place place = Place::application; // of the sheet
     bool dark = false;
     const char *style = "Windows";
     int points = 0;
 };
+
+constexpr const char *sizes = "* { min-height: 60px; min-width: 90px; margin: 5px; padding: 3px;"
+                              " border: 3px solid red; border-radius: 9px; font: 22px;"
+                              " background: green }";
 
 // clang-format off
 const Look looks[] = {
@@ -27,10 +35,17 @@ const Look looks[] = {
     { "Labels", "QLabel { qproperty-alignment: AlignRight }" },
     { "FieldsByState", "QLineEdit:focus { border: 4px solid red; font: italic 40px serif }"
                        " QLineEdit:read-only { color: lime; margin: 9px }"
-                       " QLineEdit { selection-color: red; width: 300px; max-height: 10px }" },
-    { "DarkPalette", "", true },
-    { "Fusion", "", false, "Fusion" },
-    { "LargeFont", "", false, "Windows", 20 },
+                       " QLineEdit { selection-color: red; width: 300px; max-height: 10px;"
+                       " border-image: url(:/icon-sms.svg) }" },
+    { "Sizes", sizes },
+    { "LargeSizes", "QDialog > QWidget > QWidget QWidget { min-width: 500px; min-height: 900px }" },
+    { "SmallSizes", "QDialog > QWidget > QWidget QWidget { max-width: 40px; max-height: 30px }" },
+    { "OnTheDialog", sizes, Place::dialog },
+    { "OnThePage", sizes, Place::page },
+    { "OnTheContainer", sizes, Place::container },
+    { "DarkPalette", "", Place::application, true },
+    { "Fusion", "", Place::application, false, "Fusion" },
+    { "LargeFont", "", Place::application, false, "Windows", 20 },
 };
 // clang-format on
 
@@ -41,10 +56,14 @@ protected:
     void SetUp() override
     {
         Walk::SetUp();
+        page = new QWidget(&dialog);
+        page->resize(size);
         undress();
+        dialog.resize(size);
+        dialog.show();
     }
 
-    static void dress(const Look &look)
+    void dress(const Look &look)
     {
         QApplication::setStyle(new ParloquinTest::PacedStyle(0, QLatin1String(look.style)));
         if (look.dark)
@@ -56,17 +75,36 @@ protected:
             font.setLetterSpacing(QFont::AbsoluteSpacing, 3);
             QApplication::setFont(font);
         }
-        qApp->setStyleSheet(QString::fromLatin1(look.sheet));
+        setSheet(QString::fromLatin1(look.sheet));
     }
 
-    static void undress()
+    void undress()
     {
         static const QPalette palette = QApplication::palette();
         static const QFont font = QApplication::font();
-        qApp->setStyleSheet({});
+        setSheet({});
         QApplication::setStyle(new ParloquinTest::PacedStyle(0, QStringLiteral("Windows")));
         QApplication::setPalette(palette);
         QApplication::setFont(font);
+    }
+
+    void setSheet(const QString &sheet)
+    {
+        switch (GetParam().place) {
+        case Place::application:
+            qApp->setStyleSheet(sheet);
+            break;
+        case Place::dialog:
+            dialog.setStyleSheet(sheet);
+            break;
+        case Place::page:
+            page->setStyleSheet(sheet);
+            break;
+        case Place::container:
+            if (container)
+                container->setStyleSheet(sheet);
+            break;
+        }
     }
 
     /// The overlay turns: each of its steps is as good as any.
@@ -95,24 +133,31 @@ protected:
         }
         ADD_FAILURE() << stop << ": " << different;
     }
+
+    QDialog dialog;
 };
 
 TEST_P(HostLooks, LeaveEveryScreenAsItIs)
 {
     std::map<std::string, Pictures> plain;
-    take([&](const std::string &stop) {
+    const Stop look = [&](const std::string &stop) {
         plain[stop] = pictures(stop);
         dress(GetParam());
         expectOneOf(plain[stop], stop + ", set while it is open");
         undress();
         expectOneOf(plain[stop], stop + ", taken back while it is open");
-    });
-    ASSERT_EQ(plain.size(), 7);
+    };
+    take(look);
+    takeEmpty(look);
+    ASSERT_EQ(plain.size(), 13);
 
     dress(GetParam());
-    take([&](const std::string &stop) {
+    const Stop compare = [&](const std::string &stop) {
         expectOneOf(plain[stop], stop + ", set before the kit was made");
-    });
+    };
+    answerWell();
+    take(compare);
+    takeEmpty(compare);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, HostLooks, testing::ValuesIn(looks),

@@ -1,11 +1,14 @@
 #include "Looks/Walk.h"
 
+#include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "TestKit/PacedStyle.h"
+#include "support/Hands.h"
 
-#include <QtCore/QDir>
+#include <QtCore/QCoreApplication>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -19,6 +22,11 @@ void Walk::SetUp()
     ContainerTest::SetUp();
     QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     QApplication::setCursorFlashTime(0);
+    answerWell();
+}
+
+void Walk::answerWell()
+{
     answer("/v1.0/init", threeApps);
     answer("/v1.0/country", R"({"result":{"list":[
         {"title":"Norway","countryCode":"NO","phoneCode":"+47"},
@@ -35,28 +43,54 @@ QImage Walk::picture() const
     return container->grab().toImage();
 }
 
-void Walk::take(const std::function<void(const std::string &stop)> &stop)
+void Walk::presentWaiting(const Stop &stop)
 {
     server.pause();
-    present();
+    present(page);
+    container->resize(size);
     ASSERT_TRUE(QTest::qWaitForWindowActive(container->window()));
     ASSERT_TRUE(waitForOverlay(true));
     ASSERT_TRUE(QTest::qWaitFor([this] { return find("container")->graphicsEffect() == nullptr; }));
     stop("overlay");
     server.proceed();
     ASSERT_TRUE(waitForOverlay(false));
+}
+
+void Walk::take(const Stop &stop)
+{
+    presentWaiting(stop);
     ASSERT_TRUE(QTest::qWaitFor([this] { return find("viewBack") != nullptr; }));
     stop("app list");
+    hands::press(find("viewBack"));
+    stop("app list, pressed");
+    hands::moveTo(find("viewBack"), { 0, -60 }); // let go of there, it is no tap
+    hands::release(find("viewBack"), { 0, -60 });
     toTheCode(stop);
     container.reset();
 }
 
-void Walk::toTheCode(const std::function<void(const std::string &stop)> &stop)
+void Walk::takeEmpty(const Stop &stop)
 {
-    const auto type = [this](const char *keys) {
-        for (const char *key = keys; *key != '\0'; ++key)
-            QTest::keyClick(container->window()->windowHandle(), *key);
-    };
+    answer("/v1.0/init", R"({"result":{"alternativeValidation":"otp",
+        "alternativeValidationDescription":"Get a code by SMS instead"}})");
+    answer("/v1.0/country", R"({"result":{}})");
+    presentWaiting(stop);
+    stop("app list, empty");
+    tap(find("viewAlternativeKit"));
+    server.pause();
+    tap(find("viewCountryBack"));
+    ASSERT_NE(find("tblCountries"), nullptr);
+    const auto *look = find("tblCountries")->findChild<Label *>(QStringLiteral("lblEmpty"));
+    const QString waiting = look->text();
+    stop("country picker, waiting");
+    server.proceed();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return look->text() != waiting; }));
+    stop("country picker, empty");
+    container.reset();
+}
+
+void Walk::toTheCode(const Stop &stop)
+{
     tap(find("viewAlternativeKit"));
     ASSERT_NE(find("txtPhoneNumber"), nullptr);
     stop("phone entry");
@@ -64,13 +98,14 @@ void Walk::toTheCode(const std::function<void(const std::string &stop)> &stop)
     tap(find("viewCountryBack"));
     const auto *countries = find<TableView>("tblCountries");
     ASSERT_NE(countries, nullptr);
-    ASSERT_TRUE(QTest::qWaitFor([=] { return countries->visibleCells().size() == 5; }));
+    ASSERT_TRUE(QTest::qWaitFor([=] { return countries->visibleCells().size() >= 5; }));
     stop("country picker");
     tap(countries->cellForRow({ 3, 0 }));
     ASSERT_TRUE(QTest::qWaitFor([this] { return find("tblCountries") == nullptr; }));
 
     tap(find("txtPhoneNumber"));
-    type("41234567");
+    stop("phone entry, caret");
+    hands::keys(QStringLiteral("41234567"));
     stop("phone entry, filled");
 
     tap(find("btnContinue"));
@@ -79,8 +114,15 @@ void Walk::toTheCode(const std::function<void(const std::string &stop)> &stop)
         return first && first->hasFocus() && !overlayIsUp();
     }));
     stop("code entry");
-    type("7k");
+    hands::keys(QStringLiteral("7k"));
     stop("code entry, filled");
+    // As when a message has come.
+    auto *offer = find<Button>("btnMessageCode");
+    ASSERT_NE(offer, nullptr);
+    offer->setText(QCoreApplication::translate("Parloquin", "Fill in %1 from your message")
+                       .arg(QStringLiteral("7K2")));
+    offer->show();
+    stop("code entry, offered");
 }
 
 std::string difference(const QImage &seen, const QImage &expected)

@@ -9,17 +9,26 @@
 /// \brief Takes a person's way through every screen of the kit, and stops at each to look.
 class Walk : public ContainerTest {
 public:
-    /// \param stop told the name of each picture to take, while nothing moves
-    void take(const std::function<void(const std::string &stop)> &stop);
+    /// Told the name of each picture to take, while nothing moves.
+    using Stop = std::function<void(const std::string &stop)>;
+    void take(const Stop &stop);
+    /// The same with a service that has neither apps nor countries.
+    void takeEmpty(const Stop &stop);
 
     /// What the container shows now, the caret steady, in device pixels.
     [[nodiscard]] QImage picture() const;
 
 protected:
     void SetUp() override;
+    /// With apps and countries, as at the start.
+    void answerWell();
+
+    QSize size { 390, 844 }; ///< of the container
+    QWidget *page = nullptr; ///< of a host, shown, that it stands in
 
 private:
-    void toTheCode(const std::function<void(const std::string &stop)> &stop);
+    void presentWaiting(const Stop &stop);
+    void toTheCode(const Stop &stop);
 };
 
 /// \return nothing where both are the same, else how many pixels differ, and how the first does

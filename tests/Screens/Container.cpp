@@ -129,10 +129,12 @@ void ContainerTest::SetUp()
 
 void ContainerTest::TearDown() { container.reset(); }
 
-void ContainerTest::present()
+void ContainerTest::present(QWidget *page)
 {
     Parloquin kit;
     container.reset(kit.viewControllerForLogin());
+    if (page)
+        container->setParent(page);
     container->setContentsMargins(0, 44, 0, 0);
     container->setKitDelegate(delegate);
     container->resize(390, 844);

@@ -39,7 +39,8 @@ private:
 class ContainerTest : public testing::Test {
 public:
     /// A container of 390 x 844, shown, its answers still to come.
-    void present();
+    /// \param page of a host, to stand in; else it is a window
+    void present(QWidget *page = nullptr);
     /// The same, and waits until the overlay has gone again.
     void presentLoaded();
     /// \return a button, label, ... of the container by its name; null where there is none
