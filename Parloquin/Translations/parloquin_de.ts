@@ -21,7 +21,7 @@
     </message>
     <message>
         <source>Fill in %1 from your message</source>
-        <translation>%1 aus Ihrer Nachricht einsetzen</translation>
+        <translation>%1 aus der Nachricht einsetzen</translation>
     </message>
     <message>
         <source>Send Code</source>
@@ -61,7 +61,7 @@
     </message>
     <message>
         <source>Don&apos;t use any of these apps?</source>
-        <translation>Keine dieser Apps in Gebrauch?</translation>
+        <translation>Keine dieser Apps dabei?</translation>
     </message>
     <message>
         <source>In progress</source>
