@@ -11,7 +11,6 @@
 #include <QtCore/QCoreApplication>
 #include <QtGui/QResizeEvent>
 #include <QtGui/QScreen>
-#include <QtWidgets/QStyle>
 
 #include <algorithm>
 #include <utility>
@@ -21,6 +20,8 @@ namespace {
 
 constexpr QSize phoneSize(390, 844); // px, what a window of its own opens with
 constexpr QSize smallestSize(320, 480); // px, the smallest phone that all screens were made for
+// px, what desktops put above and below a window; styles do not know it
+constexpr int windowFrame = 40;
 
 class AccessibleContainer : public AccessibleNode {
 public:
@@ -85,8 +86,7 @@ bool ParloquinNavigationController::isAtRest() const
 QSize ParloquinNavigationController::sizeHint() const
 {
     // A window is to open whole, its title bar included.
-    const int frame = isWindow() ? style()->pixelMetric(QStyle::PM_TitleBarHeight) : 0;
-    const int room = screen()->availableGeometry().height() - frame;
+    const int room = screen()->availableGeometry().height() - (isWindow() ? windowFrame : 0);
     return { phoneSize.width(), std::min(phoneSize.height(), room) };
 }
 
