@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>Phone Number..</source>
-        <translation>Número de teléfono..</translation>
+        <translation>Su número..</translation>
     </message>
     <message>
         <source>Send SMS</source>

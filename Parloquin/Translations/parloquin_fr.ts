@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>Phone Number..</source>
-        <translation>Numéro de téléphone..</translation>
+        <translation>Votre numéro..</translation>
     </message>
     <message>
         <source>Send SMS</source>

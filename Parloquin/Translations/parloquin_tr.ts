@@ -61,7 +61,7 @@
     </message>
     <message>
         <source>Don&apos;t use any of these apps?</source>
-        <translation>Bu uygulamaların hiçbirini kullanmıyor musunuz?</translation>
+        <translation>Bu uygulamaları kullanmıyor musunuz?</translation>
     </message>
     <message>
         <source>In progress</source>
