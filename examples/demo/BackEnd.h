@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QtCore/QDateTime>
 #include <QtCore/QJsonObject>
 #include <QtCore/QObject>
 #include <QtNetwork/QNetworkAccessManager>
@@ -8,14 +7,6 @@
 #include <functional>
 
 namespace demo {
-
-/// \brief What this host's own back end knows of a verified session.
-struct Confirmation {
-    QString sessionId;
-    QString method;
-    QString app; // empty: no messaging app was used
-    QDateTime confirmedAt;
-};
 
 /// \brief The host's own back end; in this demo the sandbox plays it.
 ///
@@ -25,13 +16,13 @@ struct Confirmation {
 class BackEnd : public QObject {
     Q_OBJECT
 public:
-    using QObject::QObject;
+    BackEnd();
 
     void askHealth(std::function<void(bool running)> done);
 
-    /// \param done gets the confirmation, or why there is none
-    void confirm(const QString &sessionId,
-        std::function<void(const Confirmation &, const QString &fault)> done);
+    /// Asks the service by its `result` call, as a real back end would.
+    /// \param done gets why the session is not confirmed; empty: it is
+    void confirm(const QString &sessionId, std::function<void(const QString &fault)> done);
 
     /// \brief The code that was "sent by SMS": only a sandbox tells.
     /// \param number full number, digits
@@ -39,7 +30,7 @@ public:
     void askCode(const QString &number, std::function<void(const QString &code)> done);
 
 private:
-    using Done = std::function<void(int status, const QJsonObject &body, const QString &fault)>;
+    using Done = std::function<void(int status, const QJsonObject &body)>;
     void get(const QString &path, Done done);
 
     QNetworkAccessManager m_network;

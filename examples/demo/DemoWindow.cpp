@@ -68,13 +68,12 @@ void DemoWindow::verified(const QString &sessionId)
     m_outcome->showAsking();
     m_outcomeSheet->cover();
     dismissKit();
-    m_backEnd.confirm(sessionId,
-        [this, time, now = m_attempt](const Confirmation &confirmation, const QString &fault) {
-            if (now != m_attempt)
-                return;
-            fault.isEmpty() ? m_outcome->showVerified(confirmation, time)
-                            : m_outcome->showNotConfirmed(fault, time);
-        });
+    m_backEnd.confirm(sessionId, [this, sessionId, time, now = m_attempt](const QString &fault) {
+        if (now != m_attempt)
+            return;
+        fault.isEmpty() ? m_outcome->showVerified(sessionId, time)
+                        : m_outcome->showNotConfirmed(fault, time);
+    });
 }
 
 void DemoWindow::failed(ParloquinSignals::Error error)

@@ -1,6 +1,5 @@
 #include "OutcomePage.h"
 
-#include "BackEnd.h"
 #include "Card.h"
 #include "HostButton.h"
 #include "Look.h"
@@ -43,15 +42,6 @@ QString lasting(std::chrono::seconds taken)
     if (seconds < 60)
         return OutcomePage::tr("%1 seconds").arg(QLocale().toString(seconds));
     return OutcomePage::tr("%1 min %2 s").arg(seconds / 60).arg(seconds % 60);
-}
-
-QString methodOf(const Confirmation &confirmation)
-{
-    if (confirmation.app.isEmpty())
-        return OutcomePage::tr("SMS code");
-    QString app = confirmation.app;
-    app[0] = app[0].toUpper();
-    return OutcomePage::tr("%1 message").arg(app);
 }
 
 } // namespace
@@ -132,15 +122,12 @@ void OutcomePage::showAsking()
         tr("The back end is confirming this session."));
 }
 
-void OutcomePage::showVerified(const Confirmation &confirmation, std::chrono::seconds taken)
+void OutcomePage::showVerified(const QString &sessionId, std::chrono::seconds taken)
 {
     show(QStringLiteral("verified"), tr("Number verified"),
         tr("The back end has confirmed this session."));
-    const QString time =
-        QLocale().toString(confirmation.confirmedAt.toLocalTime().time(), QLocale::ShortFormat);
-    fill({ { tr("Session id"), confirmation.sessionId },
-        { tr("Confirmed by"), tr("Back end, %1").arg(time) },
-        { tr("Method"), methodOf(confirmation) }, { tr("Time taken"), lasting(taken) } });
+    fill({ { tr("Session id"), sessionId }, { tr("Confirmed by"), tr("Back end") },
+        { tr("Time taken"), lasting(taken) } });
 }
 
 void OutcomePage::showNotConfirmed(const QString &fault, std::chrono::seconds taken)

@@ -12,7 +12,6 @@ class Card;
 class HostButton;
 class SvgPicture;
 class Text;
-struct Confirmation;
 
 /// \brief How an attempt ended: the answer first, the evidence second.
 class OutcomePage : public QWidget {
@@ -24,7 +23,7 @@ public:
 
     /// The kit has succeeded, the back end has not yet answered.
     void showAsking();
-    void showVerified(const Confirmation &confirmation, std::chrono::seconds taken);
+    void showVerified(const QString &sessionId, std::chrono::seconds taken);
     void showNotConfirmed(const QString &fault, std::chrono::seconds taken);
     void showFailed(ParloquinSignals::Error error, std::chrono::seconds taken);
 

@@ -38,14 +38,6 @@
         <translation>%1 د %2 ث</translation>
     </message>
     <message>
-        <source>SMS code</source>
-        <translation>رمز برسالة نصية</translation>
-    </message>
-    <message>
-        <source>%1 message</source>
-        <translation>رسالة %1</translation>
-    </message>
-    <message>
         <source>Done</source>
         <translation>تم</translation>
     </message>
@@ -84,14 +76,6 @@
     <message>
         <source>Confirmed by</source>
         <translation>أكّده</translation>
-    </message>
-    <message>
-        <source>Back end, %1</source>
-        <translation>الخادم، %1</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>الطريقة</translation>
     </message>
     <message>
         <source>Time taken</source>

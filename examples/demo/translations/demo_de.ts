@@ -38,14 +38,6 @@
         <translation>%1 min %2 s</translation>
     </message>
     <message>
-        <source>SMS code</source>
-        <translation>SMS-Code</translation>
-    </message>
-    <message>
-        <source>%1 message</source>
-        <translation>Nachricht mit %1</translation>
-    </message>
-    <message>
         <source>Done</source>
         <translation>Fertig</translation>
     </message>
@@ -84,14 +76,6 @@
     <message>
         <source>Confirmed by</source>
         <translation>Bestätigt von</translation>
-    </message>
-    <message>
-        <source>Back end, %1</source>
-        <translation>Server, %1</translation>
-    </message>
-    <message>
-        <source>Method</source>
-        <translation>Weg</translation>
     </message>
     <message>
         <source>Time taken</source>
