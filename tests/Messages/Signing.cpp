@@ -4,6 +4,7 @@
 #include "support/ServiceEndpoint.h"
 
 #include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
 
 #include <gtest/gtest.h>
 
@@ -40,24 +41,16 @@ TEST(Signature, LeavesItsTrace)
 
 TEST(Parameters, AreCleanedAtTheTopLevelOnly)
 {
-    const QJsonObject dirty {
-        { QStringLiteral("empty"), QString() },
-        { QStringLiteral("null"), QJsonValue() },
-        { QStringLiteral("no"), false },
-        { QStringLiteral("zero"), 0 },
-        { QStringLiteral("blank"), QStringLiteral(" ") },
-        { QStringLiteral("list"), QJsonArray() },
-        { QStringLiteral("nested"), QJsonObject { { QStringLiteral("empty"), QString() } } },
-    };
-    QJsonObject clean = dirty;
-    clean.remove(QStringLiteral("empty"));
-    clean.remove(QStringLiteral("null"));
+    const auto of = [](const char *json) { return QJsonDocument::fromJson(json).object(); };
+    const QJsonObject dirty = of(
+        R"({"empty":"","null":null,"no":false,"zero":0,"blank":" ","list":[],"nested":{"empty":""}})");
+    const QJsonObject clean =
+        of(R"({"no":false,"zero":0,"blank":" ","list":[],"nested":{"empty":""}})");
 
     // Plain where the flag is off, unknown, absent or no text.
     const QString now = QStringLiteral("1");
     for (const QJsonValue &flag :
-        { QJsonValue(QStringLiteral("0")), QJsonValue(QStringLiteral("2")),
-            QJsonValue(QStringLiteral("1 ")), QJsonValue(1), QJsonValue(true), QJsonValue() })
+        QJsonArray { QStringLiteral("0"), QStringLiteral("2"), QStringLiteral("1 "), 1, true, {} })
         EXPECT_EQ(ApiRequestHelper(dirty, headersAt(now, flag)).requestParameters(), clean);
     EXPECT_EQ(ApiRequestHelper(dirty, std::nullopt).requestParameters(), clean);
     EXPECT_EQ(ApiRequestHelper(std::nullopt, headersAt(now)).requestParameters(), std::nullopt);

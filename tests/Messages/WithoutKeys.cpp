@@ -10,22 +10,14 @@ using namespace parloquin;
 
 namespace {
 
-int count(const std::string &text, const std::string &part)
-{
-    int found = 0;
-    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
-        ++found;
-    return found;
-}
-
 TEST(HOST, SendsANullBodyThatIsSignedAllTheSame)
 {
     testing::internal::CaptureStdout();
     const UrlRequest request = ApiRouter::check({ QStringLiteral("r") }).asURLRequest();
-    const std::string console = testing::internal::GetCapturedStdout();
+    const auto console = QByteArray::fromStdString(testing::internal::GetCapturedStdout());
 
     EXPECT_EQ(request.body, R"({"data":null})");
-    EXPECT_EQ(count(console, "Encrypt Error: 'Encrypt key null'"), 1);
+    EXPECT_EQ(console.count("Encrypt Error: 'Encrypt key null'"), 1);
     EXPECT_EQ(request.header("X-TRZ-Encrypted"), "1");
     EXPECT_EQ(request.header("X-TRZ-Req-Signature").value_or("").size(), 44);
     // Sent empty, not left out: a null value would be dropped by the network stack.
@@ -39,8 +31,8 @@ TEST(HOST, ReadsNoEncryptedAnswer)
 {
     testing::internal::CaptureStdout();
     EXPECT_EQ(EncryptManager::shared().decrypt("PCn32vl2nKe93hNwJLVXSA=="), std::nullopt);
-    EXPECT_EQ(
-        count(testing::internal::GetCapturedStdout(), "Decrypt Error: 'Decrypt key null'"), 1);
+    const auto console = QByteArray::fromStdString(testing::internal::GetCapturedStdout());
+    EXPECT_EQ(console.count("Decrypt Error: 'Decrypt key null'"), 1);
 }
 
 } // namespace
