@@ -4,38 +4,30 @@
 #include "Parloquin/Platform/InfoDictionary.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QFile>
+#include <QtCore/QHash>
 
 #include <cstdio>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 int main(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationDomain(qEnvironmentVariable("PROBE_DOMAIN"));
+    const QHash<QString, QString (*)()> finders { { u"language"_s, Device::languageCode },
+        { u"region"_s, Device::regionCode }, { u"zone"_s, Device::timeZone },
+        { u"identifier"_s, Device::identifierForVendor }, { u"version"_s, Device::systemVersion },
+        { u"name"_s, Device::name } };
     const auto arguments = QCoreApplication::arguments().mid(1);
     for (const QString &name : arguments) {
-        QString value;
-        if (name == QStringLiteral("pause")) {
+        if (name == u"pause"_s) {
             std::fflush(stdout);
             std::getchar();
             continue;
         }
-        if (name == QStringLiteral("language"))
-            value = Device::languageCode();
-        else if (name == QStringLiteral("region"))
-            value = Device::regionCode();
-        else if (name == QStringLiteral("zone"))
-            value = Device::timeZone();
-        else if (name == QStringLiteral("identifier"))
-            value = Device::identifierForVendor();
-        else if (name == QStringLiteral("version"))
-            value = Device::systemVersion();
-        else if (name == QStringLiteral("name"))
-            value = Device::name();
-        else
-            value = infoDictionaryText(name).value_or(QStringLiteral("(absent)"));
+        const auto find = finders.value(name);
+        const QString value = find ? find() : infoDictionaryText(name).value_or(u"(absent)"_s);
         std::puts(value.toUtf8().constData());
     }
 }

@@ -4,11 +4,12 @@
 #include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSysInfo>
-#include <QtCore/QTemporaryDir>
+#include <QtCore/QTemporaryFile>
 
 #include <gtest/gtest.h>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -30,139 +31,95 @@ QStringList probe(
     return QString::fromUtf8(process.readAllStandardOutput()).split(u'\n');
 }
 
-struct LocaleRow {
-    const char *name;
-    const char *environment;
-    const char *language;
-    const char *region;
-};
-
-class DeviceLocale : public testing::TestWithParam<LocaleRow> { };
-
-TEST_P(DeviceLocale, GivesCodesOrNothing)
+TEST(Device, GivesCodesOfTheLocaleOrNothing)
 {
-    const auto lines = probe({ QStringLiteral("language"), QStringLiteral("region") },
-        QString::fromLatin1(GetParam().environment).split(u' '));
-    EXPECT_EQ(lines.value(0).toStdString(), GetParam().language);
-    EXPECT_EQ(lines.value(1).toStdString(), GetParam().region);
+    const char *const rows[][3] = {
+        { "X=", "", "" },
+        { "LC_ALL=C", "", "" },
+        { "LC_ALL=C.UTF-8", "", "" },
+        { "LANG=POSIX", "", "" },
+        { "LC_ALL=de_AT.UTF-8", "de", "AT" },
+        { "LANG=pt_BR.UTF-8", "pt", "BR" },
+        { "LC_ALL=sr_RS.UTF-8@latin", "sr", "RS" },
+        { "LC_ALL=fil_PH.UTF-8", "fil", "PH" },
+    };
+    for (const auto &[environment, language, region] : rows) {
+        const auto lines = probe({ u"language"_s, u"region"_s }, { QLatin1String(environment) });
+        EXPECT_EQ(lines.value(0).toStdString(), language) << environment;
+        EXPECT_EQ(lines.value(1).toStdString(), region) << environment;
+    }
 }
-
-const LocaleRow localeRows[] = {
-    { "None", "X=", "", "" },
-    { "C", "LC_ALL=C", "", "" },
-    { "CUtf8", "LC_ALL=C.UTF-8", "", "" },
-    { "Posix", "LANG=POSIX", "", "" },
-    { "Austria", "LC_ALL=de_AT.UTF-8", "de", "AT" },
-    { "Brazil", "LANG=pt_BR.UTF-8", "pt", "BR" },
-    { "Modifier", "LC_ALL=sr_RS.UTF-8@latin", "sr", "RS" },
-    { "Filipino", "LC_ALL=fil_PH.UTF-8", "fil", "PH" },
-};
-INSTANTIATE_TEST_SUITE_P(Locales, DeviceLocale, testing::ValuesIn(localeRows),
-    [](const auto &row) { return row.param.name; });
 
 TEST(Device, NamesTheTimeZoneAndTheSystem)
 {
-    for (const char *zone : { "Europe/Vienna", "America/Argentina/Ushuaia" }) {
-        EXPECT_EQ(
-            probe({ QStringLiteral("zone") }, { QStringLiteral("TZ=") + QString::fromLatin1(zone) })
-                .value(0)
-                .toStdString(),
-            zone);
-    }
-    const auto lines = probe({ QStringLiteral("version"), QStringLiteral("name") });
+    for (const auto &zone : { u"Europe/Vienna"_s, u"America/Argentina/Ushuaia"_s })
+        EXPECT_EQ(probe({ u"zone"_s }, { u"TZ="_s + zone }).value(0), zone);
+    const auto lines = probe({ u"version"_s, u"name"_s });
     EXPECT_TRUE(!lines.value(0).isEmpty() && lines.value(0).front().isDigit());
     EXPECT_FALSE(lines.value(1).isEmpty());
 }
 
 TEST(Device, IdentifierBelongsToTheOrganisationAndHidesTheMachine)
 {
-    const auto of = [](const char *domain) {
-        return probe({ QStringLiteral("identifier") },
-            { QStringLiteral("PROBE_DOMAIN=") + QString::fromLatin1(domain) })
-            .value(0);
+    const auto of = [](const QString &domain) {
+        return probe({ u"identifier"_s }, { u"PROBE_DOMAIN="_s + domain }).value(0);
     };
     if (QSysInfo::machineUniqueId().isEmpty())
         GTEST_SKIP() << "this machine has no identity";
-    const QString first = of("shop.example");
+    const QString first = of(u"shop.example"_s);
     static const QRegularExpression uuid(
-        QStringLiteral("^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$"));
+        u"^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$"_s);
     EXPECT_TRUE(uuid.match(first).hasMatch()) << first.toStdString();
-    EXPECT_EQ(of("shop.example"), first);
-    EXPECT_NE(of("bank.example"), first);
+    EXPECT_EQ(of(u"shop.example"_s), first);
+    EXPECT_NE(of(u"bank.example"_s), first);
     QString bare = first;
     EXPECT_NE(bare.remove(u'-').toLower().toLatin1(), QSysInfo::machineUniqueId());
 }
 
-struct MachineRow {
-    const char *name;
-    QByteArray id;
-    const char *identifier;
-};
-
-class DeviceMachineId : public testing::TestWithParam<MachineRow> { };
-
-TEST_P(DeviceMachineId, MakesTheIdentifier)
+TEST(DeviceMachineId, MakesTheIdentifier)
 {
     // A mount of its own lays the file of the test over the machine's.
-    const QString shell = QStringLiteral("sh");
-    const QStringList own { QStringLiteral("-rm"), shell, QStringLiteral("-c") };
-    if (!QFile::exists(QStringLiteral("/etc/machine-id"))
-        || QProcess::execute(QStringLiteral("unshare"),
-               own + QStringList(QStringLiteral("mount --bind /dev/null /etc/machine-id")))
-            != 0)
+    const QStringList own { u"unshare"_s, u"-rm"_s, u"sh"_s, u"-c"_s };
+    const QStringList trial { u"mount --bind /dev/null /etc/machine-id"_s };
+    if (!QFile::exists(u"/etc/machine-id"_s) || QProcess::execute(own[0], own.mid(1) + trial) != 0)
         GTEST_SKIP() << "the system allows no mounts of one's own";
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("id")));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(GetParam().id);
-    file.close();
-    const QString script = QStringLiteral(
-        "mount --bind %1 /etc/machine-id && "
-        "{ [ ! -f /var/lib/dbus/machine-id ] || mount --bind %1 /var/lib/dbus/machine-id; } && "
-        "exec \"$0\" \"$@\"")
-                               .arg(file.fileName());
-    const auto lines =
-        probe({ QStringLiteral("identifier") }, { QStringLiteral("PROBE_DOMAIN=shop.example") },
-            QStringList(QStringLiteral("unshare")) + own + QStringList(script));
-    EXPECT_EQ(lines.value(0).toStdString(), GetParam().identifier);
+    const std::pair<QByteArray, QString> rows[] = {
+        // printf shop.example | openssl dgst -sha256 -hmac 0123..., cut to 16 bytes, version bits
+        // set
+        { "0123456789abcdef0123456789abcdef\n", u"0B37B271-5797-48C0-AFD0-269AAEB54737"_s },
+        { "", u""_s },
+        { "uninitialized\n", u""_s },
+        { "00000000000000000000000000000000\n", u""_s },
+        { "0123456789abcdef\n", u""_s },
+    };
+    for (const auto &[id, identifier] : rows) {
+        QTemporaryFile file;
+        ASSERT_TRUE(file.open() && file.write(id) == id.size() && file.flush());
+        const QString script =
+            u"mount --bind %1 /etc/machine-id && "
+            "{ [ ! -f /var/lib/dbus/machine-id ] || mount --bind %1 /var/lib/dbus/machine-id; } && "
+            "exec \"$0\" \"$@\""_s.arg(file.fileName());
+        const auto lines = probe(
+            { u"identifier"_s }, { u"PROBE_DOMAIN=shop.example"_s }, own + QStringList(script));
+        EXPECT_EQ(lines.value(0), identifier) << id.constData();
+    }
 }
 
-const MachineRow machineRows[] = {
-    // printf shop.example | openssl dgst -sha256 -hmac 0123..., cut to 16 bytes, version bits set
-    { "Known", "0123456789abcdef0123456789abcdef\n", "0B37B271-5797-48C0-AFD0-269AAEB54737" },
-    { "Missing", "", "" },
-    { "NotBootedYet", "uninitialized\n", "" },
-    { "Zero", "00000000000000000000000000000000\n", "" },
-    { "CutShort", "0123456789abcdef\n", "" },
-};
-INSTANTIATE_TEST_SUITE_P(Machine, DeviceMachineId, testing::ValuesIn(machineRows),
-    [](const auto &row) { return row.param.name; });
-
-struct NameRow {
-    const char *name;
-    QByteArray file;
-    const char *value;
-};
-
-class MachineInfo : public testing::TestWithParam<NameRow> { };
-
-TEST_P(MachineInfo, ReadsTheNameAsAShellDoes)
+TEST(MachineInfo, ReadsTheNameAsAShellDoes)
 {
-    EXPECT_EQ(machineInfoValue(GetParam().file, "PRETTY_HOSTNAME").toStdString(), GetParam().value);
+    const char *const rows[][2] = {
+        { "CHASSIS=handset\nPRETTY_HOSTNAME=\"Ada's phone\"\n", "Ada's phone" },
+        { "PRETTY_HOSTNAME=phone", "phone" },
+        { "PRETTY_HOSTNAME='a \\ b'", "a \\ b" },
+        { "PRETTY_HOSTNAME=\"\\\"x\\\" \\$y\"", "\"x\" $y" },
+        { "PRETTY_HOSTNAME=\"\xC3\x89toile\"", "\xC3\x89toile" },
+        { "PRETTY_HOSTNAME=a\nPRETTY_HOSTNAME=b\n", "b" },
+        { "XPRETTY_HOSTNAME=a\n# PRETTY_HOSTNAME=b\n", "" },
+        { "PRETTY_HOSTNAME=\"a", "" },
+        { "", "" },
+    };
+    for (const auto &[file, value] : rows)
+        EXPECT_EQ(machineInfoValue(file, "PRETTY_HOSTNAME").toStdString(), value) << file;
 }
-
-const NameRow nameRows[] = {
-    { "Quoted", "CHASSIS=handset\nPRETTY_HOSTNAME=\"Ada's phone\"\n", "Ada's phone" },
-    { "Bare", "PRETTY_HOSTNAME=phone", "phone" },
-    { "SingleQuotes", "PRETTY_HOSTNAME='a \\ b'", "a \\ b" },
-    { "Escaped", "PRETTY_HOSTNAME=\"\\\"x\\\" \\$y\"", "\"x\" $y" },
-    { "Unicode", "PRETTY_HOSTNAME=\"\xC3\x89toile\"", "\xC3\x89toile" },
-    { "LastHolds", "PRETTY_HOSTNAME=a\nPRETTY_HOSTNAME=b\n", "b" },
-    { "OtherNames", "XPRETTY_HOSTNAME=a\n# PRETTY_HOSTNAME=b\n", "" },
-    { "Unclosed", "PRETTY_HOSTNAME=\"a", "" },
-    { "Empty", "", "" },
-};
-INSTANTIATE_TEST_SUITE_P(Names, MachineInfo, testing::ValuesIn(nameRows),
-    [](const auto &row) { return row.param.name; });
 
 } // namespace

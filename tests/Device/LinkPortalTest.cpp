@@ -1,4 +1,5 @@
 #include "Parloquin/Platform/Linux/LinkPortal.h"
+#include "support/ByName.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QProcess>
@@ -18,7 +19,6 @@ struct PortalRow {
     bool handles; // a scheme that it knows
     bool isSilent = false;
 };
-std::ostream &operator<<(std::ostream &out, const PortalRow &row) { return out << row.name; }
 
 /// A session's bus with a portal on it.
 class PortalBus {
@@ -80,7 +80,6 @@ const PortalRow portalRows[] = {
     { "IsOld", nullptr, false },
     { "IsSilent", "import time; time.sleep(60)", false, true },
 };
-INSTANTIATE_TEST_SUITE_P(Device, LinkPortalAnswer, testing::ValuesIn(portalRows),
-    [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Device, LinkPortalAnswer, testing::ValuesIn(portalRows), byName);
 
 } // namespace

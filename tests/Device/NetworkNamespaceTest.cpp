@@ -16,6 +16,12 @@ namespace {
 
 constexpr int patience = 30000; // ms
 
+std::shared_ptr<Reachability> watchNetwork()
+{
+    return std::get<std::shared_ptr<Reachability>>(
+        Reachability::create(QualityOfService::standard, nullptr, DispatchQueue::main()));
+}
+
 struct NetworkRow {
     const char *name;
     QByteArray setUp;
@@ -29,9 +35,7 @@ TEST_P(NetworkStates, MakeTheFlags)
     if (!isInOwnNetwork())
         return;
     ASSERT_TRUE(ip(GetParam().setUp));
-    const auto created =
-        Reachability::create(QualityOfService::standard, nullptr, DispatchQueue::main());
-    const auto &reachability = std::get<std::shared_ptr<Reachability>>(created);
+    const auto reachability = watchNetwork();
     ASSERT_FALSE(reachability->startNotifier());
     // A cable just plugged in takes the kernel a moment; the change comes as an event.
     const auto described = [&] {
@@ -41,20 +45,21 @@ TEST_P(NetworkStates, MakeTheFlags)
         << reachability->description().toStdString() << " is not " << GetParam().description;
 }
 
+const QByteArray both = QByteArray(wired) + modem;
 const NetworkRow networkRows[] = {
     { "OtherTable", QByteArray(wired) + "route add default via 10.9.0.1 table 1000", "-R -------" },
     { "WiredBeforeModem",
-        QByteArray(wired) + modem
-            + "route add default via 10.8.0.1 metric 200\n"
-              "route add default via 10.9.0.1 metric 100",
+        both
+            + "route add default via 10.8.0.1 metric 200\nroute add default via 10.9.0.1 metric "
+              "100",
         "-R -------" },
     { "ModemBeforeWired",
-        QByteArray(wired) + modem
-            + "route add default via 10.8.0.1 metric 100\n"
-              "route add default via 10.9.0.1 metric 200",
+        both
+            + "route add default via 10.8.0.1 metric 100\nroute add default via 10.9.0.1 metric "
+              "200",
         "WR -------" },
     { "SeveralHops",
-        QByteArray(wired) + modem
+        both
             + "addr add fd00::2/64 dev d0 nodad\naddr add fd01::2/64 dev wwan0 nodad\n"
               "route add ::/0 nexthop via fd01::1 nexthop via fd00::1\nlink set w1 down",
         "-R -------" },
@@ -86,9 +91,7 @@ TEST(NetworkWatch, WatchesAgainWhenItsSocketBreaks)
     if (!isInOwnNetwork())
         return;
     ASSERT_TRUE(ip(wired));
-    const auto created =
-        Reachability::create(QualityOfService::standard, nullptr, DispatchQueue::main());
-    const auto &reachability = std::get<std::shared_ptr<Reachability>>(created);
+    const auto reachability = watchNetwork();
     bool isTold = false;
     reachability->whenReachable = [&](Reachability &) { isTold = true; };
     reachability->whenUnreachable = [&](Reachability &) { isTold = false; };
