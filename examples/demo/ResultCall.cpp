@@ -46,7 +46,7 @@ QByteArray decrypted(const QByteArray &cipherText)
     QByteArray text(cipherText.size(), '\0');
     aes256_decrypt(&cipher, size_t(text.size()), reinterpret_cast<uint8_t *>(text.data()),
         bytesOf(cipherText));
-    const int padding = text.back();
+    const auto padding = static_cast<unsigned char>(text.back());
     return padding > 0 && padding <= AES_BLOCK_SIZE ? text.chopped(padding) : QByteArray();
 }
 
