@@ -16,16 +16,13 @@
 /// \brief Collects the outcomes of a call, whichever thread brings them, and waits for the first.
 template <class... Arguments> class Awaited {
 public:
-    using Handler = std::function<void(Arguments...)>;
-
     /// \param show puts an outcome into words
     explicit Awaited(std::function<std::string(std::decay_t<Arguments>...)> show)
-        : m_state(std::make_shared<State>())
     {
         m_state->show = std::move(show);
     }
 
-    Handler handler()
+    std::function<void(Arguments...)> handler()
     {
         return [state = m_state](Arguments... outcome) {
             const std::lock_guard lock(state->mutex);
@@ -66,7 +63,7 @@ private:
         std::thread::id thread;
         int count = 0;
     };
-    std::shared_ptr<State> m_state;
+    const std::shared_ptr<State> m_state = std::make_shared<State>();
 };
 
 /// "success", "refused" by the service, or the failure's name.
@@ -79,8 +76,7 @@ template <class T> std::string nameOf(const parloquin::Result<T> &result)
     return result.response()->isSuccess() ? "success" : "refused";
 }
 
-template <class T> class AwaitedResult : public Awaited<parloquin::Result<T>> {
-public:
+template <class T> struct AwaitedResult : Awaited<parloquin::Result<T>> {
     AwaitedResult()
         : Awaited<parloquin::Result<T>>(nameOf<T>)
     {

@@ -17,6 +17,7 @@
 #include <limits>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,38 +26,36 @@ QByteArray answerOf(const QByteArray &meta)
     return RawServer::http(200, "{\"meta\":{" + meta + "}}", "X-Twice: a\r\nX-Twice: b\r\n");
 }
 
-struct Transport {
-    std::optional<QByteArray> data;
-    std::optional<UrlResponse> response;
-    std::optional<TransportError> error;
-    std::optional<ApiError> failure;
-    const char *log;
-};
-
 TEST(ApiClient, TellsTransportFailuresApartInItsOrder)
 {
     const QByteArray data = "x";
     const UrlResponse response { 200, {}, {} };
     const UrlResponse unreadable { 200, { { "X-\xff", "1" } }, {} };
-    const auto error = [](int code) { return TransportError { code, QStringLiteral("why") }; };
+    const auto error = [](int code) { return TransportError { code, u"why"_s }; };
     const char *const why =
         "[Parloquin]\n⚠️\n*Server Error \n- Error: Optional(\"why\"), \n- Path: send-otp\n";
-    const Transport rows[] = {
-        { data, {}, {}, ApiError::general, nullptr },
-        { {}, {}, error(TransportError::timedOut), ApiError::general, nullptr },
-        { {}, {}, error(TransportError::notConnectedToInternet), ApiError::general, nullptr },
-        { data, unreadable, {}, ApiError::general, nullptr },
-        { {}, unreadable, error(4), ApiError::general, nullptr },
+    const struct {
+        std::optional<QByteArray> data;
+        std::optional<UrlResponse> response;
+        std::optional<TransportError> error;
+        std::optional<ApiError> failure;
+        const char *log = nullptr;
+    } rows[] = {
+        { data, {}, {}, ApiError::general },
+        { {}, {}, error(TransportError::timedOut), ApiError::general },
+        { {}, {}, error(TransportError::notConnectedToInternet), ApiError::general },
+        { data, unreadable, {}, ApiError::general },
+        { {}, unreadable, error(4), ApiError::general },
         { {}, response, {}, ApiError::general, "- Error: nil, \n- Path: send-otp\n" },
         { {}, response, error(TransportError::notConnectedToInternet), ApiError::connection, why },
         { {}, response, error(4), ApiError::noSuchFile, why },
         { {}, response, error(TransportError::timedOut), ApiError::timeOutEtc, why },
         { {}, response, error(0), ApiError::timeOutEtc, why },
-        { data, response, error(4), {}, nullptr },
+        { data, response, error(4), {} },
     };
     ApiClient client;
     client.router = ApiRouter::sendOTP({});
-    for (const Transport &row : rows) {
+    for (const auto &row : rows) {
         SCOPED_TRACE(&row - rows);
         testing::internal::CaptureStdout();
         EXPECT_EQ(client.transportFailure(row.data, row.response, row.error), row.failure);
@@ -111,10 +110,7 @@ TEST(ApiClient, SignsEachCallWithItsOwnTime)
 
 TEST(ApiClient, CountsExpiredTokens)
 {
-    const struct {
-        const char *meta;
-        int counted;
-    } rows[] = {
+    const std::pair<const char *, int> rows[] = {
         { R"("httpStatusCode":403,"errorCode":"403001")", 1 },
         { R"("httpStatusCode":403,"errorCode":"403002")", 1 },
         { R"("httpStatusCode":403,"errorCode":"403003")", 0 },
@@ -126,31 +122,23 @@ TEST(ApiClient, CountsExpiredTokens)
     };
     RawServer server;
     setServiceHost(server.hostAndPort());
-    for (const auto &row : rows) {
-        server.answer("/v1.0/check", answerOf(row.meta));
+    for (const auto &[meta, counted] : rows) {
+        server.answer("/v1.0/check", answerOf(meta));
         const qint64 before = ApiClient::TokenExpiredTryCount::current;
         AwaitedResult<CheckResponseModel> call;
         ApiRequest::check({}, call.handler());
         EXPECT_NE(call.wait(), "jsonDecode");
-        EXPECT_EQ(ApiClient::TokenExpiredTryCount::current - before, row.counted) << row.meta;
+        EXPECT_EQ(ApiClient::TokenExpiredTryCount::current - before, counted) << meta;
     }
 }
 
-TEST(ApiClient, StopsTheProgramWhenTheCountIsFull)
+TEST(ApiClient, StopsTheProgramOnWhatCannotBe)
 {
     ApiClient::TokenExpiredTryCount::current = std::numeric_limits<qint64>::max();
     EXPECT_DEATH((void)ApiClient().isTokenExpired(
                      HttpStatusCode::forbiddenError, ResponseErrorCode::authTokenNotFound),
         "count of expired tokens");
-}
-
-TEST(ApiClient, StopsTheProgramWithoutARoute)
-{
     EXPECT_DEATH(ApiClient().handleResponseError({}), "ApiClient: an answer without a route");
-}
-
-TEST(ApiClient, StopsTheProgramWhenItCannotReadItsOwnRequest)
-{
     EXPECT_DEATH(ApiClient().logRequest({}, {}, {}, {}), "ParloquinSecret.*Info.plist");
 }
 
@@ -161,17 +149,14 @@ TEST(ApiClient, WritesTheRequestLog)
     setServiceHost(server.hostAndPort());
     testing::internal::CaptureStdout();
     AwaitedResult<CheckResponseModel> call;
-    ApiRequest::check({ QStringLiteral("a\"/b") }, call.handler());
+    ApiRequest::check({ u"a\"/b"_s }, call.handler());
     EXPECT_EQ(call.wait(), "refused");
     QString log = QString::fromStdString(testing::internal::GetCapturedStdout());
 
-    log.remove(0, log.indexOf(QStringLiteral("\n\n✓")));
-    log.replace(server.hostAndPort(), QStringLiteral("HOST"));
-    static const QRegularExpression date(
-        QStringLiteral("2\\d{3}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d \\+0000"));
-    static const QRegularExpression agent(QStringLiteral("\"iOS\", .*\", \"Content"));
-    log.replace(date, QStringLiteral("DATE"));
-    log.replace(agent, QStringLiteral("... \"Content"));
+    log.remove(0, log.indexOf(u"\n\n✓"_s));
+    log.replace(server.hostAndPort(), u"HOST"_s);
+    log.replace(QRegularExpression(u"2\\d{3}(-\\d\\d){2} \\d\\d(:\\d\\d){2} \\+0000"_s), u"DATE"_s);
+    log.replace(QRegularExpression(u"\"iOS\", .*\", \"Content"_s), u"... \"Content"_s);
     EXPECT_EQ(log.toStdString(),
         R"--(
 

@@ -8,9 +8,12 @@
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <gtest/gtest.h>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,7 +34,7 @@ void outcomeOf(void (*call)(const Model &, Completion<Answer>), const Model &say
 /// Each with all that is nobody's business.
 void makeEveryCall()
 {
-    const QString secret = QStringLiteral("5550123487");
+    const QString secret = u"5550123487"_s;
     outcomeOf(ApiRequest::initializer);
     outcomeOf(ApiRequest::start, { .countryCode = secret, .app = secret, .installedApps = secret });
     outcomeOf(ApiRequest::check, { .reference = secret });
@@ -41,51 +44,43 @@ void makeEveryCall()
     outcomeOf(ApiRequest::country);
 }
 
+const QStringList calls = u"init start check send-otp check-otp country"_s.split(u' ');
+
 /// The same of every call.
-QStringList ofEveryCall(const char *words)
+QStringList ofEveryCall(const QString &words)
 {
-    QStringList lines;
-    for (const char *call : { "init", "start", "check", "send-otp", "check-otp", "country" })
-        lines += QString::fromLatin1(call) + QString::fromLatin1(words);
-    return lines;
+    return QStringList(calls).replaceInStrings(QRegularExpression(u"$"_s), words);
 }
 
 TEST(DeveloperLog, TellsWhatThePersonIsNotTold)
 {
     RawServer server;
     setServiceHost(server.hostAndPort());
-    for (const char *call : { "init", "start", "check", "send-otp", "check-otp", "country" }) {
-        server.answer(QByteArray("/v1.0/") + call,
+    for (const QString &call : calls)
+        server.answer("/v1.0/" + call.toLatin1(),
             RawServer::http(200,
                 R"({"meta":{"httpStatusCode":403,"errorCode":"403003","errorMessage":"for 5550123487"},
                     "result":{"sessionId":"S-5550123487"}})"));
-    }
-    const struct {
-        std::function<void()> act;
-        QStringList words;
-    } rows[] = {
-        { makeEveryCall, ofEveryCall(": refused by the service, status 403, code 403003") },
+    const std::pair<std::function<void()>, QStringList> rows[] = {
+        { makeEveryCall, ofEveryCall(u": refused by the service, status 403, code 403003"_s) },
         { [] {
              auto &isReachable = ApiSessionHelper::shared().isNetworkReachable;
-             const bool was = isReachable.exchange(false);
+             isReachable = false;
              makeEveryCall();
-             isReachable = was;
+             isReachable = true;
          },
-            ofEveryCall(": not sent, as the device has no default route") },
-        { [] {
-             EXPECT_FALSE(URLSchemeManager().checkIfAppIsInstalled(QStringLiteral("nobodys://")));
-         },
-            { QStringLiteral(
-                "nobodys://: no handler for its links, so its app counts as not installed") } },
+            ofEveryCall(u": not sent, as the device has no default route"_s) },
+        { [] { EXPECT_FALSE(URLSchemeManager().checkIfAppIsInstalled(u"nobodys://"_s)); },
+            { u"nobodys://: no handler for its links, so its app counts as not installed"_s } },
     };
     for (const auto &row : rows) {
         const DeveloperWords on;
-        row.act();
-        EXPECT_EQ(on.heard(), row.words);
+        row.first();
+        EXPECT_EQ(on.heard(), row.second);
     }
     const DeveloperWords off { QString() };
     for (const auto &row : rows)
-        row.act();
+        row.first();
     EXPECT_EQ(off.heard(), QStringList()) << "not turned on";
 }
 

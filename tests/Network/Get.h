@@ -19,14 +19,24 @@ inline std::string shown(const std::optional<QByteArray> &data,
 /// \brief A picture's way through the session: resume the task, then wait().
 struct Get : Awaited<std::optional<QByteArray>, std::optional<parloquin::UrlResponse>,
                  std::optional<parloquin::TransportError>> {
-    explicit Get(const QString &url, qint64 maximumBytes = 1000)
+    explicit Get(const QString &url, qint64 maximumBytes = 1000, const QByteArray &method = "GET")
         : Awaited(shown)
     {
         parloquin::UrlRequest request;
         request.url = QUrl(url);
-        request.method = "GET";
+        request.method = method;
+        if (method == "POST") {
+            request.headers = { { "Content-Type", "x" } };
+            request.body = "x";
+        }
         request.timeout = std::chrono::seconds(30);
         task = parloquin::UrlSession::shared().dataTask(request, handler(), maximumBytes);
+    }
+
+    std::string outcome()
+    {
+        task->resume();
+        return wait();
     }
 
     std::shared_ptr<parloquin::UrlSessionTask> task;

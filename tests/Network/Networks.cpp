@@ -5,6 +5,7 @@
 #include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Platform/GLibPointers.h"
+#include "support/ByName.h"
 #include "support/NameServer.h"
 #include "support/OwnNetwork.h"
 #include "support/RawServer.h"
@@ -13,13 +14,13 @@
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
-#include <QtCore/QJsonObject>
 #include <QtCore/QTemporaryDir>
 #include <QtNetwork/QLocalServer>
 
 #include <gtest/gtest.h>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -41,8 +42,6 @@ struct NamesRow {
     std::chrono::milliseconds timeout = 60s; // as it is
 };
 
-std::ostream &operator<<(std::ostream &out, const NamesRow &row) { return out << row.name; }
-
 class ServiceName : public testing::TestWithParam<NamesRow> { };
 
 TEST_P(ServiceName, CostsACallAtMostASecond)
@@ -53,10 +52,8 @@ TEST_P(ServiceName, CostsACallAtMostASecond)
     ASSERT_TRUE(ip(QByteArray(wired) + silentNetwork));
     const NameServer names(row.names);
     RawServer server;
-    server.answer("/v1.0/check",
-        QJsonObject { { QStringLiteral("meta"),
-            QJsonObject { { QStringLiteral("httpStatusCode"), 200 } } } });
-    setServiceHost(QStringLiteral("service.test:") + port(server));
+    server.answer("/v1.0/check", RawServer::http(200, R"({"meta":{"httpStatusCode":200}})"));
+    setServiceHost(u"service.test:"_s + port(server));
     setServiceTimeout(row.timeout);
     AwaitedResult<CheckResponseModel> call;
     QElapsedTimer time;
@@ -76,8 +73,7 @@ const NamesRow namesRows[] = {
     { "NoAnswer", { {}, {}, false, false }, "general", 1500ms, 1500ms },
     { "NoSuchName", { {}, {} }, "general" },
 };
-INSTANTIATE_TEST_SUITE_P(Network, ServiceName, testing::ValuesIn(namesRows),
-    [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Network, ServiceName, testing::ValuesIn(namesRows), byName);
 
 struct ProxyRow {
     const char *name;
@@ -89,13 +85,11 @@ struct ProxyRow {
                      // HTTP hears them
 };
 
-std::ostream &operator<<(std::ostream &out, const ProxyRow &row) { return out << row.name; }
-
 class SystemProxy : public testing::TestWithParam<ProxyRow> { };
 
 qint64 mostMemory() // that this process ever had, in KiB
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status(u"/proc/self/status"_s);
     EXPECT_TRUE(status.open(QIODevice::ReadOnly));
     const QByteArray text = status.readAll();
     return text.mid(text.indexOf("VmHWM:") + 6, 12).trimmed().split(' ').constFirst().toLongLong();
@@ -121,8 +115,7 @@ TEST_P(SystemProxy, CarriesACallAndHearsNoMoreThanItHasTo)
         g_tls_backend_get_default_database(g_tls_backend_get_default()));
     const qint64 before = mostMemory();
     Get get(QString::fromLatin1(row.url));
-    get.task->resume();
-    EXPECT_EQ(get.wait(), row.outcome);
+    EXPECT_EQ(get.outcome(), row.outcome);
     EXPECT_LT(mostMemory() - before, 16 * 1024);
     ASSERT_EQ(proxy.requests().size(), 1U);
     QByteArray head = row.head;
@@ -140,27 +133,24 @@ RawServer::Script endless()
 }
 
 const QByteArray socksAgrees("\5\2\1\0\5\0\0\1\0\0\0\0\0\0", 14); // name, password and place
+const RawServer::Step wholeAnswer = RawServer::send(RawServer::http(200, "1234"));
+const RawServer::Script refuses { RawServer::read(), RawServer::send(RawServer::http(407, "")) };
 const ProxyRow proxyRows[] = {
-    { "Plain", "http_proxy=http://@", "http://icons.test/a?b",
-        { RawServer::read(), RawServer::send(RawServer::http(200, "1234")) },
+    { "Plain", "http_proxy=http://@", "http://icons.test/a?b", { RawServer::read(), wholeAnswer },
         "200 application/json 4", "GET http://icons.test/a?b HTTP/1.1\r\nHost: icons.test\r\n" },
-    { "PlainWithAName", "http_proxy=http://name:p%40ss@", "http://icons.test/",
-        { RawServer::read(), RawServer::send(RawServer::http(407, "")) }, "407 application/json 0",
-        "\r\n#\r\n" },
+    { "PlainWithAName", "http_proxy=http://name:p%40ss@", "http://icons.test/", refuses,
+        "407 application/json 0", "\r\n#\r\n" },
     { "Socks", "http_proxy=socks5://name:p%40ss@", "http://icons.test/",
-        { RawServer::send(socksAgrees), RawServer::read(),
-            RawServer::send(RawServer::http(200, "1234")) },
-        "200 application/json 4", "GET / HTTP/1.1\r\nHost: icons.test\r\n" },
-    { "Connect", "https_proxy=http://@", "https://icons.test/",
-        { RawServer::read(), RawServer::send(RawServer::http(407, "")) }, "error -1004",
+        { RawServer::send(socksAgrees), RawServer::read(), wholeAnswer }, "200 application/json 4",
+        "GET / HTTP/1.1\r\nHost: icons.test\r\n" },
+    { "Connect", "https_proxy=http://@", "https://icons.test/", refuses, "error -1004",
         "CONNECT icons.test:443 HTTP/1.0\r\n" },
     { "ConnectWithAName", "https_proxy=http://name:p%40ss@", "https://icons.test/",
         { RawServer::read(), RawServer::close() }, "error -1004", "\r\n#\r\n" },
     { "ConnectWithoutEnd", "https_proxy=http://name:p%40ss@", "https://icons.test/", endless(),
         "error -1004", "#" },
 };
-INSTANTIATE_TEST_SUITE_P(Network, SystemProxy, testing::ValuesIn(proxyRows),
-    [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Network, SystemProxy, testing::ValuesIn(proxyRows), byName);
 
 // The desktop has its proxies worked out by a service of the session, which says nothing.
 TEST(SystemProxy, HoldsNoCallUpThatIsNeverTold)
@@ -169,12 +159,12 @@ TEST(SystemProxy, HoldsNoCallUpThatIsNeverTold)
         return;
     ASSERT_TRUE(ip(QByteArray(wired) + silentNetwork));
     const QTemporaryDir folder;
-    QDir(folder.path()).mkpath(QStringLiteral("glib-2.0/settings"));
-    QFile settings(folder.filePath(QStringLiteral("glib-2.0/settings/keyfile")));
+    QDir(folder.path()).mkpath(u"glib-2.0/settings"_s);
+    QFile settings(folder.filePath(u"glib-2.0/settings/keyfile"_s));
     ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
     settings.write("[system/proxy]\nmode='auto'\nautoconfig-url='http://127.0.0.1:1/'\n");
     settings.close();
-    const QString bus = folder.filePath(QStringLiteral("bus"));
+    const QString bus = folder.filePath(u"bus"_s);
     QLocalServer silent;
     ASSERT_TRUE(silent.listen(bus));
     qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
@@ -186,11 +176,10 @@ TEST(SystemProxy, HoldsNoCallUpThatIsNeverTold)
     RawServer server;
     server.answer("/", RawServer::http(200, "1234"));
     for (const int most : { 2500, 1000 }) { // ms; the second knows of the first
-        Get get(QStringLiteral("http://icons.test:%1/").arg(port(server)));
+        Get get(u"http://icons.test:%1/"_s.arg(port(server)));
         QElapsedTimer time;
         time.start();
-        get.task->resume();
-        EXPECT_EQ(get.wait(), "200 application/json 4");
+        EXPECT_EQ(get.outcome(), "200 application/json 4");
         EXPECT_LT(time.elapsed(), most);
     }
     EXPECT_TRUE(silent.hasPendingConnections() || silent.waitForNewConnection(0));
@@ -203,9 +192,8 @@ TEST(UrlSession, SaysOnceWhatHttpsNeeds)
     qputenv("GIO_USE_TLS", "dummy");
     testing::internal::CaptureStderr();
     for (int i = 0; i < 2; ++i) {
-        Get get(QStringLiteral("https://127.0.0.1:1/"));
-        get.task->resume();
-        EXPECT_EQ(get.wait(), "error -1200");
+        Get get(u"https://127.0.0.1:1/"_s);
+        EXPECT_EQ(get.outcome(), "error -1200");
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
         "Parloquin: GIO has no TLS, so nothing comes by https; install glib-networking.\n");

@@ -1,4 +1,5 @@
 // How a host that quits while a call is under way ends.
+#include "support/ByName.h"
 #include "support/NameServer.h"
 #include "support/OwnNetwork.h"
 #include "support/RawServer.h"
@@ -64,8 +65,7 @@ TEST_P(QuittingAmidALookUp, EndsACallWithinASecondAndWithoutItsOutcome)
 
 const LookUp lookUps[] = { { "NoAnswer", false }, { "NoAnswerByExit", false, "exit" },
     { "NoAnswerForIpv6", true } };
-INSTANTIATE_TEST_SUITE_P(Network, QuittingAmidALookUp, testing::ValuesIn(lookUps),
-    [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Network, QuittingAmidALookUp, testing::ValuesIn(lookUps), byName);
 
 TEST_P(Quitting, EndsACallWithinASecondAndWithoutItsOutcome)
 {
@@ -85,7 +85,6 @@ const Leaving leavings[] = {
     { "SilentByExit", { RawServer::read(), RawServer::hold() }, "exit" },
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    Network, Quitting, testing::ValuesIn(leavings), [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Network, Quitting, testing::ValuesIn(leavings), byName);
 
 } // namespace

@@ -17,6 +17,7 @@
 
 using namespace parloquin;
 using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,26 +32,22 @@ TEST(UrlSession, FetchesWhatHttpBringsAndNoMoreThanAllowed)
     server.answer("/large", picture(1001));
     server.answer("/untyped", RawServer::http(200, "1234", ""));
     server.answer("/gzip", RawServer::http(200, "\x1f\x8b\x08", "Content-Encoding: gzip\r\n"));
-    const struct {
-        QString url;
-        std::string outcome;
-    } rows[] = {
-        { server.url(QStringLiteral("/fits")), "200 image/png 1000" },
-        { server.url(QStringLiteral("/large")), "200 error -1005" },
-        { server.url(QStringLiteral("/untyped")), "200  4" },
-        { server.url(QStringLiteral("/gzip")), "200  3" },
-        { server.url(QStringLiteral("/missing")), "404 application/json 31" },
-        { QStringLiteral("http://") + RawServer::refusingHostAndPort(), "error -1004" },
-        { QStringLiteral("file:///etc/hostname"), "error -1002" },
-        { QStringLiteral("data:image/png,x"), "error -1002" },
-        { server.url({}).replace(QStringLiteral("http"), QStringLiteral("ftp")), "error -1002" },
-        { QStringLiteral("http:///fits"), "error -1002" },
+    const std::pair<QString, std::string> rows[] = {
+        { server.url(u"/fits"_s), "200 image/png 1000" },
+        { server.url(u"/large"_s), "200 error -1005" },
+        { server.url(u"/untyped"_s), "200  4" },
+        { server.url(u"/gzip"_s), "200  3" },
+        { server.url(u"/missing"_s), "404 application/json 31" },
+        { u"http://"_s + RawServer::refusingHostAndPort(), "error -1004" },
+        { u"file:///etc/hostname"_s, "error -1002" },
+        { u"data:image/png,x"_s, "error -1002" },
+        { server.url({}).replace(u"http"_s, u"ftp"_s), "error -1002" },
+        { u"http:///fits"_s, "error -1002" },
         { QString(), "error -1002" },
     };
-    for (const auto &row : rows) {
-        Get get(row.url);
-        get.task->resume();
-        EXPECT_EQ(get.wait(), row.outcome) << row.url.toStdString();
+    for (const auto &[url, outcome] : rows) {
+        Get get(url);
+        EXPECT_EQ(get.outcome(), outcome) << url.toStdString();
         EXPECT_EQ(get.count(), 1);
     }
     for (const RawRequest &request : server.requests())
@@ -62,15 +59,13 @@ TEST(UrlSession, KeepsNoCredentials)
     RawServer server;
     server.answer(
         "/locked", RawServer::http(401, "locked", "WWW-Authenticate: Basic realm=\"x\"\r\n"));
-    QString withName = server.url(QStringLiteral("/locked"));
-    Get named(withName.replace(QStringLiteral("//"), QStringLiteral("//name:secret@")));
-    named.task->resume();
-    named.wait();
+    QString withName = server.url(u"/locked"_s);
+    Get named(withName.replace(u"//"_s, u"//name:secret@"_s));
+    named.outcome();
     const auto asked = server.requests().size();
     EXPECT_EQ(server.requests().back().header("Host"), server.hostAndPort().toLatin1());
-    Get nameless(server.url(QStringLiteral("/open")));
-    nameless.task->resume();
-    nameless.wait();
+    Get nameless(server.url(u"/open"_s));
+    nameless.outcome();
     EXPECT_EQ(server.requests().size(), asked + 1);
     EXPECT_EQ(server.requests().back().header("Authorization"), "");
 }
@@ -82,16 +77,11 @@ TEST(UrlSession, FollowsNoRedirectAndKeepsNoCookie)
     for (const int status : { 301, 302, 303, 307, 308 }) {
         server.answer("/moved",
             RawServer::http(status, "moved",
-                "Location: " + elsewhere.url(QStringLiteral("/")).toLatin1()
+                "Location: " + elsewhere.url(u"/"_s).toLatin1()
                     + "\r\nSet-Cookie: a=b; Path=/\r\n"));
         for (const char *method : { "GET", "POST" }) {
-            UrlRequest request { QUrl(server.url(QStringLiteral("/moved"))), method,
-                { { "Content-Type", "x" } },
-                method == QByteArray("POST") ? std::optional<QByteArray>("x") : std::nullopt, 30s };
-            Get get({});
-            get.task = UrlSession::shared().dataTask(request, get.handler());
-            get.task->resume();
-            EXPECT_EQ(get.wait(), std::to_string(status) + "  5");
+            Get get(server.url(u"/moved"_s), 1000, method);
+            EXPECT_EQ(get.outcome(), std::to_string(status) + "  5");
         }
     }
     EXPECT_EQ(server.requests().size(), 10U);
@@ -104,14 +94,14 @@ TEST(UrlSession, CancelsOnce)
 {
     RawServer server;
     server.answer("/", RawServer::http(200, "1234", ""));
-    Get unsent(server.url(QStringLiteral("/")));
+    Get unsent(server.url(u"/"_s));
     unsent.task->cancel();
     unsent.task->resume();
     EXPECT_EQ(unsent.wait(), "error -999");
     EXPECT_EQ(server.connections(), 0);
 
     server.pause();
-    Get underWay(server.url(QStringLiteral("/")));
+    Get underWay(server.url(u"/"_s));
     underWay.task->resume();
     underWay.task->resume();
     ASSERT_TRUE(server.waitForRequests(1));
@@ -120,14 +110,12 @@ TEST(UrlSession, CancelsOnce)
     EXPECT_EQ(underWay.wait(), "error -999");
 
     server.proceed();
-    Get whole(server.url(QStringLiteral("/")));
-    whole.task->resume();
-    EXPECT_EQ(whole.wait(), "200  4");
+    Get whole(server.url(u"/"_s));
+    EXPECT_EQ(whole.outcome(), "200  4");
     whole.task->cancel();
 
-    Get last(server.url(QStringLiteral("/"))); // whatever was still to come has come before it
-    last.task->resume();
-    EXPECT_EQ(last.wait(), "200  4");
+    Get last(server.url(u"/"_s)); // whatever was still to come has come before it
+    EXPECT_EQ(last.outcome(), "200  4");
     for (const Get *get : { &unsent, &underWay, &whole })
         EXPECT_EQ(get->count(), 1);
     EXPECT_EQ(server.requests().size(), 3U);
@@ -139,23 +127,18 @@ TEST(UrlSession, KeepsNoCallWaitingBehindSlowPictures)
     server.play({ RawServer::read(), RawServer::hold() });
     std::vector<std::unique_ptr<Get>> pictures;
     for (int i = 0; i < 20; ++i) {
-        pictures.push_back(std::make_unique<Get>(server.url(QStringLiteral("/"))));
+        pictures.push_back(std::make_unique<Get>(server.url(u"/"_s)));
         pictures.back()->task->resume();
     }
     ASSERT_TRUE(server.waitForRequests(6));
-    UrlRequest request { QUrl(server.url(QStringLiteral("/call"))), "POST",
-        { { "Content-Type", "x" } }, "x", 30s };
-    UrlSession::shared().dataTask(request, [](auto...) {})->resume();
+    Get(server.url(u"/call"_s), 1000, "POST").task->resume();
     EXPECT_TRUE(QTest::qWaitFor([&] { return server.posts() == 1; }));
     EXPECT_EQ(server.connections(), 7) << "pictures beyond six wait";
 }
 
 struct End {
-    const char *name;
-    const char *path;
-    const char *outcome;
+    const char *name, *path, *outcome;
 };
-
 class PicturesThatEnd : public testing::TestWithParam<End> { };
 
 // However the first end, each makes room for another: a process may show any number.
@@ -172,7 +155,7 @@ TEST_P(PicturesThatEnd, MakeRoomForAllThatFollow)
         server.pause();
     std::vector<std::unique_ptr<Get>> pictures;
     for (int i = 0; i < 66; ++i) {
-        const QString which = i < 12 ? QString::fromLatin1(path) : QStringLiteral("/whole");
+        const QString which = i < 12 ? QString::fromLatin1(path) : u"/whole"_s;
         pictures.push_back(std::make_unique<Get>(server.url(which)));
         pictures.back()->task->resume();
     }
@@ -202,10 +185,10 @@ class SecureServer : public QSslServer {
 public:
     SecureServer()
     {
-        const QString key = folder.filePath(QStringLiteral("key"));
-        const QString certificate = folder.filePath(QStringLiteral("certificate"));
+        const QString key = folder.filePath(u"key"_s);
+        const QString certificate = folder.filePath(u"certificate"_s);
         QProcess openssl;
-        openssl.start(QStringLiteral("openssl"),
+        openssl.start(u"openssl"_s,
             QStringLiteral(
                 "req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=x "
                 "-addext subjectAltName=IP:127.0.0.1 -keyout %1 -out %2")
@@ -274,8 +257,7 @@ TEST(UrlSession, FetchesOverTlsFromWhomItCanTrust)
         server.answer = row.answer;
         server.requests = 0;
         Get get(
-            QStringLiteral("https://%1:%2/").arg(QLatin1String(row.host)).arg(server.serverPort()),
-            1'000'000);
+            u"https://%1:%2/"_s.arg(QLatin1String(row.host)).arg(server.serverPort()), 1'000'000);
         get.task->resume();
         ASSERT_TRUE(QTest::qWaitFor([&] { return get.count() > 0; }));
         EXPECT_EQ(get.wait(), row.outcome);
