@@ -8,19 +8,13 @@ using namespace parloquin;
 
 namespace {
 
-TEST(Crypto, RefusesWhatCannotBeDecrypted)
+// What else cannot be decrypted is held against a second library, and by Decryption.
+TEST(Crypto, RefusesAKeyOfAnotherLength)
 {
     const QByteArray key(32, '\x60');
     const QByteArray good = *Crypto::aesEncrypt("attack at dawn", key);
-    QByteArray bent = good;
-    bent[15] = static_cast<char>(bent[15] ^ 1);
-    const std::pair<QByteArray, QByteArray> rows[] = { { {}, key }, { good.first(15), key },
-        { good + 'x', key }, { bent, key }, { good, QByteArray(32, 'k') }, { good, key.first(31) },
-        { good, {} } };
-
-    for (const auto &[cipherText, withKey] : rows)
-        EXPECT_EQ(Crypto::aesDecrypt(cipherText, withKey), std::nullopt)
-            << cipherText.toHex().constData();
+    for (const qsizetype length : { 31, 0 })
+        EXPECT_EQ(Crypto::aesDecrypt(good, key.first(length)), std::nullopt) << length;
 }
 
 TEST(Crypto, WritesAndReadsBase64)

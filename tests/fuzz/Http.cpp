@@ -33,13 +33,13 @@ Seen readInPieces(QByteArrayView bytes, qsizetype size)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+void fuzz(const QByteArray &bytes)
 {
-    if (size == 0)
-        return 0;
-    const QByteArray bytes = bytesOf(data + 1, size - 1);
-    const Seen whole = readInPieces(bytes, bytes.size());
-    const Seen pieces = readInPieces(bytes, 1 + data[0] % 16);
+    if (bytes.isEmpty())
+        return;
+    const QByteArray answer = bytes.sliced(1);
+    const Seen whole = readInPieces(answer, answer.size());
+    const Seen pieces = readInPieces(answer, 1 + static_cast<std::uint8_t>(bytes[0]) % 16);
     require(whole.state == pieces.state, "pieces end in the same state");
     require(whole.response.has_value() == pieces.response.has_value(), "pieces have a head too");
     if (whole.response) {
@@ -50,5 +50,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(std::max(whole.body.size(), pieces.body.size()) <= most + 1, "bodies are bounded");
     if (whole.state == State::whole)
         require(whole.response && whole.body == pieces.body, "bodies are the same");
-    return 0;
 }

@@ -20,8 +20,7 @@ bool isAsWritten(const QJsonValue &read, const json &written, const JsonType &ty
     switch (type.kind) {
     case JsonType::Kind::text:
     case JsonType::Kind::textEnum:
-        return written.is_string()
-            && read.toString().toUtf8().toStdString() == written.get<std::string>();
+        return written.is_string() && read.toString().toStdString() == written.get<std::string>();
     case JsonType::Kind::boolean:
         return written.is_boolean() && read.toBool() == written.get<bool>();
     case JsonType::Kind::integerEnum:
@@ -69,13 +68,11 @@ template <class T> void check(const QByteArray &bytes)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+void fuzz(const QByteArray &bytes)
 {
 #define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel) check<ResponseModel>,
     constexpr void (*checks[])(const QByteArray &) = { PARLOQUIN_API_CALLS(PARLOQUIN_ROW) };
 #undef PARLOQUIN_ROW
-    if (size > 0)
-        checks[static_cast<std::uint8_t>(data[0] - '0') % std::size(checks)](
-            bytesOf(data + 1, size - 1));
-    return 0;
+    if (!bytes.isEmpty())
+        checks[static_cast<std::uint8_t>(bytes[0] - '0') % std::size(checks)](bytes.sliced(1));
 }

@@ -10,10 +10,11 @@
 using namespace parloquin;
 using Progress = RouteSnapshot::Progress;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+void fuzz(const QByteArray &bytes)
 {
     constexpr quint32 request = 7;
-    const std::vector<std::uint8_t> whole(data, data + size); // aligned, and ends where it ends
+    const auto size = static_cast<std::size_t>(bytes.size());
+    const std::vector<char> whole(bytes.begin(), bytes.end()); // aligned, and ends where it ends
     RouteSnapshot strangers;
     require(strangers.take(whole.data(), size, 4711, request) == Progress::more
             && strangers.flags() == 0,
@@ -29,13 +30,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     std::size_t length = 0;
     for (std::size_t at = 0; at < size && last == Progress::more; at += length) {
         nlmsghdr header {};
-        std::memcpy(&header, data + at, std::min(sizeof header, size - at));
+        std::memcpy(&header, whole.data() + at, std::min(sizeof header, size - at));
         length = size - at;
         if (header.nlmsg_len >= sizeof header && header.nlmsg_len <= length)
             length = std::min<std::size_t>(NLMSG_ALIGN(header.nlmsg_len), length);
-        const std::vector<std::uint8_t> piece(data + at, data + at + length);
+        const std::vector<char> piece(whole.data() + at, whole.data() + at + length);
         last = pieces.take(piece.data(), length, 0, request);
     }
     require(last == progress && pieces.flags() == flags, "datagrams may be cut between messages");
-    return 0;
 }

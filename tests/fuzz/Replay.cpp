@@ -10,9 +10,8 @@ int main(int /*argc*/, char **argv)
     for (QDirIterator files(QFile::decodeName(argv[1]), QDir::Files); files.hasNext(); ++count) {
         QFile file(files.next());
         require(file.open(QIODevice::ReadOnly), "it can be read");
-        const QByteArray bytes = file.readAll();
         std::cerr << file.fileName().toStdString() << std::endl;
-        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
+        fuzz(file.readAll());
     }
     return count > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

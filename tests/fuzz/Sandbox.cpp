@@ -71,10 +71,10 @@ void judgeRequest(const std::string &text)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+void fuzz(const QByteArray &bytes)
 {
     constexpr void (*readers[])(const std::string &) = { readScenario, readFault, judgeRequest };
-    if (size > 0)
-        readers[data[0] % std::size(readers)](bytesOf(data + 1, size - 1).toStdString());
-    return 0;
+    if (!bytes.isEmpty())
+        readers[static_cast<std::uint8_t>(bytes[0]) % std::size(readers)](
+            bytes.sliced(1).toStdString());
 }
