@@ -33,7 +33,6 @@ template <class Model> QString faultOf(const QByteArray &answer)
 
 struct Call {
     ApiRouter::Route route;
-    const char *name;
     const char *path;
     std::vector<const char *> keys;
     QString (*faultOf)(const QByteArray &answer);
@@ -41,7 +40,7 @@ struct Call {
 
 const Call calls[] = {
 #define PARLOQUIN_ROW(takes, name, path, RequestModel, ResponseModel)                              \
-    { ApiRouter::Route::name, #name, path, keysOf<RequestModel>(), faultOf<ResponseModel> },
+    { ApiRouter::Route::name, path, keysOf<RequestModel>(), faultOf<ResponseModel> },
     PARLOQUIN_API_CALLS(PARLOQUIN_ROW)
 #undef PARLOQUIN_ROW
 };
@@ -52,39 +51,25 @@ QByteArray contentsOf(const QString &file)
     return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
 }
 
-void PrintTo(const Call &call, std::ostream *out) { *out << call.path; }
-
-class EachCall : public testing::TestWithParam<Call> { };
-
-TEST_P(EachCall, HasAGoldenRequest)
+TEST(EachCall, HasAGoldenRequestAMadeUpAnswerAndAFormAtTheLocalService)
 {
     const QByteArray lines = contentsOf(QStringLiteral("Requests.txt"));
-    EXPECT_TRUE(lines.contains(QByteArray("\n") + GetParam().path + ' '))
-        << "Requests.txt has no line for " << GetParam().path;
-}
-
-TEST_P(EachCall, HasAMadeUpAnswerToBeginWith)
-{
-    const QByteArray seed =
-        contentsOf(QStringLiteral("../fuzz/seeds/Models/") + QLatin1String(GetParam().path));
-    ASSERT_FALSE(seed.isEmpty()) << "fuzz/seeds/Models has no answer of " << GetParam().path;
-    EXPECT_EQ(seed[0] - '0', static_cast<int>(GetParam().route))
-        << "its first character is the row of the call";
-    EXPECT_EQ(GetParam().faultOf(seed.sliced(1)), QString());
-}
-
-TEST_P(EachCall, HasAFormAtTheLocalService)
-{
-    ASSERT_TRUE(sandbox::isCall(GetParam().path))
-        << "the service knows no call " << GetParam().path;
-    for (const char *key : GetParam().keys) {
-        const auto fault = sandbox::faultOfParameters(GetParam().path, { { key, "x" } });
-        EXPECT_TRUE(!fault || fault->find("not a key") == std::string::npos) << *fault;
+    for (const Call &call : calls) {
+        SCOPED_TRACE(call.path);
+        EXPECT_TRUE(lines.contains(QByteArray("\n") + call.path + ' '))
+            << "Requests.txt has no line for it";
+        const QByteArray seed =
+            contentsOf(QStringLiteral("../fuzz/seeds/Models/") + QLatin1String(call.path));
+        EXPECT_EQ(seed.left(1), QByteArray::number(static_cast<int>(call.route)))
+            << "fuzz/seeds/Models has no answer of it, with the row of the call in front";
+        EXPECT_EQ(call.faultOf(seed.mid(1)), QString());
+        EXPECT_TRUE(sandbox::isCall(call.path)) << "the service knows no such call";
+        for (const char *key : call.keys) {
+            const auto fault = sandbox::faultOfParameters(call.path, { { key, "x" } });
+            EXPECT_TRUE(!fault || fault->find("not a key") == std::string::npos) << *fault;
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, EachCall, testing::ValuesIn(calls),
-    [](const auto &row) { return std::string(row.param.name); });
 
 TEST(LocalService, KnowsNoCallThatTheKitHasNot)
 {

@@ -2,6 +2,7 @@
 #include "Parloquin/Extension/Encodable+Extension.h"
 #include "Parloquin/Platform/Device.h"
 #include "sandbox/service/Cipher.h"
+#include "support/ByName.h"
 #include "support/RawServer.h"
 
 #include <QtCore/QDateTime>
@@ -44,8 +45,7 @@ std::string expected(const QByteArray &head, const QByteArray &plainBody, Words 
 struct Surroundings {
     const char *name;
     QByteArray variables; // @ stands for the address of a server of this test
-    QByteArray language;
-    QByteArray region;
+    QByteArray language, region;
     bool isProxied = false; // the service is reached through that server
 };
 
@@ -63,10 +63,8 @@ TEST_P(EveryCall, IsTheSameToTheByte)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *mine : { "http_proxy", "HTTP_PROXY", "no_proxy", "NO_PROXY", "LANGUAGE" })
         environment.remove(QString::fromLatin1(mine));
-    for (const QByteArray &variable : variables.split(' ')) {
-        const QList<QByteArray> pair = variable.split('=');
-        environment.insert(QString::fromLatin1(pair[0]), QString::fromLatin1(pair[1]));
-    }
+    for (const QString &variable : QString::fromLatin1(variables).split(u' '))
+        environment.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
     QProcess host;
     host.setProcessEnvironment(environment);
     host.setStandardOutputFile(QProcess::nullDevice());
@@ -122,7 +120,6 @@ const Surroundings surroundings[] = {
     { "ProxyInCapitals", "LC_ALL=tr_TR.UTF-8 HTTP_PROXY=@", "tr", "TR", true },
 };
 
-INSTANTIATE_TEST_SUITE_P(Golden, EveryCall, testing::ValuesIn(surroundings),
-    [](const auto &row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Golden, EveryCall, testing::ValuesIn(surroundings), byName);
 
 } // namespace
