@@ -9,6 +9,8 @@
 
 #include <chrono>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray countries()
@@ -19,8 +21,8 @@ QByteArray countries()
             // One without a country code is the current one of a picker that was given none.
             const QString code = section == 1 && row == 2
                 ? QString()
-                : QStringLiteral(R"("countryCode":"%1%2",)").arg(section).arg(row);
-            list += QStringLiteral(R"({%1"title":"%2%3 land","phoneCode":"+%4%5"},)")
+                : uR"("countryCode":"%1%2",)"_s.arg(section).arg(row);
+            list += uR"({%1"title":"%2%3 land","phoneCode":"+%4%5"},)"_s
                         .arg(code, QChar(u'A' + section), QChar(u'a' + row))
                         .arg(section)
                         .arg(row)
@@ -34,12 +36,8 @@ class Bus : public ContainerTest { };
 
 TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
 {
-    answer("/v1.0/init", threeApps);
-    answer("/v1.0/start", R"({"result":{"deeplink":"parlo://x","reference":"R-1"}})");
-    answer("/v1.0/check", R"({"result":{"sessionId":"S-1"}})");
+    answerBothRoads();
     answer("/v1.0/country", countries());
-    answer("/v1.0/send-otp", R"({"result":{"reference":"R-2"}})");
-    answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
     ModemBus modem;
     modem.play("start bus; start service; await; modem 0 20801");
     int messages = 0;
@@ -61,9 +59,8 @@ TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
             if (*heard == QLatin1String("come back") && settle(2))
                 comeBack();
             if (*heard == QLatin1String("message")) {
-                modem->tell(
-                    { QStringLiteral("sms"), QStringLiteral("0"), QString::number(++*messages),
-                        QStringLiteral("3"), QStringLiteral(R"(Code\n@127.0.0.1 #7K2)") });
+                modem->tell({ u"sms"_s, u"0"_s, QString::number(++*messages), u"3"_s,
+                    uR"(Code\n@127.0.0.1 #7K2)"_s });
                 reader->write("told\n");
             }
         }
@@ -76,10 +73,8 @@ TEST_F(Bus, AReaderOfAnotherProcessWalksBothRoads)
     EXPECT_EQ(reader.state(), QProcess::NotRunning) << "not done within a minute";
     EXPECT_EQ(reader.exitCode(), 0);
     EXPECT_EQ(heard.toStdString(), "done");
-    EXPECT_EQ(delegate->outcomes(),
-        QStringList({ QStringLiteral("succeeded S-1"), QStringLiteral("succeeded S-2") }));
-    EXPECT_EQ(
-        server.requests().back().parameters().value(QStringLiteral("code")), QStringLiteral("7K2"));
+    EXPECT_EQ(delegate->outcomes(), QStringList({ u"succeeded S-1"_s, u"succeeded S-2"_s }));
+    EXPECT_EQ(server.requests().back().parameters().value(u"code"_s), u"7K2"_s);
     EXPECT_TRUE(QTest::qWaitFor([this] { return !container->isVisible(); }));
 }
 

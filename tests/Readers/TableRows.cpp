@@ -4,6 +4,7 @@
 #include <QtGui/QAccessible>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -15,10 +16,9 @@ void hear(QAccessibleEvent *event)
     const auto *interface = event->accessibleInterface();
     if (!interface || !interface->isValid())
         return;
-    const QString kind = event->type() == QAccessible::Focus ? QStringLiteral("focus ")
-        : event->type() == QAccessible::TableModelChanged
-        ? QStringLiteral("rows ")
-        : QStringLiteral("0x%1 ").arg(event->type(), 0, 16);
+    const QString kind = event->type() == QAccessible::Focus ? u"focus "_s
+        : event->type() == QAccessible::TableModelChanged    ? u"rows "_s
+                                                             : u"0x%1 "_s.arg(event->type(), 0, 16);
     heard->append(kind + interface->text(QAccessible::Name));
 }
 
@@ -40,14 +40,10 @@ protected:
     {
         return QAccessible::queryAccessibleInterface(table.get());
     }
-    [[nodiscard]] int itemOf(const IndexPath &path) const
-    {
-        const int title = source.titled ? 1 : 0;
-        return path.section * (source.rows + title) + title + path.row;
-    }
     [[nodiscard]] QAccessibleInterface *row(const IndexPath &path) const
     {
-        return list()->child(itemOf(path));
+        const int title = source.titled ? 1 : 0;
+        return list()->child(path.section * (source.rows + title) + title + path.row);
     }
     void act(const IndexPath &path, const QString &action) const
     {
@@ -57,7 +53,7 @@ protected:
     std::string takeEvents()
     {
         QCoreApplication::processEvents();
-        return std::exchange(events, {}).join(QStringLiteral("; ")).toStdString();
+        return std::exchange(events, {}).join(u"; "_s).toStdString();
     }
 
     QStringList events;
@@ -73,20 +69,18 @@ TEST_F(TableReaders, FindEveryRowInOrderUnderItsTitle)
         table->setContentOffset(sectionTop(2));
         EXPECT_EQ(list()->role(), QAccessible::List);
         ASSERT_EQ(list()->childCount(), titled ? 505 : 500);
-        QStringList expected;
-        QStringList found;
-        QStringList checked;
+        QStringList expected, found, checked;
         for (int section = 0; section < 5; ++section) {
             if (titled)
-                expected.append(QStringLiteral("heading ") + Countries::letter(section));
+                expected.append(u"heading "_s + Countries::letter(section));
             for (int r = 0; r < 100; ++r)
-                expected.append(QStringLiteral("row ") + source.nameOfRow(*table, { section, r }));
+                expected.append(u"row "_s + source.nameOfRow(*table, { section, r }));
         }
         for (int item = 0; item < list()->childCount(); ++item) {
             auto *child = list()->child(item);
-            const QString role = child->role() == QAccessible::Heading ? QStringLiteral("heading ")
-                : child->role() == QAccessible::ListItem               ? QStringLiteral("row ")
-                                                                       : QStringLiteral("? ");
+            const QString role = child->role() == QAccessible::Heading ? u"heading "_s
+                : child->role() == QAccessible::ListItem               ? u"row "_s
+                                                                       : u"? "_s;
             found.append(role + child->text(QAccessible::Name));
             ASSERT_EQ(child->parent(), list());
             ASSERT_EQ(list()->indexOfChild(child), item);
@@ -115,9 +109,9 @@ TEST_F(TableReaders, FindUnderAFingerWhatIsSeenThere)
     const struct {
         int y;
         QString name;
-    } rows[] = { { 5, QStringLiteral("A") }, { headerHeight + 2, QStringLiteral("Ac land, +02") },
-        { sectionTop(1) - table->contentOffset() + 3, QStringLiteral("B") },
-        { sectionTop(1) - table->contentOffset() + 40, QStringLiteral("Ba land, +10") } };
+    } rows[] = { { 5, u"A"_s }, { headerHeight + 2, u"Ac land, +02"_s },
+        { sectionTop(1) - table->contentOffset() + 3, u"B"_s },
+        { sectionTop(1) - table->contentOffset() + 40, u"Ba land, +10"_s } };
     for (const auto &[y, name] : rows) {
         const QPoint at = table->mapToGlobal(QPoint(100, y));
         const auto *item = list()->childAt(at.x(), at.y());
@@ -131,7 +125,7 @@ TEST_F(TableReaders, FindUnderAFingerWhatIsSeenThere)
 TEST_F(TableReaders, HearOneFocusEventAKey)
 {
     show(26, 400);
-    table->setAccessibleName(QStringLiteral("Countries"));
+    table->setAccessibleName(u"Countries"_s);
     table->clearFocus();
     takeEvents();
     table->setFocus(Qt::TabFocusReason);
@@ -197,25 +191,25 @@ TEST_F(TableReaders, HearWhatAnEmptyTableSays)
     source.sections = 0;
     table = makeTable();
     EXPECT_EQ(list()->childCount(), 0);
-    table->setEmptyLook(QStringLiteral("icon-list-awaited"), QStringLiteral("Wait"));
+    table->setEmptyLook(u"icon-list-awaited"_s, u"Wait"_s);
     ASSERT_TRUE(comesToFront(*table));
     focusByTab();
     takeEvents();
     ASSERT_EQ(list()->childCount(), 1);
     EXPECT_EQ(list()->child(0)->role(), QAccessible::StaticText);
-    EXPECT_EQ(list()->child(0)->text(QAccessible::Name), QStringLiteral("Wait"));
+    EXPECT_EQ(list()->child(0)->text(QAccessible::Name), u"Wait"_s);
     EXPECT_FALSE(list()->child(0)->state().offscreen);
     EXPECT_EQ(list()->focusChild(), list()->child(0));
 
-    table->setEmptyLook(QStringLiteral("icon-list-empty"), QStringLiteral("Nothing"));
+    table->setEmptyLook(u"icon-list-empty"_s, u"Nothing"_s);
     EXPECT_EQ(takeEvents(), "rows ; focus Nothing");
-    const auto *shown = table->findChild<QWidget *>(QStringLiteral("emptyLook"));
+    const auto *shown = table->findChild<QWidget *>(u"emptyLook"_s);
     EXPECT_TRUE(shown->isVisible());
     source.sections = 1;
     table->reloadData();
     EXPECT_EQ(takeEvents(), "rows ; focus Aa land, +00");
     EXPECT_FALSE(shown->isVisible());
-    EXPECT_EQ(list()->child(0)->text(QAccessible::Name), QStringLiteral("A"));
+    EXPECT_EQ(list()->child(0)->text(QAccessible::Name), u"A"_s);
 }
 
 } // namespace

@@ -1,42 +1,22 @@
 // Both roads by what a screen reader finds and does alone: its tree, names, actions and texts.
-#include "Screens/Container.h"
-#include "support/Front.h"
+#include "Screens/Hosts.h"
 
 #include <QtGui/QAccessible>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QDialog>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QStackedWidget>
-#include <QtWidgets/QVBoxLayout>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 QString roleOf(const QAccessibleInterface *node)
 {
-    switch (node->role()) {
-    case QAccessible::Window:
-        return QStringLiteral("window");
-    case QAccessible::Pane:
-        return QStringLiteral("pane");
-    case QAccessible::Button:
-        return QStringLiteral("button");
-    case QAccessible::StaticText:
-        return QStringLiteral("text");
-    case QAccessible::EditableText:
-        return QStringLiteral("field");
-    case QAccessible::List:
-        return QStringLiteral("list");
-    case QAccessible::ListItem:
-        return QStringLiteral("row");
-    case QAccessible::Heading:
-        return QStringLiteral("heading");
-    case QAccessible::AlertMessage:
-        return QStringLiteral("alert");
-    default:
-        return QStringLiteral("role 0x%1").arg(node->role(), 0, 16);
-    }
+    static const QHash<int, QString> names { { QAccessible::Window, u"window"_s },
+        { QAccessible::Pane, u"pane"_s }, { QAccessible::Button, u"button"_s },
+        { QAccessible::StaticText, u"text"_s }, { QAccessible::EditableText, u"field"_s },
+        { QAccessible::List, u"list"_s }, { QAccessible::ListItem, u"row"_s },
+        { QAccessible::Heading, u"heading"_s }, { QAccessible::AlertMessage, u"alert"_s } };
+    return names.value(node->role(), u"role 0x%1"_s.arg(node->role(), 0, 16));
 }
 
 // As it is read: "pane SMS { button Back; field Phone number (+47) = 4123 }"
@@ -46,22 +26,20 @@ QString read(QAccessibleInterface *node)
     const auto state = node->state();
     if (const QString more = node->text(QAccessible::Description);
         !more.isEmpty() && node->role() == QAccessible::EditableText)
-        text += QStringLiteral(" (%1)").arg(more);
+        text += u" (%1)"_s.arg(more);
     if (const QString value = node->text(QAccessible::Value); !value.isEmpty())
-        text += QStringLiteral(" = ") + value;
+        text += u" = "_s + value;
     if (state.checked)
-        text += QStringLiteral(", checked");
+        text += u", checked"_s;
     if (state.busy)
-        text += QStringLiteral(", busy");
+        text += u", busy"_s;
     QStringList parts;
     for (int i = 0; i < node->childCount(); ++i) {
         EXPECT_EQ(node->child(i)->parent(), node) << text.toStdString();
         EXPECT_EQ(node->indexOfChild(node->child(i)), i) << text.toStdString();
         parts.append(read(node->child(i)));
     }
-    return parts.isEmpty()
-        ? text
-        : QStringLiteral("%1 { %2 }").arg(text, parts.join(QStringLiteral("; ")));
+    return parts.isEmpty() ? text : u"%1 { %2 }"_s.arg(text, parts.join(u"; "_s));
 }
 
 QAccessibleInterface *find(QAccessibleInterface *node, const QString &what)
@@ -75,53 +53,8 @@ QAccessibleInterface *find(QAccessibleInterface *node, const QString &what)
     return nullptr;
 }
 
-struct Place {
-    const char *name;
-    bool dialog;
-    bool stacked;
-    Qt::LayoutDirection direction;
-};
-
-class ReaderWalk : public ContainerTest, public testing::WithParamInterface<Place> {
+class Reader : public HostTest {
 protected:
-    void SetUp() override
-    {
-        ContainerTest::SetUp();
-        QApplication::setLayoutDirection(GetParam().direction);
-        answer("/v1.0/init", threeApps);
-        answer("/v1.0/start", R"({"result":{"deeplink":"parlo://x","reference":"R-1"}})");
-        answer("/v1.0/check", R"({"result":{"sessionId":"S-1"}})");
-        answer("/v1.0/country", R"({"result":{"list":[{"title":"Norway","countryCode":"NO",
-            "phoneCode":"+47"},{"title":"Chad","countryCode":"TD","phoneCode":"+235"},
-            {"title":"Corsica"},{"title":"Nauru","countryCode":"NR","phoneCode":"+674"}]}})");
-        answer("/v1.0/send-otp", R"({"result":{"reference":"R-2"}})");
-        answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
-    }
-    void TearDown() override
-    {
-        ContainerTest::TearDown();
-        host.reset();
-        QApplication::setLayoutDirection(Qt::LeftToRight);
-    }
-
-    void open()
-    {
-        Parloquin kit;
-        container.reset(kit.viewControllerForLogin());
-        container->setKitDelegate(delegate);
-        if (GetParam().dialog || GetParam().stacked) {
-            host.reset(GetParam().dialog ? new QDialog : new QWidget);
-            auto *column = new QVBoxLayout(host.get());
-            auto *pages = new QStackedWidget;
-            pages->addWidget(container.get());
-            column->addWidget(pages);
-            auto *fine = new QPushButton(QStringLiteral("Fine"));
-            fine->setDefault(true);
-            column->addWidget(fine);
-        }
-        ASSERT_TRUE(comesToFront(*container->window()));
-    }
-
     [[nodiscard]] QAccessibleInterface *kit() const
     {
         return QAccessible::queryAccessibleInterface(container.get());
@@ -131,8 +64,8 @@ protected:
     {
         if (HasFailure()) // a walk that went wrong ends there
             return;
-        const QString whole = (host ? QStringLiteral("pane") : QStringLiteral("window"))
-            + QStringLiteral(" Parloquin { %1 }").arg(expected);
+        const QString whole =
+            (around ? u"pane"_s : u"window"_s) + u" Parloquin { %1 }"_s.arg(expected);
         (void)QTest::qWaitFor([&] { return read(kit()) == whole; });
         EXPECT_EQ(read(kit()).toStdString(), whole.toStdString());
     }
@@ -157,7 +90,7 @@ protected:
     }
     [[nodiscard]] bool showsSymbol() const
     {
-        const auto symbols = container->findChildren<QWidget *>(QStringLiteral("imgEmpty"));
+        const auto symbols = container->findChildren<QWidget *>(u"imgEmpty"_s);
         return std::any_of(
             symbols.begin(), symbols.end(), [](auto *one) { return one->isVisible(); });
     }
@@ -165,26 +98,30 @@ protected:
     {
         return waitForOutcomes(count) ? delegate->outcomes().constLast().toStdString() : "none";
     }
-
-    std::unique_ptr<QWidget> host;
 };
+
+class ReaderWalk : public Reader,
+                   public testing::WithParamInterface<std::tuple<Host, Qt::LayoutDirection>> { };
 
 TEST_P(ReaderWalk, LeadsToASessionOnBothRoads)
 {
-    const QString apps = QStringLiteral(
-        "button Close; pane Parloquin { text Pick an app.; list Messaging apps { row Verify with "
+    const QString apps =
+        u"button Close; pane Parloquin { text Pick an app.; list Messaging apps { row Verify with "
         "Parlo; row Verify with Kite; row Murmur }; button Don't use any of these apps? Get a code "
-        "by SMS instead }");
+        "by SMS instead }"_s;
+    answer("/v1.0/country", R"({"result":{"list":[{"title":"Norway","countryCode":"NO",
+        "phoneCode":"+47"},{"title":"Chad","countryCode":"TD","phoneCode":"+235"},
+        {"title":"Corsica"},{"title":"Nauru","countryCode":"NR","phoneCode":"+674"}]}})");
     server.pause();
-    open();
-    expectToRead(QStringLiteral("alert Loading, busy"));
+    show(std::get<0>(GetParam()), std::get<1>(GetParam()));
+    expectToRead(u"alert Loading, busy"_s);
     server.proceed();
     expectToRead(apps);
 
-    auto *const stale = await(QStringLiteral("button Close"));
+    auto *const stale = await(u"button Close"_s);
     server.pause();
-    press(QStringLiteral("row Verify with Parlo"));
-    expectToRead(QStringLiteral("alert Loading, busy"));
+    press(u"row Verify with Parlo"_s);
+    expectToRead(u"alert Loading, busy"_s);
     ASSERT_TRUE(stale);
     stale->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(container->isVisible()) << "closed by a button under the veil";
@@ -195,55 +132,48 @@ TEST_P(ReaderWalk, LeadsToASessionOnBothRoads)
     comeBack();
     EXPECT_EQ(outcome(1), "succeeded S-1");
 
-    press(QStringLiteral("button Don't use any of these apps? Get a code by SMS instead"));
-    expectToRead(QStringLiteral("button Back; pane SMS { button Select Country..; field Phone "
-                                "number; button Send SMS }"));
+    press(u"button Don't use any of these apps? Get a code by SMS instead"_s);
+    expectToRead(u"button Back; pane SMS { button Select Country..; field Phone "
+                 "number; button Send SMS }"_s);
     server.pause();
-    press(QStringLiteral("button Select Country.."));
-    expectToRead(QStringLiteral(
-        "button Back; pane Country List { list Country List { text Loading the countries… } }"));
+    press(u"button Select Country.."_s);
+    expectToRead(
+        u"button Back; pane Country List { list Country List { text Loading the countries… } }"_s);
     server.proceed();
-    expectToRead(QStringLiteral(
-        "button Back; pane Country List { list Country List { heading C; row Chad, +235; row "
-        "Corsica, checked; heading N; row Norway, +47; row Nauru, +674 } }"));
-    press(QStringLiteral("row Norway, +47"));
-    write(QStringLiteral("field Phone number"), QStringLiteral("41234567"));
-    expectToRead(QStringLiteral("button Back; pane SMS { button Country, Norway; field Phone "
-                                "number (+47) = 41234567; button Send SMS }"));
-    press(QStringLiteral("button Send SMS"));
-    expectToRead(QStringLiteral(
-        "button Back; pane SMS { field Code, digit 1 of 3; field Code, digit 2 of 3; field Code, "
+    expectToRead(
+        u"button Back; pane Country List { list Country List { heading C; row Chad, +235; row "
+        "Corsica, checked; heading N; row Norway, +47; row Nauru, +674 } }"_s);
+    press(u"row Norway, +47"_s);
+    write(u"field Phone number"_s, u"41234567"_s);
+    expectToRead(u"button Back; pane SMS { button Country, Norway; field Phone "
+                 "number (+47) = 41234567; button Send SMS }"_s);
+    press(u"button Send SMS"_s);
+    expectToRead(
+        u"button Back; pane SMS { field Code, digit 1 of 3; field Code, digit 2 of 3; field Code, "
         "digit 3 of 3; button Send Code; button Didn't you receive the code? Tap here to try "
-        "again }"));
+        "again }"_s);
     for (const int digit : { 1, 2, 3 })
-        write(QStringLiteral("field Code, digit %1 of 3").arg(digit), QString::number(digit + 3));
-    press(QStringLiteral("button Send Code"));
+        write(u"field Code, digit %1 of 3"_s.arg(digit), QString::number(digit + 3));
+    press(u"button Send Code"_s);
     ASSERT_FALSE(HasFailure());
     EXPECT_EQ(outcome(2), "succeeded S-2");
-    EXPECT_EQ(
-        server.requests().back().parameters().value(QStringLiteral("code")), QStringLiteral("456"));
+    EXPECT_EQ(server.requests().back().parameters().value(u"code"_s), u"456"_s);
 
-    press(QStringLiteral("button Back"));
-    await(QStringLiteral("field Phone number"));
-    press(QStringLiteral("button Back"));
-    await(QStringLiteral("list Messaging apps"));
-    press(QStringLiteral("button Close"));
+    press(u"button Back"_s);
+    await(u"field Phone number"_s);
+    press(u"button Back"_s);
+    await(u"list Messaging apps"_s);
+    press(u"button Close"_s);
     EXPECT_TRUE(QTest::qWaitFor([this] { return !container->isVisible(); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, ReaderWalk,
-    testing::Values(Place { "Window", false, false, Qt::LeftToRight },
-        Place { "WindowRightToLeft", false, false, Qt::RightToLeft },
-        Place { "Dialog", true, false, Qt::LeftToRight },
-        Place { "DialogRightToLeft", true, false, Qt::RightToLeft },
-        Place { "StackedPage", false, true, Qt::LeftToRight },
-        Place { "StackedPageRightToLeft", false, true, Qt::RightToLeft }),
-    [](const auto &row) { return row.param.name; });
+    testing::Combine(testing::Values(Host::window, Host::dialog, Host::stack),
+        testing::Values(Qt::LeftToRight, Qt::RightToLeft)),
+    [](const auto &row) { return nameOf(std::get<0>(row.param), std::get<1>(row.param)); });
 
 // Nothing comes: the list says so instead of staying blank, and asks for nothing.
-class EmptyLists : public ReaderWalk { };
-
-TEST_P(EmptyLists, SayWhatTheyWaitForAndWhatTheyGot)
+TEST_F(Reader, OfEmptyListsHearsWhatTheyWaitForAndWhatTheyGot)
 {
     const std::pair<const char *, QByteArray> nothings[] = { { "no list", R"({"result":{}})" },
         { "an empty list", R"({"result":{"list":[]}})" }, { "garbage", "x" } };
@@ -251,32 +181,28 @@ TEST_P(EmptyLists, SayWhatTheyWaitForAndWhatTheyGot)
         SCOPED_TRACE(what);
         answer("/v1.0/init", json);
         const auto before = server.requests().size();
-        open();
-        await(QStringLiteral("text No apps to show"));
+        show(Host::window, Qt::LeftToRight);
+        await(u"text No apps to show"_s);
         EXPECT_EQ(server.requests().size(), before + 1);
         container.reset();
     }
 
     answer("/v1.0/init", threeApps);
-    open();
-    press(QStringLiteral("button Don't use any of these apps? Get a code by SMS instead"));
+    show(Host::window, Qt::LeftToRight);
+    press(u"button Don't use any of these apps? Get a code by SMS instead"_s);
     for (const auto &[what, json] : nothings) {
         SCOPED_TRACE(what);
         answer("/v1.0/country", json);
         server.pause();
-        press(QStringLiteral("button Select Country.."));
-        await(QStringLiteral("text Loading the countries…"));
+        press(u"button Select Country.."_s);
+        await(u"text Loading the countries…"_s);
         EXPECT_TRUE(showsSymbol());
         server.proceed();
-        await(QStringLiteral("text No countries to show"));
+        await(u"text No countries to show"_s);
         EXPECT_TRUE(showsSymbol());
-        press(QStringLiteral("button Back"));
-        await(QStringLiteral("field Phone number"));
+        press(u"button Back"_s);
+        await(u"field Phone number"_s);
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Window, EmptyLists,
-    testing::Values(Place { "Window", false, false, Qt::LeftToRight }),
-    [](const auto &row) { return row.param.name; });
 
 } // namespace

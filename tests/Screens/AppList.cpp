@@ -2,8 +2,6 @@
 #include "Parloquin/Cell/ThirdPartyKitTableCell.h"
 #include "Parloquin/Toolkit/ImageView.h"
 #include "Parloquin/Toolkit/Label.h"
-#include "Parloquin/Toolkit/NavigationController.h"
-#include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "Parloquin/Toolkit/View.h"
 #include "Screens/Container.h"
@@ -15,6 +13,7 @@
 #include <QtWidgets/QApplication>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -36,13 +35,13 @@ protected:
     }
 };
 
-class Geometry : public AppList, public testing::WithParamInterface<Qt::LayoutDirection> { };
+class Geometry : public AppList, public testing::WithParamInterface<bool> { };
 
 TEST_P(Geometry, IsExact)
 {
-    QApplication::setLayoutDirection(GetParam());
+    const bool isMirrored = GetParam();
+    QApplication::setLayoutDirection(isMirrored ? Qt::RightToLeft : Qt::LeftToRight);
     present(threeApps);
-    const bool isMirrored = GetParam() == Qt::RightToLeft;
     const auto at = [&](double x, double y, double w, double h) {
         return QRectF(isMirrored ? 390 - x - w : x, y, w, h);
     };
@@ -75,10 +74,7 @@ TEST_P(Geometry, IsExact)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Directions, Geometry, testing::Values(Qt::LeftToRight, Qt::RightToLeft), [](const auto &row) {
-        return row.param == Qt::LeftToRight ? std::string("LeftToRight") : "RightToLeft";
-    });
+INSTANTIATE_TEST_SUITE_P(Mirrored, Geometry, testing::Bool());
 
 TEST_F(AppList, KeepsThePlaceOfAPanelThatIsNotOffered)
 {
@@ -97,9 +93,9 @@ TEST_F(AppList, ShowsTheColoursAndTextOfEachApp)
         QColor back;
         QColor ink;
     } rows[] = {
-        { QStringLiteral("Text"), QColor(0x1c, 0x7c, 0x4c), QColor(0xff, 0xd1, 0x4a) },
+        { u"Text"_s, QColor(0x1c, 0x7c, 0x4c), QColor(0xff, 0xd1, 0x4a) },
         { {}, Qt::blue, Qt::white },
-        { QStringLiteral("<b>x</b>"), QColor(1, 1, 0, 1), QColor(1, 1, 0, 1) },
+        { u"<b>x</b>"_s, QColor(1, 1, 0, 1), QColor(1, 1, 0, 1) },
     };
     for (int row = 0; row < 3; ++row) {
         SCOPED_TRACE(row);
@@ -115,14 +111,13 @@ TEST_F(AppList, ShowsTheColoursAndTextOfEachApp)
 TEST_F(AppList, DarkensThePressedRowAlone)
 {
     present(threeApps);
-    const QPoint point = cell(0)->mapTo(container.get(), cell(0)->rect().center());
-    QTest::mousePress(container->windowHandle(), Qt::LeftButton, {}, point);
+    hands::press(cell(0));
     const auto back = [this](int row) { return part<View>(row, "viewBack")->backgroundColor(); };
     EXPECT_TRUE(QTest::qWaitFor([&] { return back(0) == QColor(0x16, 0x63, 0x3d); }));
     EXPECT_EQ(back(1), QColor(Qt::blue));
     // Let go elsewhere: no tap.
-    QTest::mouseMove(container->windowHandle(), point + QPoint(0, 200));
-    QTest::mouseRelease(container->windowHandle(), Qt::LeftButton, {}, point + QPoint(0, 200));
+    hands::moveTo(cell(0), { 195, 240 });
+    hands::release(cell(0), { 195, 240 });
     EXPECT_TRUE(QTest::qWaitFor([&] { return back(0) == QColor(0x1c, 0x7c, 0x4c); }));
     EXPECT_EQ(paths().size(), 1);
 }
@@ -143,7 +138,7 @@ TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
         server.answer('/' + name, RawServer::http(200, png.data(), "Content-Type: image/png\r\n"));
         list += R"({"text":"Row )" + QByteArray::number(row) + R"(","bgColour":")" + name + '"';
         if (hasIcon(row))
-            list += R"(,"icon":")" + server.url(QStringLiteral("/")).toLatin1() + name + '"';
+            list += R"(,"icon":")" + server.url(u"/"_s).toLatin1() + name + '"';
         list += "},";
     }
     present(R"({"result":{"list":[)" + list.chopped(1) + "]}}");
@@ -155,7 +150,7 @@ TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
         for (auto *const each : table->visibleCells()) {
             const int row = each->indexPath().row;
             SCOPED_TRACE("row " + std::to_string(row) + " at " + std::to_string(place));
-            EXPECT_EQ(part<Label>(row, "lblKitName")->text(), QStringLiteral("Row %1").arg(row));
+            EXPECT_EQ(part<Label>(row, "lblKitName")->text(), u"Row %1"_s.arg(row));
             EXPECT_EQ(part<View>(row, "viewBack")->backgroundColor().name(),
                 (row == 1 && each->isPressed() ? color(row).darker(125) : color(row)).name());
             const auto *icon = part<ImageView>(row, "imgKitIcon");
@@ -170,19 +165,6 @@ TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
     }
     hands::release(container.get(), { 5, 5 });
     EXPECT_LT(table->findChildren<ThirdPartyKitTableCell *>().size(), 20);
-}
-
-TEST_F(AppList, LeadsToTheRoadBySms)
-{
-    present(threeApps);
-    const auto *navigation = container->findChild<NavigationController *>();
-    EXPECT_EQ(
-        navigation->topViewController()->navigationItem().title(), QStringLiteral("Parloquin"));
-    tap(find("viewAlternativeKit"));
-    ASSERT_EQ(navigation->viewControllers().size(), 2);
-    EXPECT_EQ(navigation->topViewController()->navigationItem().title(), QStringLiteral("SMS"));
-    // The first screen's button is not the second's.
-    EXPECT_TRUE(QTest::qWaitFor([this] { return find("btnClose") == nullptr; }));
 }
 
 TEST_F(AppList, TellsAutomationWhenItIsAtRest)

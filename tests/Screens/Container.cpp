@@ -15,6 +15,8 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void write(const QString &path, const QByteArray &text, bool isProgram = false)
@@ -31,16 +33,16 @@ const QTemporaryDir &desktop()
 {
     static const QTemporaryDir folder;
     static const bool made = [] {
-        QDir(folder.path()).mkdir(QStringLiteral("applications"));
-        const QByteArray arguments = folder.filePath(QStringLiteral("arguments")).toUtf8();
-        const QString program = folder.filePath(QStringLiteral("messenger"));
+        QDir(folder.path()).mkdir(u"applications"_s);
+        const QByteArray arguments = folder.filePath(u"arguments"_s).toUtf8();
+        const QString program = folder.filePath(u"messenger"_s);
         write(program,
             "#!/bin/sh\nprintf x >> '" + arguments + ".starts'\nprintf '%s\\0' \"$@\" > '"
                 + arguments + ".new'\nmv '" + arguments + ".new' '" + arguments + "'\n",
             true);
         QByteArray defaults = "[Default Applications]\n";
         const auto install = [&defaults](const QByteArray &scheme, const QByteArray &command) {
-            const QString entry = QStringLiteral("applications/%1.desktop");
+            const QString entry = u"applications/%1.desktop"_s;
             write(folder.filePath(entry.arg(QString::fromLatin1(scheme))),
                 "[Desktop Entry]\nType=Application\nName=" + scheme + "\nExec=" + command
                     + "\nMimeType=x-scheme-handler/" + scheme + ";\n");
@@ -53,7 +55,7 @@ const QTemporaryDir &desktop()
         install("deaf", program.toUtf8());
         install("gone", "/nonexistent/messenger %u");
         install("exits", "false %u");
-        write(folder.filePath(QStringLiteral("applications/mimeapps.list")), defaults);
+        write(folder.filePath(u"applications/mimeapps.list"_s), defaults);
         qputenv("XDG_DATA_HOME", folder.path().toUtf8());
         qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
         qputenv("XDG_DATA_DIRS", folder.path().toUtf8());
@@ -68,7 +70,7 @@ const QTemporaryDir &desktop()
 
 bool hasDefaultRoute()
 {
-    QFile routes(QStringLiteral("/proc/net/route"));
+    QFile routes(u"/proc/net/route"_s);
     return routes.open(QIODevice::ReadOnly) && routes.readAll().contains("\t00000000\t");
 }
 
@@ -89,12 +91,12 @@ void openGate()
 
 void RecordingDelegate::verificationDidSucceed(const QString &sessionId)
 {
-    record(QStringLiteral("succeeded ") + sessionId);
+    record(u"succeeded "_s + sessionId);
 }
 
 void RecordingDelegate::verificationDidFail(ParloquinError error)
 {
-    record(QStringLiteral("failed %1").arg(static_cast<int>(error)));
+    record(u"failed %1"_s.arg(static_cast<int>(error)));
 }
 
 void RecordingDelegate::record(const QString &outcome)
@@ -123,6 +125,7 @@ int RecordingDelegate::outcomesOnMainThread() const
 void ContainerTest::SetUp()
 {
     forgetHandlerArguments();
+    (void)takeHandlerStarts(); // of the case before
     setServiceHost(server.hostAndPort());
     openGate();
 }
@@ -175,7 +178,7 @@ bool ContainerTest::drainSession()
 {
     const auto isThrough = std::make_shared<bool>(false);
     parloquin::UrlRequest unsupported;
-    unsupported.url = QUrl(QStringLiteral("none:"));
+    unsupported.url = QUrl(u"none:"_s);
     unsupported.timeout = std::chrono::seconds(5);
     parloquin::UrlSession::shared()
         .dataTask(std::move(unsupported),
@@ -218,9 +221,21 @@ void ContainerTest::answer(const char *path, const QByteArray &json)
     server.answer(path, RawServer::http(200, json));
 }
 
+void ContainerTest::answerBothRoads()
+{
+    answer("/v1.0/init", threeApps);
+    answer("/v1.0/start", R"({"result":{"deeplink":"parlo://send","reference":"R-1"}})");
+    answer("/v1.0/check", R"({"meta":{"httpStatusCode":200},"result":{"sessionId":"S-1"}})");
+    answer("/v1.0/country", R"({"result":{"list":[
+        {"title":"Chad","countryCode":"TD","phoneCode":"+235"},
+        {"title":"Norway","countryCode":"NO","phoneCode":"+47"}]}})");
+    answer("/v1.0/send-otp", R"({"result":{"reference":"R-2"}})");
+    answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
+}
+
 QStringList ContainerTest::handlerArguments()
 {
-    QFile file(desktop().filePath(QStringLiteral("arguments")));
+    QFile file(desktop().filePath(u"arguments"_s));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     QStringList arguments = QString::fromUtf8(file.readAll()).split(QChar(u'\0'));
@@ -228,14 +243,11 @@ QStringList ContainerTest::handlerArguments()
     return arguments;
 }
 
-void ContainerTest::forgetHandlerArguments()
-{
-    QFile::remove(desktop().filePath(QStringLiteral("arguments")));
-}
+void ContainerTest::forgetHandlerArguments() { QFile::remove(desktop().filePath(u"arguments"_s)); }
 
 int ContainerTest::takeHandlerStarts()
 {
-    QFile file(desktop().filePath(QStringLiteral("arguments.starts")));
+    QFile file(desktop().filePath(u"arguments.starts"_s));
     const auto size = file.size();
     file.remove();
     return static_cast<int>(size);

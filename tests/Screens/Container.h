@@ -68,6 +68,8 @@ public:
 
     [[nodiscard]] QList<QByteArray> paths() const; ///< of the requests so far
     void answer(const char *path, const QByteArray &json);
+    /// With the apps below and some countries: it ends with "S-1" on one road, "S-2" on the other.
+    void answerBothRoads();
 
     /// \return what the messaging app was started with; empty while it was not
     [[nodiscard]] static QStringList handlerArguments();

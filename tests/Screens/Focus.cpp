@@ -89,16 +89,13 @@ TEST_P(Rounds, TabLeadsThroughEachScreenBothWays)
 INSTANTIATE_TEST_SUITE_P(Hosts, Rounds,
     testing::Combine(testing::Values(Host::window, Host::dialog, Host::stack, Host::tabs),
         testing::Values(Qt::LeftToRight, Qt::RightToLeft)),
-    [](const auto &row) {
-        return std::string(hostNames[static_cast<int>(std::get<0>(row.param))])
-            + (std::get<1>(row.param) == Qt::LeftToRight ? "LeftToRight" : "RightToLeft");
-    });
+    [](const auto &row) { return nameOf(std::get<0>(row.param), std::get<1>(row.param)); });
 
 class Returns : public InHost, public testing::WithParamInterface<Host> { };
 
 TEST_P(Returns, AContainerThatComesBackHasTheKeyboardWhereItWas)
 {
-    open(GetParam(), Qt::LeftToRight);
+    open(GetParam());
     const auto goAndComeBack = [this] {
         if (around) {
             around->turnAway();
@@ -130,7 +127,7 @@ TEST_P(Returns, AContainerThatComesBackHasTheKeyboardWhereItWas)
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Returns,
     testing::Values(Host::window, Host::dialog, Host::stack, Host::tabs),
-    [](const auto &row) { return std::string(hostNames[static_cast<int>(row.param)]); });
+    [](const auto &row) { return nameOf(row.param); });
 
 TEST_F(InHost, TwoContainersInAWindowKeepTheirKeysApart)
 {
@@ -190,15 +187,10 @@ TEST_F(InHost, StandsInTheOrderThatAHostGivesIt)
     container->setParent(nullptr);
 }
 
-// A window that draws by itself and means its keys, as a game's.
-class Canvas : public QWidget {
-public:
-    Canvas() { setFocusPolicy(Qt::StrongFocus); }
-};
-
 TEST_F(InHost, AWindowThatHasTheKeyboardItselfKeepsIt)
 {
-    Canvas window;
+    QWidget window; // that means its keys, as a game's
+    window.setFocusPolicy(Qt::StrongFocus);
     window.resize(390, 900);
     Parloquin kit;
     container.reset(kit.viewControllerForLogin());
@@ -208,8 +200,7 @@ TEST_F(InHost, AWindowThatHasTheKeyboardItselfKeepsIt)
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     ASSERT_TRUE(settle(1));
-    hands::click(visible("viewAlternativeKit"));
-    ASSERT_TRUE(seen("viewCountryBack"));
+    goToNumber();
     EXPECT_TRUE(window.hasFocus());
     container->setParent(nullptr);
 }
@@ -217,50 +208,39 @@ TEST_F(InHost, AWindowThatHasTheKeyboardItselfKeepsIt)
 // Two things at once: what a finger or a key still holds means nothing on what is covered since.
 struct Pair {
     const char *name;
-    int screens; // from the first: apps, number, code
+    bool isLast; // of the road's screens, else the first
     const char *held;
-    const char *call; // that Enter makes meanwhile; empty: it leads to the next screen
+    QByteArray call; // that Enter makes meanwhile; empty: it leads to the next screen
 };
 
-class Together : public InHost, public testing::WithParamInterface<std::tuple<Pair, bool>> {
-protected:
-    void lead(int screens)
-    {
-        open(Host::window, Qt::LeftToRight);
-        if (screens == 3)
-            goToCode();
-    }
-    [[nodiscard]] QWidget *held(const char *name) const
-    {
-        return QLatin1String(name) == u"row" ? row("tblKits", 0, 0) : visible(name);
-    }
-};
+class Together : public InHost, public testing::WithParamInterface<std::tuple<Pair, bool>> { };
 
 TEST_P(Together, AFingerOnAButtonAndEnterDoTheThingOnce)
 {
     const auto &[pair, byTouch] = GetParam();
-    lead(pair.screens);
-    hands::Finger finger;
-    auto *const under = held(pair.held);
-    if (QLatin1String(pair.held) == u"row")
-        hands::key(Qt::Key_Home);
-    else
-        under->setFocus(Qt::TabFocusReason);
-    if (pair.screens == 3) {
+    open(Host::window);
+    if (pair.isLast) {
+        goToCode();
         hands::click(visible("txtCode2"));
         hands::keys(u"3"_s);
         EXPECT_EQ(focusName(), u"btnCheck");
     }
-    const QByteArray call = pair.call;
-    if (!call.isEmpty())
+    const bool isRow = QLatin1String(pair.held) == u"row";
+    auto *const under = isRow ? row("tblKits", 0, 0) : visible(pair.held);
+    if (isRow)
+        hands::key(Qt::Key_Home);
+    else
+        under->setFocus(Qt::TabFocusReason);
+    if (!pair.call.isEmpty())
         server.pause();
 
+    hands::Finger finger;
     if (byTouch)
         finger.down(under, under->rect().center());
     else
         hands::press(under);
     hands::key(Qt::Key_Return);
-    ASSERT_TRUE(call.isEmpty() || waitForOverlay(true));
+    ASSERT_TRUE(pair.call.isEmpty() || waitForOverlay(true));
     if (byTouch)
         finger.up();
     else
@@ -269,15 +249,15 @@ TEST_P(Together, AFingerOnAButtonAndEnterDoTheThingOnce)
     server.proceed();
     ASSERT_TRUE(rests());
     ASSERT_TRUE(drainSession());
-    EXPECT_EQ(paths().count(call), call.isEmpty() ? 0 : 1);
+    EXPECT_EQ(paths().count(pair.call), pair.call.isEmpty() ? 0 : 1);
     EXPECT_EQ(container->findChildren<QWidget *>(u"viewCountryBack"_s).size(),
-        pair.screens == 3 || call.isEmpty() ? 1 : 0);
+        pair.isLast || pair.call.isEmpty() ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Pairs, Together,
-    testing::Combine(testing::Values(Pair { "Row", 1, "row", "/v1.0/start" },
-                         Pair { "Panel", 1, "viewAlternativeKit", "" },
-                         Pair { "Check", 3, "btnCheck", "/v1.0/check-otp" }),
+    testing::Combine(testing::Values(Pair { "Row", false, "row", "/v1.0/start" },
+                         Pair { "Panel", false, "viewAlternativeKit", "" },
+                         Pair { "Check", true, "btnCheck", "/v1.0/check-otp" }),
         testing::Bool()),
     [](const auto &row) {
         return std::string(std::get<0>(row.param).name)
@@ -286,7 +266,7 @@ INSTANTIATE_TEST_SUITE_P(Pairs, Together,
 
 TEST_F(InHost, SpaceHeldOnAButtonMeansNothingOnceItIsCovered)
 {
-    open(Host::window, Qt::LeftToRight);
+    open(Host::window);
     hands::key(Qt::Key_Home);
     hands::key(Qt::Key_Return);
     ASSERT_TRUE(settle(2));

@@ -1,18 +1,16 @@
 // Colours, class names and pictures from the network.
-#include "Parloquin/Cell/ThirdPartyKitTableCell.h"
-#include "Parloquin/Extension/ClassName.h"
 #include "Parloquin/Extension/QColor+Extension.h"
 #include "Parloquin/Extension/QImage+Extension.h"
 #include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Screens/Container.h"
+#include "support/ByName.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QtEndian>
 #include <QtTest/QTest>
 
-#include <array>
-
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -47,12 +45,6 @@ TEST(HexColour, ReadsThreeFormsAndFallsBackToNothing)
             << row.text;
 }
 
-TEST(ClassName, IsBare)
-{
-    EXPECT_EQ(nameOfClass<ThirdPartyKitTableCell>(), QStringLiteral("ThirdPartyKitTableCell"));
-    EXPECT_EQ(nameOfClass<QObject>(), QStringLiteral("QObject"));
-}
-
 QByteArray picture(QSize size, const char *format)
 {
     QImage image(size, QImage::Format_RGB32);
@@ -82,6 +74,11 @@ QByteArray bomb(quint32 side)
 
 QByteArray padded(QByteArray png, qsizetype size) { return png.append(size - png.size(), '\0'); }
 
+void fetch(ImageView *view, const RawServer &server, const char *path)
+{
+    download(view, QUrl(server.url(QLatin1String(path))), ContentMode::aspectFit, serviceTimeout());
+}
+
 struct PictureRow {
     const char *name;
     int status;
@@ -89,30 +86,23 @@ struct PictureRow {
     QByteArray body;
     QSize shown; ///< empty: the view stays as it was
 };
-void PrintTo(const PictureRow &row, std::ostream *out) { *out << row.name; }
 
-class Picture : public testing::TestWithParam<PictureRow> {
-protected:
-    static QByteArray http(int status, const QByteArray &type, const QByteArray &body)
-    {
-        return RawServer::http(status, body, "Content-Type: " + type + "\r\n");
-    }
-};
+class Picture : public testing::TestWithParam<PictureRow> { };
 
 TEST_P(Picture, IsShownWhenItIsOneAndSmall)
 {
     const auto &[name, status, type, body, shown] = GetParam();
     RawServer server;
-    server.answer("/a", http(status, type, body));
-    server.answer("/last", http(200, "image/png", picture({ 7, 7 }, "PNG")));
+    server.answer("/a", RawServer::http(status, body, "Content-Type: " + type + "\r\n"));
+    server.answer(
+        "/last", RawServer::http(200, picture({ 7, 7 }, "PNG"), "Content-Type: image/png\r\n"));
     ImageView view;
     ImageView witness;
     QImage before(3, 3, QImage::Format_RGB32);
     before.fill(Qt::green);
     view.setImage(before);
 
-    download(
-        &view, QUrl(server.url(QStringLiteral("/a"))), ContentMode::aspectFit, serviceTimeout());
+    fetch(&view, server, "/a");
     EXPECT_EQ(view.contentMode(), ContentMode::aspectFit);
     ASSERT_TRUE(server.waitForRequests(1));
     EXPECT_EQ(server.requests()[0].method(), "GET");
@@ -123,8 +113,7 @@ TEST_P(Picture, IsShownWhenItIsOneAndSmall)
     // Refused answers leave no trace: wait until a later one has made the same way.
     ASSERT_TRUE(QTest::qWaitFor([&] {
         if (witness.image().isNull())
-            download(&witness, QUrl(server.url(QStringLiteral("/last"))), ContentMode::aspectFit,
-                serviceTimeout());
+            fetch(&witness, server, "/last");
         return !witness.image().isNull();
     }));
     EXPECT_EQ(view.image(), before);
@@ -147,8 +136,7 @@ const PictureRow pictureRows[] = {
     { "Cut", 200, "image/png", picture({ 4, 4 }, "PNG").left(40), {} },
     { "Empty", 200, "image/png", "", {} },
 };
-INSTANTIATE_TEST_SUITE_P(Rows, Picture, testing::ValuesIn(pictureRows),
-    [](const auto &row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Rows, Picture, testing::ValuesIn(pictureRows), byName);
 
 TEST(LatePicture, ArrivesInAViewThatHasAnotherByNow)
 {
@@ -157,10 +145,7 @@ TEST(LatePicture, ArrivesInAViewThatHasAnotherByNow)
     server.answer("/slow", RawServer::http(200, picture({ 5, 5 }, "PNG"), type));
     server.answer("/fast", RawServer::http(200, picture({ 6, 6 }, "PNG"), type));
     auto view = std::make_unique<ImageView>();
-    const auto load = [&](const char *path) {
-        download(view.get(), QUrl(server.url(QLatin1String(path))), ContentMode::aspectFit,
-            serviceTimeout());
-    };
+    const auto load = [&](const char *path) { fetch(view.get(), server, path); };
     load("/fast");
     ASSERT_TRUE(QTest::qWaitFor([&] { return view->image().width() == 6; }));
     server.pause();

@@ -1,5 +1,7 @@
 #include "Screens/Hosts.h"
 
+#include "support/Front.h"
+
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QPushButton>
@@ -35,39 +37,20 @@ Around::Around(Host kind)
 
 void Around::add(QWidget *container)
 {
-    if (m_tabs)
-        m_tabs->addTab(container, u"Kit"_s);
-    else
-        m_stack->addWidget(container);
+    m_tabs ? m_tabs->addTab(container, u"Kit"_s) : m_stack->addWidget(container);
 }
 
-void Around::turnAway()
-{
-    if (m_tabs)
-        m_tabs->setCurrentIndex(0);
-    else
-        m_stack->setCurrentIndex(0);
-}
+void Around::turnAway() { m_tabs ? m_tabs->setCurrentIndex(0) : m_stack->setCurrentIndex(0); }
 
 void Around::turnTo(QWidget *container)
 {
-    if (m_tabs)
-        m_tabs->setCurrentWidget(container);
-    else
-        m_stack->setCurrentWidget(container);
+    m_tabs ? m_tabs->setCurrentWidget(container) : m_stack->setCurrentWidget(container);
 }
 
 void HostTest::SetUp()
 {
     ContainerTest::SetUp();
-    answer("/v1.0/init", threeApps);
-    answer("/v1.0/start", R"({"result":{"deeplink":"parlo://send","reference":"R-1"}})");
-    answer("/v1.0/check", R"({"result":{"sessionId":"S-1"}})");
-    answer("/v1.0/country", R"({"result":{"list":[
-        {"title":"Chad","countryCode":"TD","phoneCode":"+235"},
-        {"title":"Norway","countryCode":"NO","phoneCode":"+47"}]}})");
-    answer("/v1.0/send-otp", R"({"result":{"reference":"R-2"}})");
-    answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
+    answerBothRoads();
 }
 
 void HostTest::TearDown()
@@ -78,7 +61,7 @@ void HostTest::TearDown()
     EXPECT_TRUE(!around || around->reached == 0) << "the host got what was not its own";
 }
 
-void HostTest::open(Host host, Qt::LayoutDirection direction)
+void HostTest::show(Host host, Qt::LayoutDirection direction)
 {
     QApplication::setLayoutDirection(direction);
     Parloquin kit;
@@ -92,8 +75,12 @@ void HostTest::open(Host host, Qt::LayoutDirection direction)
         container->setFocus(); // the host's button was there first
         window = around.get();
     }
-    window->show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+    ASSERT_TRUE(comesToFront(*window));
+}
+
+void HostTest::open(Host host, Qt::LayoutDirection direction)
+{
+    show(host, direction);
     ASSERT_TRUE(settle(1));
 }
 

@@ -13,11 +13,16 @@ class QTabWidget;
 
 /// What the container is shown in: by itself, or beside what is the host's.
 enum class Host { window, dialog, stack, tabs };
-constexpr const char *hostNames[] = { "Window", "Dialog", "Stack", "Tabs" };
+/// Of a case.
+inline std::string nameOf(Host host, Qt::LayoutDirection direction = Qt::LayoutDirectionAuto)
+{
+    constexpr const char *hosts[] = { "Window", "Dialog", "Stack", "Tabs" };
+    constexpr const char *directions[] = { "LeftToRight", "RightToLeft", "" };
+    return std::string(hosts[static_cast<int>(host)]) + directions[direction];
+}
 
 /// A host around the container that counts what reaches it and was not meant to.
 class Around : public QDialog {
-    Q_OBJECT
 public:
     /// \param kind dialog: with a default button below the page
     explicit Around(Host kind);
@@ -43,8 +48,10 @@ class HostTest : public ContainerTest {
 protected:
     void SetUp() override;
     void TearDown() override;
-    /// Shown, with its apps there and the keyboard in it.
-    void open(Host host, Qt::LayoutDirection direction);
+    /// Shown, with the keyboard in it.
+    void show(Host host, Qt::LayoutDirection direction);
+    /// The same, and its apps are there.
+    void open(Host host, Qt::LayoutDirection direction = Qt::LeftToRight);
 
     [[nodiscard]] bool rests() const;
     /// Waits for a part of the screen that has come to rest.

@@ -8,6 +8,7 @@
 #include <optional>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -18,45 +19,34 @@ ParloquinOptions options(bool logActive, const QColor &bar, Style style)
     return { ParloquinEnvironment::prod, logActive, { bar, style } };
 }
 
-struct OptionsRow {
-    const char *name;
-    QList<ParloquinOptions> given; ///< one kit after the other; none: the one without options
-    std::optional<Style> shared;
-    bool logActive;
-    Style style;
-};
-void PrintTo(const OptionsRow &row, std::ostream *out) { *out << row.name; }
-
-class Options : public testing::TestWithParam<OptionsRow> { };
-
-TEST_P(Options, OfTheLastKitHoldForTheProcess)
+TEST(Options, OfTheLastKitHoldForTheProcess)
 {
-    for (const ParloquinOptions &given : GetParam().given)
-        Parloquin { given };
-    const std::unique_ptr<ParloquinViewController> container(Parloquin().viewControllerForLogin());
-    const auto &shared = ParloquinSingleton::shared().options;
-    EXPECT_EQ(
-        shared ? std::optional(shared->theme.statusBarColor) : std::nullopt, GetParam().shared);
-    EXPECT_EQ(LogManager::shared().isActive, GetParam().logActive);
-    EXPECT_EQ(
-        container->property("preferredStatusBarStyle").toInt(), static_cast<int>(GetParam().style));
+    const struct {
+        QList<ParloquinOptions> given; ///< one kit after the other; none: the one without options
+        std::optional<Style> shared;
+        bool logActive;
+        Style style;
+    } rows[] = {
+        { {}, {}, true, Style::lightContent },
+        { { options(false, Qt::red, Style::standard) }, Style::standard, false, Style::standard },
+        { { options(false, Qt::red, Style::standard), options(true, Qt::red, Style::lightContent) },
+            Style::lightContent, true, Style::lightContent },
+    };
+    for (const auto &row : rows) {
+        for (const ParloquinOptions &given : row.given)
+            Parloquin { given };
+        const std::unique_ptr<ParloquinViewController> kit(Parloquin().viewControllerForLogin());
+        const auto &shared = ParloquinSingleton::shared().options;
+        EXPECT_EQ(shared ? std::optional(shared->theme.statusBarColor) : std::nullopt, row.shared);
+        EXPECT_EQ(LogManager::shared().isActive, row.logActive);
+        EXPECT_EQ(kit->property("preferredStatusBarStyle").toInt(), static_cast<int>(row.style));
 
-    // The bar is blue with white titles, whatever the theme says.
-    const NavigationBar &bar = container->findChild<NavigationController *>()->navigationBar();
-    EXPECT_EQ(bar.barTintColor(), QColor(0, 0, 255));
-    EXPECT_EQ(bar.titleColor(), QColor(255, 255, 255));
+        // The bar is blue with white titles, whatever the theme says.
+        const NavigationBar &bar = kit->findChild<NavigationController *>()->navigationBar();
+        EXPECT_EQ(bar.barTintColor(), QColor(0, 0, 255));
+        EXPECT_EQ(bar.titleColor(), QColor(255, 255, 255));
+    }
 }
-
-const OptionsRow optionsRows[] = {
-    { "None", {}, {}, true, Style::lightContent },
-    { "Dark", { options(false, Qt::red, Style::standard) }, Style::standard, false,
-        Style::standard },
-    { "LastWins",
-        { options(false, Qt::red, Style::standard), options(true, Qt::red, Style::lightContent) },
-        Style::lightContent, true, Style::lightContent },
-};
-INSTANTIATE_TEST_SUITE_P(Rows, Options, testing::ValuesIn(optionsRows),
-    [](const auto &row) { return std::string(row.param.name); });
 
 TEST(Delegate, IsTheLastOneSetAnywhere)
 {
@@ -83,8 +73,8 @@ TEST(Log, PrintsWhateverTheFlagSays)
 {
     const Parloquin quiet(options(false, Qt::blue, Style::standard));
     testing::internal::CaptureStdout();
-    LogManager::shared().log(QStringLiteral("m"), false);
-    LogManager::shared().log(QStringLiteral("e"), true);
+    LogManager::shared().log(u"m"_s, false);
+    LogManager::shared().log(u"e"_s, true);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
         "\n\n[Parloquin]\nm\n[Parloquin]\n\n\n"
         "\n\n[Parloquin]\n\u26A0\uFE0F\ne\n[Parloquin]\n\n\n");

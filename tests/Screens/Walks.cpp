@@ -23,14 +23,13 @@ protected:
             hands::key(Qt::Key_Tab);
         EXPECT_EQ(focusName(), QLatin1String(name));
     }
-    void touch(const char *name) { finger.tap(visible(name)); }
-
-    hands::Finger finger;
 };
 
 TEST_P(Walk, LeadsAlongBothRoads)
 {
     const bool byKeys = std::get<Input>(GetParam()) == Input::keys;
+    hands::Finger finger;
+    const auto touch = [&](const char *name) { finger.tap(visible(name)); };
 
     // By messaging app.
     if (byKeys) {
@@ -121,20 +120,13 @@ TEST(Container, FitsIntoAHostsLayoutAndOnTheScreen)
     EXPECT_EQ(container->size(), container->sizeHint());
 }
 
-using Case = testing::TestParamInfo<Walk::ParamType>;
-
-std::string nameOf(const Case &walk)
-{
-    const auto &[input, direction, host] = walk.param;
-    return std::string(input == Input::keys ? "Keys" : "Touch")
-        + (direction == Qt::LeftToRight ? "LeftToRight" : "RightToLeft")
-        + hostNames[static_cast<int>(host)];
-}
-
 INSTANTIATE_TEST_SUITE_P(Hosts, Walk,
     testing::Combine(testing::Values(Input::keys, Input::touch),
         testing::Values(Qt::LeftToRight, Qt::RightToLeft),
         testing::Values(Host::window, Host::dialog, Host::stack)),
-    nameOf);
+    [](const auto &row) {
+        return (std::get<Input>(row.param) == Input::keys ? "Keys" : "Touch")
+            + nameOf(std::get<Host>(row.param), std::get<Qt::LayoutDirection>(row.param));
+    });
 
 } // namespace
