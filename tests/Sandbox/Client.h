@@ -34,6 +34,7 @@ struct Reply {
     std::string errorCode() const;
     std::string errorMessage() const;
     nlohmann::json result() const { return envelope.value("result", nlohmann::json()); }
+    std::string sessionId() const; ///< of the result; empty: there is none
 };
 
 /// A running service and a client that does everything right.
@@ -47,7 +48,8 @@ public:
     /// What a right client sends now. \param json the parameters, sorted and escaped
     Request request(const std::string &call, const std::string &json) const;
     Reply send(const Request &request) const;
-    Reply call(const std::string &name, const nlohmann::json &parameters) const;
+    Reply call(
+        const std::string &name, const nlohmann::json &parameters = nlohmann::json::object()) const;
 
     Process &process() { return *m_process; }
     httplib::Client client() const;

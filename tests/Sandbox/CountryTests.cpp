@@ -4,43 +4,39 @@
 
 #include <fstream>
 #include <map>
-#include <set>
 
 using nlohmann::json;
 
 namespace {
-json offeredCountries()
+json offeredCountries() { return Sandbox().call("country").result().at("list"); }
+
+Reply askIn(const char *language, const Sandbox &sandbox, const char *call, const json &parameters)
 {
-    const Sandbox sandbox;
-    return sandbox.call("country", json::object()).result().at("list");
+    auto request = sandbox.request(call, canonical(parameters));
+    request.set("X-TRZ-Lang", language);
+    return sandbox.send(request);
 }
 }
 
 TEST(SandboxCountries, AreThoseOfTheStandard)
 {
-    // Where the standard turns a name round or spells out a form of state, the list reads as people
-    // say it.
-    const std::map<std::string, std::string> spoken {
-        { "VG", "British Virgin Islands" },
-        { "VI", "U.S. Virgin Islands" },
-        { "CD", "Congo (Democratic Republic)" },
-        { "FM", "Micronesia" },
-        { "PS", "Palestine" },
-    };
-    // Uninhabited, or without numbers of their own.
-    const std::set<std::string> silent { "AQ", "BV", "GS", "HM", "PN", "TF", "UM" };
-
     std::ifstream file("/usr/share/iso-codes/json/iso_3166-1.json");
     ASSERT_TRUE(file) << "the package iso-codes is missing";
-    const auto standard = json::parse(file);
     std::map<std::string, std::string> expected;
-    for (const auto &entry : standard.at("3166-1")) {
-        const auto code = entry.at("alpha_2").get<std::string>();
-        if (silent.count(code) == 0)
-            expected[code] = spoken.count(code) != 0
-                ? spoken.at(code)
-                : entry.value("common_name", entry.at("name").get<std::string>());
-    }
+    const auto standard = json::parse(file);
+    for (const auto &entry : standard.at("3166-1"))
+        expected[entry.at("alpha_2")] =
+            entry.value("common_name", entry.at("name").get<std::string>());
+    // Where the standard turns a name round or spells out a form of state, the list reads as people
+    // say it.
+    for (const auto &[code, spoken] : { std::pair("VG", "British Virgin Islands"),
+             { "VI", "U.S. Virgin Islands" }, { "CD", "Congo (Democratic Republic)" },
+             { "FM", "Micronesia" }, { "PS", "Palestine" } })
+        expected[code] = spoken;
+    // Uninhabited, or without numbers of their own.
+    for (const auto *silent : { "AQ", "BV", "GS", "HM", "PN", "TF", "UM" })
+        expected.erase(silent);
+
     std::map<std::string, std::string> offered;
     const auto list = offeredCountries();
     for (const auto &country : list)
@@ -51,40 +47,30 @@ TEST(SandboxCountries, AreThoseOfTheStandard)
 
 TEST(SandboxCountries, HaveThePrefixesOfTheNumberingPlan)
 {
-    // Asked of a library that knows the numbering plan: prefix, then the area code where the
-    // country has just one.
-    Process ask({ "/usr/bin/python3", "-c", R"(
-import phonenumbers
-for region in sorted(phonenumbers.SUPPORTED_REGIONS):
+    // Asked of a library that knows the numbering plan. Only prefix +1 is shared by countries that
+    // are told apart by the area code alone.
+    const auto plan = json::parse(expectEnd({ "/usr/bin/python3", "-c", R"(
+import json, phonenumbers
+plan = {}
+for region in phonenumbers.SUPPORTED_REGIONS:
     data = phonenumbers.PhoneMetadata.metadata_for_region(region)
     area = data.leading_digits or ''
-    print(region, '+%d' % data.country_code, area if area.isdigit() else '-')
-)" });
-    ASSERT_EQ(ask.waitForEnd(), EXIT_SUCCESS) << ask.output();
-    std::map<std::string, std::pair<std::string, std::string>> plan;
-    std::istringstream lines(ask.output());
-    for (std::string region, prefix, area; lines >> region >> prefix >> area;)
-        plan[region] = { prefix, area == "-" ? "" : area };
+    plan[region] = '+%d' % data.country_code + (area if data.country_code == 1 and area.isdigit() else '')
+print(json.dumps(plan))
+)" },
+        EXIT_SUCCESS));
     ASSERT_GT(plan.size(), 240U);
-
-    for (const auto &country : offeredCountries()) {
-        const auto code = country.at("countryCode").get<std::string>();
-        ASSERT_EQ(plan.count(code), 1U) << code;
-        const auto &[prefix, area] = plan.at(code);
-        // Only prefix +1 is shared by countries that are told apart by the area code alone.
-        EXPECT_EQ(country.at("phoneCode"), prefix == "+1" ? prefix + area : prefix) << code;
-    }
+    for (const auto &country : offeredCountries())
+        EXPECT_EQ(country.at("phoneCode"), plan.at(country.at("countryCode").get<std::string>()))
+            << country;
 }
 
 TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
 {
-    const Sandbox sandbox(
-        json { { "countries",
-                   { { { "countryCode", "DE" }, { "title", "Germany" }, { "phoneCode", "+49" } },
-                       { { "countryCode", "TR" }, { "title", "Home" }, { "phoneCode", "+90" } } } },
-            { "outcomes",
-                { { "check", "limit" },
-                    { "start", { { "status", 400 }, { "message", "Wait." } } } } } });
+    const Sandbox sandbox(R"({
+        "countries": [{ "countryCode": "DE", "title": "Germany", "phoneCode": "+49" },
+            { "countryCode": "TR", "title": "Home", "phoneCode": "+90" }],
+        "outcomes": { "check": "limit", "start": { "status": 400, "message": "Wait." } } })"_json);
     const std::tuple<const char *, const char *, const char *, const char *> rows[] = {
         { "en", "Germany", "Verify with Parlo", "Too many attempts." },
         { "de", "Deutschland", "Mit Parlo bestätigen", "Zu viele Versuche." },
@@ -96,10 +82,8 @@ TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
         { "", "Germany", "Verify with Parlo", "Too many attempts." },
     };
     for (const auto &[language, country, text, refusal] : rows) {
-        const auto ask = [&, code = language](const std::string &call, const char *parameters) {
-            auto request = sandbox.request(call, parameters);
-            request.set("X-TRZ-Lang", code);
-            return sandbox.send(request);
+        const auto ask = [&, in = language](const char *call, const char *parameters) {
+            return askIn(in, sandbox, call, json::parse(parameters));
         };
         const auto list = ask("country", "{}").result().at("list");
         EXPECT_EQ(list[0]["title"], country) << language;
@@ -116,29 +100,24 @@ TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
 // Each that a person can bring about by what they type.
 TEST(SandboxLanguage, TellsAPersonWhatIsWrong)
 {
-    Sandbox sandbox(json { { "codes", { { "fixed", "123" }, { "attempts", 1 } } } });
-    const auto say = [&sandbox](const std::string &call, const json &parameters) {
-        auto request = sandbox.request(call, canonical(parameters));
-        request.set("X-TRZ-Lang", "de");
-        return sandbox.send(request);
+    const Sandbox sandbox(R"({ "codes": { "fixed": "123", "attempts": 1 } })"_json);
+    const Sandbox hasty(R"({ "codes": { "fixed": "123", "expirySeconds": 0 } })"_json);
+    const auto send = [](const Sandbox &to, const char *number) {
+        return askIn("de", to, "send-otp", { { "phoneNumber", number }, { "countryCode", "DE" } });
     };
-    const auto send = [&say](const char *number) {
-        return say("send-otp", { { "phoneNumber", number }, { "countryCode", "DE" } });
+    const auto check = [](const Sandbox &at, const Reply &sent, const char *code) {
+        return askIn("de", at, "check-otp",
+            { { "phoneNumber", "1701234567" }, { "countryCode", "DE" }, { "code", code },
+                { "reference", sent.result().at("reference") } })
+            .errorMessage();
     };
-    EXPECT_EQ(send("+4917").errorMessage(), "Das ist keine Telefonnummer.");
-    json typed { { "phoneNumber", "1701234567" }, { "countryCode", "DE" }, { "code", "124" },
-        { "reference", send("+491701234567").result().at("reference") } };
-    EXPECT_EQ(say("check-otp", typed).errorMessage(), "Dieser Code stimmt nicht.");
-    EXPECT_EQ(say("check-otp", typed).errorMessage(),
-        "Zu viele Versuche. Bitte fordere einen neuen Code an.");
+    EXPECT_EQ(send(sandbox, "+4917").errorMessage(), "Das ist keine Telefonnummer.");
+    const auto sent = send(sandbox, "+491701234567");
+    EXPECT_EQ(check(sandbox, sent, "124"), "Dieser Code stimmt nicht.");
+    EXPECT_EQ(check(sandbox, sent, "124"), "Zu viele Versuche. Bitte fordere einen neuen Code an.");
     EXPECT_EQ(sandbox.get("/sandbox/journal?limit=1")["exchanges"][0]["reason"],
         "Too many attempts. Please ask for a new code.")
         << "a developer reads English";
-
-    auto hasty = json::parse(sandbox.get("/sandbox/scenario")["text"].get<std::string>());
-    hasty["codes"] = { { "expirySeconds", 0 } };
-    ASSERT_EQ(sandbox.post("/sandbox/scenario", hasty)["status"], 200);
-    typed["reference"] = send("+491701234567").result().at("reference");
-    EXPECT_EQ(say("check-otp", typed).errorMessage(),
+    EXPECT_EQ(check(hasty, send(hasty, "+491701234567"), "123"),
         "Dieser Code ist zu alt. Bitte fordere einen neuen an.");
 }

@@ -59,24 +59,21 @@ TEST(SandboxExec, EndsAsTheHostDoes)
         { exec({ "--prot", "1", "true" }), 2, "--prot: unknown option" },
         { exec({ "--scenario", "/nowhere.json", "true" }), EXIT_FAILURE, "/nowhere.json: No such" },
     };
-    for (const auto &[words, code, complaint] : hosts) {
-        Process program(words);
-        EXPECT_EQ(program.waitForEnd(), code);
-        EXPECT_NE(program.output().find(complaint), std::string::npos) << program.output();
-    }
+    for (const auto &[words, code, complaint] : hosts)
+        expectEnd(words, code, complaint);
 }
 
 TEST(SandboxExec, GivesTheHostAServiceAndAMessenger)
 {
-    Process program(shell(
-        "env; python3 -c 'import os, urllib.request as web; print(web.urlopen(\"http://\""
-        " + os.environ[\"PARLOQUIN_SERVICE_HOST\"] + \"/sandbox/health\").read())';"
-        "gio mime x-scheme-handler/parlo; command -v parloquin-messenger; parloquin-messenger x:"));
-    ASSERT_EQ(program.waitForEnd(), 2) << program.output(); // the messenger's, of a bad link
-    const auto output = program.output();
-    EXPECT_NE(output.find(R"({"status":"running"})"), std::string::npos) << output;
-    EXPECT_NE(output.find("parloquin-messenger.desktop"), std::string::npos) << output;
-    EXPECT_NE(output.find(MESSENGER_PROGRAM), std::string::npos) << output;
+    const auto output = expectEnd(
+        shell("env; python3 -c 'import os, urllib.request as web; print(web.urlopen(\"http://\""
+              " + os.environ[\"PARLOQUIN_SERVICE_HOST\"] + \"/sandbox/health\").read())';"
+              "gio mime x-scheme-handler/parlo; command -v parloquin-messenger; "
+              "parloquin-messenger x:"),
+        2); // the messenger's, of a bad link
+    for (const auto *part :
+        { R"({"status":"running"})", "parloquin-messenger.desktop", MESSENGER_PROGRAM })
+        EXPECT_TRUE(holds(output, part));
     EXPECT_TRUE(valueOf("QT_LOGGING_RULES", output).starts_with("parloquin*=true")) << output;
 
     const auto folders = valueOf("XDG_DATA_DIRS", output);
@@ -98,31 +95,27 @@ TEST(SandboxExec, SaysWhenTheUsersSettingsGoFirst)
     auto words = shell("true");
     words.insert(words.begin(),
         { "/usr/bin/env", "XDG_CONFIG_HOME=" + home.string(), "XDG_DATA_HOME=" + home.string() });
-    Process program(words);
-    EXPECT_EQ(program.waitForEnd(), EXIT_SUCCESS);
+    const auto output = expectEnd(words, EXIT_SUCCESS, "kite: links do not reach");
     std::filesystem::remove_all(home);
-    EXPECT_NE(program.output().find("kite: links do not reach"), std::string::npos)
-        << program.output();
-    EXPECT_EQ(program.output().find("parlo: links"), std::string::npos) << program.output();
+    EXPECT_FALSE(holds(output, "parlo: links")) << output;
 }
 
 TEST(SandboxExec, EndsWhatTheHostLeavesBehind)
 {
-    Process program(shell("setsid sleep 1000 & echo left=$!"));
-    ASSERT_EQ(program.waitForEnd(), EXIT_SUCCESS);
-    EXPECT_TRUE(ends(std::stoi(valueOf("left", program.output())))) << program.output();
+    const auto output = expectEnd(shell("setsid sleep 1000 & echo left=$!"), EXIT_SUCCESS, "left=");
+    EXPECT_TRUE(ends(std::stoi(valueOf("left", output)))) << output;
 }
 
 TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
 {
-    const auto waiting = "echo host=$$; trap 'exit 5' TERM;"
-                         " echo ready; while :; do sleep 0.05; done";
-    Process asked(shell(waiting));
+    const auto waiting =
+        shell("echo host=$$; trap 'exit 5' TERM; echo ready; while :; do sleep 0.05; done");
+    Process asked(waiting);
     asked.waitForOutput("ready\n");
     asked.signal(SIGTERM);
     EXPECT_EQ(asked.waitForEnd(), 5);
 
-    Process killed(shell(waiting));
+    Process killed(waiting);
     const auto output = killed.waitForOutput("ready\n");
     killed.signal(SIGKILL);
     EXPECT_EQ(killed.waitForEnd(), -SIGKILL);
@@ -138,7 +131,5 @@ TEST(SandboxExec, MakesARouteWhereThereIsNone)
         GTEST_SKIP() << "no network of one's own is allowed here";
     auto words = shell("cat /proc/net/route");
     words.insert(words.begin(), own.begin(), own.end());
-    Process program(words);
-    EXPECT_EQ(program.waitForEnd(), EXIT_SUCCESS);
-    EXPECT_NE(program.output().find("lo\t00000000"), std::string::npos) << program.output();
+    expectEnd(words, EXIT_SUCCESS, "lo\t00000000");
 }

@@ -98,8 +98,7 @@ TEST_P(SandboxFault, ShowsOnTheWire)
         request.append("\r\n").append(name).append(": ").append(value);
     request += "\r\n\r\n" + start.body;
     const auto seenAfter = [&](const json &outcomes, End &end) {
-        const auto set = sandbox.client().Post("/sandbox/outcomes", outcomes.dump(), "text/json");
-        EXPECT_TRUE(set && set->status == 200);
+        EXPECT_EQ(sandbox.post("/sandbox/outcomes", outcomes)["status"], 200);
         return seenBy(sandbox.port(), request, end);
     };
     auto end = End::quiet;
@@ -111,9 +110,8 @@ TEST_P(SandboxFault, ShowsOnTheWire)
 
     seenAfter({ { "connection", { { { "fault", "reset@accept" } } } } }, end);
     EXPECT_EQ(end, End::reset);
-    EXPECT_NE(seenBy(sandbox.port(), request, end).find(";0;"), std::string::npos) << "only once";
-    const auto counts = sandbox.client().Get("/sandbox/requests");
-    EXPECT_EQ(json::parse(counts->body).at("start"), json({ { "posts", 2 }, { "faults", 1 } }));
+    EXPECT_TRUE(holds(seenBy(sandbox.port(), request, end), ";0;")) << "only once";
+    EXPECT_EQ(sandbox.get("/sandbox/requests")["start"], json({ { "posts", 2 }, { "faults", 1 } }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Language, SandboxFault, testing::ValuesIn(rows), [](const auto &row) {

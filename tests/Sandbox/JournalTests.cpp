@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <future>
-#include <regex>
 #include <thread>
 
 using nlohmann::json;
@@ -14,67 +13,44 @@ json lastOf(const Sandbox &sandbox)
     return sandbox.get("/sandbox/journal?limit=1").at("exchanges").at(0);
 }
 
-struct SignatureRow {
-    const char *name;
-    std::string (*signature)(const std::string &timeStamp, const std::string &plain);
-    const char *received; ///< what was signed, if that can be found out
-    const char *note;
-};
-
-const SignatureRow signatureRows[] = {
-    { "EscapedSlashes",
-        [](const std::string &stamp, const std::string &plain) {
-            return signature(stamp, std::regex_replace(plain, std::regex(R"(\\/)"), R"(\\/)"));
-        },
-        R"(-{"deviceName":"my\/phone","timezone":"UTC"})", "slashes are escaped" },
-    { "UnsortedKeys",
-        [](const std::string &stamp, const std::string &) {
-            return signature(stamp, R"({"timezone":"UTC","deviceName":"my/phone"})");
-        },
-        R"(-{"timezone":"UTC","deviceName":"my/phone"})", "keys are not sorted" },
-    { "Seconds",
-        [](const std::string &stamp, const std::string &plain) {
-            return signature(stamp.substr(0, stamp.size() - 3), plain);
-        },
-        R"(-{"deviceName":"my/phone","timezone":"UTC"})", "timestamp is in seconds" },
-    { "UrlSafe",
-        [](const std::string &stamp, const std::string &plain) {
-            auto text = signature(stamp, plain);
-            std::replace(text.begin(), text.end(), '+', '-');
-            std::replace(text.begin(), text.end(), '/', '_');
-            text.pop_back();
-            return text;
-        },
-        R"(-{"deviceName":"my/phone","timezone":"UTC"})", "Base64 of URLs, or lacks its padding" },
-    { "Stranger", [](const std::string &, const std::string &) { return std::string("x=="); },
-        "x==", "none of the usual mistakes" },
-};
+std::string safeForUrls(std::string text)
+{
+    std::replace(text.begin(), text.end(), '+', '-');
+    std::replace(text.begin(), text.end(), '/', '_');
+    text.pop_back();
+    return text;
+}
 }
 
-class SandboxSignature : public testing::TestWithParam<SignatureRow> { };
-
-TEST_P(SandboxSignature, IsComparedWithWhatWasExpected)
+TEST(SandboxSignature, IsComparedWithWhatWasExpected)
 {
     const Sandbox sandbox;
     const std::string plain = R"({"deviceName":"my\/phone","timezone":"UTC"})";
     auto request = sandbox.request("init", plain);
     const auto stamp = request.headers.find("X-TRZ-Req-Timestamp")->second;
-    request.set("X-TRZ-Req-Signature", GetParam().signature(stamp, plain));
-    EXPECT_EQ(sandbox.send(request).errorCode(), "403003");
-    const auto exchange = lastOf(sandbox);
-    const auto &comparison = exchange.at("comparison");
-    EXPECT_TRUE(comparison["received"].get<std::string>().ends_with(GetParam().received))
-        << comparison;
-    EXPECT_NE(comparison["note"].get<std::string>().find(GetParam().note), std::string::npos)
-        << comparison;
-    EXPECT_EQ(comparison["expected"],
-        GetParam().name == std::string("Stranger")
-            ? signature(stamp, plain)
-            : stamp + R"(-{"deviceName":"my/phone","timezone":"UTC"})");
+    const auto seconds = stamp.substr(0, stamp.size() - 3);
+    const std::string text = R"({"deviceName":"my/phone","timezone":"UTC"})";
+    const std::string escaped = R"({"deviceName":"my\\/phone","timezone":"UTC"})";
+    const std::string unsorted = R"({"timezone":"UTC","deviceName":"my/phone"})";
+    const struct {
+        std::string sent, received, note, expected; ///< what was signed, if that can be found out
+    } rows[] = {
+        { signature(stamp, escaped), stamp + "-" + plain, "slashes are escaped",
+            stamp + "-" + text },
+        { signature(stamp, unsorted), stamp + "-" + unsorted, "not sorted", stamp + "-" + text },
+        { signature(seconds, plain), seconds + "-" + text, "is in seconds", stamp + "-" + text },
+        { safeForUrls(signature(stamp, plain)), "-" + text, "Base64 of URLs", stamp + "-" + text },
+        { "x==", "x==", "none of the usual mistakes", signature(stamp, plain) },
+    };
+    for (const auto &[sent, received, note, expected] : rows) {
+        request.set("X-TRZ-Req-Signature", sent);
+        EXPECT_EQ(sandbox.send(request).errorCode(), "403003") << note;
+        const auto comparison = lastOf(sandbox).at("comparison");
+        EXPECT_TRUE(comparison["received"].get<std::string>().ends_with(received)) << comparison;
+        EXPECT_TRUE(holds(comparison["note"], note));
+        EXPECT_EQ(comparison["expected"], expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Mistakes, SandboxSignature, testing::ValuesIn(signatureRows),
-    [](const auto &row) { return row.param.name; });
 
 TEST(SandboxJournal, HoldsEachExchangeDecrypted)
 {
@@ -89,15 +65,13 @@ TEST(SandboxJournal, HoldsEachExchangeDecrypted)
     EXPECT_EQ(exchange["fault"], "cookie");
     EXPECT_EQ(exchange["request"]["target"], "/v1.0/country");
     EXPECT_EQ(exchange["request"]["parameters"], (json { { "countryCode", "TR" } }));
-    EXPECT_NE(exchange["request"]["body"].get<std::string>().find("\"data\""), std::string::npos);
+    EXPECT_TRUE(holds(exchange["request"]["body"], "\"data\""));
     EXPECT_EQ(exchange["answer"]["content"]["result"]["list"].size(), 242U);
     EXPECT_EQ(exchange["answer"]["encrypted"], true);
-    const auto &headers = exchange["request"]["headers"];
-    EXPECT_TRUE(std::any_of(headers.begin(), headers.end(),
-        [](const json &each) { return each["name"] == "X-TRZ-Lang" && each["value"] == "en"; }));
+    EXPECT_TRUE(
+        holds(exchange["request"]["headers"].dump(), R"({"name":"X-TRZ-Lang","value":"en"})"));
 
-    auto unsorted = sandbox.request("init", R"({"timezone":"UTC","deviceName":"p"})");
-    sandbox.send(unsorted);
+    sandbox.send(sandbox.request("init", R"({"timezone":"UTC","deviceName":"p"})"));
     EXPECT_EQ(lastOf(sandbox)["comparison"]["expected"], R"({"deviceName":"p","timezone":"UTC"})");
     EXPECT_EQ(lastOf(sandbox)["verdict"], "refused");
 
@@ -113,9 +87,8 @@ TEST(SandboxJournal, GivesACurlLineThatSendsTheSameAgain)
     sandbox.call("start", { { "app", "it's" } });
     const auto id = lastOf(sandbox)["id"].get<int>();
     const auto whole = sandbox.get("/sandbox/journal/" + std::to_string(id));
-    Process curl({ "/bin/sh", "-c", whole["curl"].get<std::string>() });
-    EXPECT_EQ(curl.waitForEnd(), 0) << curl.output();
-    auto again = lastOf(sandbox);
+    expectEnd({ "/bin/sh", "-c", whole["curl"] }, 0);
+    const auto again = lastOf(sandbox);
     EXPECT_GT(again["id"], id);
     EXPECT_EQ(again["reason"], "\"app\": not on offer") << "it passed the judge";
     EXPECT_EQ(again["request"]["parameters"], whole["request"]["parameters"]);
@@ -124,25 +97,15 @@ TEST(SandboxJournal, GivesACurlLineThatSendsTheSameAgain)
 TEST(SandboxJournal, FindsAndTellsWhatIsNew)
 {
     const Sandbox sandbox;
-    sandbox.call("country", json::object());
+    sandbox.call("country");
     sandbox.call("start", { { "app", "parlo" } });
     sandbox.call("check", { { "reference", "NoWhere" } });
-    const std::pair<const char *, int> queries[] = {
-        { "", 3 },
-        { "call=start", 1 },
-        { "verdict=refused", 1 },
-        { "search=nowhere", 1 },
-        { "search=PARLOQUIN-DEMO", 3 },
-        { "search=nobody", 0 },
-        { "limit=2", 2 },
-        { "before=2", 1 },
-        { "after=2", 1 },
-        { "verdict=accepted&call=check", 0 },
-    };
+    const std::pair<std::string, unsigned> queries[] = { { "", 3 }, { "call=start", 1 },
+        { "verdict=refused", 1 }, { "search=nowhere", 1 }, { "search=PARLOQUIN-DEMO", 3 },
+        { "search=nobody", 0 }, { "limit=2", 2 }, { "before=2", 1 }, { "after=2", 1 },
+        { "verdict=accepted&call=check", 0 } };
     for (const auto &[query, count] : queries)
-        EXPECT_EQ(
-            sandbox.get(std::string("/sandbox/journal?view=list&") + query)["exchanges"].size(),
-            static_cast<std::size_t>(count))
+        EXPECT_EQ(sandbox.get("/sandbox/journal?view=list&" + query)["exchanges"].size(), count)
             << query;
     EXPECT_EQ(sandbox.get("/sandbox/journal?limit=many")["status"], 400);
 
@@ -154,8 +117,8 @@ TEST(SandboxJournal, FindsAndTellsWhatIsNew)
     EXPECT_EQ(news.get()["exchanges"].at(0)["call"], "init");
 
     sandbox.post("/sandbox/outcomes", { { "country", { { "delayMs", 2000 } } } });
-    auto late = std::async(
-        std::launch::async, [&sandbox] { return sandbox.call("country", json::object()).status; });
+    const auto late =
+        std::async(std::launch::async, [&sandbox] { return sandbox.call("country").status; });
     const auto waiting =
         sandbox.get("/sandbox/journal?wait=20&after=" + std::to_string(revision + 1));
     EXPECT_EQ(waiting["exchanges"].at(0)["verdict"], "waiting");
@@ -182,7 +145,7 @@ TEST(SandboxJournal, ServesOthersHoweverManyWatch)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_EQ(sentAway(), 64) << "as many as may wait do";
     EXPECT_EQ(sandbox.get("/sandbox/codes")["status"], 200);
-    EXPECT_EQ(sandbox.call("country", json::object()).metaStatus(), 200);
+    EXPECT_EQ(sandbox.call("country").metaStatus(), 200);
     sandbox.process().signal(SIGTERM);
     EXPECT_EQ(sandbox.process().waitForEnd(std::chrono::seconds(3)), 0);
 }
@@ -199,6 +162,6 @@ TEST(SandboxJournal, LetsTheOldestGo)
     EXPECT_GT(page["dropped"], 0);
     EXPECT_GT(page["held"], 200);
     EXPECT_EQ(page["exchanges"].at(0)["id"], page["oldest"]);
-    EXPECT_TRUE(lastOf(sandbox)["request"]["body"].get<std::string>().ends_with(
-        "cut; 300000 bytes in all"));
+    const std::string body = lastOf(sandbox)["request"]["body"];
+    EXPECT_TRUE(body.ends_with("cut; 300000 bytes in all")) << body.substr(body.size() - 99);
 }

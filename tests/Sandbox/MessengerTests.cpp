@@ -7,13 +7,6 @@
 
 using nlohmann::json;
 
-namespace {
-std::string serviceOf(const Sandbox &sandbox)
-{
-    return "127.0.0.1:" + std::to_string(sandbox.port());
-}
-}
-
 TEST(Messenger, SendsThePreparedMessageAndEnds)
 {
     const Sandbox sandbox(
@@ -29,16 +22,14 @@ TEST(Messenger, SendsThePreparedMessageAndEnds)
         const auto started = sandbox.call("start", { { "app", app } }).result();
         auto &[reference, file, picture, messenger] = all[app];
         reference = started.at("reference");
-        messenger =
-            std::make_unique<Process>(std::vector<std::string> { MESSENGER_PROGRAM, "--service",
-                serviceOf(sandbox), "--auto-send", "--picture", picture, started.at("deeplink") });
+        messenger = std::make_unique<Process>(std::vector<std::string> { MESSENGER_PROGRAM,
+            "--service", "127.0.0.1:" + std::to_string(sandbox.port()), "--auto-send", "--picture",
+            picture, started.at("deeplink") });
     }
     for (const auto &[app, running] : all) {
         EXPECT_EQ(running.messenger->waitForEnd(), 0) << app << running.messenger->output();
-        EXPECT_TRUE(sandbox.call("check", { { "reference", running.reference } })
-                        .result()
-                        .contains("sessionId"))
-            << app;
+        const auto checked = sandbox.call("check", { { "reference", running.reference } });
+        EXPECT_NE(checked.sessionId(), "") << app;
         std::ifstream file(running.picture);
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}).substr(1, 3), "PNG") << app;
         std::remove(running.picture.c_str());
@@ -60,12 +51,7 @@ TEST(Messenger, RefusesLinksThatAreNotItsOwn)
         { "parlo://send?app=parlo&to=a&text=b&run=c", "\"run\" is unknown" },
         { "parlo://send?app=parlo&to=a&text=" + std::string(1001, 'x'), "too long" },
     };
-    for (const auto &[link, complaint] : links) {
-        Process messenger({ MESSENGER_PROGRAM, link });
-        EXPECT_EQ(messenger.waitForEnd(), 2) << link;
-        EXPECT_NE(messenger.output().find(complaint), std::string::npos) << messenger.output();
-    }
-    Process none({ MESSENGER_PROGRAM });
-    EXPECT_EQ(none.waitForEnd(), 2);
-    EXPECT_NE(none.output().find("expected one link"), std::string::npos) << none.output();
+    for (const auto &[link, complaint] : links)
+        expectEnd({ MESSENGER_PROGRAM, link }, 2, complaint);
+    expectEnd({ MESSENGER_PROGRAM }, 2, "expected one link");
 }

@@ -9,7 +9,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -99,8 +98,17 @@ TemporaryFile::TemporaryFile(const std::string &text)
 
 TemporaryFile::~TemporaryFile() { ::unlink(m_path.c_str()); }
 
-std::string TemporaryFile::read() const
+testing::AssertionResult holds(const std::string &text, const std::string &part)
 {
-    std::ifstream file(m_path);
-    return { std::istreambuf_iterator<char>(file), {} };
+    return text.find(part) != std::string::npos
+        ? testing::AssertionSuccess()
+        : testing::AssertionFailure() << "no \"" << part << "\" in: " << text;
+}
+
+std::string expectEnd(const std::vector<std::string> &words, int code, const std::string &part)
+{
+    Process program(words);
+    EXPECT_EQ(program.waitForEnd(), code) << words.back() << ": " << program.output();
+    EXPECT_TRUE(holds(program.output(), part)) << words.back();
+    return program.output();
 }

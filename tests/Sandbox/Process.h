@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/types.h>
 
 #include <chrono>
@@ -23,7 +24,6 @@ public:
     std::optional<int> waitForEnd(std::chrono::milliseconds patience = std::chrono::seconds(20));
     /// All that it wrote so far, or since it was taken.
     std::string output();
-
     std::string takeOutput();
 
 private:
@@ -44,8 +44,12 @@ public:
     TemporaryFile &operator=(const TemporaryFile &) = delete;
 
     const std::string &path() const { return m_path; }
-    std::string read() const;
 
 private:
     std::string m_path;
 };
+
+testing::AssertionResult holds(const std::string &text, const std::string &part);
+/// Runs it to its end, which must be \p code, once it said \p part. \return all that it said
+std::string expectEnd(
+    const std::vector<std::string> &words, int code, const std::string &part = {});
