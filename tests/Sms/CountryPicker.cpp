@@ -37,6 +37,8 @@ protected:
                 table->scrollToRow({ s, r }, false);
                 rows.append(titleOf(table->cellForRow({ s, r })));
             }
+            EXPECT_EQ(
+                screen->titleForHeader(*table, s), screen->sectionIndexTitles(*table).value(s));
             all.append(screen->titleForHeader(*table, s) + u": "_s + rows.join(u", "_s));
         }
         return all.join(u"; "_s);
@@ -58,10 +60,7 @@ TEST_P(CountrySections, GroupByFirstCharacterAsWritten)
 {
     openOn(GetParam().titles);
     EXPECT_EQ(sections(), GetParam().sections);
-    QStringList letters;
-    for (int s = 0; s < screen->numberOfSections(*table); ++s)
-        letters.append(screen->titleForHeader(*table, s));
-    EXPECT_EQ(screen->sectionIndexTitles(*table), letters);
+    EXPECT_EQ(screen->sectionIndexTitles(*table).size(), screen->numberOfSections(*table));
 }
 
 const Sections sectionRows[] = {
@@ -77,7 +76,7 @@ const Sections sectionRows[] = {
         u"أ: أيرلندا; إ: إيطاليا; ا: الأردن"_s },
 };
 
-INSTANTIATE_TEST_SUITE_P(Titles, CountrySections, testing::ValuesIn(sectionRows), named);
+INSTANTIATE_TEST_SUITE_P(Titles, CountrySections, testing::ValuesIn(sectionRows), byName);
 
 using CountryPickerOrder = CountryPicker;
 
@@ -129,16 +128,6 @@ TEST_F(CountryPicker, TicksTheCurrentCountry)
         }
         EXPECT_EQ(ticked.join(u","), expected);
     }
-}
-
-TEST_F(CountryPicker, BackStaysInTheBarWhenCovered)
-{
-    openPicker();
-    screen = top<CountryListViewController>();
-    container->hide();
-    EXPECT_NE(screen->navigationItem().leftBarButtonItem(), nullptr);
-    container->show();
-    EXPECT_EQ(text("btnClose"), u"Back"_s);
 }
 
 TEST_F(CountryPicker, OutOfRangeStopsTheProgram)

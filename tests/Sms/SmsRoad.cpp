@@ -19,24 +19,6 @@ QByteArray ok(const QByteArray &result)
     return RawServer::http(200, R"({"meta":{"httpStatusCode":200},"result":)" + result + "}");
 }
 
-void Outcomes::verificationDidSucceed(const QString &sessionId)
-{
-    const QMutexLocker lock(&m_mutex);
-    m_all.append(u"success:"_s + sessionId);
-}
-
-void Outcomes::verificationDidFail(ParloquinError error)
-{
-    const QMutexLocker lock(&m_mutex);
-    m_all.append(error == ParloquinError::serverError ? u"serverError"_s : u"authorizationError"_s);
-}
-
-QStringList Outcomes::all() const
-{
-    const QMutexLocker lock(&m_mutex);
-    return m_all;
-}
-
 SmsRoad::SmsRoad(Qt::LayoutDirection direction)
 {
     QApplication::setStyle(new ParloquinTest::PacedStyle(0));
@@ -49,15 +31,13 @@ SmsRoad::SmsRoad(Qt::LayoutDirection direction)
     on("send-otp", ok(R"({"reference":"ref-1"})"));
 
     container = std::make_unique<ParloquinNavigationController>(new Screen);
-    container->setKitDelegate(outcomes);
+    container->setKitDelegate(delegate);
     container->setContentsMargins(0, 44, 0, 0);
     container->resize(390, 844);
     container->show();
     container->navigationController().pushViewController(new OtpMainViewController, false);
     EXPECT_TRUE(QTest::qWaitForWindowActive(container.get()));
 }
-
-SmsRoad::~SmsRoad() = default;
 
 void SmsRoad::on(const std::string &call, const QByteArray &answer)
 {
@@ -113,8 +93,14 @@ void SmsRoad::choose(const QString &title)
         return row != nullptr;
     });
     ASSERT_TRUE(found) << title.toStdString();
-    tap(row);
+    hands::click(row);
     ASSERT_TRUE(arrivesAt<OtpMainViewController>());
+}
+
+void SmsRoad::pick(const QString &title)
+{
+    openPicker();
+    choose(title);
 }
 
 void SmsRoad::enterNumber(const QString &number)
@@ -125,10 +111,17 @@ void SmsRoad::enterNumber(const QString &number)
 
 void SmsRoad::goToCodeEntry()
 {
-    openPicker();
-    choose(u"Norway"_s);
+    pick(u"Norway"_s);
     enterNumber(u"41234567"_s);
     tap("btnContinue");
     ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
     ASSERT_TRUE(QTest::qWaitFor([this] { return part("txtCode0")->hasFocus(); }));
+}
+
+QString SmsRoad::boxes() const
+{
+    QStringList texts;
+    for (const auto *box : part("stackTextFields")->findChildren<QLineEdit *>())
+        texts.append(box->hasFocus() ? u"["_s + box->text() + u"]"_s : box->text());
+    return texts.join(u'|');
 }

@@ -1,19 +1,17 @@
 #pragma once
 
 #include "Parloquin/Controller/Base/ParloquinNavigationController.h"
-#include "Parloquin/Protocol/ParloquinDelegate.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
+#include "Screens/Container.h"
+#include "support/ByName.h"
 #include "support/Hands.h"
-#include "support/RawServer.h"
 
-#include <QtCore/QMutex>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
+#include <initializer_list>
 
 /// An answer that goes well with this result.
 QByteArray ok(const QByteArray &result);
@@ -25,21 +23,6 @@ inline QString titleOf(const QWidget *cell)
     return cell->findChild<QWidget *>(QStringLiteral("lblTitle"))->property("text").toString();
 }
 
-/// Names the cases of a table.
-inline const auto named = [](const auto &row) { return row.param.name; };
-
-/// What the host was told: "success:ID" or the name of the error.
-class Outcomes : public ParloquinDelegate {
-public:
-    void verificationDidSucceed(const QString &sessionId) override;
-    void verificationDidFail(ParloquinError error) override;
-    [[nodiscard]] QStringList all() const;
-
-private:
-    mutable QMutex m_mutex;
-    QStringList m_all;
-};
-
 /// \brief A phone of 390 x 844 with a status area of 44, phone entry open on an empty root screen.
 class SmsRoad : public testing::Test {
 public:
@@ -48,7 +31,6 @@ public:
     static void paste(const QString &text);
 
     explicit SmsRoad(Qt::LayoutDirection direction = Qt::LeftToRight);
-    ~SmsRoad() override;
 
     /// What a call, as "send-otp", brings from now on.
     void on(const std::string &call, const QByteArray &answer);
@@ -74,14 +56,17 @@ public:
     /// Of a part, in the container.
     QRect frame(const char *name) const;
 
-    void tap(const char *name) const { tap(part(name)); }
-    static void tap(const QWidget *widget) { hands::click(widget); }
+    void tap(const char *name) const { hands::click(part(name)); }
     [[nodiscard]] bool overlayShows() const;
     template <class S> [[nodiscard]] bool arrivesAt() const
     {
         return QTest::qWaitFor([this] { return top<S>() != nullptr; });
     }
-
+    [[nodiscard]] bool isTold() const
+    {
+        return QTest::qWaitFor([this] { return !told().isEmpty(); });
+    }
+    [[nodiscard]] QStringList told() const { return delegate->outcomes(); }
     [[nodiscard]] bool rests() const
     {
         return QTest::qWaitFor([this] { return container->isAtRest(); });
@@ -90,10 +75,13 @@ public:
     // The steps of the road, each by hand and eye.
     void openPicker();
     void choose(const QString &title);
+    void pick(const QString &title); ///< both
     void enterNumber(const QString &number);
     void goToCodeEntry(); // Norway, 41234567, reference "ref-1"
+    /// Texts of the code's boxes, the focused one in brackets.
+    QString boxes() const;
 
     RawServer server;
-    std::shared_ptr<Outcomes> outcomes = std::make_shared<Outcomes>();
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     std::unique_ptr<parloquin::ParloquinNavigationController> container;
 };
