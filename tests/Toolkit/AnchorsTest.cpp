@@ -8,162 +8,145 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
+#include <initializer_list>
+#include <memory>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-struct AnchoredPage : QWidget {
-    AnchoredPage()
-        : box(new QWidget(this))
-        , inner(new QWidget(box))
-        , label(new Label(this))
+class Anchors : public testing::Test {
+protected:
+    Anchors()
     {
-        resize(390, 752);
-        box->setObjectName(QStringLiteral("viewBox"));
-        inner->setObjectName(QStringLiteral("viewInner"));
-        label->setObjectName(QStringLiteral("lblText"));
+        page->resize(390, 752);
+        box->setObjectName(u"viewBox"_s);
+        inner->setObjectName(u"viewInner"_s);
         label->setNumberOfLines(0);
     }
-
-    void layOut(Qt::LayoutDirection direction = Qt::LeftToRight)
+    void layOut(Qt::LayoutDirection direction = Qt::LeftToRight) const
     {
-        setLayoutDirection(direction);
-        show();
+        page->setLayoutDirection(direction);
+        page->show();
         QCoreApplication::processEvents();
     }
+    void textOverBox() const
+    {
+        activate(page,
+            { leading(label) == leading(page) + 25, trailing(label) == trailing(page) - 25,
+                top(label) == top(page) + 30 });
+        activate(page,
+            { leading(box) == leading(page), trailing(box) == trailing(page),
+                top(box) == bottom(label) + 30, bottom(box) == bottom(page),
+                leading(inner) == leading(box) + 20, trailing(inner) == trailing(box) - 20,
+                top(inner) == top(box), height(inner) == height(box) });
+        layOut();
+    }
+    void expectBox(std::initializer_list<Constraint> rows, QRect place, QRect mirrored) const
+    {
+        activate(page, rows);
+        layOut();
+        EXPECT_EQ(box->geometry(), place);
+        layOut(Qt::RightToLeft);
+        EXPECT_EQ(box->geometry(), mirrored);
+    }
 
-    QWidget *box;
-    QWidget *inner;
-    Label *label;
+    const std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
+    QWidget *const page = window.get();
+    QWidget *const box = new QWidget(page);
+    QWidget *const inner = new QWidget(box);
+    Label *const label = new Label(page);
 };
 
-struct Row {
-    const char *name;
-    std::function<void(AnchoredPage &)> table;
-    QRect box;
-    QRect mirrored;
-};
-
-void PrintTo(const Row &row, std::ostream *out) { *out << row.name; }
-
-class AnchorTables : public testing::TestWithParam<Row> { };
-
-const Row rows[] = {
-    { "EdgesAndHeight",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { leading(p.box) == leading(&p) + 20, trailing(p.box) == trailing(&p) - 30,
-                    top(p.box) == top(&p) + 30, height(p.box) == 60 });
-        },
-        { 20, 30, 340, 60 }, { 30, 30, 340, 60 } },
-    { "CentreAndSize",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { centerX(p.box) == centerX(&p) + 10, centerY(p.box) == centerY(&p),
-                    width(p.box) == 80, height(p.box) == width(p.box) });
-        },
-        { 165, 336, 80, 80 }, { 145, 336, 80, 80 } },
-    { "RowsInAnyOrderAndDirection",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { bottom(&p) - 25 == bottom(p.box), height(p.box) == height(p.inner) + 10,
-                    height(p.inner) == 20, width(p.inner) == 20, top(p.inner) == top(p.box),
-                    leading(p.inner) == leading(p.box), trailing(p.box) == trailing(&p) - 15,
-                    width(p.box) == 100 });
-        },
-        { 275, 697, 100, 30 }, { 15, 697, 100, 30 } },
-    { "EdgeAndCentreGiveSize",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { leading(p.box) == leading(&p) + 95, centerX(p.box) == centerX(&p),
-                    bottom(p.box) == bottom(&p), centerY(p.box) == bottom(&p) - 50 });
-        },
-        { 95, 652, 200, 100 }, { 95, 652, 200, 100 } },
-    { "HalfAPixelKeepsSize",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { leading(p.box) == leading(&p) + 10.5, width(p.box) == 54,
-                    top(p.box) == top(&p) + 10.5, height(p.box) == 54 });
-        },
-        { 10, 10, 54, 54 }, { 326, 10, 54, 54 } },
-    { "ThinLineKeepsAPixel",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { leading(p.box) == leading(&p), trailing(p.box) == trailing(&p),
-                    top(p.box) == top(&p) + 5, height(p.box) == 0.5 });
-        },
-        { 0, 5, 390, 1 }, { 0, 5, 390, 1 } },
-};
-
-TEST_P(AnchorTables, PlaceAndMirror)
+TEST_F(Anchors, PlaceByEdgesAndHeight)
 {
-    AnchoredPage page;
-    GetParam().table(page);
-    page.layOut();
-    EXPECT_EQ(page.box->geometry(), GetParam().box);
-    page.layOut(Qt::RightToLeft);
-    EXPECT_EQ(page.box->geometry(), GetParam().mirrored);
+    expectBox({ leading(box) == leading(page) + 20, trailing(box) == trailing(page) - 30,
+                  top(box) == top(page) + 30, height(box) == 60 },
+        { 20, 30, 340, 60 }, { 30, 30, 340, 60 });
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, AnchorTables, testing::ValuesIn(rows),
-    [](const auto &row) { return std::string(row.param.name); });
-
-void textOverBox(AnchoredPage &p)
+TEST_F(Anchors, PlaceByCentreAndSize)
 {
-    activate(&p,
-        { leading(p.label) == leading(&p) + 25, trailing(p.label) == trailing(&p) - 25,
-            top(p.label) == top(&p) + 30 });
-    activate(&p,
-        { leading(p.box) == leading(&p), trailing(p.box) == trailing(&p),
-            top(p.box) == bottom(p.label) + 30, bottom(p.box) == bottom(&p) });
-    activate(&p,
-        { leading(p.inner) == leading(p.box) + 20, trailing(p.inner) == trailing(p.box) - 20,
-            top(p.inner) == top(p.box), height(p.inner) == height(p.box) });
+    expectBox({ centerX(box) == centerX(page) + 10, centerY(box) == centerY(page), width(box) == 80,
+                  height(box) == width(box) },
+        { 165, 336, 80, 80 }, { 145, 336, 80, 80 });
 }
 
-TEST(Anchors, AGrowingTextPushesWhatStandsBelow)
+TEST_F(Anchors, PlaceByRowsInAnyOrderAndDirection)
 {
-    AnchoredPage page;
-    textOverBox(page);
-    page.layOut();
-    EXPECT_EQ(page.box->y(), 60) << "an empty text takes no height";
-
-    page.label->setFontSize(16);
-    page.label->setText(QStringLiteral("One line"));
-    EXPECT_SOON(page.box->y() == 80);
-    page.label->setText(QStringLiteral("word ").repeated(40));
-    EXPECT_SOON(page.box->y() >= 100);
-    EXPECT_EQ((page.box->y() - 60) % 20, 0);
-    EXPECT_EQ(page.inner->height(), page.box->height());
-
-    const int before = page.box->y();
-    page.resize(700, 752);
-    EXPECT_LT(page.box->y(), before) << "wider, the text needs fewer lines";
-    EXPECT_EQ(page.inner->geometry(), QRect(20, 0, 660, page.box->height()));
+    expectBox(
+        { bottom(page) - 25 == bottom(box), height(box) == height(inner) + 10, height(inner) == 20,
+            width(inner) == 20, top(inner) == top(box), leading(inner) == leading(box),
+            trailing(box) == trailing(page) - 15, width(box) == 100 },
+        { 275, 697, 100, 30 }, { 15, 697, 100, 30 });
 }
 
-TEST(Anchors, RowsMeanTheSameInAnyOrder)
+TEST_F(Anchors, TakeTheSizeFromEdgeAndCentre)
 {
+    expectBox({ leading(box) == leading(page) + 95, centerX(box) == centerX(page),
+                  bottom(box) == bottom(page), centerY(box) == bottom(page) - 50 },
+        { 95, 652, 200, 100 }, { 95, 652, 200, 100 });
+}
+
+TEST_F(Anchors, KeepTheSizeAtHalfAPixel)
+{
+    expectBox({ leading(box) == leading(page) + 10.5, width(box) == 54,
+                  top(box) == top(page) + 10.5, height(box) == 54 },
+        { 10, 10, 54, 54 }, { 326, 10, 54, 54 });
+}
+
+TEST_F(Anchors, KeepAPixelOfAThinLine)
+{
+    expectBox({ leading(box) == leading(page), trailing(box) == trailing(page),
+                  top(box) == top(page) + 5, height(box) == 0.5 },
+        { 0, 5, 390, 1 }, { 0, 5, 390, 1 });
+}
+
+TEST_F(Anchors, AGrowingTextPushesWhatStandsBelow)
+{
+    textOverBox();
+    EXPECT_EQ(box->y(), 60) << "an empty text takes no height";
+
+    label->setFontSize(16);
+    label->setText(u"One line"_s);
+    EXPECT_SOON(box->y() == 80);
+    label->setText(u"word "_s.repeated(40));
+    EXPECT_SOON(box->y() >= 100);
+    EXPECT_EQ((box->y() - 60) % 20, 0);
+    EXPECT_EQ(inner->height(), box->height());
+
+    const int before = box->y();
+    page->resize(700, 752);
+    EXPECT_LT(box->y(), before) << "wider, the text needs fewer lines";
+    EXPECT_EQ(inner->geometry(), QRect(20, 0, 660, box->height()));
+}
+
+TEST(AnchorRows, MeanTheSameInAnyOrder)
+{
+    // The text's own size gives the others' place.
     const auto places = [](int turn, bool backwards) {
-        AnchoredPage page;
+        QWidget page;
+        page.resize(390, 752);
+        Label label(&page);
         Label badge(&page);
-        badge.setText(QStringLiteral("12"));
-        page.label->setText(QStringLiteral("word ").repeated(40));
-        QList<Constraint> table = { leading(page.label) == leading(&page) + 10,
-            top(page.label) == top(&page), trailing(page.label) == leading(&badge) - 8,
+        QWidget box(&page);
+        label.setNumberOfLines(0);
+        badge.setText(u"12"_s);
+        label.setText(u"word "_s.repeated(40));
+        QList<Constraint> table = { leading(&label) == leading(&page) + 10,
+            top(&label) == top(&page), trailing(&label) == leading(&badge) - 8,
             trailing(&badge) == trailing(&page), width(&badge) == 40,
-            centerY(&badge) == centerY(page.label), top(page.box) == bottom(page.label),
-            height(page.box) == height(&badge), leading(page.box) == leading(&badge),
-            width(page.box) == 30 };
+            centerY(&badge) == centerY(&label), top(&box) == bottom(&label),
+            height(&box) == height(&badge), leading(&box) == leading(&badge), width(&box) == 30 };
         std::rotate(table.begin(), table.begin() + turn, table.end());
         if (backwards)
             std::reverse(table.begin(), table.end());
         for (const Constraint &row : table)
             activate(&page, { row });
-        page.layOut();
-        return QList<QRect> { page.label->geometry(), badge.geometry(), page.box->geometry() };
+        page.show();
+        QCoreApplication::processEvents();
+        return QList<QRect> { label.geometry(), badge.geometry(), box.geometry() };
     };
     const QList<QRect> expected = places(0, false);
     for (int turn = 0; turn < 10; ++turn) {
@@ -186,99 +169,57 @@ struct CountedText : QWidget {
     int tall = 20;
 };
 
-TEST(Anchors, ManyTextsThatChangeAreLaidOutOnce)
+TEST_F(Anchors, ManyTextsThatChangeAreLaidOutOnce)
 {
-    AnchoredPage page;
-    CountedText above(page.box);
-    CountedText below(page.inner);
-    activate(&page,
-        { leading(page.box) == leading(&page), width(page.box) == 300, top(page.box) == top(&page),
-            bottom(page.box) == bottom(page.inner), leading(&above) == leading(page.box),
-            width(&above) == 100, top(&above) == top(page.box),
-            leading(page.inner) == leading(page.box), width(page.inner) == 200,
-            top(page.inner) == bottom(&above), height(page.inner) == height(&below),
-            leading(&below) == leading(page.inner), width(&below) == 100,
-            top(&below) == top(page.inner) });
-    page.layOut();
+    CountedText above(box);
+    CountedText below(inner);
+    activate(page,
+        { leading(box) == leading(page), width(box) == 300, top(box) == top(page),
+            bottom(box) == bottom(inner), leading(&above) == leading(box), width(&above) == 100,
+            top(&above) == top(box), leading(inner) == leading(box), width(inner) == 200,
+            top(inner) == bottom(&above), height(inner) == height(&below),
+            leading(&below) == leading(inner), width(&below) == 100, top(&below) == top(inner) });
+    layOut();
     const int before = above.asked;
     above.grow();
     below.grow();
     QCoreApplication::processEvents();
     EXPECT_EQ(above.asked, before + 1);
-    EXPECT_EQ(page.box->height(), 50);
+    EXPECT_EQ(box->height(), 50);
 }
 
-TEST(Anchors, AWidgetThatIsGoneTakesItsRowsWithIt)
+TEST_F(Anchors, AWidgetThatIsGoneTakesItsRowsWithIt)
 {
-    AnchoredPage page;
-    textOverBox(page);
-    page.layOut();
-    delete page.inner;
-    page.resize(500, 700);
-    EXPECT_EQ(page.box->width(), 500);
+    textOverBox();
+    delete inner;
+    page->resize(500, 700);
+    EXPECT_EQ(box->width(), 500);
 }
 
-struct Fault {
-    const char *name;
-    std::function<void(AnchoredPage &)> table;
-    const char *message;
-};
-
-void PrintTo(const Fault &fault, std::ostream *out) { *out << fault.name; }
-
-class AnchorFaults : public testing::TestWithParam<Fault> { };
-
-const Fault faults[] = {
-    { "Contradiction",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { leading(p.box) == leading(&p), trailing(p.box) == trailing(&p),
-                    width(p.box) == 100, top(p.box) == top(&p), height(p.box) == 1 });
-        },
-        "viewBox is given two places" },
-    { "OpenAcross",
-        [](AnchoredPage &p) {
-            activate(
-                &p, { width(p.box) == 100, top(p.box) == top(&p), bottom(p.box) == bottom(&p) });
-        },
-        "nothing fixes where viewBox stands from side to side" },
-    { "OpenDown",
-        [](AnchoredPage &p) {
-            activate(&p,
-                { leading(p.inner) == leading(&p), trailing(p.inner) == trailing(&p),
-                    top(p.inner) == top(&p) });
-        },
-        "nothing fixes where viewInner stands from top to bottom" },
-    { "TextsThatShareOneRoom",
-        [](AnchoredPage &p) {
-            auto *const other = new Label(&p);
-            activate(&p,
-                { leading(p.label) == leading(&p), trailing(p.label) == trailing(&p),
-                    top(p.label) == top(&p), leading(other) == leading(&p),
-                    trailing(other) == trailing(&p), top(other) == bottom(p.label),
-                    bottom(other) == bottom(&p) });
-        },
-        "rows tie the size of .* to another text's" },
-    { "Stranger",
-        [](AnchoredPage &p) {
-            static QWidget stranger;
-            stranger.setObjectName(QStringLiteral("viewStranger"));
-            activate(&p, { leading(&stranger) == leading(&p) });
-        },
-        "viewStranger is not inside" },
-};
-
-TEST_P(AnchorFaults, StopTheProgramNamingTheWidget)
+TEST_F(Anchors, StopTheProgramOverAFaultNamingTheWidget)
 {
-    const auto layOut = [] {
-        AnchoredPage page;
-        GetParam().table(page);
-        page.layOut();
+    const auto layOutBy = [this](std::initializer_list<Constraint> rows) {
+        activate(page, rows);
+        layOut();
     };
-    EXPECT_DEATH(layOut(), GetParam().message);
+    EXPECT_DEATH(layOutBy({ leading(box) == leading(page), trailing(box) == trailing(page),
+                     width(box) == 100, top(box) == top(page), height(box) == 1 }),
+        "viewBox is given two places");
+    EXPECT_DEATH(
+        layOutBy({ width(box) == 100, top(box) == top(page), bottom(box) == bottom(page) }),
+        "nothing fixes where viewBox stands from side to side");
+    EXPECT_DEATH(layOutBy({ leading(inner) == leading(page), trailing(inner) == trailing(page),
+                     top(inner) == top(page) }),
+        "nothing fixes where viewInner stands from top to bottom");
+    auto *const other = new Label(page);
+    EXPECT_DEATH(layOutBy({ leading(label) == leading(page), trailing(label) == trailing(page),
+                     top(label) == top(page), leading(other) == leading(page),
+                     trailing(other) == trailing(page), top(other) == bottom(label),
+                     bottom(other) == bottom(page) }),
+        "rows tie the size of .* to another text's");
+    QWidget stranger;
+    stranger.setObjectName(u"viewStranger"_s);
+    EXPECT_DEATH(layOutBy({ leading(&stranger) == leading(page) }), "viewStranger is not inside");
 }
-
-INSTANTIATE_TEST_SUITE_P(Faults, AnchorFaults, testing::ValuesIn(faults),
-    [](const auto &row) { return std::string(row.param.name); });
 
 } // namespace

@@ -4,8 +4,8 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/TableView.h"
-#include "Soon.h"
 #include "TestKit/PacedStyle.h"
+#include "Toolkit/Countries.h"
 #include "support/Hands.h"
 
 #include <QtGui/QShortcut>
@@ -20,19 +20,11 @@
 #include <functional>
 
 using namespace parloquin;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList hooks;
-
-class Rows : public TableViewDataSource {
-public:
-    int numberOfRows(const TableView &, int) const override { return 100; }
-    TableCell *cellForRow(TableView &table, const IndexPath &) override
-    {
-        return table.dequeueReusableCell(QStringLiteral("row"));
-    }
-};
+QString hooks;
 
 class TablePage : public Screen {
 public:
@@ -51,15 +43,15 @@ protected:
         button->setGeometry(100, 20, 100, 50);
         table = new TableView(this);
         table->setGeometry(0, 200, 390, 400);
-        table->registerCell(QStringLiteral("row"), [] { return new TableCell; });
+        table->registerCell(u"Cell"_s, [] { return new CountryTableCell; });
         table->setDataSource(&m_rows);
     }
     void viewWillAppear(bool) override
     {
-        hooks.append(QStringLiteral("appear"));
+        hooks += u"appear ";
         if (m_number == 0)
             return;
-        auto *back = new BarButtonItem(QStringLiteral("Back"), QStringLiteral("btnBack"));
+        auto *back = new BarButtonItem(u"Back"_s, u"btnBack"_s);
         connect(back, &QAbstractButton::clicked, this, [this] {
             if (navigationController())
                 navigationController()->popViewController(true);
@@ -68,13 +60,13 @@ protected:
     }
     void viewWillDisappear(bool) override
     {
-        hooks.append(QStringLiteral("disappear"));
+        hooks += u"disappear ";
         navigationItem().setLeftBarButtonItem(nullptr);
     }
 
 private:
     int m_number;
-    Rows m_rows;
+    Countries m_rows;
 };
 
 /// Counts whatever the kit does not keep for itself, shortcuts too.
@@ -91,10 +83,10 @@ public:
     int released = 0;
 
 protected:
-    void keyPressEvent(QKeyEvent *event) override { heard += event->key() != Qt::Key_Alt ? 1 : 0; }
+    void keyPressEvent(QKeyEvent *event) override { heard += int(event->key() != Qt::Key_Alt); }
     void keyReleaseEvent(QKeyEvent *event) override
     {
-        released += event->key() != Qt::Key_Alt ? 1 : 0;
+        released += int(event->key() != Qt::Key_Alt);
     }
     void mousePressEvent(QMouseEvent *) override { ++heard; }
     void mouseReleaseEvent(QMouseEvent *) override { ++released; }
@@ -113,9 +105,6 @@ protected:
         pages.append(new TablePage(0));
         controller = new NavigationController(pages[0]);
         row->addWidget(controller);
-        after = new QLineEdit; // in the window before the screens load
-        after->setFixedWidth(20);
-        row->addWidget(after);
         host.resize(450, 700);
         host.show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
@@ -138,7 +127,6 @@ protected:
 
     Host host;
     QLineEdit *field = nullptr;
-    QLineEdit *after = nullptr;
     NavigationController *controller = nullptr;
     QList<TablePage *> pages;
 };
@@ -163,28 +151,20 @@ TEST_P(WaysBack, LeadOneScreenBackHoweverQuick)
     way.go(*controller);
     way.go(*controller);
     EXPECT_EQ(depth(), 1);
-    EXPECT_EQ(host.heard, 0);
-    EXPECT_EQ(host.released, 0);
+    EXPECT_EQ(host.heard + host.released, 0);
     ASSERT_TRUE(rests());
     way.go(*controller);
     EXPECT_EQ(host.heard > 0, way.ofTheHost) << "the first screen's Back is the host's";
 }
 
 const Way ways[] = {
-    { "Escape", [](const auto &) { hands::key(Qt::Key_Escape); } },
-    { "Held", [](const auto &) { hands::hold(Qt::Key_Escape); } },
-    { "BackKey", [](const auto &) { hands::key(Qt::Key_Back); } },
-    { "AltLeft", [](const auto &) { hands::key(Qt::Key_Left, Qt::AltModifier); } },
-    { "MouseOnTable",
-        [](const auto &controller) {
-            hands::click(&controller, QPoint(200, 400), Qt::BackButton);
-        } },
-    { "MouseOnButton",
-        [](const auto &controller) {
-            hands::click(&controller, QPoint(150, 90), Qt::BackButton);
-        } },
-    { "Finger", [](const auto &controller) { hands::Finger().tap(&controller, QPoint(20, 20)); },
-        false },
+    { "Escape", [](auto &) { hands::key(Qt::Key_Escape); } },
+    { "Held", [](auto &) { hands::hold(Qt::Key_Escape); } },
+    { "BackKey", [](auto &) { hands::key(Qt::Key_Back); } },
+    { "AltLeft", [](auto &) { hands::key(Qt::Key_Left, Qt::AltModifier); } },
+    { "MouseOnTable", [](auto &kit) { hands::click(&kit, QPoint(200, 400), Qt::BackButton); } },
+    { "MouseOnButton", [](auto &kit) { hands::click(&kit, QPoint(150, 90), Qt::BackButton); } },
+    { "Finger", [](auto &kit) { hands::Finger().tap(&kit, QPoint(20, 20)); }, false },
 };
 
 INSTANTIATE_TEST_SUITE_P(Ways, WaysBack, testing::Combine(testing::ValuesIn(ways), testing::Bool()),
@@ -209,8 +189,7 @@ TEST_F(Stack, RepeatsAndReleasesGoWhereThePressWent)
     pages[2]->button->setFocus(Qt::TabFocusReason);
     hands::hold(Qt::Key_Return);
     EXPECT_EQ(clicks.count(), 1);
-    EXPECT_EQ(host.heard, 0);
-    EXPECT_EQ(host.released, 0);
+    EXPECT_EQ(host.heard + host.released, 0);
 }
 
 class Edge : public Stack, public testing::WithParamInterface<std::tuple<bool, bool>> {
@@ -230,8 +209,15 @@ protected:
     {
         return { mirrored() ? -inwards : inwards, down };
     }
+    void drag(int inwards)
+    {
+        finger.down(controller, from(5, height()));
+        finger.drag(by(inwards));
+    }
     [[nodiscard]] static bool mirrored() { return std::get<0>(GetParam()); }
     [[nodiscard]] static int height() { return std::get<1>(GetParam()) ? 400 : 200; } // a table's
+
+    hands::Finger finger;
 };
 
 TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
@@ -241,10 +227,7 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     auto *below = pages[1];
     top->setFocus();
     top->button->setFocus(Qt::TabFocusReason);
-    hands::Finger finger;
-
-    finger.down(controller, from(5, height()));
-    finger.drag(by(250));
+    drag(250);
     EXPECT_NEAR(top->x(), by(250).x(), 1) << "it follows the finger";
     EXPECT_TRUE(below->isVisible());
     hands::key(Qt::Key_Tab);
@@ -253,7 +236,7 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     finger.up();
     ASSERT_TRUE(rests());
     EXPECT_EQ(depth(), 3);
-    EXPECT_EQ(hooks, QStringList());
+    EXPECT_EQ(hooks, u"");
     EXPECT_EQ(top->pos(), QPoint());
     EXPECT_FALSE(below->isVisible());
     EXPECT_TRUE(top->button->hasFocus());
@@ -272,11 +255,10 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     finger.up();
     ASSERT_TRUE(rests());
 
-    finger.down(controller, from(5, height()));
-    finger.drag(by(300));
+    drag(300);
     finger.up();
     EXPECT_EQ(depth(), 2);
-    EXPECT_EQ(hooks, QStringList({ QStringLiteral("disappear"), QStringLiteral("appear") }));
+    EXPECT_EQ(hooks, u"disappear appear ");
     ASSERT_TRUE(rests());
     EXPECT_TRUE(below->isVisible());
     EXPECT_EQ(below->pos(), QPoint());
@@ -288,9 +270,7 @@ TEST_P(Edge, LeadsNowhereFromTheFirstScreen)
     present();
     controller->popViewController(false);
     controller->popViewController(false);
-    hands::Finger finger;
-    finger.down(controller, from(5, height()));
-    finger.drag(by(300));
+    drag(300);
     EXPECT_EQ(pages[0]->pos(), QPoint());
     controller->hide(); // under the finger
     finger.up();
@@ -300,7 +280,6 @@ TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
 {
     present();
     for (const bool dragged : { true, false }) { // or only at rest on the edge
-        hands::Finger finger;
         finger.down(controller, from(5, height()));
         if (dragged)
             finger.drag(by(300));
@@ -317,34 +296,20 @@ TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
     }
 }
 
-TEST_P(Edge, ADragThatTheSystemTakesAwayIsGivenUp)
+TEST_P(Edge, WhatTakesADragAwayGivesItUp)
 {
-    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
     present();
-    if (height() == 200)
-        return; // what a page gets in place of touches is the mouse's, which is never taken away
-    hands::Finger finger;
-    finger.down(controller, from(5, height()));
-    finger.drag(by(300));
-    finger.cancel();
-    ASSERT_TRUE(rests());
-    EXPECT_EQ(depth(), 3);
-    EXPECT_EQ(hooks, QStringList());
-    EXPECT_EQ(pages[2]->pos(), QPoint());
-}
-
-TEST_P(Edge, WhatComesOverItEndsTheDrag)
-{
-    QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
-    present();
-    hands::Finger finger;
-    finger.down(controller, from(5, height()));
-    finger.drag(by(300));
-    controller->letGo();
-    finger.up();
-    ASSERT_TRUE(rests());
-    EXPECT_EQ(depth(), 3);
-    EXPECT_EQ(pages[2]->pos(), QPoint());
+    // What a page gets in place of touches is the mouse's, which no system takes away.
+    for (const bool bySystem : { false, height() == 400 }) {
+        drag(300);
+        bySystem ? finger.cancel() : controller->letGo();
+        if (!bySystem)
+            finger.up();
+        ASSERT_TRUE(rests());
+        EXPECT_EQ(depth(), 3);
+        EXPECT_EQ(hooks, u"");
+        EXPECT_EQ(pages[2]->pos(), QPoint());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -383,7 +348,7 @@ TEST_F(Stack, NothingRingsWhereAHostHidesWhatHadTheKeyboard)
     EXPECT_TRUE(pages[2]->table->hasKeyboardFocus());
 }
 
-TEST_F(Stack, TheHostsKeyboardIsLeftAloneAndTabFindsTheKitWhereItStands)
+TEST_F(Stack, TheHostsKeyboardIsLeftAlone)
 {
     present();
     field->setFocus();
@@ -392,17 +357,6 @@ TEST_F(Stack, TheHostsKeyboardIsLeftAloneAndTabFindsTheKitWhereItStands)
     EXPECT_TRUE(field->hasFocus());
     controller->popViewController(true);
     ASSERT_TRUE(rests());
-    EXPECT_TRUE(field->hasFocus());
-
-    hands::key(Qt::Key_Tab);
-    EXPECT_TRUE(pages[2]->button->hasFocus());
-    hands::key(Qt::Key_Tab);
-    EXPECT_TRUE(pages[2]->table->hasFocus());
-    hands::key(Qt::Key_Tab);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("btnBack"));
-    hands::key(Qt::Key_Tab);
-    EXPECT_TRUE(after->hasFocus());
-    hands::key(Qt::Key_Tab);
     EXPECT_TRUE(field->hasFocus());
 }
 

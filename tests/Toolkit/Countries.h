@@ -20,7 +20,10 @@ public:
     std::optional<parloquin::IndexPath> ticked;
     QList<parloquin::IndexPath> selected;
 
-    [[nodiscard]] parloquin::CountryModel country(const parloquin::IndexPath &path) const
+    using Table = parloquin::TableView;
+    using Path = parloquin::IndexPath;
+
+    [[nodiscard]] parloquin::CountryModel country(const Path &path) const
     {
         parloquin::CountryModel model;
         const auto own = named.find({ path.section, path.row });
@@ -30,39 +33,27 @@ public:
         model.phoneCode = QStringLiteral("+%1%2").arg(path.section).arg(path.row);
         return model;
     }
-    [[nodiscard]] static QString letter(int section) { return QString(QChar(u'A' + section % 26)); }
+    static QString letter(int section) { return QString(QChar(u'A' + section % 26)); }
 
-    [[nodiscard]] int numberOfSections(const parloquin::TableView &) const override
-    {
-        return sections;
-    }
-    [[nodiscard]] int numberOfRows(const parloquin::TableView &, int) const override
-    {
-        return rows;
-    }
-    [[nodiscard]] QString titleForHeader(const parloquin::TableView &, int section) const override
+    int numberOfSections(const Table &) const override { return sections; }
+    int numberOfRows(const Table &, int) const override { return rows; }
+    QString titleForHeader(const Table &, int section) const override
     {
         return titled ? letter(section) : QString();
     }
-    [[nodiscard]] QStringList sectionIndexTitles(const parloquin::TableView &) const override
+    QStringList sectionIndexTitles(const Table &) const override
     {
         QStringList letters;
         for (int section = 0; titled && section < sections; ++section)
             letters.append(letter(section));
         return letters;
     }
-    [[nodiscard]] QString nameOfRow(
-        const parloquin::TableView &, const parloquin::IndexPath &path) const override
+    QString nameOfRow(const Table &, const Path &path) const override
     {
         return *country(path).title + QStringLiteral(", ") + *country(path).phoneCode;
     }
-    [[nodiscard]] bool isRowChecked(
-        const parloquin::TableView &, const parloquin::IndexPath &path) const override
-    {
-        return ticked == path;
-    }
-    [[nodiscard]] parloquin::TableCell *cellForRow(
-        parloquin::TableView &table, const parloquin::IndexPath &path) override
+    bool isRowChecked(const Table &, const Path &path) const override { return ticked == path; }
+    parloquin::TableCell *cellForRow(Table &table, const Path &path) override
     {
         auto *cell = qobject_cast<parloquin::CountryTableCell *>(
             table.dequeueReusableCell(QStringLiteral("Cell")));
@@ -70,10 +61,7 @@ public:
         cell->setCell(country(path));
         return cell;
     }
-    void didSelectRow(parloquin::TableView &, const parloquin::IndexPath &path) override
-    {
-        selected.append(path);
-    }
+    void didSelectRow(Table &, const Path &path) override { selected.append(path); }
 };
 
 /// \brief A table of countries, 390 x 600, as a window.
