@@ -5,7 +5,6 @@ Usage: drive.py PROGRAM [PICTURES]   (PICTURES: a folder that takes a picture of
 """
 
 import base64
-import functools
 import hashlib
 import hmac
 import http.client
@@ -113,13 +112,23 @@ class Page(unittest.TestCase):
     def one(self, selector):
         return self.wait(lambda: next(iter(self.all(selector)), None))
 
-    def text(self, selector):
-        return self.browser.execute_script(
-            "return document.querySelector(arguments[0])?.textContent ?? ''", selector)
-
     def texts(self, selector):
         return self.browser.execute_script(
             "return [...document.querySelectorAll(arguments[0])].map((e) => e.textContent)", selector)
+
+    def text(self, selector):
+        return "".join(self.texts(selector)[:1])
+
+    def views(self):
+        """Opens one after the other."""
+        for view in ("exchanges", "people", "outcomes", "scenario"):
+            self.one(f"#tab-{view}").click()
+            self.one(f"#{view} .toolbar")
+            yield view
+            if view == "exchanges":
+                self.all(".row")[0].click()
+                self.one(".compared")
+                yield "detail"
 
     def press(self, *keys):
         for key in keys:
@@ -187,10 +196,8 @@ class Page(unittest.TestCase):
 
     def test_is_used_by_keys_alone(self):
         self.play()
-        self.press("/")
-        self.assertEqual(self.focused(), "search")
-        for stop in ("call", "verdict", "pause", "export", "clear", "list"):
-            self.press(Keys.TAB)
+        for key, stop in zip(("/", *[Keys.TAB] * 6), ("search", "call", "verdict", "pause", "export", "clear", "list")):
+            self.press(key)
             self.assertEqual(self.focused(), stop)
         self.press(Keys.ARROW_DOWN, Keys.ARROW_DOWN)
         self.wait(lambda: "#8" in self.text("#detail"))
@@ -228,11 +235,10 @@ class Page(unittest.TestCase):
                          "country": {"fault": "cookie"}, "numbers": {"+905321234567": {"send-otp": "expiredCode"}}})
         self.one("#tab-outcomes").click()
         self.wait(lambda: values("init") == ["limit", "250", ""])
-        self.assertEqual(values("start"), ["silence", "", ""])
         self.assertIn("The first of 2 in turn", self.text("#note-start"))
-        self.assertEqual(values("check"), ["as below", "", ""])
-        self.assertEqual(values("country"), ["success", "", "cookie"])
-        self.assertEqual(values("send-otp"), ["success", "", ""])
+        for call, shown in (("start", ["silence", "", ""]), ("check", ["as below", "", ""]),
+                            ("country", ["success", "", "cookie"]), ("send-otp", ["success", "", ""])):
+            self.assertEqual(values(call), shown, call)
 
         # What a script sets comes by itself, but not into a form that somebody fills in.
         self.one("#delay-check").send_keys("70")
@@ -263,12 +269,11 @@ class Page(unittest.TestCase):
         area = self.one("#scenario-text")
         self.wait(lambda: "parloquin-demo" in area.get_attribute("value"))
         change = "const a = document.getElementById('scenario-text'); a.value = a.value.replace(...arguments)"
-        self.browser.execute_script(change, '"attempts": 5', '"attempts": "many"')
-        self.all("#scenario button")[1].click()
-        self.wait(lambda: "codes.attempts: expected a whole number" in self.text("#scenario-verdict"))
-        self.browser.execute_script(change, '"attempts": "many"', '"attempts": 7')
-        self.all("#scenario button")[1].click()
-        self.wait(lambda: "Played from now on" in self.text("#scenario-verdict"))
+        for before, after, verdict in (('5', '"many"', "codes.attempts: expected a whole number"),
+                                       ('"many"', '7', "Played from now on")):
+            self.browser.execute_script(change, f'"attempts": {before}', f'"attempts": {after}')
+            self.all("#scenario button")[1].click()
+            self.wait(lambda: verdict in self.text("#scenario-verdict"))
         self.sandbox.call("send-otp", {"phoneNumber": "+905551112233", "countryCode": "TR"})
         self.assertEqual(self.sandbox.ask("codes/last")["attemptsLeft"], 7)
 
@@ -276,14 +281,7 @@ class Page(unittest.TestCase):
         self.play()
         self.sandbox.ask("sessions", {"phoneNumber": "+491701234567", "state": "expired"})
         self.sandbox.ask("outcomes", {"send-otp": [{"delayMs": 3000}, "limit"], "init": {"status": 400, "message": "Mine."}})
-        for name in ("exchanges", "detail", "people", "outcomes", "scenario"):
-            if name == "detail":
-                self.one("#tab-exchanges").click()
-                self.all(".row")[0].click()
-                self.one(".compared")
-            else:
-                self.one(f"#tab-{name}").click()
-                self.one(f"#{name} .toolbar")
+        for name in self.views():
             for width in WIDTHS:
                 for scheme in ("light", "dark"):
                     self.see(width, 800 if width > 480 else 640, scheme)
@@ -293,15 +291,12 @@ class Page(unittest.TestCase):
             self.see(1280, 800, "light")
             self.browser.execute_script("document.body.classList.remove('reading')")
 
-    def test_has_a_role_and_a_name_for_everything(self):
+    def test_has_a_role_and_a_name_for_everything_and_asks_nobody_but_its_own_port(self):
+        self.browser.get_log("performance")
+        self.browser.get(self.address)
         self.play()
         seen = set()
-        for view in ("exchanges", "people", "outcomes", "scenario"):
-            self.one(f"#tab-{view}").click()
-            self.one(f"#{view} .toolbar")
-            if view == "exchanges":
-                self.all(".row")[0].click()
-                self.one(".compared")
+        for view in self.views():
             self.browser.execute_cdp_cmd("Accessibility.enable", {})
             for node in self.browser.execute_cdp_cmd("Accessibility.getFullAXTree", {})["nodes"]:
                 if node["ignored"]:
@@ -313,6 +308,10 @@ class Page(unittest.TestCase):
                     self.assertTrue(node["name"]["value"].strip(), (view, role))
         self.assertLessEqual({"banner", "navigation", "main", "contentinfo", "tablist", "tab",
                               "listbox", "option", "article", "heading", "search"}, seen)
+        messages = [json.loads(entry["message"])["message"] for entry in self.browser.get_log("performance")]
+        urls = [each["params"]["request"]["url"] for each in messages if each["method"] == "Network.requestWillBeSent"]
+        self.assertGreater(len(urls), 15)
+        self.assertEqual([url for url in urls if not url.startswith((self.address, "blob:"))], [])
 
     def test_keeps_hostile_texts_texts(self):
         hostile = ["<img src=x onerror=alert(1)>", "<script>alert(2)</script>", "javascript:alert(3)",
@@ -345,49 +344,28 @@ class Page(unittest.TestCase):
         self.assertEqual([each["message"] for each in self.browser.get_log("browser")
                           if each["source"] != "network" and self.address in each["message"]], [])
 
-    def test_asks_nobody_but_its_own_port(self):
-        self.browser.get_log("performance")
-        self.browser.get(self.address)
-        self.play()
-        self.all(".row")[0].click()
-        for view in ("people", "outcomes", "scenario"):
-            self.one(f"#tab-{view}").click()
-            self.one(f"#{view} .toolbar")
-        urls = []
-        for entry in self.browser.get_log("performance"):
-            message = json.loads(entry["message"])["message"]
-            if message["method"] == "Network.requestWillBeSent":
-                urls.append(message["params"]["request"]["url"])
-        self.assertGreater(len(urls), 15)
-        self.assertEqual([url for url in urls if not url.startswith((self.address, "blob:"))], [])
-
     def test_lets_no_foreign_page_in(self):
         """A page of another port, and one whose name was made to lead here."""
-        folder = tempfile.mkdtemp(prefix="foreign-")
-        pathlib.Path(folder, "index.html").write_text("<title>foreign</title>")
-        handler = functools.partial(Quiet, directory=folder)
-    
-        with http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler) as server:
+        with http.server.ThreadingHTTPServer(("127.0.0.1", 0), Quiet) as server:
             threading.Thread(target=server.serve_forever, daemon=True).start()
             self.browser.get(f"http://evil.example:{server.server_port}/")
             for port in (self.sandbox.page, self.sandbox.port):
                 for host in ("127.0.0.1", "localhost", "rebound.example"):
                     tried = self.browser.execute_async_script("""
                         const [base, done] = arguments;
-                        const body = JSON.stringify({ check: 'limit' });
                         const image = new Promise((end) => {
                           const picture = new Image();
                           picture.onload = () => end('loaded');
                           picture.onerror = () => end('no');
                           picture.src = `${base}/sandbox/icons/parlo.png`;
                         });
-                        const outcome = (promise) => promise.then((answer) => answer.type === 'opaque' ? 'no' : `read ${answer.status}`, () => 'no');
-                        const post = (options) => outcome(fetch(`${base}/sandbox/outcomes`, { method: 'POST', body, ...options }));
-                        Promise.all([
-                          outcome(fetch(`${base}/sandbox/journal`)), post({}), post({ mode: 'no-cors' }),
-                          post({ headers: { 'Content-Type': 'application/json' } }),
-                          outcome(fetch(`${base}/sandbox/reset`, { method: 'POST', mode: 'no-cors', body: '{}' })), image,
-                        ]).then(done);""", f"http://{host}:{port}")
+                        const ask = (path, options) => fetch(`${base}/sandbox/${path}`, options).then(
+                          (answer) => answer.type === 'opaque' ? 'no' : `read ${answer.status}`, () => 'no');
+                        const body = JSON.stringify({ check: 'limit' });
+                        Promise.all([image, ask('journal'), ask('outcomes', { method: 'POST', body }),
+                          ask('outcomes', { method: 'POST', body, mode: 'no-cors' }),
+                          ask('outcomes', { method: 'POST', body, headers: { 'Content-Type': 'application/json' } }),
+                          ask('reset', { method: 'POST', mode: 'no-cors', body: '{}' })]).then(done);""", f"http://{host}:{port}")
                     self.assertEqual(set(tried), {"no"}, (host, port, tried))
             self.browser.get(f"http://rebound.example:{self.sandbox.page}/")
             self.assertIn("expected a loopback address", self.text("body"))
