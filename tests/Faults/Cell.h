@@ -19,8 +19,7 @@ struct Cell {
     QStringList outcomes; ///< "succeeded" and "failed N", as the delegate hears them
     QByteArray scene; ///< what shows in the end, see FaultTest::scene(); empty: whatever
     bool inSample = false; ///< runs with `./test` too
-    /// Whether this process can play it; if not, another has, see isInOwnNetwork().
-    std::function<bool()> isHere = {};
+    std::function<bool()> isHere = {}; ///< as isInOwnNetwork(); else another process has played it
 };
 
 /// What becomes of a call: an answer like any other, one without a result, none.

@@ -90,8 +90,7 @@ void change(FaultTest &test, const QByteArray &commands, bool isReachable)
     }
     int same = 0;
     const auto isThrough = [&] {
-        const bool is = ApiSessionHelper::shared().isNetworkReachable == isReachable;
-        same = is ? same + 1 : 0;
+        same = ApiSessionHelper::shared().isNetworkReachable == isReachable ? same + 1 : 0;
         return same == 20;
     };
     EXPECT_TRUE(QTest::qWaitFor(isThrough, patience)) << commands.right(200).constData();
@@ -116,8 +115,8 @@ Cell cut(const Network &row, const QByteArray &call, const QStringList &outcomes
             test.goTo("check");
             test.makeAndWait("check");
         }
-        const bool hasModem = row.restores.startsWith(modem);
-        change(test, hasModem ? "link del wwan0\nlink del d0" : "link del d0", false);
+        change(test, row.restores.startsWith(modem) ? "link del wwan0\nlink del d0" : "link del d0",
+            false);
     };
     return { row.fault, call, act, outcomes, {}, row.inSample, isInOwnNetwork };
 }

@@ -24,7 +24,6 @@ const Field fields[] = {
 };
 
 using Typing = std::function<void()>;
-
 constexpr int mib = 1 << 20;
 QString filled(const QString &pattern) { return pattern.repeated(mib / pattern.size()); }
 

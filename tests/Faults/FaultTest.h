@@ -9,10 +9,9 @@
 
 /// \brief The driver: a container, its device, the real service, and the steps between them.
 ///
-/// Every cell is played twice in its process: what the first round warms up, threads, fonts and
-/// caches of libraries, the second finds there, and leaves nothing behind. When it does, or holds
-/// the main thread, further rounds tell the kit's fault, which comes with each, from a cache that
-/// fills up and a machine that is busy.
+/// Every cell is played twice in its process: what the first round warms up, the second finds
+/// there, and leaves nothing behind. When it does, or holds the main thread, further rounds tell
+/// the kit's fault, which comes with each, from a cache that fills up and a busy machine.
 class FaultTest : public ContainerTest, public testing::WithParamInterface<Cell> {
 public:
     /// \param sandboxOptions for the command line of the service
@@ -26,15 +25,11 @@ public:
 
     /// Everything up to the tap (or the return) that makes the call; the answers so far are usual.
     void goTo(const QByteArray &call);
-    /// What the user does between the answer of the call before and the tap that makes this one.
-    /// \return false when the screen for it does not show
+    /// The steps between the answer before and that tap. \return whether the screen for it shows
     [[nodiscard]] bool leadTo(const QByteArray &call);
-    /// The tap itself.
-    void make(const QByteArray &call);
-    /// Until the request of the last make() is on its way.
-    void waitForRequest() const;
-    /// Until every request has had its completion and the main thread has dealt with it.
-    void waitForAnswers();
+    void make(const QByteArray &call); ///< the tap itself
+    void waitForRequest() const; ///< of the last make()
+    void waitForAnswers(); ///< until the main thread has dealt with the completion of each request
     void makeAndWait(const QByteArray &call);
     /// What the user sees: "apps 2", "phone", "countries 12", "code", each with " link" behind it
     /// when the messaging app was opened; "closed".
@@ -43,13 +38,12 @@ public:
         std::chrono::milliseconds patience = std::chrono::seconds(5)) const;
     [[nodiscard]] static bool waitForLink();
 
-    /// How the service answers a call from now on: an outcome as in its scenario.
+    /// How the service answers a call from now on: an outcome as in its scenario, or a text of its
+    /// fault language, where OTHER stands for another host.
     void setOutcome(const QByteArray &call, const nlohmann::json &outcome);
-    /// The same for a text of its fault language, where OTHER stands for another host.
     void setFault(const QByteArray &call, QByteArray text);
     void setDeadline(std::chrono::milliseconds deadline);
-    /// POSTs of a call that reached the service since its outcome was set.
-    [[nodiscard]] int posts(const QByteArray &call);
+    [[nodiscard]] int posts(const QByteArray &call); ///< that came since its outcome was set
 
     void playInRounds(const Cell &cell);
 

@@ -53,10 +53,10 @@ Cell opened(const Link &row)
         test.makeAndWait("start");
         if (row.isOpened) {
             (void)FaultTest::waitForLink();
-            const QString link = QString::fromUtf8(row.link);
-            EXPECT_EQ(FaultTest::handlerArguments(),
-                link.startsWith(u"options"_s) ? QStringList({ u"--link"_s, link, u"end"_s })
-                                              : QStringList(link));
+            QStringList arguments(QString::fromUtf8(row.link));
+            if (row.link.startsWith("options"))
+                arguments = QStringList(u"--link"_s) + arguments + QStringList(u"end"_s);
+            EXPECT_EQ(FaultTest::handlerArguments(), arguments);
             FaultTest::forgetHandlerArguments();
         }
         test.makeAndWait("start");

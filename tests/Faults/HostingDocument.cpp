@@ -2,27 +2,20 @@
 #include "Faults/Cell.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QHash>
 
 #include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Of a cell of that table: as the cells of ours have it.
 QStringList heardIn(const QString &words)
 {
-    const struct {
-        const char *said;
-        const char *heard;
-    } rows[] = {
-        { "`verificationDidSucceed`", "succeeded" },
-        { "`authorizationError`", "failed 0" },
-        { "`serverError`", "failed 1" },
-    };
-    for (const auto &row : rows) {
-        if (words == QLatin1String(row.said))
-            return { QLatin1String(row.heard) };
-    }
-    return words.startsWith(QStringLiteral("nothing")) ? QStringList() : QStringList(words);
+    static const QHash<QString, QString> heard { { u"`verificationDidSucceed`"_s, u"succeeded"_s },
+        { u"`authorizationError`"_s, u"failed 0"_s }, { u"`serverError`"_s, u"failed 1"_s } };
+    return words.startsWith(u"nothing"_s) ? QStringList() : QStringList(heard.value(words, words));
 }
 
 TEST(HostingDocument, TellsWhatIsHeardOfEachCall)
@@ -32,10 +25,8 @@ TEST(HostingDocument, TellsWhatIsHeardOfEachCall)
     const auto lines = QString::fromUtf8(page.readAll()).split(u'\n');
     for (const Call &call : calls) {
         SCOPED_TRACE(call.name.constData());
-        const QString name = call.name == "icon"
-            ? QStringLiteral("a picture of an app")
-            : QStringLiteral("`%1`").arg(QString::fromLatin1(call.name));
-        const auto rows = lines.filter(QStringLiteral("| %1 | ").arg(name));
+        const QByteArray name = call.name == "icon" ? "a picture of an app" : '`' + call.name + '`';
+        const auto rows = lines.filter(u"| %1 | "_s.arg(QLatin1String(name)));
         ASSERT_EQ(rows.size(), 1);
         const auto cells = rows[0].split(u'|');
         ASSERT_EQ(cells.size(), 7); // nothing, call, when, three kinds of answers, nothing

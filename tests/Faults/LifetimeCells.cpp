@@ -54,7 +54,7 @@ const Answer answers[] = {
     { "unanswered", { { "fault", "stall@before" } }, failed, FaultTest::shortDeadline },
 };
 
-Cell left(const Call &call, const Leaving &leaving, const Answer &answer)
+Cell left(const Call &call, const Leaving &leaving, const Answer &answer, bool inSample)
 {
     const auto act = [&](FaultTest &test) {
         ASSERT_NO_FATAL_FAILURE(test.goTo(call.name));
@@ -83,7 +83,7 @@ Cell left(const Call &call, const Leaving &leaving, const Answer &answer)
         scene += " link";
     const bool hears = answer.kind == usual ? leaving.hearsUsual : leaving.hearsFailure;
     return { leaving.name, call.name + ' ' + answer.name, act, hears ? outcomes : QStringList(),
-        scene };
+        scene, inSample };
 }
 
 } // namespace
@@ -92,14 +92,12 @@ std::vector<Cell> lifetimeCells()
 {
     std::vector<Cell> cells;
     for (const Call &call : calls) {
-        if (call.name == "icon")
-            continue;
         for (const Leaving &leaving : leavings) {
-            for (const Answer &answer : answers)
-                cells.push_back(left(call, leaving, answer));
+            for (const Answer &answer : answers) {
+                if (call.name != "icon")
+                    cells.push_back(left(call, leaving, answer, cells.size() % 7 == 0));
+            }
         }
     }
-    for (size_t i = 0; i < cells.size(); i += 7)
-        cells[i].inSample = true;
     return cells;
 }

@@ -33,8 +33,7 @@ constexpr int slowness = 4;
 #else
 constexpr int slowness = 1;
 #endif
-/// The time that the main thread was ready to run but had no processor is not counted. Sanitizers
-/// slow the kit and Qt down.
+/// The time that the main thread was ready to run but had no processor is not counted.
 constexpr std::chrono::nanoseconds longestHold = 100ms * slowness;
 
 /// What Qt has made since the first yardstick, whatever thread it lives in.

@@ -16,8 +16,7 @@
 /// failure, or when the program dies.
 class Yardstick {
 public:
-    /// What a call may take beyond its deadline: a sixtieth, and the time until a thread that is
-    /// told so gets the processor.
+    /// What a call may take beyond its deadline.
     static std::chrono::milliseconds slack(std::chrono::milliseconds deadline);
 
     Yardstick();
@@ -26,11 +25,9 @@ public:
 
     /// While this lives, holds of the main thread are the test's own.
     [[nodiscard]] std::shared_ptr<void> pause();
-    /// Writes a line to the real output.
-    static void say(const QByteArray &line);
+    static void say(const QByteArray &line); ///< on the real output
 
-    /// Everything written so far.
-    [[nodiscard]] static QByteArray output();
+    [[nodiscard]] static QByteArray output(); ///< so far
     /// Calls of the service that were made, and those whose completion has run, by the output.
     [[nodiscard]] static qsizetype requests();
     [[nodiscard]] static qsizetype completions();
@@ -44,8 +41,7 @@ public:
     [[nodiscard]] QString leftOver() const;
     /// Whether the main thread was held too long since then.
     [[nodiscard]] bool wasHeld() const;
-    /// \param secrets what may stand in the fixed lines of the console only
-    /// \return whatever else does not hold, a text each
+    /// \return what else does not hold. \param secrets may stand in fixed lines of the console only
     [[nodiscard]] QStringList findings(const QList<QByteArray> &secrets) const;
 
 private:
