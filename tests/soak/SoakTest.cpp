@@ -154,7 +154,7 @@ TEST_F(SoakTest, LeavesNothingWhereContainersCameAndWent)
             QTest::qWaitFor([this] { return yardstick.completions() == yardstick.requests(); }));
         expectNoFinding({});
     };
-    for (int i = 0; i < std::max(count / 20, 50); ++i) // caches fill up
+    for (int i = 0; i < std::max(count / 20, std::min(count, 50)); ++i) // caches fill up
         cycle(i);
     yardstick.noteResources();
     const auto before = ::mallinfo2().uordblks;
