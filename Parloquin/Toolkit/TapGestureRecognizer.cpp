@@ -28,7 +28,9 @@ void TapGestureRecognizer::detach()
 
 bool TapGestureRecognizer::eventFilter(QObject *, QEvent *event)
 {
-    const bool press = event->type() == QEvent::MouseButtonPress;
+    // The second of two quick taps begins as a double click.
+    const bool press =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     if (!press && event->type() != QEvent::MouseButtonRelease)
         return false;
 

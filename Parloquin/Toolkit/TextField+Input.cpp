@@ -84,7 +84,9 @@ void TextField::mouseReleaseEvent(QMouseEvent *event)
 
 void TextField::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
+    if (isFinger(*event))
+        mousePressEvent(event); // a tap like the one before, or the beginning of a long press
+    else if (event->button() == Qt::LeftButton)
         QLineEdit::mouseDoubleClickEvent(event);
     else
         event->ignore();

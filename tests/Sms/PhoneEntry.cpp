@@ -178,6 +178,9 @@ TEST_F(PhoneEntry, AFingerOnTheFieldScrollsTypesOrPastes)
     EXPECT_TRUE(field->hasFocus());
     finger.tap(container.get(), QPoint(200, 700));
     EXPECT_TRUE(top<Screen>()->hasFocus());
+    field->setFocus(Qt::TabFocusReason);
+    finger.tap(container.get(), QPoint(200, 700)); // so soon that it is a double click
+    EXPECT_TRUE(top<Screen>()->hasFocus());
 
     const QWidget *menu = nullptr;
     const auto offers = [&] { // by a long press
