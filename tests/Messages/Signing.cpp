@@ -49,8 +49,9 @@ TEST(Parameters, AreCleanedAtTheTopLevelOnly)
 
     // Plain where the flag is off, unknown, absent or no text.
     const QString now = QStringLiteral("1");
-    for (const QJsonValue &flag :
-        QJsonArray { QStringLiteral("0"), QStringLiteral("2"), QStringLiteral("1 "), 1, true, {} })
+    const QJsonValue flags[] = { QStringLiteral("0"), QStringLiteral("2"), QStringLiteral("1 "), 1,
+        true, {} };
+    for (const QJsonValue &flag : flags)
         EXPECT_EQ(ApiRequestHelper(dirty, headersAt(now, flag)).requestParameters(), clean);
     EXPECT_EQ(ApiRequestHelper(dirty, std::nullopt).requestParameters(), clean);
     EXPECT_EQ(ApiRequestHelper(std::nullopt, headersAt(now)).requestParameters(), std::nullopt);

@@ -114,7 +114,7 @@ TEST_P(CheckOtp, TellsTheHostAndStaysOpen)
     EXPECT_EQ(bodies("check-otp"),
         (QList { QJsonObject { { u"phoneNumber"_s, u"41234567"_s }, { u"countryCode"_s, u"NO"_s },
             { u"code"_s, u"471"_s }, { u"reference"_s, u"ref-1"_s } } }));
-    if (told()[0] == u"succeeded s-1") { // nothing was kept from the person
+    if (told().constFirst() == u"succeeded s-1") { // nothing was kept from the person
         EXPECT_EQ(developer.heard(), QStringList());
     }
 }
@@ -139,7 +139,8 @@ TEST_F(CodeEntry, AHostMayDeleteTheContainerOverAMissingNetwork)
     ApiSessionHelper::shared().isNetworkReachable = false;
     type(u"1"_s);
     const auto lives = std::make_shared<bool>(); // after the kit has dealt with the tap
-    QObject::connect(part<QAbstractButton>("btnCheck"), &QAbstractButton::clicked,
+    const auto *button = part<QAbstractButton>("btnCheck");
+    QObject::connect(button, &QAbstractButton::clicked, button,
         [this, lives] { *lives = container != nullptr; });
     tap("btnCheck");
     EXPECT_TRUE(*lives) << "deleted within the tap";

@@ -22,7 +22,7 @@ protected:
         tap("btnContinue");
         ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
         ASSERT_EQ(sends(), 1);
-        EXPECT_EQ(bodies("send-otp")[0][u"phoneNumber"].toString(), number);
+        EXPECT_EQ(bodies("send-otp").constFirst()[u"phoneNumber"].toString(), number);
     }
 };
 
