@@ -122,14 +122,26 @@ TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
     EXPECT_TRUE(ends(std::stoi(valueOf("host", output)))) << output;
 }
 
-TEST(SandboxExec, MakesARouteWhereThereIsNone)
+TEST(SandboxExec, MakesARouteWhereThereIsNoneOrTellsTheHostOfOne)
 {
-    const std::vector<std::string> own { "/usr/bin/unshare", "--map-root-user", "--net" };
-    auto probe = own;
-    probe.emplace_back("true");
-    if (Process(probe).waitForEnd() != EXIT_SUCCESS)
-        GTEST_SKIP() << "no network of one's own is allowed here";
-    auto words = shell("cat /proc/net/route");
-    words.insert(words.begin(), own.begin(), own.end());
-    expectEnd(words, EXIT_SUCCESS, "lo\t00000000");
+    // As the only user of a place of their own, whose limits are not the machine's.
+    const auto inside = [](const std::string &script) {
+        return std::vector<std::string> { "/usr/bin/unshare", "--map-root-user", "--net", "/bin/sh",
+            "-ec", script + "; exec \"$@\"", "sh" };
+    };
+    const std::string forbidden = "ip link set lo up; echo 0 >/proc/sys/user/max_net_namespaces";
+    const std::tuple<std::string, std::string, const char *> rows[] = {
+        { "true", "running in a private network", "lo\t00000000" },
+        { forbidden, "nor a private network (unshare: ", "told=default" },
+    };
+    for (const auto &[script, words, heard] : rows) {
+        auto probe = inside(script);
+        probe.emplace_back("true");
+        if (Process(probe).waitForEnd() != EXIT_SUCCESS)
+            GTEST_SKIP() << "no network of one's own is allowed here";
+        auto command = shell("cat /proc/net/route; echo told=$PARLOQUIN_ROUTE");
+        const auto own = inside(script);
+        command.insert(command.begin(), own.begin(), own.end());
+        EXPECT_TRUE(holds(expectEnd(command, EXIT_SUCCESS, words), heard)) << words;
+    }
 }
