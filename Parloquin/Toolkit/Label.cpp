@@ -2,7 +2,6 @@
 
 #include "Parloquin/Toolkit/Accessibility.h"
 #include "Parloquin/Toolkit/Style.h"
-#include "Parloquin/Toolkit/TextBlock.h"
 
 #include <QtGui/QAccessible>
 #include <QtGui/QPainter>
@@ -57,11 +56,6 @@ void Label::setAlignment(Qt::Alignment alignment)
     update();
 }
 
-Qt::Alignment Label::visualAlignment() const
-{
-    return QStyle::visualAlignment(layoutDirection(), m_alignment);
-}
-
 void Label::setNumberOfLines(int lines)
 {
     m_lines = lines;
@@ -89,25 +83,33 @@ QSize Label::sizeHint() const
 void Label::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    drawText(painter, rect());
+}
+
+void Label::drawText(QPainter &painter, const QRect &place)
+{
     painter.setPen(m_color);
-    auto drawn = face();
-    TextBlock block(m_text, drawn, width(), m_lines);
-    if (m_shrinks && block.isElided()) {
-        const auto shrinkTo = [&](int pixels) {
-            drawn.setPixelSize(pixels);
-            block = TextBlock(m_text, drawn, width(), m_lines);
-        };
-        const int wanted = drawn.pixelSize();
-        shrinkTo(smallest);
-        // Advances do not scale exactly with the size: step down until it fits. What never fits, a
-        // text of any length, is not laid out at each size.
-        if (!block.isElided()) {
-            shrinkTo(wanted - 1);
-            while (block.isElided())
-                shrinkTo(drawn.pixelSize() - 1);
-        }
+    const Qt::Alignment alignment = QStyle::visualAlignment(layoutDirection(), m_alignment);
+    const TextBlock &whole = m_drawn.of(m_text, face(), place.width(), m_lines);
+    if (!m_shrinks || !whole.isElided()) {
+        whole.draw(painter, place, alignment);
+        return;
     }
-    block.draw(painter, rect(), visualAlignment());
+    auto drawn = face();
+    const int wanted = drawn.pixelSize();
+    const auto shrunkTo = [&](int pixels) {
+        drawn.setPixelSize(pixels);
+        return TextBlock(m_text, drawn, place.width(), m_lines);
+    };
+    TextBlock block = shrunkTo(smallest);
+    // Advances do not scale exactly with the size: step down until it fits. What never fits, a text
+    // of any length, is not laid out at each size.
+    if (!block.isElided()) {
+        block = shrunkTo(wanted - 1);
+        while (block.isElided())
+            block = shrunkTo(drawn.pixelSize() - 1);
+    }
+    block.draw(painter, place, alignment);
 }
 
 } // namespace parloquin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Parloquin/Toolkit/Pane.h"
+#include "Parloquin/Toolkit/TextBlock.h"
 #include "Parloquin/Toolkit/Typeface.h"
 
 #include <QtGui/QColor>
@@ -37,13 +38,15 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
 
-    [[nodiscard]] const QFont &face() const { return m_face.font(); }
-    /// As it is to be drawn: left and right are meant as they stand.
-    [[nodiscard]] Qt::Alignment visualAlignment() const;
+    /// Draws the text, as it is, in this place.
+    void drawText(QPainter &painter, const QRect &place);
 
 private:
+    [[nodiscard]] const QFont &face() const { return m_face.font(); }
+
     QString m_text;
     Typeface m_face;
+    KeptTextBlock m_drawn;
     QColor m_color;
     Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     int m_lines = 1;

@@ -2,7 +2,6 @@
 
 #include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/Style.h"
-#include "Parloquin/Toolkit/TextBlock.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtGui/QMouseEvent>
@@ -35,9 +34,7 @@ void TableHeader::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.fillRect(rect(), Style::headerBackground);
     DevicePixels::drawHairline(painter, rect(), Qt::BottomEdge, Style::hairline);
-    painter.setPen(textColor());
-    const auto inside = rect().adjusted(textMargin, 0, -textMargin, 0);
-    TextBlock(text(), face(), inside.width(), 1).draw(painter, inside, visualAlignment());
+    drawText(painter, rect().adjusted(textMargin, 0, -textMargin, 0));
 }
 
 TableLines::TableLines(QWidget *table)
@@ -87,6 +84,7 @@ TableIndex::TableIndex(QWidget *table)
 void TableIndex::setLetters(const QStringList &letters)
 {
     m_letters = letters;
+    m_drawn.resize(static_cast<std::size_t>(letters.size()));
     m_chosen = -1;
     update();
 }
@@ -117,7 +115,8 @@ void TableIndex::paintEvent(QPaintEvent *)
     const auto pitch = this->pitch();
     qreal y = pitch.top;
     for (int letter = 0; letter < m_letters.size(); letter += pitch.step) {
-        TextBlock(m_letters[letter], m_face.font(), width(), 1)
+        m_drawn[static_cast<std::size_t>(letter)]
+            .of(m_letters[letter], m_face.font(), width(), 1)
             .draw(painter, QRectF(0, y, width(), pitch.height), Qt::AlignCenter);
         y += pitch.height;
     }

@@ -7,6 +7,8 @@
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
 
+#include <vector>
+
 namespace parloquin {
 
 /// \brief The title over a table's section.
@@ -80,6 +82,7 @@ private:
 
     Typeface m_face;
     QStringList m_letters;
+    std::vector<KeptTextBlock> m_drawn;
     int m_chosen = -1;
 };
 

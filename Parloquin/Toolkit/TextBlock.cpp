@@ -51,10 +51,10 @@ TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int li
         source.replace(QLatin1Char('\n'), QLatin1Char(' '));
         source.replace(QChar::LineSeparator, QLatin1Char(' '));
         source = withoutEndingBlanks(std::move(source));
-        m_whole = layOut(source);
-        m_isElided = m_whole->lineAt(0).naturalTextWidth() > width;
+        m_layouts.push_back(layOut(source));
+        m_isElided = m_layouts[0]->lineAt(0).naturalTextWidth() > width;
         if (m_isElided) {
-            m_whole.reset();
+            m_layouts.clear();
             source = QFontMetricsF(font).elidedText(source, Qt::ElideRight, width);
         }
         m_lines.push_back(source);
@@ -108,8 +108,8 @@ int TextBlock::height() const { return static_cast<int>(m_lines.size()) * m_spac
 qreal TextBlock::naturalWidth() const
 {
     qreal widest = 0;
-    for (const auto &line : m_lines)
-        widest = std::max(widest, layoutOf(line)->lineAt(0).naturalTextWidth());
+    for (std::size_t line = 0; line < m_lines.size(); ++line)
+        widest = std::max(widest, layoutOf(line).lineAt(0).naturalTextWidth());
     return widest;
 }
 
@@ -126,9 +126,12 @@ std::shared_ptr<QTextLayout> TextBlock::layOut(const QString &line) const
     return layout;
 }
 
-std::shared_ptr<QTextLayout> TextBlock::layoutOf(const QString &line) const
+const QTextLayout &TextBlock::layoutOf(std::size_t line) const
 {
-    return m_whole ? m_whole : layOut(line);
+    m_layouts.resize(m_lines.size());
+    if (!m_layouts[line])
+        m_layouts[line] = layOut(m_lines[line]);
+    return *m_layouts[line];
 }
 
 void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignment) const
@@ -140,9 +143,9 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
         y += rect.height() - height();
 
     const QFontMetricsF metrics(m_font);
-    for (const auto &text : m_lines) {
-        const auto layout = layoutOf(text);
-        const auto line = layout->lineAt(0);
+    for (std::size_t i = 0; i < m_lines.size(); ++i) {
+        const QTextLayout &layout = layoutOf(i);
+        const auto line = layout.lineAt(0);
         const qreal free = rect.width() - line.naturalTextWidth();
         qreal x = rect.left();
         if (alignment & Qt::AlignHCenter)
@@ -151,9 +154,21 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
             x += free;
         // Not by the line's height: Qt rounds ascent and descent up, each for itself.
         const qreal baseline = y + (m_spacing + metrics.ascent() - metrics.descent()) / 2;
-        layout->draw(&painter, { x, baseline - line.ascent() });
+        layout.draw(&painter, { x, baseline - line.ascent() });
         y += m_spacing;
     }
+}
+
+const TextBlock &KeptTextBlock::of(const QString &text, const QFont &font, int width, int lines)
+{
+    if (!m_block || text != m_text || font != m_font || width != m_width || lines != m_lines) {
+        m_text = text;
+        m_font = font;
+        m_width = width;
+        m_lines = lines;
+        m_block.emplace(text, font, width, lines);
+    }
+    return *m_block;
 }
 
 } // namespace parloquin

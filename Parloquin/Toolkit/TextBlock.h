@@ -5,6 +5,7 @@
 #include <QtGui/QFont>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -35,14 +36,27 @@ public:
 private:
     /// The layout of a line as it is measured and drawn: alone, and never wrapped.
     [[nodiscard]] std::shared_ptr<QTextLayout> layOut(const QString &line) const;
-    [[nodiscard]] std::shared_ptr<QTextLayout> layoutOf(const QString &line) const;
+    [[nodiscard]] const QTextLayout &layoutOf(std::size_t line) const;
 
     QFont m_font;
     std::vector<QString> m_lines;
-    std::shared_ptr<QTextLayout> m_whole; // of the only line, when it has been laid out already
+    mutable std::vector<std::shared_ptr<QTextLayout>> m_layouts; // of lines measured or drawn
     int m_spacing = 0;
     bool m_rightToLeft = false;
     bool m_isElided = false;
+};
+
+/// \brief A text's lines as they were last asked for: what only moves is not laid out again.
+class KeptTextBlock {
+public:
+    const TextBlock &of(const QString &text, const QFont &font, int width, int lines);
+
+private:
+    QString m_text;
+    QFont m_font;
+    int m_width = 0;
+    int m_lines = 0;
+    std::optional<TextBlock> m_block;
 };
 
 } // namespace parloquin
