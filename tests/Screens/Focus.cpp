@@ -140,13 +140,14 @@ TEST_F(InHost, TwoContainersInAWindowKeepTheirKeysApart)
     columns->addWidget(other.get());
     window.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-    ASSERT_TRUE(settle(2));
-    goToNumber();
-    hands::click(visible("txtPhoneNumber"));
     const auto pageOf = [&](const char *name) {
         const auto *part = other->findChild<QWidget *>(QLatin1String(name));
         return part && part->isVisible() && other->property("atRest").toBool();
     };
+    ASSERT_TRUE(seen("viewAlternativeKit"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return pageOf("viewAlternativeKit"); }));
+    goToNumber();
+    hands::click(visible("txtPhoneNumber"));
     hands::click(other->findChild<QWidget *>(u"viewAlternativeKit"_s));
     ASSERT_TRUE(QTest::qWaitFor([&] { return pageOf("viewCountryBack"); }));
     EXPECT_EQ(focusName(), u"txtPhoneNumber") << "the other's page took the keyboard";

@@ -15,34 +15,41 @@
 /// window to find out.
 namespace hands {
 
+inline const QWidget *there(const QWidget *widget)
+{
+    [=] { ASSERT_NE(widget, nullptr) << "nothing there to touch"; }(); // ends the case
+    return widget;
+}
+inline QPoint middleOf(const QWidget *widget) { return there(widget)->rect().center(); }
 /// Of a widget, or a place in it, in its window.
 inline QPoint placeOf(const QWidget *widget, QPoint at)
 {
-    [=] { ASSERT_NE(widget, nullptr) << "nothing there to touch"; }(); // ends the case
-    return widget->mapTo(widget->window(), at);
+    return there(widget)->mapTo(widget->window(), at);
 }
-inline QPoint placeOf(const QWidget *widget) { return placeOf(widget, widget->rect().center()); }
+inline QPoint placeOf(const QWidget *widget) { return placeOf(widget, middleOf(widget)); }
 
 inline void click(const QWidget *widget, QPoint at, Qt::MouseButton button = Qt::LeftButton)
 {
-    QTest::mouseClick(widget->window()->windowHandle(), button, {}, placeOf(widget, at));
+    QTest::mouseClick(there(widget)->window()->windowHandle(), button, {}, placeOf(widget, at));
 }
-inline void click(const QWidget *widget) { click(widget, widget->rect().center()); }
+inline void click(const QWidget *widget) { click(widget, middleOf(widget)); }
 inline void press(const QWidget *widget, QPoint at)
 {
-    QTest::mousePress(widget->window()->windowHandle(), Qt::LeftButton, {}, placeOf(widget, at));
+    QTest::mousePress(
+        there(widget)->window()->windowHandle(), Qt::LeftButton, {}, placeOf(widget, at));
 }
-inline void press(const QWidget *widget) { press(widget, widget->rect().center()); }
+inline void press(const QWidget *widget) { press(widget, middleOf(widget)); }
 /// With the button still down.
 inline void moveTo(const QWidget *widget, QPoint at)
 {
-    QTest::mouseMove(widget->window()->windowHandle(), placeOf(widget, at));
+    QTest::mouseMove(there(widget)->window()->windowHandle(), placeOf(widget, at));
 }
 inline void release(const QWidget *widget, QPoint at)
 {
-    QTest::mouseRelease(widget->window()->windowHandle(), Qt::LeftButton, {}, placeOf(widget, at));
+    QTest::mouseRelease(
+        there(widget)->window()->windowHandle(), Qt::LeftButton, {}, placeOf(widget, at));
 }
-inline void release(const QWidget *widget) { release(widget, widget->rect().center()); }
+inline void release(const QWidget *widget) { release(widget, middleOf(widget)); }
 
 inline void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
@@ -116,7 +123,7 @@ public:
         down(widget, at);
         up();
     }
-    void tap(const QWidget *widget) { tap(widget, widget->rect().center()); }
+    void tap(const QWidget *widget) { tap(widget, middleOf(widget)); }
 
 private:
     std::unique_ptr<QPointingDevice> m_screen { QTest::createTouchDevice() };
