@@ -136,8 +136,8 @@ void UrlCall::prepare()
         g_socket_connectable_enumerate(address.get()));
     const GLibPointer<GSocketAddress> found(
         g_socket_address_enumerator_next(addresses.get(), nullptr, nullptr));
-    const GLibPointer<GSocket> socket(g_socket_new(
-        G_SOCKET_FAMILY_IPV4, G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_TCP, nullptr));
+    const GLibPointer<GSocket> socket(
+        g_socket_new(G_SOCKET_FAMILY_IPV4, G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_TCP, nullptr));
     const GLibPointer<GSocketConnection> connection(
         socket ? g_socket_connection_factory_create_connection(socket.get()) : nullptr);
 }
