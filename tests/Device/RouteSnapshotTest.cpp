@@ -1,14 +1,14 @@
 #include "Parloquin/Platform/Linux/RouteSnapshot.h"
 
+#include <QtCore/QByteArray>
+
 #include <gtest/gtest.h>
-#include <libmnl/libmnl.h>
 #include <linux/if.h>
 #include <linux/rtnetlink.h>
 
 #include <array>
 #include <cstring>
 #include <memory>
-#include <type_traits>
 
 using namespace parloquin;
 
@@ -17,127 +17,98 @@ namespace {
 constexpr quint32 request = 7;
 using Progress = RouteSnapshot::Progress;
 
-/// A datagram of whole messages.
-class Datagram {
-public:
-    /// \param size of its body, which is zero
-    Datagram &message(quint16 type, std::size_t size = 0, quint16 flags = NLM_F_MULTI)
-    {
-        m_last = m_size;
-        nlmsghdr *header = mnl_nlmsg_put_header(m_bytes.data() + m_size);
-        header->nlmsg_type = type;
-        header->nlmsg_flags = flags;
-        header->nlmsg_seq = request;
-        mnl_nlmsg_put_extra_header(header, size);
-        return ended();
-    }
-    template <class T> Datagram &attribute(quint16 type, const T &value)
-    {
-        mnl_attr_put(last(), type, sizeof(T), &value);
-        return ended();
-    }
-    /// Changes the last message, or its body, as it stands.
-    template <class T = nlmsghdr>
-    Datagram &with(std::type_identity_t<void (*)(T &)> change, std::size_t offset = 0)
-    {
-        change(*reinterpret_cast<T *>(m_bytes.data() + m_last + offset));
-        return *this;
-    }
+template <class T> QByteArray bytes(const T &value)
+{
+    return { reinterpret_cast<const char *>(&value), sizeof value };
+}
 
-    Datagram &link(int index, unsigned flags, quint16 messageFlags = NLM_F_MULTI)
-    {
-        ifinfomsg info {};
-        info.ifi_index = index;
-        info.ifi_flags = flags;
-        return message(RTM_NEWLINK, sizeof info, messageFlags)
-            .body(info)
-            .attribute(IFLA_IFNAME, std::array { 'e', 't', 'h', '0', '\0' });
-    }
-    Datagram &route(quint32 link)
-    {
-        rtmsg info {};
-        info.rtm_family = AF_INET;
-        info.rtm_type = RTN_UNICAST;
-        info.rtm_table = RT_TABLE_MAIN;
-        return message(RTM_NEWROUTE, sizeof info).body(info).attribute(RTA_OIF, link);
-    }
-    Datagram &done(int code = 0) { return message(NLMSG_DONE, sizeof code).body(code); }
-    Datagram &error(int code)
-    {
-        return message(NLMSG_ERROR, sizeof(nlmsgerr)).body(nlmsgerr { code, {} });
-    }
+QByteArray padded(const QByteArray &bytes)
+{
+    return bytes.leftJustified(NLMSG_ALIGN(bytes.size()), '\0');
+}
 
-    [[nodiscard]] const char *data() const { return m_bytes.data(); }
-    [[nodiscard]] std::size_t size() const { return m_size; }
+QByteArray message(quint16 type, const QByteArray &body = {}, quint16 flags = NLM_F_MULTI,
+    quint32 sequence = request, qsizetype excess = 0)
+{
+    const auto length = static_cast<quint32>(NLMSG_HDRLEN + body.size() + excess);
+    return padded(bytes(nlmsghdr { length, type, flags, sequence, 0 }) + body);
+}
 
-private:
-    nlmsghdr *last() { return reinterpret_cast<nlmsghdr *>(m_bytes.data() + m_last); }
-    Datagram &ended()
-    {
-        m_size = m_last + MNL_ALIGN(last()->nlmsg_len);
-        return *this;
-    }
-    template <class T> Datagram &body(const T &info)
-    {
-        std::memcpy(mnl_nlmsg_get_payload(last()), &info, sizeof info);
-        return *this;
-    }
+template <class T> QByteArray attribute(quint16 type, const T &value, int excess = 0)
+{
+    const auto length = static_cast<quint16>(NLA_HDRLEN + sizeof value + excess);
+    return padded(bytes(nlattr { length, type }) + bytes(value));
+}
 
-    alignas(nlmsghdr) std::array<char, 4096> m_bytes {};
-    std::size_t m_size = 0;
-    std::size_t m_last = 0;
-};
+QByteArray link(unsigned flags, quint16 messageFlags = NLM_F_MULTI)
+{
+    ifinfomsg info {};
+    info.ifi_index = 2;
+    info.ifi_flags = flags;
+    const std::array name { 'e', 't', 'h', '0', '\0' };
+    return message(RTM_NEWLINK, bytes(info) + attribute(IFLA_IFNAME, name), messageFlags);
+}
+
+QByteArray routeBody(int excess = 0) // of its attribute
+{
+    rtmsg info {};
+    info.rtm_family = AF_INET;
+    info.rtm_type = RTN_UNICAST;
+    info.rtm_table = RT_TABLE_MAIN;
+    return bytes(info) + attribute(RTA_OIF, quint32 { 2 }, excess);
+}
+
+QByteArray done(int code = 0) { return message(NLMSG_DONE, bytes(code)); }
+QByteArray error(int code) { return message(NLMSG_ERROR, bytes(nlmsgerr { code, {} })); }
 
 constexpr unsigned up = IFF_UP | IFF_RUNNING;
-const Datagram whole = Datagram().link(2, up).route(2).done();
+const QByteArray route = message(RTM_NEWROUTE, routeBody());
+const QByteArray whole = link(up) + route + done();
 
 TEST(RouteMessages, AreTakenByTheirOwnLengths)
 {
-    const Datagram interrupted = Datagram().link(2, up, NLM_F_MULTI | NLM_F_DUMP_INTR);
-    const auto longAttribute = [](nlattr &oif) { oif.nla_len = 400; };
+    const QByteArray interrupted = link(up, NLM_F_MULTI | NLM_F_DUMP_INTR);
+    const QByteArray otherRequest = message(RTM_NEWROUTE, routeBody(), NLM_F_MULTI, request - 1);
+    const QByteArray noBody(sizeof(rtmsg), '\0');
+    const auto ofLength = [](qsizetype excess) {
+        return message(RTM_NEWROUTE, routeBody(), NLM_F_MULTI, request, excess);
+    };
     const struct {
         const char *name;
-        Datagram datagram;
+        QByteArray datagram;
         Progress progress;
         ReachabilityFlags flags = 0;
         quint32 sender = 0;
     } rows[] = {
         { "whole", whole, Progress::done, reachable },
-        { "not yet done", Datagram().link(2, up).route(2), Progress::more, reachable },
-        { "link down", Datagram().link(2, IFF_UP).route(2).done(), Progress::done },
-        { "link unknown", Datagram().route(2).done(), Progress::done },
+        { "not yet done", link(up) + route, Progress::more, reachable },
+        { "link down", link(IFF_UP) + route + done(), Progress::done },
+        { "link unknown", route + done(), Progress::done },
         { "not from the kernel", whole, Progress::more, 0, 4711 },
-        { "of another request",
-            Datagram().link(2, up).route(2).with([](nlmsghdr &last) { --last.nlmsg_seq; }).done(),
-            Progress::done },
-        { "interrupted", Datagram(interrupted).route(2).done(), Progress::interrupted, reachable },
-        { "kernel busy", Datagram().error(-EBUSY), Progress::interrupted },
-        { "kernel refuses", Datagram().error(-EPERM), Progress::failed },
-        { "ends with code", Datagram().done(-ENOMEM), Progress::failed },
-        { "error cut short", Datagram().message(NLMSG_ERROR), Progress::failed },
-        { "link cut short", Datagram().message(RTM_NEWLINK, sizeof(ifinfomsg) - 4),
+        { "of another request", link(up) + otherRequest + done(), Progress::done },
+        { "interrupted", interrupted + route + done(), Progress::interrupted, reachable },
+        { "kernel busy", error(-EBUSY), Progress::interrupted },
+        { "kernel refuses", error(-EPERM), Progress::failed },
+        { "ends with code", done(-ENOMEM), Progress::failed },
+        { "error cut short", message(NLMSG_ERROR), Progress::failed },
+        { "link cut short", message(RTM_NEWLINK, QByteArray(sizeof(ifinfomsg) - 4, '\0')),
             Progress::failed },
-        { "route cut short", Datagram().message(RTM_NEWROUTE, 4), Progress::failed },
-        { "attribute longer than its message",
-            Datagram().route(2).with<nlattr>(longAttribute, sizeof(nlmsghdr) + sizeof(rtmsg)),
+        { "route cut short", message(RTM_NEWROUTE, QByteArray(4, '\0')), Progress::failed },
+        { "attribute longer than its message", message(RTM_NEWROUTE, routeBody(392)),
             Progress::failed },
         { "number of one byte",
-            Datagram().link(2, up).message(RTM_NEWROUTE, sizeof(rtmsg)).attribute(RTA_OIF, char(2)),
+            link(up) + message(RTM_NEWROUTE, noBody + attribute(RTA_OIF, char { 2 })),
             Progress::failed },
         { "next hop of no length",
-            Datagram().message(RTM_NEWROUTE, sizeof(rtmsg)).attribute(RTA_MULTIPATH, rtnexthop {}),
+            message(RTM_NEWROUTE, noBody + attribute(RTA_MULTIPATH, rtnexthop {})),
             Progress::failed },
-        { "message longer than its datagram",
-            Datagram().route(2).with([](nlmsghdr &last) { last.nlmsg_len += 64; }),
-            Progress::failed },
-        { "message of no length",
-            Datagram().route(2).with([](nlmsghdr &last) { last.nlmsg_len = 0; }),
-            Progress::failed },
+        { "message longer than its datagram", ofLength(64), Progress::failed },
+        { "message of no length", ofLength(-NLMSG_HDRLEN - routeBody().size()), Progress::failed },
     };
     for (const auto &[name, datagram, progress, flags, sender] : rows) {
         RouteSnapshot snapshot;
-        EXPECT_EQ(snapshot.take(datagram.data(), datagram.size(), sender, request), progress)
-            << name;
+        const auto size = static_cast<std::size_t>(datagram.size());
+        EXPECT_EQ(snapshot.take(datagram.data(), size, sender, request), progress) << name;
         EXPECT_EQ(snapshot.flags(), flags) << name;
     }
 }
@@ -145,7 +116,7 @@ TEST(RouteMessages, AreTakenByTheirOwnLengths)
 // Every datagram cut at every byte: read exactly, nothing beyond (the sanitizer watches).
 TEST(RouteMessages, CutAnywhereNeverReadBeyond)
 {
-    for (std::size_t size = 0; size < whole.size(); ++size) {
+    for (std::size_t size = 0; size < static_cast<std::size_t>(whole.size()); ++size) {
         const auto cut = std::make_unique<char[]>(size);
         std::memcpy(cut.get(), whole.data(), size);
         RouteSnapshot snapshot;

@@ -151,7 +151,7 @@ bool FaultTest::send(const QString &message)
     return answer && answer->status == 202;
 }
 
-json FaultTest::askService(const char *path, const json &body)
+json FaultTest::askService(const std::string &path, const json &body)
 {
     const auto pause = yardstick.pause();
     const auto answer = body.is_null()

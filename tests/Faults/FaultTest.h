@@ -53,11 +53,11 @@ public:
 
 protected:
     void SetUp() override;
+    /// A GET where there is no body.
+    nlohmann::json askService(const std::string &path, const nlohmann::json &body = {});
 
 private:
     void play(const Cell &cell);
-    /// A GET where there is no body.
-    nlohmann::json askService(const char *path, const nlohmann::json &body = {});
     bool send(const QString &message);
 
     std::chrono::milliseconds m_deadline {};

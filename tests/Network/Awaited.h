@@ -2,13 +2,11 @@
 
 #include "Parloquin/Networking/Client/Result.h"
 
-#include <QtCore/QByteArray>
+#include <QtTest/QTest>
 
-#include <chrono>
-#include <condition_variable>
+#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -18,51 +16,34 @@ template <class... Arguments> class Awaited {
 public:
     /// \param show puts an outcome into words
     explicit Awaited(std::function<std::string(std::decay_t<Arguments>...)> show)
+        : m_show(std::move(show))
     {
-        m_state->show = std::move(show);
     }
 
     std::function<void(Arguments...)> handler()
     {
-        return [state = m_state](Arguments... outcome) {
-            const std::lock_guard lock(state->mutex);
-            state->text = state->show(std::move(outcome)...);
+        return [show = m_show, state = m_state](Arguments... outcome) {
+            state->text = show(std::move(outcome)...);
             state->thread = std::this_thread::get_id();
-            ++state->count;
-            state->changed.notify_all();
+            ++state->count; // what is above may be read from now on
         };
     }
 
     /// \return the last outcome, once there is one; "nothing" after 20 seconds
     std::string wait() const
     {
-        std::unique_lock lock(m_state->mutex);
-        m_state->changed.wait_for(
-            lock, std::chrono::seconds(20), [this] { return m_state->count > 0; });
-        return m_state->text;
+        return QTest::qWaitFor([this] { return count() > 0; }, 20'000) ? m_state->text : "nothing";
     }
-
-    int count() const
-    {
-        const std::lock_guard lock(m_state->mutex);
-        return m_state->count;
-    }
-
-    bool onThisThread() const
-    {
-        const std::lock_guard lock(m_state->mutex);
-        return m_state->thread == std::this_thread::get_id();
-    }
+    int count() const { return m_state->count; }
+    bool onThisThread() const { return m_state->thread == std::this_thread::get_id(); }
 
 private:
     struct State {
-        std::function<std::string(std::decay_t<Arguments>...)> show;
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::string text = "nothing";
+        std::string text;
         std::thread::id thread;
-        int count = 0;
+        std::atomic<int> count = 0;
     };
+    const std::function<std::string(std::decay_t<Arguments>...)> m_show;
     const std::shared_ptr<State> m_state = std::make_shared<State>();
 };
 

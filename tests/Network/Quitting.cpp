@@ -10,81 +10,63 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <optional>
+
 namespace {
-
-class Host : public QProcess {
-public:
-    explicit Host(const QStringList &arguments)
-    {
-        setStandardOutputFile(nullDevice());
-        start(QStringLiteral(NETWORK_HOST), arguments);
-    }
-
-    void quitsWithinASecondAndWithoutAnOutcome()
-    {
-        QElapsedTimer time;
-        time.start();
-        write("q");
-        EXPECT_TRUE(waitForFinished(20'000) && exitStatus() == NormalExit && exitCode() == 0);
-        EXPECT_LT(time.elapsed(), 1000);
-        EXPECT_EQ(readAllStandardError(), "");
-    }
-};
 
 struct Leaving {
     const char *name;
     RawServer::Script script;
     const char *how = "return";
+    /// Of the service, by name: its address of IPv4, told or not; of IPv6 nothing is said at all.
+    std::optional<bool> hasAddress = {};
 };
 
 class Quitting : public testing::TestWithParam<Leaving> { };
 
-struct LookUp {
-    const char *name;
-    bool hasAddress; // the one of IPv4; of IPv6 the name server says nothing at all
-    const char *how = "return";
-};
-
-class QuittingAmidALookUp : public testing::TestWithParam<LookUp> { };
-
-TEST_P(QuittingAmidALookUp, EndsACallWithinASecondAndWithoutItsOutcome)
-{
-    if (!isInOwnNetwork())
-        return;
-    ASSERT_TRUE(ip(QByteArray(wired) + "route add default via 10.9.0.1"));
-    RawServer server;
-    server.pause();
-    const bool hasAddress = GetParam().hasAddress;
-    const NameServer silent({ { "127.0.0.1" }, {}, hasAddress, false });
-    Host host({ QStringLiteral("service.test:") + server.hostAndPort().section(u':', 1),
-        QString::fromLatin1(GetParam().how) });
-    ASSERT_TRUE(QTest::qWaitFor(
-        [&] { return hasAddress ? server.connections() > 0 : silent.questions() > 0; }));
-    host.quitsWithinASecondAndWithoutAnOutcome();
-}
-
-const LookUp lookUps[] = { { "NoAnswer", false }, { "NoAnswerByExit", false, "exit" },
-    { "NoAnswerForIpv6", true } };
-INSTANTIATE_TEST_SUITE_P(Network, QuittingAmidALookUp, testing::ValuesIn(lookUps), byName);
-
 TEST_P(Quitting, EndsACallWithinASecondAndWithoutItsOutcome)
 {
+    const auto &[name, script, how, hasAddress] = GetParam();
+    std::unique_ptr<NameServer> names;
+    if (hasAddress) {
+        if (!isInOwnNetwork())
+            return;
+        ASSERT_TRUE(ip(QByteArray(wired) + "route add default via 10.9.0.1"));
+        names.reset(new NameServer({ { "127.0.0.1" }, {}, *hasAddress, false }));
+    }
     RawServer server;
-    server.play(GetParam().script);
-    Host host({ server.hostAndPort(), QString::fromLatin1(GetParam().how) });
-    ASSERT_TRUE(server.waitForRequests(1));
-    host.quitsWithinASecondAndWithoutAnOutcome();
-    EXPECT_EQ(server.requests().size(), 1U);
+    server.play(script);
+    QString service = server.hostAndPort();
+    if (hasAddress)
+        service.replace(QStringLiteral("127.0.0.1"), QStringLiteral("service.test"));
+    QProcess host;
+    host.setStandardOutputFile(QProcess::nullDevice());
+    host.start(QStringLiteral(NETWORK_HOST), { service, QString::fromLatin1(how) });
+    const std::size_t requests = hasAddress.value_or(true) ? 1 : 0;
+    ASSERT_TRUE(requests == 1 ? server.waitForRequests(1)
+                              : QTest::qWaitFor([&] { return names->questions() > 0; }));
+    QElapsedTimer time;
+    time.start();
+    host.write("q");
+    EXPECT_TRUE(host.waitForFinished(20'000));
+    EXPECT_TRUE(host.exitStatus() == QProcess::NormalExit && host.exitCode() == 0);
+    EXPECT_LT(time.elapsed(), 1000);
+    EXPECT_EQ(host.readAllStandardError(), "");
+    EXPECT_EQ(server.requests().size(), requests);
 }
 
+const RawServer::Script silent { RawServer::read(), RawServer::hold() };
 const QByteArray large = RawServer::http(200, QByteArray(1'000'000, ' ')).chopped(1);
 const Leaving leavings[] = {
-    { "Silent", { RawServer::read(), RawServer::hold() } },
+    { "Silent", silent },
     { "AmidTheAnswer", { RawServer::read(), RawServer::send(large), RawServer::hold() } },
     { "Dripping", { RawServer::read(), RawServer::drip(large, std::chrono::milliseconds(1)) } },
-    { "SilentByExit", { RawServer::read(), RawServer::hold() }, "exit" },
+    { "SilentByExit", silent, "exit" },
+    { "NoAddress", silent, "return", false },
+    { "NoAddressByExit", silent, "exit", false },
+    { "NoAnswerForIpv6", silent, "return", true },
 };
-
 INSTANTIATE_TEST_SUITE_P(Network, Quitting, testing::ValuesIn(leavings), byName);
 
 } // namespace

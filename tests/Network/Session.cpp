@@ -258,9 +258,7 @@ TEST(UrlSession, FetchesOverTlsFromWhomItCanTrust)
         server.requests = 0;
         Get get(
             u"https://%1:%2/"_s.arg(QLatin1String(row.host)).arg(server.serverPort()), 1'000'000);
-        get.task->resume();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return get.count() > 0; }));
-        EXPECT_EQ(get.wait(), row.outcome);
+        EXPECT_EQ(get.outcome(), row.outcome);
         EXPECT_EQ(server.requests, row.outcome == "error -1200" ? 0 : 1);
     }
 }

@@ -1,13 +1,12 @@
 #!/usr/bin/python3
 """A screen reader's half of a test: walks both roads over the accessibility bus, from a process of
 its own. Usage: reader.py PID. Tells on its output what the other half is to do meanwhile."""
+import pathlib
 import sys
 import time
 
-import gi
-
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
+sys.path.append(str(pathlib.Path(__file__).parent.parent / "support"))
+from accessibility import Atspi, awaited, children, line, outline, turn  # noqa: E402
 
 PATIENCE = 10  # s, for each thing to come
 focused = []  # names, as they are heard
@@ -15,25 +14,8 @@ announced = []
 others = []  # kinds of events that are none of the focus
 
 
-def turn():
-    while GLib.MainContext.default().iteration(False):
-        pass
-
-
 def await_(what, come):
-    """What come() gives, as soon as that is something."""
-    deadline = time.monotonic() + PATIENCE
-    while True:
-        turn()
-        try:
-            found = come()
-        except GLib.Error:  # it went while it was looked at
-            found = None
-        if found:
-            return found
-        if time.monotonic() > deadline:
-            sys.exit(f"not within {PATIENCE} s: {what}\n" + outline(application))
-        time.sleep(0.01)
+    return awaited(come, PATIENCE) or sys.exit(f"not within {PATIENCE} s: {what}\n" + outline(application))
 
 
 def expect(what, actual, expected):
@@ -43,10 +25,6 @@ def expect(what, actual, expected):
 
 def tell(word):
     print(word, flush=True)
-
-
-def children(node):
-    return [node.get_child_at_index(i) for i in range(node.get_child_count())]
 
 
 def message():
@@ -61,19 +39,6 @@ def quiet(seconds):
     while time.monotonic() < end:
         turn()
         time.sleep(0.01)
-
-
-def line(node):
-    role = node.get_role_name().removeprefix("push ")  # as newer versions call a button
-    return f"{role} {node.get_name()}".rstrip()
-
-
-def outline(node, depth=0):
-    try:
-        return "  " * depth + line(node) + "\n" + "".join(
-            outline(child, depth + 1) for child in children(node) if child)
-    except GLib.Error as fault:
-        return "  " * depth + f"({fault.message})\n"
 
 
 def find(what, node=None):

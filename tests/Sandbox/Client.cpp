@@ -86,21 +86,6 @@ std::string signature(const std::string &timeStamp, const std::string &signedJso
     return toBase64(mac);
 }
 
-void Request::set(const std::string &header, const std::string &value)
-{
-    headers.erase(header);
-    headers.emplace(header, value);
-}
-
-int Reply::metaStatus() const { return envelope.at("meta").at("httpStatusCode").get<int>(); }
-std::string Reply::errorCode() const { return envelope.at("meta").value("errorCode", ""); }
-std::string Reply::errorMessage() const { return envelope.at("meta").value("errorMessage", ""); }
-
-std::string Reply::sessionId() const
-{
-    return envelope.value("/result/sessionId"_json_pointer, "");
-}
-
 std::string canonical(const json &value)
 {
     return std::regex_replace(value.dump(), std::regex("/"), R"(\/)");

@@ -21,7 +21,11 @@ struct Request {
     httplib::Headers headers;
     std::string body;
 
-    void set(const std::string &header, const std::string &value);
+    void set(const std::string &header, const std::string &value)
+    {
+        headers.erase(header);
+        headers.emplace(header, value);
+    }
 };
 
 struct Reply {
@@ -30,11 +34,13 @@ struct Reply {
     std::string body; ///< decrypted
     nlohmann::json envelope;
 
-    int metaStatus() const;
-    std::string errorCode() const;
-    std::string errorMessage() const;
+    int metaStatus() const { return envelope.at("meta").at("httpStatusCode").get<int>(); }
+    std::string errorCode() const { return envelope.at("meta").value("errorCode", ""); }
+    std::string errorMessage() const { return envelope.at("meta").value("errorMessage", ""); }
     nlohmann::json result() const { return envelope.value("result", nlohmann::json()); }
-    std::string sessionId() const; ///< of the result; empty: there is none
+    /// Of the result; empty: there is none.
+    std::string sessionId() const { return envelope.value(idPlace, ""); }
+    inline static const nlohmann::json::json_pointer idPlace { "/result/sessionId" };
 };
 
 /// A running service and a client that does everything right.

@@ -5,7 +5,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <regex>
 
 using namespace std::chrono_literals;
 
@@ -26,12 +26,9 @@ std::vector<std::string> shell(const std::string &script)
 /// What stands behind \p name in a line of its own.
 std::string valueOf(const std::string &name, const std::string &output)
 {
-    std::istringstream lines(output);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with(name + '='))
-            return line.substr(name.size() + 1);
-    }
-    return {};
+    std::smatch found;
+    std::regex_search(output, found, std::regex("(?:^|\n)" + name + "=(.*)"));
+    return found[1];
 }
 
 /// Whether it ends by itself within a while; one that nobody buried counts as ended.

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -23,7 +22,6 @@ TEST(SandboxScenario, NamesTheFieldAtFault)
         { "[]", "scenario: expected an object" },
         { "{}", "keys: missing" },
         { R"({"keys":{"client":"c"}})", "keys.secret: missing" },
-        { R"({"keys":{"secret":")" + std::string(64, '8') + "\"}}", "keys.client: missing" },
         { R"({"keys":{"client":"c","secret":"8f2d"}})", "keys.secret: expected 64 hexadecimal" },
     };
     const std::pair<const char *, const char *> fields[] = {
@@ -33,14 +31,11 @@ TEST(SandboxScenario, NamesTheFieldAtFault)
         { R"("apps":[{"app":"a","name":"A"},{"app":5}])", "apps[1].app: expected text" },
         { R"("apps":[{"app":"a","name":"A"},{"app":"a","name":"B"}])",
             "apps[1].app: \"a\" stands" },
-        { R"("apps":[{"app":"a","name":"A","bgColour":"green"}])", "apps[0].bgColour: expected" },
         { R"("texts":{"message":"hello"})", "texts.message: expected" },
         { R"("countries":[{"countryCode":"TR","title":"T","phoneCode":"90"}])",
             "countries[0].phoneCode: expected" },
-        { R"("codes":{"expirySeconds":-1})", "codes.expirySeconds: expected a whole" },
         { R"("outcomes":{"begin":"success"})", "outcomes.begin: no call" },
         { R"("outcomes":{"check":["success","maybe"]})", "outcomes.check[1]: no outcome" },
-        { R"("outcomes":{"check":{"status":401}})", "outcomes.check.status: expected" },
         { R"("outcomes":{"check":["success",{"fault":"reset@lunch"}]})",
             "outcomes.check[1].fault: \"reset@lunch\": no moment" },
         { R"("outcomes":{"check":{"fault":"reset@accept"}})", "check: the call is not known" },
@@ -138,13 +133,6 @@ TEST(SandboxProgram, ReadsItsScenarioAgainWhenItChanges)
     std::filesystem::rename(file.path() + ".new", file.path());
     program.waitForOutput("read again");
     EXPECT_TRUE(plays("333"));
-}
-
-TEST(SandboxProgram, EndsCleanlyWhenInterrupted)
-{
-    Sandbox sandbox;
-    sandbox.process().signal(SIGINT);
-    EXPECT_EQ(sandbox.process().waitForEnd(std::chrono::seconds(3)), EXIT_SUCCESS);
 }
 
 TEST(SandboxProgram, SurvivesRequestsThatAreNone)

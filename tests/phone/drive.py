@@ -8,18 +8,17 @@ What is on the screen is read as a screen reader does, never from the process.
 """
 import json
 import os
+import pathlib
 import signal
 import subprocess
 import sys
 import time
 import urllib.request
 
-import gi
+from finger import Finger
 
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
-
-from finger import Finger  # noqa: E402
+sys.path.append(str(pathlib.Path(__file__).parent.parent / "support"))
+from accessibility import Atspi, awaited, children, outline  # noqa: E402
 
 PATIENCE = 30  # s, for each thing to come
 NUMBER = "470123456"
@@ -45,20 +44,11 @@ def fail(words):
 
 def await_(what, come):
     """What come() gives, as soon as that is something."""
-    deadline = time.monotonic() + PATIENCE
-    while True:
-        while GLib.MainContext.default().iteration(False):
-            pass
-        try:
-            found = come()
-        except (GLib.Error, OSError):  # it went while it was looked at, or has not come
-            found = None
-        if found:
-            return found
-        if time.monotonic() > deadline:
-            phone.picture("failed")
-            fail(f"not within {PATIENCE} s: {what}\n{outline(Atspi.get_desktop(0))}")
-        time.sleep(0.05)
+    found = awaited(come, PATIENCE)
+    if not found:
+        phone.picture("failed")
+        fail(f"not within {PATIENCE} s: {what}\n{outline(Atspi.get_desktop(0))}")
+    return found
 
 
 class Phone:
@@ -135,22 +125,6 @@ class Phone:
     def picture(self, name):
         subprocess.run(["grim", os.path.join(self.folder, name + ".png")], check=True)
         print(f"phone: {name}", flush=True)
-
-
-def children(node):
-    return [node.get_child_at_index(i) for i in range(node.get_child_count())]
-
-
-def line(node):
-    return f"{node.get_role_name()} {node.get_name()}".rstrip()
-
-
-def outline(node, depth=0):
-    try:
-        return "  " * depth + line(node) + "\n" + "".join(
-            outline(child, depth + 1) for child in children(node) if child)
-    except GLib.Error as fault:
-        return "  " * depth + f"({fault.message})\n"
 
 
 def find(words, node=None):

@@ -57,12 +57,6 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         forgetHandlerArguments();
     }
-
-    json get(const std::string &path)
-    {
-        const auto answer = service.client().Get(path);
-        return json::parse(answer ? answer->body : "", nullptr, false);
-    }
 };
 
 std::string SoakTest::report;
@@ -84,7 +78,7 @@ protected:
 void VerificationSoak::verify(const QList<QByteArray> &road)
 {
     constexpr int mostAttempts = 30;
-    service.client().Post("/sandbox/requests", "{}", "application/json");
+    askService("/sandbox/requests", json::object());
     delegate = std::make_shared<RecordingDelegate>();
     for (int attempt = 0; delegate->outcomes().isEmpty() && attempt < mostAttempts; ++attempt) {
         close();
@@ -106,7 +100,7 @@ void VerificationSoak::verify(const QList<QByteArray> &road)
     ASSERT_EQ(outcomes.size(), 1) << outcomes.join(u',').toStdString();
     int posts = 0;
     int faults = 0;
-    for (const auto &call : get("/sandbox/requests")) {
+    for (const auto &call : askService("/sandbox/requests")) {
         posts += call.at("posts").get<int>();
         faults += call.at("faults").get<int>();
     }
@@ -117,7 +111,7 @@ void VerificationSoak::verify(const QList<QByteArray> &road)
     if (outcomes.first().startsWith(QStringLiteral("succeeded "))) {
         ++m_succeeded;
         secrets.append(outcomes.first().section(u' ', 1).toUtf8());
-        const auto session = get("/sandbox/sessions/" + secrets.last().toStdString());
+        const auto session = askService("/sandbox/sessions/" + secrets.last().toStdString());
         EXPECT_TRUE(session.value("confirmed", false)) << session;
         EXPECT_EQ(session.value("method", ""), &road == &roadByApp ? "3rdparty" : "otp");
     } else {

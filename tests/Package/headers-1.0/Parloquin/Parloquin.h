@@ -9,30 +9,12 @@
 #include "Parloquin/Reference/ParloquinVersion.h"
 #include "Parloquin/Reference/ParloquinViewController.h"
 
-/// \brief Entry to the phone-number verification kit.
-///
-/// Create it, ask for a container, set the container's delegate, show the container:
-/// \code
-/// Parloquin kit(options);
-/// ParloquinViewController *container = kit.viewControllerForLogin();
-/// container->setKitDelegate(delegate);
-/// container->show();
-/// \endcode
-/// Main thread only, with a QApplication alive. The object may go as soon as the container is
-/// made. Nothing here fails: every failure reaches the delegate.
-/// \since 1.0
 class PARLOQUIN_EXPORT Parloquin {
 public:
-    /// \brief Default options: debug, logging on, blue bar, light status area.
-    ///
-    /// Unlike the other constructor it leaves the options of the process as they are.
     Parloquin();
 
-    /// \brief Takes these options, for this object and for the whole process: the last ones win.
     explicit Parloquin(const ParloquinOptions &options);
 
-    /// \brief A new container, with nothing shared with earlier ones.
-    /// \return never null; without a parent: the caller owns it
     [[nodiscard]] ParloquinViewController *viewControllerForLogin();
 
 private:

@@ -3,10 +3,6 @@
 #include "Parloquin/Reference/ParloquinEnvironment.h"
 #include "Parloquin/Reference/ParloquinTheme.h"
 
-/// \brief What a host decides when it creates Parloquin.
-///
-/// A plain value. The environment is given once, here, and cannot be read back.
-/// \since 1.0
 class ParloquinOptions {
 public:
     ParloquinOptions(ParloquinEnvironment serviceEnvironment, bool isLogActive,
@@ -17,7 +13,6 @@ public:
     {
     }
 
-    /// Carried with the options. The kit's console lines print whatever it says.
     bool logActive;
     ParloquinTheme theme;
 
