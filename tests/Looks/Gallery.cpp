@@ -12,6 +12,8 @@
 #include <tuple>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int gap = 12; // device pixels between two tiles
@@ -50,7 +52,7 @@ protected:
     {
         Walk::SetUp();
         QFont font;
-        font.setFamilies({ QStringLiteral("Inter"), QStringLiteral("Noto Sans Arabic") });
+        font.setFamilies({ u"Inter"_s, u"Noto Sans Arabic"_s });
         QApplication::setFont(font);
         const auto &[extent, mirrored] = GetParam();
         size = { extent.first, extent.second };
@@ -60,7 +62,7 @@ protected:
             "/icon.png", RawServer::http(200, icon.readAll(), "Content-Type: image/png\r\n"));
         answer("/v1.0/init",
             QByteArray(mirrored ? arabicApps : latinApps)
-                .replace("%1", server.url(QStringLiteral("/icon.png")).toUtf8()));
+                .replace("%1", server.url(u"/icon.png"_s).toUtf8()));
         QApplication::setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
         if (!mirrored)
             return;
@@ -101,11 +103,10 @@ TEST_P(Gallery, OfEveryScreen)
     takeEmpty(keep);
     ASSERT_EQ(tiles.size(), 14);
     const QString name =
-        QStringLiteral("%1-%2-%3.png")
-            .arg(tiles.front().devicePixelRatio())
+        u"%1-%2-%3.png"_s.arg(tiles.front().devicePixelRatio())
             .arg(size.width(), 4, 10, QLatin1Char('0'))
             .arg(std::get<1>(GetParam()) ? QLatin1String("rtl") : QLatin1String("ltr"));
-    tile(tiles, QDir(qEnvironmentVariable("PICTURES", QStringLiteral("."))).filePath(name));
+    tile(tiles, QDir(qEnvironmentVariable("PICTURES", u"."_s)).filePath(name));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Gallery,

@@ -31,5 +31,6 @@ private:
     void toTheCode(const Stop &stop);
 };
 
-/// \return nothing where both are the same, else how many pixels differ, and how the first does
-std::string difference(const QImage &seen, const QImage &expected);
+/// \return nothing where both are the same, else how the first pixel differs that does by more than
+/// this much of a colour, and how many do
+std::string difference(const QImage &seen, const QImage &expected, int rounding = 0);

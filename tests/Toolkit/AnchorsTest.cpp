@@ -21,8 +21,6 @@ protected:
     Anchors()
     {
         page->resize(390, 752);
-        box->setObjectName(u"viewBox"_s);
-        inner->setObjectName(u"viewInner"_s);
         label->setNumberOfLines(0);
     }
     void layOut(Qt::LayoutDirection direction = Qt::LeftToRight) const
@@ -43,61 +41,55 @@ protected:
                 top(inner) == top(box), height(inner) == height(box) });
         layOut();
     }
-    void expectBox(std::initializer_list<Constraint> rows, QRect place, QRect mirrored) const
+    static QWidget *named(const char *name, QWidget *parent)
+    {
+        auto *const widget = new QWidget(parent);
+        widget->setObjectName(QLatin1String(name));
+        return widget;
+    }
+    /// And begins anew with another box.
+    void expectBox(std::initializer_list<Constraint> rows, QRect place, QRect mirrored)
     {
         activate(page, rows);
         layOut();
         EXPECT_EQ(box->geometry(), place);
         layOut(Qt::RightToLeft);
         EXPECT_EQ(box->geometry(), mirrored);
+        delete box;
+        box = named("viewBox", page);
+        inner = named("viewInner", box);
     }
 
     const std::unique_ptr<QWidget> window = std::make_unique<QWidget>();
     QWidget *const page = window.get();
-    QWidget *const box = new QWidget(page);
-    QWidget *const inner = new QWidget(box);
+    QWidget *box = named("viewBox", page);
+    QWidget *inner = named("viewInner", box);
     Label *const label = new Label(page);
 };
 
-TEST_F(Anchors, PlaceByEdgesAndHeight)
+TEST_F(Anchors, PlaceByRowsInEitherDirection)
 {
     expectBox({ leading(box) == leading(page) + 20, trailing(box) == trailing(page) - 30,
                   top(box) == top(page) + 30, height(box) == 60 },
         { 20, 30, 340, 60 }, { 30, 30, 340, 60 });
-}
-
-TEST_F(Anchors, PlaceByCentreAndSize)
-{
+    // By centre and size.
     expectBox({ centerX(box) == centerX(page) + 10, centerY(box) == centerY(page), width(box) == 80,
                   height(box) == width(box) },
         { 165, 336, 80, 80 }, { 145, 336, 80, 80 });
-}
-
-TEST_F(Anchors, PlaceByRowsInAnyOrderAndDirection)
-{
+    // From any side of a row, in any order.
     expectBox(
         { bottom(page) - 25 == bottom(box), height(box) == height(inner) + 10, height(inner) == 20,
             width(inner) == 20, top(inner) == top(box), leading(inner) == leading(box),
             trailing(box) == trailing(page) - 15, width(box) == 100 },
         { 275, 697, 100, 30 }, { 15, 697, 100, 30 });
-}
-
-TEST_F(Anchors, TakeTheSizeFromEdgeAndCentre)
-{
+    // The size from edge and centre.
     expectBox({ leading(box) == leading(page) + 95, centerX(box) == centerX(page),
                   bottom(box) == bottom(page), centerY(box) == bottom(page) - 50 },
         { 95, 652, 200, 100 }, { 95, 652, 200, 100 });
-}
-
-TEST_F(Anchors, KeepTheSizeAtHalfAPixel)
-{
+    // At half a pixel it keeps its size, and a thin line a pixel.
     expectBox({ leading(box) == leading(page) + 10.5, width(box) == 54,
                   top(box) == top(page) + 10.5, height(box) == 54 },
         { 10, 10, 54, 54 }, { 326, 10, 54, 54 });
-}
-
-TEST_F(Anchors, KeepAPixelOfAThinLine)
-{
     expectBox({ leading(box) == leading(page), trailing(box) == trailing(page),
                   top(box) == top(page) + 5, height(box) == 0.5 },
         { 0, 5, 390, 1 }, { 0, 5, 390, 1 });
