@@ -98,22 +98,14 @@ TEST_F(Overlay, CoversTheNavigationControllerAndFollowsItsSize)
     EXPECT_EQ(under.pixelColor(under.width() / 2 - 38, under.height() / 2), QColor(71, 71, 124));
 }
 
-TEST_F(Overlay, IsNotCounted)
-{
-    show();
-    show();
-    hide();
-    show();
-    hide();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(isUp());
-}
-
 TEST_F(Overlay, ComesAndGoesInTheOrderOfCallsFromAnyThread)
 {
     const auto elsewhere = [](const std::function<void()> &calls) { std::thread(calls).join(); };
     hostField.setFocus();
-    elsewhere([this] { show(); });
+    elsewhere([this] {
+        show();
+        show();
+    });
     EXPECT_FALSE(isUp()); // never within the call
     EXPECT_TRUE(comesUp());
     EXPECT_TRUE(hostField.hasFocus()); // the keyboard is the host's all along
@@ -124,7 +116,7 @@ TEST_F(Overlay, ComesAndGoesInTheOrderOfCallsFromAnyThread)
     QCoreApplication::processEvents();
     EXPECT_TRUE(isUp());
     elsewhere([this] { hide(); });
-    EXPECT_TRUE(goes());
+    EXPECT_TRUE(goes()) << "shows are not counted";
     EXPECT_TRUE(hostField.hasFocus());
 }
 

@@ -87,11 +87,13 @@ TEST_P(Walk, LeadsAlongBothRoads)
     if (byKeys) {
         hands::keys(u"471"_s);
         EXPECT_EQ(focusName(), u"btnCheck");
+        EXPECT_EQ(visible("focusRing"), nullptr) << "it came by itself";
         hands::hold(Qt::Key_Return);
     } else {
         for (const QString &digit : { u"4"_s, u"7"_s, u"1"_s })
             hands::commit(digit);
         EXPECT_EQ(focusName(), u"btnCheck");
+        EXPECT_EQ(visible("focusRing"), nullptr) << "it came by itself";
         touch("btnCheck");
     }
     ASSERT_TRUE(waitForOutcomes(2));

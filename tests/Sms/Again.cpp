@@ -26,7 +26,7 @@ public:
         const auto before = server.requests().size();
         tap("btnContinue");
         ASSERT_TRUE(server.waitForRequests(before + 1));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !overlayShows() && container->isAtRest(); }));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !overlayIsUp() && isAtRest(); }));
         ASSERT_EQ(top<OtpCheckViewController>() == nullptr, reference.isEmpty());
     }
     void code(const QString &digits)
@@ -39,8 +39,7 @@ public:
         on("check-otp", answer);
         const auto before = told().size();
         tap("btnCheck");
-        ASSERT_TRUE(
-            QTest::qWaitFor([&] { return told().size() == before + 1 && !overlayShows(); }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return told().size() == before + 1 && !overlayIsUp(); }));
     }
     void back()
     {

@@ -118,7 +118,7 @@ TEST_F(CountryPicker, TicksTheCurrentCountry)
     for (const auto &[current, expected] : rows) {
         auto *picker = new CountryListViewController;
         picker->currentCountryCode = current;
-        container->navigationController().pushViewController(picker, false);
+        navigation().pushViewController(picker, false);
         table = picker->findChild<TableView *>();
         ASSERT_TRUE(QTest::qWaitFor([this] { return table->visibleCells().size() == 3; }));
         QStringList ticked;

@@ -13,9 +13,10 @@ namespace {
 
 class SmsGeometry : public SmsRoad, public testing::WithParamInterface<Qt::LayoutDirection> {
 protected:
-    SmsGeometry()
-        : SmsRoad(GetParam())
+    void SetUp() override
     {
+        QApplication::setLayoutDirection(GetParam());
+        SmsRoad::SetUp();
     }
     /// In the container; mirrored where the text runs the other way.
     void expectFrame(const char *name, QRect rect) const

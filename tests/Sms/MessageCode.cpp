@@ -49,8 +49,9 @@ public:
 
 class MessageCode : public SmsRoad {
 protected:
-    MessageCode()
+    void SetUp() override
     {
+        SmsRoad::SetUp();
         bus.play("start bus; start service; await; modem 0 20801; modem 1 26201");
         bus.tell({ u"sms"_s, u"0"_s, u"before"_s, u"3"_s, bound(u"old"_s) });
         on("check-otp", ok(R"({"sessionId":"s-1"})"));

@@ -44,7 +44,7 @@ TEST_P(TouchedPage, ScrollsFromAnywhereAndBackAndIsNotTapped)
     EXPECT_EQ(y(), before) << "and no further than it goes";
     EXPECT_TRUE(top<Screen>()->hasFocus()) << "it was a scroll";
     EXPECT_NE(top<Screen>()->findChild<QWidget *>(QLatin1String(page)), nullptr);
-    EXPECT_FALSE(overlayShows());
+    EXPECT_FALSE(overlayIsUp());
     EXPECT_EQ(server.requests().size(), calls);
 }
 
@@ -85,12 +85,12 @@ TEST_P(HeldKey, DoesWhatOnePressDoes)
     const auto before = server.requests().size();
     hands::keyDown(row.key, false, row.modifiers);
     const auto there = [&] {
-        return top<Screen>()->findChild<QWidget *>(QLatin1String(row.arrives)) && !overlayShows()
+        return top<Screen>()->findChild<QWidget *>(QLatin1String(row.arrives)) && !overlayIsUp()
             && server.requests().size() >= before + static_cast<std::size_t>(row.calls);
     };
     ASSERT_TRUE(QTest::qWaitFor([&] {
         hands::keyDown(row.key, true, row.modifiers); // on, until what comes of it has come
-        return there() && container->isAtRest();
+        return there() && isAtRest();
     })) << row.arrives;
     for (int i = 0; i < 30; ++i)
         hands::keyDown(row.key, true, row.modifiers);

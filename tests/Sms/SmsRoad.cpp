@@ -1,11 +1,10 @@
 #include "Sms/SmsRoad.h"
 
-#include "Parloquin/Cell/CountryTableCell.h"
+#include "Parloquin/Controller/Base/ParloquinNavigationController.h"
 #include "Parloquin/Controller/CountryListViewController.h"
 #include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
 #include "TestKit/PacedStyle.h"
-#include "support/ServiceEndpoint.h"
 
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
@@ -19,11 +18,10 @@ QByteArray ok(const QByteArray &result)
     return RawServer::http(200, R"({"meta":{"httpStatusCode":200},"result":)" + result + "}");
 }
 
-SmsRoad::SmsRoad(Qt::LayoutDirection direction)
+void SmsRoad::SetUp()
 {
+    ContainerTest::SetUp();
     QApplication::setStyle(new ParloquinTest::PacedStyle(0));
-    QApplication::setLayoutDirection(direction);
-    setServiceHost(server.hostAndPort());
     on("country", ok(R"({"list":[{"title":"Norway","countryCode":"NO","phoneCode":"+47"},
         {"title":"Nauru","countryCode":"NR","phoneCode":"+674"},
         {"title":"Chad","countryCode":"TD","phoneCode":"+235"},
@@ -35,8 +33,13 @@ SmsRoad::SmsRoad(Qt::LayoutDirection direction)
     container->setContentsMargins(0, 44, 0, 0);
     container->resize(390, 844);
     container->show();
-    container->navigationController().pushViewController(new OtpMainViewController, false);
+    navigation().pushViewController(new OtpMainViewController, false);
     EXPECT_TRUE(QTest::qWaitForWindowActive(container.get()));
+}
+
+NavigationController &SmsRoad::navigation() const
+{
+    return *container->findChild<NavigationController *>();
 }
 
 void SmsRoad::on(const std::string &call, const QByteArray &answer)
@@ -60,22 +63,10 @@ QList<QJsonObject> SmsRoad::bodies(const std::string &call) const
     return all;
 }
 
-QRect SmsRoad::frame(const char *name) const
-{
-    const QWidget *widget = part(name);
-    return { widget->mapTo(container.get(), QPoint()), widget->size() };
-}
-
 void SmsRoad::paste(const QString &text)
 {
     QApplication::clipboard()->setText(text);
     hands::key(Qt::Key_V, Qt::ControlModifier);
-}
-
-bool SmsRoad::overlayShows() const
-{
-    const auto *veil = container->findChild<QWidget *>(u"container"_s);
-    return veil && veil->isVisible();
 }
 
 void SmsRoad::openPicker()
