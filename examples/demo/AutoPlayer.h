@@ -35,6 +35,7 @@ private:
     [[nodiscard]] bool playMessaging();
     [[nodiscard]] bool playSms();
     [[nodiscard]] bool presentKit();
+    [[nodiscard]] bool openKit(const QString &button);
     [[nodiscard]] bool pickCountry();
     [[nodiscard]] bool typeCode(const QString &code);
     [[nodiscard]] bool takeCodeFromMessage(const QString &code);

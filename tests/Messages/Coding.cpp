@@ -153,6 +153,8 @@ TEST(Encoding, LeavesOutWhatIsEmptyAndKeepsWhatIsRequired)
             R"({"app":"","countryCode":"tr","installedApps":"{}"})" },
         { ApiRouter::check({}), "{}" },
         { ApiRouter::sendOTP({ QStringLiteral("1"), {} }), R"({"phoneNumber":"1"})" },
+        { ApiRouter::check({ QStringLiteral("\"\\/\b\f\n\r\t\x01\x1f\x7f\u2028") }),
+            "{\"reference\":\"\\\"\\\\\\/\\b\\f\\n\\r\\t\\u0001\\u001f\x7f\u2028\"}" },
     };
     for (const auto &[route, text] : rows)
         EXPECT_EQ(jsonText(route.parameters()), text);

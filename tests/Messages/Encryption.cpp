@@ -1,6 +1,7 @@
 #include "Parloquin/Extension/String+Extension.h"
 #include "Parloquin/Manager/EncryptManager.h"
 #include "Parloquin/Networking/Helper/ApiResponseHelper.h"
+#include "support/Console.h"
 
 #include <gtest/gtest.h>
 
@@ -88,9 +89,10 @@ TEST(Decryption, SaysTheSameWhateverFails)
         "CaP//T5fCDtia9+q40LATg==", // decrypts, but not to UTF-8
     };
     for (const QByteArray &value : values) {
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(EncryptManager::shared().decrypt(value), std::nullopt) << value.constData();
-        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+        std::optional<QByteArray> text;
+        const auto console = printedBy([&] { text = EncryptManager::shared().decrypt(value); });
+        EXPECT_EQ(text, std::nullopt) << value.constData();
+        EXPECT_EQ(console,
             "\n\n[Parloquin]\n\u26A0\uFE0F\nDecrypt Error: 'The value cannot be decrypted'\n"
             "[Parloquin]\n\n\n")
             << value.constData();

@@ -1,6 +1,7 @@
 #include "Parloquin/Manager/EncryptManager.h"
 #include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
+#include "support/Console.h"
 
 #include <gtest/gtest.h>
 
@@ -12,9 +13,9 @@ namespace {
 
 TEST(HOST, SendsANullBodyThatIsSignedAllTheSame)
 {
-    testing::internal::CaptureStdout();
-    const UrlRequest request = ApiRouter::check({ QStringLiteral("r") }).asURLRequest();
-    const auto console = QByteArray::fromStdString(testing::internal::GetCapturedStdout());
+    UrlRequest request;
+    const auto console = QByteArray::fromStdString(
+        printedBy([&] { request = ApiRouter::check({ QStringLiteral("r") }).asURLRequest(); }));
 
     EXPECT_EQ(request.body, R"({"data":null})");
     EXPECT_EQ(console.count("Encrypt Error: 'Encrypt key null'"), 1);
@@ -29,9 +30,10 @@ TEST(HOST, SendsANullBodyThatIsSignedAllTheSame)
 
 TEST(HOST, ReadsNoEncryptedAnswer)
 {
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(EncryptManager::shared().decrypt("PCn32vl2nKe93hNwJLVXSA=="), std::nullopt);
-    const auto console = QByteArray::fromStdString(testing::internal::GetCapturedStdout());
+    std::optional<QByteArray> text;
+    const auto console = QByteArray::fromStdString(
+        printedBy([&] { text = EncryptManager::shared().decrypt("PCn32vl2nKe93hNwJLVXSA=="); }));
+    EXPECT_EQ(text, std::nullopt);
     EXPECT_EQ(console.count("Decrypt Error: 'Decrypt key null'"), 1);
 }
 

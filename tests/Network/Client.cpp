@@ -5,6 +5,7 @@
 #include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Networking/Router/ApiRequestModels.h"
+#include "support/Console.h"
 #include "support/RawServer.h"
 #include "support/ServiceEndpoint.h"
 
@@ -57,9 +58,10 @@ TEST(ApiClient, TellsTransportFailuresApartInItsOrder)
     client.router = ApiRouter::sendOTP({});
     for (const auto &row : rows) {
         SCOPED_TRACE(&row - rows);
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(client.transportFailure(row.data, row.response, row.error), row.failure);
-        const std::string log = testing::internal::GetCapturedStdout();
+        std::optional<ApiError> failure;
+        const std::string log = printedBy(
+            [&] { failure = client.transportFailure(row.data, row.response, row.error); });
+        EXPECT_EQ(failure, row.failure);
         if (row.log)
             EXPECT_NE(log.find(row.log), std::string::npos) << log;
         else
@@ -71,22 +73,22 @@ TEST(ApiClient, FailsAtOnceWhereNothingCanBeSent)
 {
     RawServer server;
     setServiceHost(server.hostAndPort());
-    testing::internal::CaptureStdout();
     AwaitedResult<CheckResponseModel> unreachable;
-    ApiSessionHelper::shared().isNetworkReachable = false;
-    ApiRequest::check({}, unreachable.handler());
+    AwaitedResult<CheckResponseModel> routeless;
+    const std::string log = printedBy([&] {
+        ApiSessionHelper::shared().isNetworkReachable = false;
+        ApiRequest::check({}, unreachable.handler());
+        ApiSessionHelper::shared().isNetworkReachable = true;
+        std::make_shared<ApiClient>()->request<CheckResponseModel>({}, routeless.handler());
+    });
     EXPECT_EQ(unreachable.count(), 1);
     EXPECT_EQ(unreachable.wait(), "connection");
     EXPECT_TRUE(unreachable.onThisThread());
-
-    AwaitedResult<CheckResponseModel> routeless;
-    ApiSessionHelper::shared().isNetworkReachable = true;
-    std::make_shared<ApiClient>()->request<CheckResponseModel>({}, routeless.handler());
     EXPECT_EQ(routeless.count(), 1);
     EXPECT_EQ(routeless.wait(), "requestObjectCreate");
     EXPECT_TRUE(routeless.onThisThread());
 
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(log, "");
     EXPECT_EQ(server.connections(), 0);
 }
 
@@ -147,11 +149,12 @@ TEST(ApiClient, WritesTheRequestLog)
     RawServer server;
     server.answer("/v1.0/check", answerOf(R"("httpStatusCode":403,"errorMessage":"no")"));
     setServiceHost(server.hostAndPort());
-    testing::internal::CaptureStdout();
     AwaitedResult<CheckResponseModel> call;
-    ApiRequest::check({ u"a\"/b"_s }, call.handler());
+    QString log = QString::fromStdString(printedBy([&] {
+        ApiRequest::check({ u"a\"/b"_s }, call.handler());
+        call.wait();
+    }));
     EXPECT_EQ(call.wait(), "refused");
-    QString log = QString::fromStdString(testing::internal::GetCapturedStdout());
 
     log.remove(0, log.indexOf(u"\n\n✓"_s));
     log.replace(server.hostAndPort(), u"HOST"_s);

@@ -180,6 +180,8 @@ TEST(SandboxParameters, OfAReportMustFitTheAppsOnOffer)
         { R"({"kite://":"1"})", "escaped slashes" },
         { R"({"kite:\/\/":true})", "\"0\" or \"1\"" },
         { R"({"kite:\/\/":"1"})", "not the schemes that init lists" },
+        { R"({"hushbell:\/\/":"0","kite:\/\/":"1","murmur:\/\/":"0","one-more:\/\/":"0","parlo:\/\/":"1","wrenly:\/\/":"0"})",
+            "not the schemes that init lists" },
     };
     for (const auto &[report, reason] : reports) {
         const auto reply =

@@ -119,6 +119,14 @@ TEST_F(SignIn, RefusedAndLate)
     EXPECT_EQ(sandbox.lastCode(), QString());
 }
 
+TEST_F(SignIn, BeginsAnewAfterAReset)
+{
+    sandbox.hasApps({});
+    sandbox.goesOffline();
+    sandbox.reset();
+    EXPECT_TRUE(person().sendsFrom(QStringLiteral("Kite")));
+}
+
 TEST_F(SignIn, HasOneSandboxAtATime)
 {
     EXPECT_DEATH({ const Sandbox another; }, "make one at a time");
