@@ -185,6 +185,19 @@ TEST(SystemProxy, HoldsNoCallUpThatIsNeverTold)
     EXPECT_TRUE(silent.hasPendingConnections() || silent.waitForNewConnection(0));
 }
 
+TEST(UrlSession, TellsNoWayToANetworkFromARefusal)
+{
+    if (!isInOwnNetwork())
+        return;
+    const auto outcomeAt = [](const char *address) {
+        return Get(u"http://%1:1/"_s.arg(QLatin1String(address))).outcome();
+    };
+    EXPECT_EQ(outcomeAt("203.0.113.9"), "error -1009") << "no route";
+    ASSERT_TRUE(ip("route add unreachable 203.0.113.0/24\n"));
+    EXPECT_EQ(outcomeAt("203.0.113.9"), "error -1009") << "a route that refuses";
+    EXPECT_EQ(outcomeAt("127.0.0.1"), "error -1004") << "nobody listens";
+}
+
 TEST(UrlSession, SaysOnceWhatHttpsNeeds)
 {
     if (!isInOwnNetwork()) // for a process of its own, by whose variable GIO has no TLS

@@ -63,6 +63,9 @@ TEST(SandboxDeveloper, ListsCodesAndMessagesTheNewestFirst)
     EXPECT_EQ(session["sessionId"], checked.result().at("sessionId"));
     EXPECT_EQ(session["phoneNumber"], "+905550000000");
     EXPECT_EQ(sandbox.get("/sandbox/codes/last")["sessionId"], session["sessionId"]);
+    sandbox.call("send-otp", smsTo("+90 532 123 45 67")); // the newest to a number counts
+    EXPECT_EQ(sandbox.get("/sandbox/codes/905321234567")["reference"],
+        sandbox.get("/sandbox/codes/last")["reference"]);
 
     const auto reference = sandbox.call("start", { { "app", "parlo" } }).result().at("reference");
     const auto message = sandbox.get("/sandbox/messages").at("messages").at(0);
