@@ -54,4 +54,8 @@ TEST(Messenger, RefusesLinksThatAreNotItsOwn)
     for (const auto &[link, complaint] : links)
         expectEnd({ MESSENGER_PROGRAM, link }, 2, complaint);
     expectEnd({ MESSENGER_PROGRAM }, 2, "expected one link");
+    for (const auto *service : { "", "127.0.0.1", "http://127.0.0.1:1", "me@127.0.0.1:1",
+             "127.0.0.1:1/x", "127.0.0.1:1?x", "127.0.0.1:x" })
+        expectEnd({ MESSENGER_PROGRAM, "--service", service, "parlo://send" }, 2,
+            "--service: expected host:port");
 }

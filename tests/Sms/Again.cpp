@@ -100,6 +100,7 @@ const Round rounds[] = {
     { "CountryWithoutAPrefix",
         [](R &r) { r.pick(u"Nowhere"_s), r.send({}), r.pick(u"Chad"_s), r.send({}); },
         u"send XN 41; send TD +23541"_s, u"Chad|+235|41"_s },
+    { "CountryWithoutAPrefixShown", [](R &r) { r.pick(u"Nowhere"_s); }, {}, u"Nowhere||41"_s },
     { "ChoiceChangedBack",
         [](R &r) { r.send({}), r.pick(u"Chad"_s), r.pick(u"Norway"_s), r.send({}); },
         u"send NO +4741; send NO +4741"_s, u"Norway|+47|41"_s },

@@ -1,6 +1,7 @@
 #include "Parloquin/Cell/CountryTableCell.h"
 #include "Parloquin/Controller/CountryListViewController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
+#include "Parloquin/Toolkit/Label.h"
 #include "Sms/SmsRoad.h"
 
 #include <QtCore/QLocale>
@@ -98,6 +99,9 @@ TEST_P(CountryCall, WithoutAListShowsNoneAndFetchesAfreshNextTime)
     ASSERT_TRUE(QTest::qWaitFor([this] { return bodies("country").size() == 1; }));
     hands::key(Qt::Key_Return); // nothing to choose
     EXPECT_TRUE(table->visibleCells().isEmpty());
+    const auto *look = table->findChild<Label *>(u"lblEmpty"_s);
+    EXPECT_TRUE(QTest::qWaitFor([=] { return !look->text().startsWith(u"Loading"_s); }))
+        << look->text().toStdString();
     tap("btnClose");
     ASSERT_TRUE(arrivesAt<OtpMainViewController>());
     openOn({ u"Chad"_s });

@@ -127,6 +127,19 @@ TEST_F(SignIn, BeginsAnewAfterAReset)
     EXPECT_TRUE(person().sendsFrom(QStringLiteral("Kite")));
 }
 
+TEST(Sandbox, SteersTheKitNoLongerThanItLives)
+{
+    const char *const variables[] = { "PARLOQUIN_SERVICE_HOST", "PARLOQUIN_ROUTE",
+        "PARLOQUIN_DESKTOP" };
+    {
+        const Sandbox sandbox;
+        for (const char *variable : variables)
+            EXPECT_TRUE(qEnvironmentVariableIsSet(variable)) << variable;
+    }
+    for (const char *variable : variables)
+        EXPECT_FALSE(qEnvironmentVariableIsSet(variable)) << variable;
+}
+
 TEST_F(SignIn, HasOneSandboxAtATime)
 {
     EXPECT_DEATH({ const Sandbox another; }, "make one at a time");
