@@ -24,7 +24,7 @@
 namespace parloquin {
 namespace {
 
-constexpr QSize plateSize(80, 80); // px
+constexpr QSize plateSize(Style::plateSize, Style::plateSize);
 constexpr QSize spinnerSize(40, 40); // px
 constexpr qreal plateRadius = 10; // px
 

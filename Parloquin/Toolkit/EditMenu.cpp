@@ -2,6 +2,8 @@
 
 #include "Parloquin/Toolkit/AccessibleNode.h"
 #include "Parloquin/Toolkit/BarButtonItem.h"
+#include "Parloquin/Toolkit/CancelledTouch.h"
+#include "Parloquin/Toolkit/Holdable.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationBar.h"
 #include "Parloquin/Toolkit/Style.h"
@@ -85,6 +87,19 @@ void EditMenu::add(const QString &title, const QString &name, std::function<void
 void EditMenu::paintEvent(QPaintEvent *)
 {
     QPainter(this).fillRect(rect(), Style::ink); // a popup's corners are not see-through everywhere
+}
+
+void EditMenu::mousePressEvent(QMouseEvent *event)
+{
+    CancelledTouch::watch(*this);
+    Pane::mousePressEvent(event); // beside the menu it closes it
+}
+
+bool EditMenu::eventFilter(QObject *watched, QEvent *event)
+{
+    if (CancelledTouch::happens(watched, *event))
+        Holdable::letGoWithin(*this);
+    return Pane::eventFilter(watched, event);
 }
 
 void EditMenu::keyPressEvent(QKeyEvent *event)

@@ -1,11 +1,40 @@
 #include "Parloquin/Toolkit/EmptyLook.h"
 
-#include "Parloquin/Toolkit/Anchors.h"
 #include "Parloquin/Toolkit/ImageView.h"
 #include "Parloquin/Toolkit/Label.h"
+#include "Parloquin/Toolkit/NavigationController.h"
+#include "Parloquin/Toolkit/Screen.h"
 #include "Parloquin/Toolkit/Style.h"
 
+#include <QtCore/QEvent>
+
+#include <algorithm>
+
 namespace parloquin {
+
+namespace {
+
+constexpr int symbolSize = 40; // px, as all here
+constexpr int gap = 12; // under the symbol
+constexpr int plateGap = 8; // to the overlay's plate
+constexpr int margin = 25;
+constexpr int leastTop = 8;
+constexpr int usualTop = 48;
+
+/// What the overlay lies over while it is up.
+const QWidget *containerOf(const QWidget *widget)
+{
+    while (widget->parentWidget()) {
+        widget = widget->parentWidget();
+        if (const auto *const screen = qobject_cast<const Screen *>(widget))
+            return screen->navigationController()
+                ? static_cast<const QWidget *>(screen->navigationController())
+                : screen;
+    }
+    return widget;
+}
+
+} // namespace
 
 EmptyLook::EmptyLook(QWidget *list)
     : Pane(list)
@@ -22,21 +51,6 @@ EmptyLook::EmptyLook(QWidget *list)
     lblEmpty->setTextColor(Style::placeholder);
     lblEmpty->setNumberOfLines(0);
     lblEmpty->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-
-    using parloquin::height; // not the widget's own
-    using parloquin::width;
-    // clang-format off
-    parloquin::activate(this, {
-        centerX(imgEmpty)  == centerX(this),
-        top(imgEmpty)      == top(this)        + 48,
-        width(imgEmpty)    == 40,
-        height(imgEmpty)   == 40,
-
-        leading(lblEmpty)  == leading(this)    + 25,
-        trailing(lblEmpty) == trailing(this)   - 25,
-        top(lblEmpty)      == bottom(imgEmpty) + 12,
-    });
-    // clang-format on
 }
 
 bool EmptyLook::set(const QString &image, const QString &text)
@@ -45,11 +59,47 @@ bool EmptyLook::set(const QString &image, const QString &text)
         return false;
     if (!text.isEmpty())
         imgEmpty->setImageNamed(image);
-    imgEmpty->setVisible(!text.isEmpty());
     lblEmpty->setText(text);
+    layOut();
     return true;
 }
 
 QString EmptyLook::text() const { return lblEmpty->text(); }
+
+bool EmptyLook::event(QEvent *event)
+{
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+        layOut();
+    return Pane::event(event);
+}
+
+// Where the plate would cover it: higher up, else under the plate, else without its symbol. The
+// same with no overlay up, so that nothing moves when it comes or goes.
+void EmptyLook::layOut()
+{
+    const int lineWidth = std::max(width() - 2 * margin, 0);
+    const int lineHeight = lblEmpty->heightForWidth(lineWidth);
+    const int whole = symbolSize + gap + lineHeight;
+    const QWidget *const container = containerOf(this);
+    const int plate = (container->height() - Style::plateSize) / 2 - mapTo(container, QPoint()).y();
+    const int above = plate - plateGap;
+    const int below = plate + Style::plateSize + plateGap;
+
+    int top = usualTop;
+    bool hasSymbol = true;
+    if (below > usualTop && above < usualTop + whole) {
+        if (above >= leastTop + whole) {
+            top = above - whole;
+        } else if (below + whole <= height()) {
+            top = below;
+        } else {
+            hasSymbol = false;
+            top = above >= leastTop + lineHeight ? std::min(above - lineHeight, usualTop) : below;
+        }
+    }
+    imgEmpty->setVisible(hasSymbol && !text().isEmpty());
+    imgEmpty->setGeometry((width() - symbolSize) / 2, top, symbolSize, symbolSize);
+    lblEmpty->setGeometry(margin, hasSymbol ? top + symbolSize + gap : top, lineWidth, lineHeight);
+}
 
 } // namespace parloquin

@@ -9,7 +9,7 @@ class Label;
 
 /// \brief What a list shows in place of rows: a symbol over a line of text.
 ///
-/// Near the top, clear of the progress overlay in the middle; transparent for the mouse.
+/// Near the top, clear of the progress overlay's plate in the middle; transparent for the mouse.
 class EmptyLook : public Pane {
     Q_OBJECT
 public:
@@ -21,7 +21,12 @@ public:
     bool set(const QString &image, const QString &text);
     [[nodiscard]] QString text() const;
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
+    void layOut();
+
     ImageView *imgEmpty;
     Label *lblEmpty;
 };

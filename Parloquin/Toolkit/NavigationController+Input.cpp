@@ -1,3 +1,4 @@
+#include "Parloquin/Toolkit/CancelledTouch.h"
 #include "Parloquin/Toolkit/Finger.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationControllerPrivate.h"
@@ -134,10 +135,12 @@ void NavigationController::keyReleaseEvent(QKeyEvent *event)
 // the host's own widgets would take it for theirs.
 void NavigationController::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::BackButton)
+    if (event->button() == Qt::BackButton) {
         d->backButtonTaken = d->goBack();
-    else if (isFinger(*event))
+    } else if (isFinger(*event)) {
         d->pressFinger(event->globalPosition(), event->timestamp());
+        CancelledTouch::watch(*this);
+    }
     event->setAccepted(event->button() == Qt::LeftButton
         || (event->button() == Qt::BackButton && d->backButtonTaken));
 }
@@ -159,6 +162,10 @@ void NavigationController::mouseReleaseEvent(QMouseEvent *event)
 
 bool NavigationController::eventFilter(QObject *watched, QEvent *event)
 {
+    if (CancelledTouch::happens(watched, *event))
+        letGo();
+    if (watched->isWindowType())
+        return QWidget::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::TouchBegin:
     case QEvent::TouchUpdate:

@@ -23,6 +23,7 @@ inline constexpr QColor headerBackground { 0xf1, 0xf2, 0xf8 };
 inline constexpr QColor headerInk { 0x3c, 0x40, 0x58 };
 
 inline constexpr qreal cornerRadius = 6; // px, of buttons, boxes and coloured rows
+inline constexpr int plateSize = 80; // px, of the overlay's plate, amid the container
 inline constexpr int strayDistance = 10; // px a finger may move and still tap
 
 inline constexpr std::chrono::milliseconds push { 320 };

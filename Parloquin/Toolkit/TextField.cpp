@@ -165,6 +165,11 @@ void TextField::focusInEvent(QFocusEvent *event)
 
 void TextField::focusOutEvent(QFocusEvent *event)
 {
+    // To an entry of its own menu the keyboard goes by Tab, which would deselect what is to be cut.
+    const QWidget *const popup = QApplication::activePopupWidget();
+    QFocusEvent toMenu(QEvent::FocusOut, Qt::PopupFocusReason);
+    if (popup && popup->parentWidget() == this)
+        event = &toMenu;
     QLineEdit::focusOutEvent(event);
     m_blink.stop();
     m_caretShown = false;

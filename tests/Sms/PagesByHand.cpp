@@ -48,6 +48,39 @@ TEST_P(TouchedPage, ScrollsFromAnywhereAndBackAndIsNotTapped)
     EXPECT_EQ(server.requests().size(), calls);
 }
 
+// Pages get a touch as a mouse: a release is all that Qt makes of one that was taken away.
+TEST_P(TouchedPage, ATouchThatTheSystemTakesAwayMeansNothing)
+{
+    const auto &[page, from] = GetParam();
+    if (qstrcmp(page, "btnCheck") == 0) {
+        goToCodeEntry();
+        hands::keys(u"471"_s);
+    } else {
+        pick(u"Norway"_s);
+        enterNumber(u"41234567"_s);
+    }
+    on("send-otp", ok("{}"));
+    on("check-otp", ok("{}"));
+    auto *const screen = top<Screen>();
+    screen->setFocus();
+    const auto calls = server.requests().size();
+    hands::Finger finger;
+    for (const char *name : { from, "navigationBar", from }) {
+        auto *const back = container->findChild<QWidget *>(u"btnBack"_s);
+        finger.down(back && qstrcmp(name, from) != 0 ? back : part(name), { 10, 10 });
+        finger.cancel();
+        finger.up();
+    }
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(top<Screen>(), screen);
+    EXPECT_TRUE(screen->hasFocus());
+    EXPECT_FALSE(overlayIsUp());
+    EXPECT_EQ(server.requests().size(), calls);
+    finger.tap(part(page)); // which is heard
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.requests().size() > calls; }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !overlayIsUp(); }));
+}
+
 const Place places[] = {
     { "btnContinue", "viewCountryBack" },
     { "btnContinue", "txtPhoneNumber" },

@@ -195,6 +195,41 @@ TEST_F(PhoneEntry, AFingerOnTheFieldScrollsTypesOrPastes)
     sendsOnly(u"+4741 23"_s); // what was pasted has counted
 }
 
+TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
+{
+    auto *const field = part<QLineEdit>("txtPhoneNumber");
+    const auto menu = [] { return QApplication::activePopupWidget(); };
+    tap("txtPhoneNumber");
+    QApplication::clipboard()->clear();
+    hands::menuKey();
+    EXPECT_EQ(menu(), nullptr) << "nothing to be done";
+    hands::keys(u"4123"_s);
+    hands::menuKey();
+    ASSERT_NE(menu(), nullptr);
+    const auto *const cut = menu()->findChild<QWidget *>(u"btnCut"_s);
+    EXPECT_TRUE(cut->hasFocus()) << "the first entry rings";
+    const QImage rings = menu()->grab().toImage();
+    hands::key(Qt::Key_Tab);
+    EXPECT_TRUE(menu()->findChild<QWidget *>(u"btnCopy"_s)->hasFocus());
+    EXPECT_NE(menu()->grab().toImage(), rings);
+    hands::key(Qt::Key_Backtab);
+    hands::key(Qt::Key_Return);
+    EXPECT_EQ(menu(), nullptr);
+    EXPECT_EQ(field->text(), QString());
+    EXPECT_TRUE(field->hasFocus());
+    hands::menuKey();
+    ASSERT_NE(menu(), nullptr);
+    EXPECT_EQ(menu()->findChild<QWidget *>(u"btnCut"_s), nullptr) << "of nothing";
+    hands::Finger finger;
+    finger.down(menu()->findChild<QWidget *>(u"btnPaste"_s), { 10, 10 });
+    finger.cancel(); // by the system, and what Qt makes of it
+    finger.up();
+    EXPECT_EQ(field->text(), QString());
+    hands::key(Qt::Key_Space);
+    EXPECT_EQ(field->text(), u"4123");
+    EXPECT_EQ(menu(), nullptr);
+}
+
 // An on-screen keyboard takes half of the window, or leaves hardly anything.
 TEST_F(PhoneEntry, WhatIsTypedInStaysInViewWhateverTheHeight)
 {

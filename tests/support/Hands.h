@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtGui/QContextMenuEvent>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QInputMethodEvent>
 #include <QtGui/QPointingDevice>
@@ -77,6 +78,12 @@ inline void hold(Qt::Key key, int repeats = 5)
     for (int i = 0; i < repeats; ++i)
         keyDown(key, true);
     keyUp(key);
+}
+/// Which platforms make a request of, for the widget that has the keyboard.
+inline void menuKey()
+{
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+    QCoreApplication::sendEvent(QGuiApplication::focusWindow(), &event);
 }
 /// An on-screen keyboard's text.
 inline void commit(const QString &text)
