@@ -137,6 +137,20 @@ bool Person::keys(const QString &text)
     return true;
 }
 
+namespace {
+
+// Languages put an app's name anywhere in what its row says; one phone code may begin like another.
+bool names(const QString &shown, const QString &text)
+{
+    const auto words = [](const QString &line) {
+        return QLatin1Char(' ') + line + QLatin1Char(' ');
+    };
+    return text.startsWith(QLatin1Char('+')) ? shown.endsWith(text)
+                                             : words(shown).contains(words(text));
+}
+
+} // namespace
+
 QWidget *Person::row(const QString &cell, const QString &label, const QString &text) const
 {
     if (!m_container)
@@ -145,7 +159,7 @@ QWidget *Person::row(const QString &cell, const QString &label, const QString &t
     for (QWidget *candidate : all) {
         const auto *const shown = candidate->findChild<QWidget *>(label);
         // One that its list or its window cuts off in the middle is not there to tap yet.
-        if (shown && textOf(shown).endsWith(text) && candidate->isVisible()
+        if (shown && names(textOf(shown), text) && candidate->isVisible()
             && candidate->visibleRegion().contains(candidate->rect().center()))
             return candidate;
     }

@@ -113,8 +113,11 @@ QWidget *AutoPlayer::visibleWithText(
         // Hidden below a neighbour or cut by the table's edge counts as out of view.
         const QPoint middle = middleOf(candidate);
         const bool inView = candidate->visibleRegion().contains(candidate->rect().center());
-        if ((shown == text || shown.endsWith(QLatin1Char(' ') + text)) && inView
-            && m_window->rect().contains(middle))
+        // Languages put a name at the end of what it says, or amid it.
+        const auto words = [](const QString &line) {
+            return QLatin1Char(' ') + line + QLatin1Char(' ');
+        };
+        if (words(shown).contains(words(text)) && inView && m_window->rect().contains(middle))
             return candidate;
     }
     return nullptr;
