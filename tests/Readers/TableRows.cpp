@@ -106,10 +106,7 @@ TEST_F(TableReaders, FindUnderAFingerWhatIsSeenThere)
 {
     show();
     table->setContentOffset(headerHeight + rowHeight + 30);
-    const struct {
-        int y;
-        QString name;
-    } rows[] = { { 5, u"A"_s }, { headerHeight + 2, u"Ac land, +02"_s },
+    const std::pair<int, QString> rows[] = { { 5, u"A"_s }, { headerHeight + 2, u"Ac land, +02"_s },
         { sectionTop(1) - table->contentOffset() + 3, u"B"_s },
         { sectionTop(1) - table->contentOffset() + 40, u"Ba land, +10"_s } };
     for (const auto &[y, name] : rows) {
@@ -131,18 +128,15 @@ TEST_F(TableReaders, HearOneFocusEventAKey)
     table->setFocus(Qt::TabFocusReason);
     EXPECT_EQ(takeEvents(), "focus Countries; focus Aa land, +00");
     const int page = table->height() / rowHeight - 1; // as high as the desktop makes it
-    const struct {
-        Qt::Key key;
-        IndexPath row;
-    } steps[] = { { Qt::Key_Down, { 0, 1 } }, { Qt::Key_Down, { 0, 2 } },
-        { Qt::Key_End, { 25, 399 } }, { Qt::Key_PageUp, { 25, 399 - page } },
-        { Qt::Key_Home, { 0, 0 } }, { Qt::Key_M, { 12, 0 } }, { Qt::Key_PageDown, { 12, page } } };
-    for (const auto &step : steps) {
-        press(step.key);
-        EXPECT_EQ(takeEvents(), "focus " + source.nameOfRow(*table, step.row).toStdString())
-            << step.key;
-        EXPECT_TRUE(row(step.row)->state().focused);
-        EXPECT_EQ(list()->focusChild(), row(step.row));
+    const std::pair<Qt::Key, IndexPath> steps[] = { { Qt::Key_Down, { 0, 1 } },
+        { Qt::Key_Down, { 0, 2 } }, { Qt::Key_End, { 25, 399 } },
+        { Qt::Key_PageUp, { 25, 399 - page } }, { Qt::Key_Home, { 0, 0 } },
+        { Qt::Key_M, { 12, 0 } }, { Qt::Key_PageDown, { 12, page } } };
+    for (const auto &[key, at] : steps) {
+        press(key);
+        EXPECT_EQ(takeEvents(), "focus " + source.nameOfRow(*table, at).toStdString()) << key;
+        EXPECT_TRUE(row(at)->state().focused);
+        EXPECT_EQ(list()->focusChild(), row(at));
     }
     press(Qt::Key_Home);
     takeEvents();

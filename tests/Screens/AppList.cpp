@@ -45,10 +45,7 @@ TEST_P(Geometry, IsExact)
     const auto at = [&](double x, double y, double w, double h) {
         return QRectF(isMirrored ? 390 - x - w : x, y, w, h);
     };
-    const struct {
-        const QWidget *widget;
-        QRectF frame;
-    } rows[] = {
+    const std::pair<const QWidget *, QRectF> rows[] = {
         { find("lblDescription"), at(25, 122, 340, 20) },
         { find("tblKits"), at(0, 172, 390, 567) },
         { cell(0), at(0, 172, 390, 80) },
@@ -63,14 +60,14 @@ TEST_P(Geometry, IsExact)
         { find("lblAlternateKitDesc"), at(65, 789, 285, 30) },
         { find("iconArrowRight"), at(360, 796.5, 10, 15) },
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.widget->objectName().toStdString());
-        const QRectF actual = frame(row.widget);
+    for (const auto &[widget, expected] : rows) {
+        SCOPED_TRACE(widget->objectName().toStdString());
+        const QRectF actual = frame(widget);
         // Halves may round either way.
-        EXPECT_NEAR(actual.x(), row.frame.x(), 0.5);
-        EXPECT_NEAR(actual.y(), row.frame.y(), 0.5);
-        EXPECT_NEAR(actual.width(), row.frame.width(), 0.5);
-        EXPECT_NEAR(actual.height(), row.frame.height(), 0.5);
+        EXPECT_NEAR(actual.x(), expected.x(), 0.5);
+        EXPECT_NEAR(actual.y(), expected.y(), 0.5);
+        EXPECT_NEAR(actual.width(), expected.width(), 0.5);
+        EXPECT_NEAR(actual.height(), expected.height(), 0.5);
     }
 }
 

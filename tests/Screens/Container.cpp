@@ -10,7 +10,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
-#include <QtCore/QThread>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -104,7 +103,6 @@ void RecordingDelegate::record(const QString &outcome)
     {
         const QMutexLocker lock(&m_mutex);
         m_outcomes.append(outcome);
-        m_onMainThread += QThread::currentThread() == qApp->thread();
     }
     if (whenTold)
         whenTold();
@@ -116,12 +114,6 @@ QStringList RecordingDelegate::outcomes() const
     return m_outcomes;
 }
 
-int RecordingDelegate::outcomesOnMainThread() const
-{
-    const QMutexLocker lock(&m_mutex);
-    return m_onMainThread;
-}
-
 void ContainerTest::SetUp()
 {
     forgetHandlerArguments();
@@ -129,8 +121,6 @@ void ContainerTest::SetUp()
     setServiceHost(server.hostAndPort());
     openGate();
 }
-
-void ContainerTest::TearDown() { container.reset(); }
 
 void ContainerTest::present(QWidget *page)
 {

@@ -19,7 +19,6 @@ public:
     void verificationDidFail(ParloquinError error) override;
 
     [[nodiscard]] QStringList outcomes() const;
-    [[nodiscard]] int outcomesOnMainThread() const;
 
     /// Called within each outcome, on its thread.
     std::function<void()> whenTold;
@@ -29,7 +28,6 @@ private:
 
     mutable QMutex m_mutex;
     QStringList m_outcomes;
-    int m_onMainThread = 0;
 };
 
 /// \brief A container over a server of the test, on a device with one messaging app.
@@ -83,7 +81,7 @@ public:
 
 protected:
     void SetUp() override;
-    void TearDown() override;
+    void TearDown() override { container.reset(); }
 };
 
 /// One app that the device has, one it has not, one without a link; with the road by SMS.

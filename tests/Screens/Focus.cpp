@@ -203,6 +203,9 @@ TEST_F(InHost, AWindowThatHasTheKeyboardItselfKeepsIt)
     ASSERT_TRUE(settle(1));
     goToNumber();
     EXPECT_TRUE(window.hasFocus());
+    hands::click(visible("btnBack"));
+    ASSERT_TRUE(seen("viewAlternativeKit"));
+    EXPECT_TRUE(window.hasFocus());
     container->setParent(nullptr);
 }
 

@@ -17,10 +17,7 @@ namespace {
 TEST(HexColour, ReadsThreeFormsAndFallsBackToNothing)
 {
     const QColor fallback(1, 1, 0, 1);
-    const struct {
-        const char *text;
-        QColor color;
-    } rows[] = {
+    const std::pair<const char *, QColor> rows[] = {
         { "#FFF", QColor(255, 255, 255) },
         { "1a0", QColor(17, 170, 0) },
         { "FF0000", QColor(255, 0, 0) },
@@ -39,10 +36,10 @@ TEST(HexColour, ReadsThreeFormsAndFallsBackToNothing)
         { "red", QColor(0, 0, 0) },
         { "\u00e9\u00e9\u00e9\u00e9\u00e9", fallback },
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(colorFromHexString(QString::fromUtf8(row.text)).name(QColor::HexArgb),
-            row.color.name(QColor::HexArgb))
-            << row.text;
+    for (const auto &[text, color] : rows)
+        EXPECT_EQ(colorFromHexString(QString::fromUtf8(text)).name(QColor::HexArgb),
+            color.name(QColor::HexArgb))
+            << text;
 }
 
 QByteArray picture(QSize size, const char *format)

@@ -54,14 +54,11 @@ protected:
     void hide() { HudManager::shared().hide(screen->weakReference()); }
     [[nodiscard]] QWidget *veil() const { return host.findChild<QWidget *>(u"container"_s); }
     [[nodiscard]] bool isUp() const { return veil() && veil()->isVisible(); }
-    [[nodiscard]] bool comesUp() const
+    [[nodiscard]] bool comesUp(bool up = true) const
     {
-        return QTest::qWaitFor([this] { return isUp(); });
+        return QTest::qWaitFor([=, this] { return isUp() == up; });
     }
-    [[nodiscard]] bool goes() const
-    {
-        return QTest::qWaitFor([this] { return !isUp(); });
-    }
+    [[nodiscard]] bool goes() const { return comesUp(false); }
 
     QWidget host;
     QLineEdit hostField;

@@ -198,7 +198,6 @@ protected:
     {
         QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
     }
-    void TearDown() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
 
     // From the leading edge, in pixels inwards.
     [[nodiscard]] QPoint from(int inwards, int y) const
@@ -346,18 +345,6 @@ TEST_F(Stack, NothingRingsWhereAHostHidesWhatHadTheKeyboard)
     EXPECT_FALSE(pages[2]->button->hasKeyboardFocus());
     hands::key(Qt::Key_Tab);
     EXPECT_TRUE(pages[2]->table->hasKeyboardFocus());
-}
-
-TEST_F(Stack, TheHostsKeyboardIsLeftAlone)
-{
-    present();
-    field->setFocus();
-    controller->pushViewController(new TablePage(3), true);
-    ASSERT_TRUE(rests());
-    EXPECT_TRUE(field->hasFocus());
-    controller->popViewController(true);
-    ASSERT_TRUE(rests());
-    EXPECT_TRUE(field->hasFocus());
 }
 
 } // namespace
