@@ -86,6 +86,8 @@ TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
         { init, R"({"meta":{"httpStatusCode":"200"}})", "meta.httpStatusCode: expected integer" },
         { init, R"({"meta":{"httpStatusCode":200.5}})", "meta.httpStatusCode: expected integer" },
         { init, R"({"meta":{"httpStatusCode":401}})", "meta.httpStatusCode: unknown value 401" },
+        { init, R"({"meta":{"httpStatusCode":409}})", "meta.httpStatusCode: unknown value 409" },
+        { init, R"({"meta":{"httpStatusCode":413}})", "meta.httpStatusCode: unknown value 413" },
         { init, R"({"meta":{"httpStatusCode":18446744073709551615}})",
             "meta.httpStatusCode: unknown value 18446744073709551615" },
         { init, R"({"meta":{"httpStatusCode":4294967496}})",

@@ -168,6 +168,8 @@ std::vector<Weather> weathers()
     add("success", logged,
         {
             { "Success", answered(json(200, success)) },
+            { "Conflict", answered(json(409, success)) },
+            { "TooMuch", answered(json(413, success)) },
             { "ProxyUnauthorised",
                 answered(json(407, success, "Proxy-Authenticate: Basic realm=\"x\"\r\n")) },
             { "Chunked", answered(chunked(success, "0\r\n\r\n")) },

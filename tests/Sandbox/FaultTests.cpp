@@ -49,15 +49,37 @@ const Row rows[] = {
     { "flag:on", End::fin, ";0;[^]*X-TRZ-Encrypted: 1\r\n[^]*\\{\"meta" },
 };
 
-/// Sends \p request and reads until the end, until nothing more comes, or far too much.
-std::string seenBy(int port, const std::string &request, End &end)
+/// A right call as it goes over the wire.
+std::string wireOf(const Sandbox &sandbox, const std::string &call, const std::string &parameters)
+{
+    const auto request = sandbox.request(call, parameters);
+    auto wire = "POST " + request.path
+        + " HTTP/1.1\r\nAccept-Encoding: gzip\r\nHost: 127.0.0.1\r\nContent-Length: "
+        + std::to_string(request.body.size());
+    for (const auto &[name, value] : request.headers)
+        wire.append("\r\n").append(name).append(": ").append(value);
+    return wire + "\r\n\r\n" + request.body;
+}
+
+/// \param sent whether all of \p request went out \return the connection, to be closed
+int ask(int port, const std::string &request, bool *sent = nullptr)
 {
     const auto socket = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address { AF_INET, htons(port), { htonl(INADDR_LOOPBACK) }, {} };
     if (::connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
         ADD_FAILURE() << "cannot connect";
-    const auto sent = ::send(socket, request.data(), request.size(), MSG_NOSIGNAL);
-    end = sent < 0 ? End::reset : End::quiet;
+    const auto count = ::send(socket, request.data(), request.size(), MSG_NOSIGNAL);
+    if (sent)
+        *sent = count >= 0;
+    return socket;
+}
+
+/// Sends \p request and reads until the end, until nothing more comes, or far too much.
+std::string seenBy(int port, const std::string &request, End &end)
+{
+    auto sent = false;
+    const auto socket = ask(port, request, &sent);
+    end = sent ? End::quiet : End::reset;
     std::string all;
     pollfd watched { socket, POLLIN, 0 };
     while (end == End::quiet && ::poll(&watched, 1, all.empty() ? 2000 : 500) == 1) {
@@ -90,13 +112,7 @@ class SandboxFault : public testing::TestWithParam<Row> { };
 TEST_P(SandboxFault, ShowsOnTheWire)
 {
     Sandbox sandbox;
-    const auto start = sandbox.request("start", R"({"app":"parlo"})");
-    auto request =
-        "POST /v1.0/start HTTP/1.1\r\nAccept-Encoding: gzip\r\nHost: 127.0.0.1\r\nContent-Length: "
-        + std::to_string(start.body.size());
-    for (const auto &[name, value] : start.headers)
-        request.append("\r\n").append(name).append(": ").append(value);
-    request += "\r\n\r\n" + start.body;
+    const auto request = wireOf(sandbox, "start", R"({"app":"parlo"})");
     const auto seenAfter = [&](const json &outcomes, End &end) {
         EXPECT_EQ(sandbox.post("/sandbox/outcomes", outcomes)["status"], 200);
         return seenBy(sandbox.port(), request, end);
@@ -117,3 +133,26 @@ TEST_P(SandboxFault, ShowsOnTheWire)
 INSTANTIATE_TEST_SUITE_P(Language, SandboxFault, testing::ValuesIn(rows), [](const auto &row) {
     return std::regex_replace(row.param.fault, std::regex("[^a-z0-9]+"), "_");
 });
+
+// Another's calls come between. No answer is read: some have no end.
+TEST(SandboxWeather, IsThatOfItsSeed)
+{
+    const auto weatherOf = [](const char *seed, const std::vector<std::string> &calls) {
+        Sandbox sandbox(json::object(), { "--faults", seed });
+        std::vector<std::string> faults;
+        for (auto i = 0; i < 8; ++i)
+            for (const auto &call : calls) {
+                sandbox.process().takeOutput();
+                const auto socket = ask(sandbox.port(), wireOf(sandbox, call, "{}"));
+                auto said = sandbox.process().waitForOutput("fault ");
+                ::close(socket);
+                said.erase(0, said.find("fault "));
+                if (call == "country")
+                    faults.push_back(said.substr(0, said.find('\n')));
+            }
+        return faults;
+    };
+    const auto one = weatherOf("100:7", { "country" });
+    EXPECT_EQ(weatherOf("100:7", { "check", "country" }), one);
+    EXPECT_NE(weatherOf("100:8", { "country" }), one);
+}

@@ -22,6 +22,8 @@ TEST(SandboxScenario, NamesTheFieldAtFault)
         { "[]", "scenario: expected an object" },
         { "{}", "keys: missing" },
         { R"({"keys":{"client":"c"}})", "keys.secret: missing" },
+        { R"({"keys":{"client":7,"secret":")" + std::string(64, '8') + "\"}}",
+            "keys.client: expected text" },
         { R"({"keys":{"client":"c","secret":"8f2d"}})", "keys.secret: expected 64 hexadecimal" },
     };
     const std::pair<const char *, const char *> fields[] = {
@@ -36,6 +38,8 @@ TEST(SandboxScenario, NamesTheFieldAtFault)
             "countries[0].phoneCode: expected" },
         { R"("outcomes":{"begin":"success"})", "outcomes.begin: no call" },
         { R"("outcomes":{"check":["success","maybe"]})", "outcomes.check[1]: no outcome" },
+        { R"("outcomes":{"check":{"status":409}})", "outcomes.check.status: expected" },
+        { R"("outcomes":{"check":{"status":413}})", "outcomes.check.status: expected" },
         { R"("outcomes":{"check":["success",{"fault":"reset@lunch"}]})",
             "outcomes.check[1].fault: \"reset@lunch\": no moment" },
         { R"("outcomes":{"check":{"fault":"reset@accept"}})", "check: the call is not known" },
