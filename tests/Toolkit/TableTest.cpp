@@ -48,11 +48,16 @@ protected:
 TEST_F(Table, HeadersStickAndPushEachOtherOff)
 {
     show();
+    const auto *shadow = table->findChild<TableShadow *>();
     EXPECT_EQ(headersInView(), u"A 0, B 468");
+    EXPECT_FALSE(shadow->isVisible()) << "of a header at rest";
     table->setContentOffset(100);
     EXPECT_EQ(headersInView(), u"A 0, B 368");
+    EXPECT_TRUE(shadow->isVisible());
     table->setContentOffset(458);
     EXPECT_EQ(headersInView(), u"A -18, B 10, C 478");
+    table->scrollToRow({ 5, 3 }, false);
+    EXPECT_EQ(table->cellForRow({ 5, 3 })->y(), headerHeight) << "right below its header";
 }
 
 TEST_F(Table, TheIndexJumpsByTapAndByDrag)
@@ -99,6 +104,11 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
     EXPECT_EQ(source.selected.size(), 1) << "the stuck header hides the row under it";
     hands::click(table.get(), middle(headerHeight + 2));
     EXPECT_EQ(source.selected.size(), 2);
+
+    hands::press(table.get(), middle(y));
+    table->setContentOffset(sectionTop(9));
+    for (const auto *cell : table->visibleCells())
+        EXPECT_FALSE(cell->isPressed()) << place(cell->indexPath());
 }
 
 TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
@@ -151,6 +161,19 @@ TEST_P(RollingTable, IsStoppedAndNoRowIsChosenByThat)
     table->show();
     finger.tap(table.get(), middle(300)); // the next one means a row
     EXPECT_EQ(source.selected.size(), 1);
+}
+
+TEST_F(Table, AFingerStopsAJump)
+{
+    show();
+    table->scrollToRow({ 25, 0 }, true);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return table->contentOffset() > 20; }));
+    hands::Finger finger;
+    finger.down(table.get(), middle(300));
+    const int at = table->contentOffset();
+    EXPECT_FALSE(QTest::qWaitFor([&] { return table->contentOffset() != at; }, 100))
+        << "from " << at;
+    finger.cancel();
 }
 
 const Brake brakes[] = {
@@ -315,6 +338,14 @@ TEST_F(Table, RightToLeftPutsTheIndexAtTheLeft)
     EXPECT_EQ(table->findChild<TableIndex *>()->x(), 0);
     EXPECT_EQ(
         table->visibleCells().constFirst()->geometry(), QRect(24, headerHeight, 366, rowHeight));
+    const auto isLined = [this](int x) {
+        const QImage edge = table->grab({ x, headerHeight + rowHeight - 2, 1, 4 }).toImage();
+        return QSet { edge.pixel(0, 0), edge.pixel(0, 1), edge.pixel(0, 2), edge.pixel(0, 3) }
+                   .size()
+            > 1;
+    };
+    EXPECT_TRUE(isLined(26)) << "the line reaches the row's end";
+    EXPECT_FALSE(isLined(382)) << "and not its beginning";
 }
 
 // As a table does that has never shown anything else: titles, rows, ticks, lines and all.
