@@ -104,11 +104,6 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
     EXPECT_EQ(source.selected.size(), 1) << "the stuck header hides the row under it";
     hands::click(table.get(), middle(headerHeight + 2));
     EXPECT_EQ(source.selected.size(), 2);
-
-    hands::press(table.get(), middle(y));
-    table->setContentOffset(sectionTop(9));
-    for (const auto *cell : table->visibleCells())
-        EXPECT_FALSE(cell->isPressed()) << place(cell->indexPath());
 }
 
 TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
@@ -362,7 +357,8 @@ TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
     };
     for (const int offset : { 0, 300, ticked, 100000, ticked - 300, 458, ticked + 44, 5, 0 }) {
         table->setContentOffset(offset);
-        EXPECT_EQ(table->grab().toImage(), fresh(table->contentOffset())) << "at " << offset;
+        EXPECT_TRUE(table->grab().toImage() == fresh(table->contentOffset()))
+            << "drawn otherwise at " << offset;
     }
 }
 
