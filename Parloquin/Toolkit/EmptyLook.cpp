@@ -15,9 +15,9 @@ namespace parloquin {
 namespace {
 
 constexpr int symbolSize = 40; // px, as all here
-constexpr int gap = 12; // under the symbol
+constexpr int symbolGap = 12; // under the symbol
 constexpr int plateGap = 8; // to the overlay's plate
-constexpr int margin = 25;
+constexpr int sideMargin = 25;
 constexpr int leastTop = 8;
 constexpr int usualTop = 48;
 
@@ -77,9 +77,9 @@ bool EmptyLook::event(QEvent *event)
 // same with no overlay up, so that nothing moves when it comes or goes.
 void EmptyLook::layOut()
 {
-    const int lineWidth = std::max(width() - 2 * margin, 0);
+    const int lineWidth = std::max(width() - 2 * sideMargin, 0);
     const int lineHeight = lblEmpty->heightForWidth(lineWidth);
-    const int whole = symbolSize + gap + lineHeight;
+    const int whole = symbolSize + symbolGap + lineHeight;
     const QWidget *const container = containerOf(this);
     const int plate = (container->height() - Style::plateSize) / 2 - mapTo(container, QPoint()).y();
     const int above = plate - plateGap;
@@ -99,7 +99,8 @@ void EmptyLook::layOut()
     }
     imgEmpty->setVisible(hasSymbol && !text().isEmpty());
     imgEmpty->setGeometry((width() - symbolSize) / 2, top, symbolSize, symbolSize);
-    lblEmpty->setGeometry(margin, hasSymbol ? top + symbolSize + gap : top, lineWidth, lineHeight);
+    lblEmpty->setGeometry(
+        sideMargin, hasSymbol ? top + symbolSize + symbolGap : top, lineWidth, lineHeight);
 }
 
 } // namespace parloquin
