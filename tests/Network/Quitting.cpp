@@ -33,7 +33,8 @@ TEST_P(Quitting, EndsACallWithinASecondAndWithoutItsOutcome)
         if (!isInOwnNetwork())
             return;
         ASSERT_TRUE(ip(QByteArray(wired) + "route add default via 10.9.0.1"));
-        names.reset(new NameServer({ { "127.0.0.1" }, {}, *hasAddress, false }));
+        names = std::make_unique<NameServer>(
+            NameServer::Names { { "127.0.0.1" }, {}, *hasAddress, false });
     }
     RawServer server;
     server.play(script);
