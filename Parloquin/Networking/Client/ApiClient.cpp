@@ -9,8 +9,6 @@
 
 namespace parloquin {
 
-void ApiClient::prepare() { UrlSession::shared(); }
-
 void ApiClient::send(std::optional<ApiRouter> route, Decoder decoder, Failure fail)
 {
     router = std::move(route);
