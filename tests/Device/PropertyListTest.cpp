@@ -10,33 +10,18 @@
 #include <gtest/gtest.h>
 #include <linux/capability.h>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <functional>
 
 namespace {
 
-using Place = std::function<void(const QByteArray &path)>;
-
-Place file(const QByteArray &bytes, mode_t mode = 0600, uid_t owner = ::geteuid())
-{
-    return [=](const QByteArray &path) {
-        QFile out(QFile::decodeName(path));
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(bytes);
-        out.close();
-        if (::chown(path.constData(), owner, static_cast<gid_t>(-1)) != 0)
-            GTEST_SKIP() << "only root gives files away";
-        ASSERT_EQ(::chmod(path.constData(), mode), 0);
-    };
-}
-
 struct ListRow {
     const char *name;
-    Place place;
+    QByteArray bytes; // of the file
     const char *value; // under "key"
     const char *fault = ""; // part of what stands on standard error; empty for a silent one
+    const char *then = ":"; // what a shell does to the file, $0
 };
 
 // The list lies beside the program, so the program gets a place of its own.
@@ -50,13 +35,19 @@ protected:
     const QTemporaryDir folder { QCoreApplication::applicationDirPath()
         + QStringLiteral("/list-XXXXXX") };
     const QString program = folder.filePath(QStringLiteral("probe"));
-    const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("Info.plist")));
+    const QString path = folder.filePath(QStringLiteral("Info.plist"));
+
+    void write(const QByteArray &bytes) const
+    {
+        QFile out(path);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size());
+    }
 };
 
 TEST_F(ProgramWithList, ReadsItAnewWhenItHasChanged)
 {
     const auto put = [this](const char *value) {
-        file(dictionary(QByteArray("<key>key</key><string>") + value + "</string>"))(path);
+        write(dictionary(QByteArray("<key>key</key><string>") + value + "</string>"));
     };
     const QString key = QStringLiteral("key");
     const QString pause = QStringLiteral("pause");
@@ -65,7 +56,7 @@ TEST_F(ProgramWithList, ReadsItAnewWhenItHasChanged)
     process.start(program, { key, key, pause, key, pause, key });
     QByteArray said;
     for (const auto &change : { std::function<void()>([&] { put("two"); }),
-             std::function<void()>([&] { QFile::remove(QFile::decodeName(path)); }) }) {
+             std::function<void()>([&] { QFile::remove(path); }) }) {
         const qsizetype lines = said.count('\n') + 1;
         while (said.count('\n') < lines && process.waitForReadyRead(10000))
             said += process.readAllStandardOutput();
@@ -80,10 +71,11 @@ class PropertyList : public ProgramWithList, public testing::WithParamInterface<
 
 TEST_P(PropertyList, GivesTheTextOrNamesTheFault)
 {
-    GetParam().place(path);
-    if (IsSkipped())
-        return;
-
+    write(GetParam().bytes);
+    if (QProcess::execute(
+            QStringLiteral("sh"), { QStringLiteral("-c"), QLatin1String(GetParam().then), path })
+        != 0)
+        GTEST_SKIP() << "only root gives files away";
     QProcess process;
     // Root reads whatever the mode forbids.
     if (GetParam().fault == std::string_view("cannot be read"))
@@ -99,7 +91,8 @@ TEST_P(PropertyList, GivesTheTextOrNamesTheFault)
     const QByteArray said = process.readAllStandardError();
     const QByteArray fault = GetParam().fault;
     EXPECT_EQ(said.count('\n'), fault.isEmpty() ? 0 : 1) << said.constData(); // once
-    EXPECT_TRUE(fault.isEmpty() ? said.isEmpty() : said.contains(path) && said.contains(fault))
+    EXPECT_TRUE(
+        fault.isEmpty() ? said.isEmpty() : said.contains(path.toUtf8()) && said.contains(fault))
         << said.constData();
 }
 
@@ -110,43 +103,34 @@ constexpr char noFile[] = "no regular file";
 const QByteArray good = dictionary("<key>key</key><string>x</string>");
 const QByteArray key = "\x53key";
 const ListRow listRows[] = {
-    { "NoFile", [](const QByteArray &) {}, absent },
-    { "Xml", file(dictionary("<key>key</key><string>a &amp; \xC3\xA9</string>")), "a & \xC3\xA9" },
-    { "XmlWithMark", file("\xEF\xBB\xBF" + good), "x" },
-    { "Binary", file(binary({ "\xD1\x01\x02", key, "\x55value" })), "value" },
-    { "BinaryUtf16", file(binary({ "\xD1\x01\x02", key, QByteArray("\x61\x20\xAC", 3) })),
+    { "NoFile", {}, absent, "", "rm $0" },
+    { "Xml", dictionary("<key>key</key><string>a &amp; \xC3\xA9</string>"), "a & \xC3\xA9" },
+    { "XmlWithMark", "\xEF\xBB\xBF" + good, "x" },
+    { "Binary", binary({ "\xD1\x01\x02", key, "\x55value" }), "value" },
+    { "BinaryUtf16", binary({ "\xD1\x01\x02", key, QByteArray("\x61\x20\xAC", 3) }),
         "\xE2\x82\xAC" },
-    { "EmptyText", file(dictionary("<key>key</key><string></string>")), "" },
-    { "OtherKeys", file(dictionary("<key>k</key><string>x</string>")), absent },
-    { "NoText", file(dictionary("<key>key</key><integer>7</integer>")), absent },
-    { "Empty", file(""), absent, noList },
-    { "Garbage", file("key = value\n"), absent, noList },
-    { "XmlCut", file(good.left(90)), absent, noList },
-    { "NoDictionary", file(xml("<array><string>key</string></array>")), absent,
-        "holds no dictionary" },
-    { "DeepXml",
-        file(xml(QByteArray("<array>").repeated(4000) + QByteArray("</array>").repeated(4000))),
+    { "EmptyText", dictionary("<key>key</key><string></string>"), "" },
+    { "OtherKeys", dictionary("<key>k</key><string>x</string>"), absent },
+    { "NoText", dictionary("<key>key</key><integer>7</integer>"), absent },
+    { "Empty", "", absent, noList },
+    { "Garbage", "key = value\n", absent, noList },
+    { "XmlCut", good.left(90), absent, noList },
+    { "NoDictionary", xml("<array><string>key</string></array>"), absent, "holds no dictionary" },
+    { "DeepXml", xml(QByteArray("<array>").repeated(4000) + QByteArray("</array>").repeated(4000)),
         absent, "holds no dictionary" },
-    { "DeepestXml", file("<plist>" + QByteArray("<array>").repeated(9300)), absent, noList },
-    { "Oversized",
-        file(dictionary("<key>key</key><string>" + QByteArray(64 * 1024, 'x') + "</string>")),
+    { "DeepestXml", "<plist>" + QByteArray("<array>").repeated(9300), absent, noList },
+    { "Oversized", dictionary("<key>key</key><string>" + QByteArray(64 * 1024, 'x') + "</string>"),
         absent, "over 64 KiB" },
-    { "Huge", file(QByteArray(64 << 20, ' ')), absent, "over 64 KiB" },
-    { "Unreadable", file(good, 0), absent, "cannot be read" },
-    { "OfAnotherUser", file(good, 0644, 1234), absent, "belongs to another user" },
-    { "BinaryCut", file(binary({ "\xD1\x01\x02", key, "\x55value" }).chopped(1)), absent, broken },
-    { "BinaryHeaderOnly", file("bplist00"), absent, broken },
-    { "Cyclic", file(binary({ "\xD1\x01\x02", key, QByteArray("\xA1\x00", 2) })), absent, broken },
-    { "Pipe", [](const QByteArray &path) { ASSERT_EQ(::mkfifo(path.constData(), 0600), 0); },
-        absent, noFile },
-    { "Folder", [](const QByteArray &path) { ASSERT_EQ(::mkdir(path.constData(), 0700), 0); },
-        absent, noFile },
-    { "Device",
-        [](const QByteArray &path) { ASSERT_EQ(::symlink("/dev/zero", path.constData()), 0); },
-        absent, noFile },
-    { "LinkToItself",
-        [](const QByteArray &path) { ASSERT_EQ(::symlink(path.constData(), path.constData()), 0); },
-        absent, "cannot be read" },
+    { "Huge", QByteArray(64 << 20, ' '), absent, "over 64 KiB" },
+    { "Unreadable", good, absent, "cannot be read", "chmod 0 $0" },
+    { "OfAnotherUser", good, absent, "belongs to another user", "chown 1234 $0" },
+    { "BinaryCut", binary({ "\xD1\x01\x02", key, "\x55value" }).chopped(1), absent, broken },
+    { "BinaryHeaderOnly", "bplist00", absent, broken },
+    { "Cyclic", binary({ "\xD1\x01\x02", key, QByteArray("\xA1\x00", 2) }), absent, broken },
+    { "Pipe", {}, absent, noFile, "rm $0; mkfifo $0" },
+    { "Folder", {}, absent, noFile, "rm $0; mkdir $0" },
+    { "Device", {}, absent, noFile, "ln -sf /dev/zero $0" },
+    { "LinkToItself", {}, absent, "cannot be read", "rm $0; ln -s $0 $0" },
 };
 INSTANTIATE_TEST_SUITE_P(Files, PropertyList, testing::ValuesIn(listRows), byName);
 

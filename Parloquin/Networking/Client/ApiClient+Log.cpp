@@ -1,5 +1,6 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 
+#include "Parloquin/Extension/String+Extension.h"
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Platform/Fatal.h"
 
@@ -18,11 +19,6 @@ QString quoted(QString text)
     text.replace(QLatin1Char('\n'), QLatin1String("\\n"));
     text.replace(QLatin1Char('\t'), QLatin1String("\\t"));
     return QLatin1Char('"') + text + QLatin1Char('"');
-}
-
-QString optionalText(const std::optional<QString> &text)
-{
-    return text ? QStringLiteral("Optional(%1)").arg(quoted(*text)) : QStringLiteral("nil");
 }
 
 std::optional<QString> utf8Text(const QByteArray &bytes)
@@ -67,7 +63,7 @@ void ApiClient::logRequest(const QString &response, const std::optional<QByteArr
         QStringLiteral("🌐 URL: Optional(") + QString::fromLatin1(urlRequest.url.toEncoded()) + QLatin1Char(')'),
         QStringLiteral("🤜🏻 Request Header: ") + fieldsText(urlRequest.headers),
         // The closing parenthesis has no opening one; readers of the log rely on the line as it is.
-        QStringLiteral("🤜🏻 Request Params: ") + optionalText(utf8Text(*body)) + QLatin1Char(')'),
+        QStringLiteral("🤜🏻 Request Params: ") + optionalDescription(utf8Text(*body)) + QLatin1Char(')'),
         QStringLiteral("** --------------- ** "),
         QStringLiteral("✅ Response Header: ") + fieldsText(headers),
         QStringLiteral("✅ Response:"),
@@ -85,8 +81,9 @@ void ApiClient::printServerError(const std::optional<TransportError> &error) con
 {
     const auto description =
         error ? std::optional(error->localizedDescription) : std::optional<QString>();
-    LogManager::shared().log(QStringLiteral("*Server Error \n- Error: ") + optionalText(description)
-            + QStringLiteral(", \n- Path: ") + (router ? router->path() : QString()),
+    LogManager::shared().log(QStringLiteral("*Server Error \n- Error: ")
+            + optionalDescription(description) + QStringLiteral(", \n- Path: ")
+            + (router ? router->path() : QString()),
         true);
 }
 
