@@ -9,6 +9,7 @@
 #include <QtCore/QUrl>
 #include <QtCore/QUrlQuery>
 #include <QtGui/QWheelEvent>
+#include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
@@ -218,10 +219,13 @@ bool Person::picksCountry(const QString &phoneCode)
         QWidget *const table = visible(QStringLiteral("tblCountries"));
         if (found || !table)
             return found != nullptr;
-        const QPointF at = table->rect().center();
-        QWheelEvent wheel(at, table->mapToGlobal(at), {}, QPoint(0, turn), Qt::NoButton, {},
+        QWindow *const window = table->window()->windowHandle();
+        const QPoint at = middleOf(table);
+        QWheelEvent wheel(at, window->mapToGlobal(at), {}, QPoint(0, turn), Qt::NoButton, {},
             Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(table, &wheel);
+        // As a device's own: what lies under it may then leave it to the list.
+        QSpontaneKeyEvent::setSpontaneous(&wheel);
+        qApp->notify(window, &wheel);
         return false;
     };
     return taps(QStringLiteral("viewCountryBack"))

@@ -149,10 +149,13 @@ bool AutoPlayer::tap(const QString &name, const QString &effect, const Condition
 
 void AutoPlayer::turnWheel(QWidget *target, int eighths)
 {
-    const QPoint at = target->rect().center();
-    QWheelEvent turn(at, target->mapToGlobal(at), {}, QPoint(0, eighths), Qt::NoButton, {},
+    QWindow *window = m_window->windowHandle();
+    const QPoint at = middleOf(target);
+    QWheelEvent turn(at, window->mapToGlobal(at), {}, QPoint(0, eighths), Qt::NoButton, {},
         Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(target, &turn);
+    // As a device's own: what lies under it may then leave it to the list.
+    QSpontaneKeyEvent::setSpontaneous(&turn);
+    qApp->notify(window, &turn);
 }
 
 bool AutoPlayer::type(const QString &name, const QString &text)

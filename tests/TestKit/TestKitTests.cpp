@@ -66,13 +66,13 @@ TEST_F(SignIn, ByMessage)
 TEST_F(SignIn, ByCodeInAWindowOfTheApp)
 {
     QWidget window;
-    auto *const layout = new QVBoxLayout(&window);
-    layout->addWidget(container.get());
+    QVBoxLayout layout(&window);
+    layout.addWidget(container.get());
+    const auto outlived = qScopeGuard([this] { container->setParent(nullptr); });
     window.show();
     ASSERT_TRUE(asksForCode());
     ASSERT_TRUE(person().types(sandbox.lastCode()));
     EXPECT_TRUE(heard->success());
-    static_cast<void>(container.release()); // the window's
 }
 
 TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)

@@ -186,7 +186,8 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     const auto roll = [this](QPoint pixels, QPoint angle) {
         QWheelEvent event(QPointF(100, 100), table->mapToGlobal(QPointF(100, 100)), pixels, angle,
             Qt::NoButton, {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(table.get(), &event);
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(table->window()->windowHandle(), &event);
     };
     roll({ 0, -37 }, { 0, -120 });
     EXPECT_EQ(table->contentOffset(), 37);
