@@ -136,10 +136,12 @@ TEST(ApiClient, CountsExpiredTokens)
 
 TEST(ApiClient, StopsTheProgramOnWhatCannotBe)
 {
-    ApiClient::TokenExpiredTryCount::current = std::numeric_limits<qint64>::max();
-    EXPECT_DEATH((void)ApiClient().isTokenExpired(
-                     HttpStatusCode::forbiddenError, ResponseErrorCode::authTokenNotFound),
-        "count of expired tokens");
+    const auto countOneMoreThanThereIsRoomFor = [] {
+        ApiClient::TokenExpiredTryCount::current = std::numeric_limits<qint64>::max();
+        (void)ApiClient().isTokenExpired(
+            HttpStatusCode::forbiddenError, ResponseErrorCode::authTokenNotFound);
+    };
+    EXPECT_DEATH(countOneMoreThanThereIsRoomFor(), "count of expired tokens");
     EXPECT_DEATH(ApiClient().handleResponseError({}), "ApiClient: an answer without a route");
     EXPECT_DEATH(ApiClient().logRequest({}, {}, {}, {}), "ParloquinSecret.*Info.plist");
 }

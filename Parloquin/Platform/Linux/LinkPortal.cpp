@@ -2,15 +2,19 @@
 
 #include "Parloquin/Platform/GLibPointers.h"
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QFile>
 
 #include <optional>
+
+using namespace std::chrono_literals;
 
 namespace parloquin::LinkPortal {
 
 namespace {
 
 constexpr guint patience = 1500; // ms
+constexpr auto rest = 5s; // of a portal that said nothing: each app of a list would wait anew
 
 struct Question {
     QByteArray scheme;
@@ -51,10 +55,13 @@ bool isNeeded() { return QFile::exists(QStringLiteral("/.flatpak-info")); }
 
 bool handles(const QString &scheme)
 {
-    static bool isSilent = false; // each app of a list would wait anew
+    static struct {
+        QByteArray address;
+        QDeadlineTimer until;
+    } silent;
     const GLibPointer<gchar> address(
         g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    if (isSilent || !address)
+    if (!address || (silent.address == address.get() && !silent.until.hasExpired()))
         return false;
 
     Question question;
@@ -65,7 +72,6 @@ bool handles(const QString &scheme)
     g_source_set_callback(
         late.get(),
         [](gpointer cancelled) -> gboolean {
-            isSilent = true;
             g_cancellable_cancel(static_cast<GCancellable *>(cancelled));
             return G_SOURCE_REMOVE;
         },
@@ -78,6 +84,8 @@ bool handles(const QString &scheme)
         address.get(), flags, nullptr, question.cancelled.get(), ask, &question);
     while (!question.answer)
         g_main_context_iteration(context.get(), TRUE);
+    if (g_cancellable_is_cancelled(question.cancelled.get()))
+        silent = { address.get(), QDeadlineTimer(rest) };
     if (question.bus)
         g_dbus_connection_close_sync(question.bus.get(), nullptr, nullptr);
     g_main_context_pop_thread_default(context.get());
