@@ -15,6 +15,23 @@ namespace parloquin {
 
 using Clock = std::chrono::steady_clock;
 
+namespace {
+
+// Two threads that meet types of GIO for the first time can wait for each other for ever: one holds
+// the lock of all classes, as it makes one, and waits for a type that this names, while the other
+// makes that type and waits for the lock, to give it an interface. The types that both happens to
+// are therefore there before the first of our threads.
+void makeTypesThatThreadsWaitFor()
+{
+    [[maybe_unused]] static const bool once = [] {
+        for (const GType type : { G_TYPE_SOCKET_ADDRESS, G_TYPE_SOCKET, G_TYPE_DBUS_CONNECTION })
+            g_type_ensure(type);
+        return true;
+    }();
+}
+
+} // namespace
+
 // GLib's context waits, but what crosses threads lies in a list of ours under a lock of ours: a
 // library built without the thread checker hides its locks from it, and every block that crosses
 // would look like a race.
@@ -23,6 +40,7 @@ public:
     Loop()
         : m_context(g_main_context_new())
     {
+        makeTypesThatThreadsWaitFor();
         static GSourceFuncs functions { nullptr, nullptr,
             [](GSource *, GSourceFunc call, gpointer loop) { return call(loop); }, nullptr, nullptr,
             nullptr };
