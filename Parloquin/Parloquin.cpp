@@ -3,6 +3,7 @@
 #include "Parloquin/Controller/Base/ParloquinNavigationController.h"
 #include "Parloquin/Controller/ParloquinMainViewController.h"
 #include "Parloquin/Manager/LogManager.h"
+#include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Platform/Telephony.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
@@ -39,8 +40,9 @@ ParloquinViewController *Parloquin::viewControllerForLogin()
 {
     // A static kit's pictures would stay behind, as nothing else asks for the object they are in.
     Q_INIT_RESOURCE(Parloquin);
-    // Both answer later than they are asked; asked now, they are ready when a request needs them.
+    // Each is ready later than it is asked; asked now, it is when a request needs it.
     ApiSessionHelper::shared();
+    ApiClient::prepare();
     Telephony::shared().ask();
     return new ParloquinNavigationController(new ParloquinMainViewController);
 }

@@ -128,6 +128,20 @@ UrlCall::UrlCall(UrlRequest request, UrlSession::Handler handler, qint64 maximum
 
 UrlCall::~UrlCall() { release(); }
 
+void UrlCall::prepare()
+{
+    const GLibPointer<GSocketClient> client(g_socket_client_new());
+    const GLibPointer<GSocketConnectable> address(g_network_address_new("127.0.0.1", 0));
+    const GLibPointer<GSocketAddressEnumerator> addresses(
+        g_socket_connectable_enumerate(address.get()));
+    const GLibPointer<GSocketAddress> found(
+        g_socket_address_enumerator_next(addresses.get(), nullptr, nullptr));
+    const GLibPointer<GSocket> socket(
+        g_socket_new(G_SOCKET_FAMILY_IPV4, G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_TCP, nullptr));
+    const GLibPointer<GSocketConnection> connection(
+        socket ? g_socket_connection_factory_create_connection(socket.get()) : nullptr);
+}
+
 bool UrlCall::isSecure() const { return m_request.url.scheme() == QLatin1String("https"); }
 
 void UrlCall::start()

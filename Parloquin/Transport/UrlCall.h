@@ -27,6 +27,9 @@ public:
     ~UrlCall();
     Q_DISABLE_COPY_MOVE(UrlCall)
 
+    /// Lets GIO make the classes that a call needs, so that the first one need not wait for them.
+    static void prepare();
+
     /// Sends the request; once.
     void start();
     void cancel();

@@ -93,6 +93,7 @@ UrlSession::UrlSession()
 {
     // What handlers of the host touch may need the application object: the thread ends before it.
     qAddPostRoutine([] { shared().d->stop(); });
+    d->post(UrlCall::prepare);
 }
 
 UrlSession::~UrlSession() { d->stop(); }

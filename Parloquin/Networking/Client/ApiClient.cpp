@@ -9,6 +9,8 @@
 
 namespace parloquin {
 
+void ApiClient::prepare() { UrlSession::shared(); }
+
 void ApiClient::send(std::optional<ApiRouter> route, Decoder decoder, Failure fail)
 {
     router = std::move(route);

@@ -27,6 +27,9 @@ public:
         static std::atomic<qint64> current;
     };
 
+    /// Starts what carries the calls, so that the first one finds it running. The main thread.
+    static void prepare();
+
     /// \brief Sends the route's request.
     ///
     /// Any thread. The completion runs exactly once, on the session's thread; or at once, before
