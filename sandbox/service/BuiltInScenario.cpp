@@ -16,22 +16,22 @@ constexpr auto head = R"({
   "texts": {
     "description": {
       "en": "Pick an app to confirm your phone number. The message is ready, you only send it.",
-      "de": "Wähle eine App, um deine Nummer zu bestätigen. Die Nachricht ist fertig, du sendest sie nur.",
+      "de": "Wählen Sie eine App, um Ihre Nummer zu bestätigen. Die Nachricht ist fertig, Sie senden sie nur.",
       "fr": "Choisissez une application pour confirmer votre numéro. Le message est prêt, il suffit de l’envoyer.",
-      "es": "Elige una aplicación para confirmar tu número. El mensaje está listo, solo tienes que enviarlo.",
-      "tr": "Numaranı doğrulamak için bir uygulama seç. Mesaj hazır, yalnızca göndermen yeterli.",
+      "es": "Elija una aplicación para confirmar su número. El mensaje está listo, solo tiene que enviarlo.",
+      "tr": "Numaranızı doğrulamak için bir uygulama seçin. Mesaj hazır, yalnızca göndermeniz yeterli.",
       "ar": "اختر تطبيقًا لتأكيد رقم هاتفك. الرسالة جاهزة، ما عليك إلا إرسالها."
     },
     "alternative": {
       "en": "Get a code by SMS instead", "de": "Stattdessen einen Code per SMS erhalten",
       "fr": "Recevoir plutôt un code par SMS", "es": "Recibir un código por SMS",
-      "tr": "Bunun yerine SMS ile kod al", "ar": "الحصول على رمز برسالة نصية بدلًا من ذلك"
+      "tr": "Bunun yerine SMS ile kod alın", "ar": "الحصول على رمز برسالة نصية بدلًا من ذلك"
     },
     "message": {
       "en": "Please confirm my number for the demo. My code is {code}. Please do not change this text.",
-      "de": "Bitte bestätigt meine Nummer für die Demo. Mein Code ist {code}. Bitte diesen Text nicht ändern.",
+      "de": "Bitte bestätigen Sie meine Nummer für die Demo. Mein Code ist {code}. Bitte diesen Text nicht ändern.",
       "fr": "Merci de confirmer mon numéro pour la démo. Mon code est {code}. Merci de ne pas modifier ce texte.",
-      "es": "Por favor, confirmad mi número para la demo. Mi código es {code}. No cambiéis este texto.",
+      "es": "Por favor, confirmen mi número para la demo. Mi código es {code}. No cambie este texto.",
       "tr": "Lütfen demo için numaramı doğrulayın. Kodum {code}. Lütfen bu metni değiştirmeyin.",
       "ar": "يرجى تأكيد رقمي للعرض التجريبي. رمزي هو {code}. يرجى عدم تغيير هذا النص."
     },

@@ -69,25 +69,28 @@ TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
 {
     const Sandbox sandbox(R"({
         "countries": [{ "countryCode": "DE", "title": "Germany", "phoneCode": "+49" },
-            { "countryCode": "TR", "title": "Home", "phoneCode": "+90" }],
+            { "countryCode": "TR", "title": "Home", "phoneCode": "+90" },
+            { "countryCode": "TR", "title": "Türkiye", "phoneCode": "+90" }],
         "outcomes": { "check": "limit", "start": { "status": 400, "message": "Wait." } } })"_json);
-    const std::tuple<const char *, const char *, const char *, const char *> rows[] = {
-        { "en", "Germany", "Verify with Parlo", "Too many attempts." },
-        { "de", "Deutschland", "Mit Parlo bestätigen", "Zu viele Versuche." },
-        { "fr", "Allemagne", "Vérifier avec Parlo", "Trop de tentatives." },
-        { "es", "Alemania", "Verificar con Parlo", "Demasiados intentos." },
-        { "tr", "Almanya", "Parlo ile doğrula", "Çok fazla deneme yapıldı." },
-        { "ar", "ألمانيا", "التحقق عبر Parlo", "محاولات كثيرة جدًا." },
-        { "nl", "Germany", "Verify with Parlo", "Too many attempts." },
-        { "", "Germany", "Verify with Parlo", "Too many attempts." },
-    };
-    for (const auto &[language, country, text, refusal] : rows) {
+    const std::tuple<const char *, const char *, const char *, const char *, const char *>
+        rows[] = {
+            { "en", "Germany", "Türkiye", "Verify with Parlo", "Too many attempts." },
+            { "de", "Deutschland", "Türkei", "Mit Parlo bestätigen", "Zu viele Versuche." },
+            { "fr", "Allemagne", "Turquie", "Vérifier avec Parlo", "Trop de tentatives." },
+            { "es", "Alemania", "Turquía", "Verificar con Parlo", "Demasiados intentos." },
+            { "tr", "Almanya", "Türkiye", "Parlo ile doğrula", "Çok fazla deneme yapıldı." },
+            { "ar", "ألمانيا", "تركيا", "التحقق عبر Parlo", "محاولات كثيرة جدًا." },
+            { "nl", "Germany", "Türkiye", "Verify with Parlo", "Too many attempts." },
+            { "", "Germany", "Türkiye", "Verify with Parlo", "Too many attempts." },
+        };
+    for (const auto &[language, country, renamed, text, refusal] : rows) {
         const auto ask = [&, in = language](const char *call, const char *parameters) {
             return askIn(in, sandbox, call, json::parse(parameters));
         };
         const auto list = ask("country", "{}").result().at("list");
         EXPECT_EQ(list[0]["title"], country) << language;
         EXPECT_EQ(list[1]["title"], "Home") << "a scenario's own";
+        EXPECT_EQ(list[2]["title"], renamed) << "whose translations lag behind the standard";
         const auto init = ask("init", R"({"deviceName":"p","timezone":"UTC"})").result();
         EXPECT_EQ(init["list"][0]["text"], text);
         EXPECT_EQ(ask("check", R"({"reference":"r"})").errorMessage(), refusal);
@@ -114,10 +117,11 @@ TEST(SandboxLanguage, TellsAPersonWhatIsWrong)
     EXPECT_EQ(send(sandbox, "+4917").errorMessage(), "Das ist keine Telefonnummer.");
     const auto sent = send(sandbox, "+491701234567");
     EXPECT_EQ(check(sandbox, sent, "124"), "Dieser Code stimmt nicht.");
-    EXPECT_EQ(check(sandbox, sent, "124"), "Zu viele Versuche. Bitte fordere einen neuen Code an.");
+    EXPECT_EQ(
+        check(sandbox, sent, "124"), "Zu viele Versuche. Bitte fordern Sie einen neuen Code an.");
     EXPECT_EQ(sandbox.get("/sandbox/journal?limit=1")["exchanges"][0]["reason"],
         "Too many attempts. Please ask for a new code.")
         << "a developer reads English";
     EXPECT_EQ(check(hasty, send(hasty, "+491701234567"), "123"),
-        "Dieser Code ist zu alt. Bitte fordere einen neuen an.");
+        "Dieser Code ist zu alt. Bitte fordern Sie einen neuen an.");
 }
