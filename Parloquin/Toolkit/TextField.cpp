@@ -5,7 +5,6 @@
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtCore/QScopedValueRollback>
-#include <QtCore/QtMath>
 #include <QtGui/QFocusEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QStyleHints>
@@ -13,6 +12,7 @@
 #include <QtWidgets/QProxyStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace parloquin {
 
@@ -121,7 +121,6 @@ void TextField::dress()
     setFont(m_face.font()); // for what a sheet cannot say, as how to hint
     if (const QString sheet = ownSheet(m_face.font()); sheet != styleSheet())
         setStyleSheet(sheet);
-    followDirection(); // what it sets follows from the font as well
 }
 
 void TextField::setBorder(qreal width, const QColor &color, qreal radius)
@@ -159,7 +158,7 @@ void TextField::focusInEvent(QFocusEvent *event)
 {
     QLineEdit::focusInEvent(event);
     restartCaret();
-    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+    if (!std::exchange(m_editing, true))
         Q_EMIT beganEditing();
 }
 
@@ -173,8 +172,10 @@ void TextField::focusOutEvent(QFocusEvent *event)
     QLineEdit::focusOutEvent(event);
     m_blink.stop();
     m_caretShown = false;
-    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
-        Q_EMIT endedEditing();
+    if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason)
+        return;
+    m_editing = false;
+    Q_EMIT endedEditing();
 }
 
 void TextField::restartCaret()
@@ -248,14 +249,14 @@ QRect TextField::caret() const
     const int x = alignment() & Qt::AlignRight ? free
         : alignment() & Qt::AlignHCenter       ? free / 2
                                                : 0;
-    const int y = topOf(line) - (alignment() & Qt::AlignHCenter ? 0 : lift());
-    return { x, y, caretWidth, cursorRect().height() };
+    return { x, topOf(line), caretWidth, cursorRect().height() };
 }
 
 int TextField::topOf(const QFontMetrics &line) const { return (height() - line.height() + 1) / 2; }
 
 // A line edit scrolls a long text to its end and keeps room for a caret at the right. A text that
-// is only shown begins at its beginning and stands at the edge; on the base line of its neighbours.
+// is only shown begins at its beginning and stands at the edge; on the line edit's base line, which
+// lies between whole pixels.
 void TextField::drawLine(const QString &text, const QColor &color)
 {
     const QFontMetrics line(m_face.font());
@@ -271,7 +272,7 @@ void TextField::drawLine(const QString &text, const QColor &color)
     painter.setFont(m_face.font());
     painter.setPen(color);
     painter.setLayoutDirection(layoutDirection());
-    painter.drawText(QPointF(x, topOf(line) + line.ascent()), shown);
+    painter.drawText(QPointF(x, topOf(line) + metrics.ascent()), shown);
 }
 
 bool TextField::event(QEvent *event)
@@ -326,14 +327,7 @@ void TextField::followDirection()
     setAlignment((page ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
     // Else the caret would reach over the right edge and be pushed back onto the last digit.
     const int right = page && !isReadOnly() ? caretGap : 0;
-    setTextMargins(-lineEditMargin, 0, right - lineEditMargin, 2 * lift());
-}
-
-// px that a line edit, which rounds the ascent up, would set its text lower than its neighbours.
-int TextField::lift() const
-{
-    const QFont &font = m_face.font();
-    return qCeil(QFontMetricsF(font).ascent()) - QFontMetrics(font).ascent();
+    setTextMargins(-lineEditMargin, 0, right - lineEditMargin, 0);
 }
 
 } // namespace parloquin

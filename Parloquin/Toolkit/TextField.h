@@ -64,7 +64,6 @@ private:
     void watchParent();
     void restartCaret();
     [[nodiscard]] QRect caret() const;
-    [[nodiscard]] int lift() const;
     [[nodiscard]] int topOf(const QFontMetrics &line) const;
     void drawLine(const QString &text, const QColor &color);
     void openMenu(bool byKeys);
@@ -78,6 +77,7 @@ private:
     QBasicTimer m_hold; // runs while a press may become a long one
     QPointF m_pressedAt;
     bool m_strayed = false;
+    bool m_editing = false; // also while a menu, or another window, has the keyboard
     bool m_dressing = false;
     bool m_caretShown = false;
     bool m_composing = false; // an input method shows what it has not committed yet

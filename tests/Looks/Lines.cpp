@@ -3,6 +3,11 @@
 
 #include <QtGui/QColor>
 #include <QtGui/QScreen>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -10,6 +15,23 @@ namespace {
 
 class Lines : public Walk {
 protected:
+    /// The rows of the device in which a field shows text, from its top on.
+    [[nodiscard]] std::pair<int, int> inkedRows(const char *field) const
+    {
+        const QImage whole = picture();
+        const qreal ratio = whole.devicePixelRatio();
+        const QRectF at(frame(find(field)));
+        const QImage image = whole.copy(QRectF(at.topLeft() * ratio, at.size() * ratio).toRect());
+        std::pair rows(image.height(), -1);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y).blue() < 128) // not the caret
+                    rows = { std::min(rows.first, y), y };
+            }
+        }
+        return rows;
+    }
+
     /// A colour of the screens where this one is it but for a rounding; else this one.
     static QColor nearest(const QColor &color)
     {
@@ -47,6 +69,7 @@ protected:
 
 TEST_F(Lines, CoverWholePixelsOfTheDevice)
 {
+    QApplication::setFont(QFont(u"Inter"_s)); // whose lines begin between pixels
     take([&](const std::string &stop) {
         const QImage now = picture();
         const int frame = qRound(now.devicePixelRatio()); // of a box, which is 1 px
@@ -62,6 +85,8 @@ TEST_F(Lines, CoverWholePixelsOfTheDevice)
             const QString lines = met(now, { 300, 93 }, { 300, 700 });
             EXPECT_EQ(lines.count(u"#d3d6e2 1, "_s), 5) << lines.toStdString();
         } else if (stop == "phone entry, filled") {
+            find<QLineEdit>("txtCountryCode")->setText(find<QLineEdit>("txtPhoneNumber")->text());
+            EXPECT_EQ(inkedRows("txtCountryCode"), inkedRows("txtPhoneNumber")) << "one base line";
             // Over the digits, where only the caret reaches.
             const QString caret = met(now, { 126, 223 }, { 350, 223 });
             EXPECT_TRUE(caret.startsWith(u"#0000ff") && caret.count(u',') == 1)
