@@ -14,6 +14,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QScreen>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QStyle>
 
 #include <utility>
 
@@ -44,6 +45,7 @@ void EditMenu::open(QLineEdit *field, bool byKeys)
         delete menu;
         return;
     }
+    menu->mirror();
     const QRect around(field->mapToGlobal(QPoint()), field->size());
     const QRect room = field->screen()->availableGeometry();
     QRect place({}, QSize(menu->m_width, NavigationBar::barHeight));
@@ -65,6 +67,8 @@ EditMenu::EditMenu(QLineEdit *field)
     setObjectName(QStringLiteral("editMenu"));
     setAttribute(Qt::WA_DeleteOnClose);
     setAccessibleName(field->accessibleName());
+    // As the page; a field's own direction is its text's.
+    setLayoutDirection(field->parentWidget()->layoutDirection());
 }
 
 QAccessibleInterface *EditMenu::makeAccessible()
@@ -82,6 +86,13 @@ void EditMenu::add(const QString &title, const QString &name, std::function<void
         close(); // first: the field has the keyboard again when its text changes
         action();
     });
+}
+
+void EditMenu::mirror()
+{
+    const QRect whole(0, 0, m_width, NavigationBar::barHeight);
+    for (auto *button : findChildren<BarButtonItem *>())
+        button->setGeometry(QStyle::visualRect(layoutDirection(), whole, button->geometry()));
 }
 
 void EditMenu::paintEvent(QPaintEvent *)

@@ -31,6 +31,7 @@ protected:
 private:
     explicit EditMenu(QLineEdit *field);
     void add(const QString &title, const QString &name, std::function<void()> action);
+    void mirror();
 
     QLineEdit *m_field;
     int m_width = 0; // px so far

@@ -47,6 +47,8 @@ KeyboardFocus::KeyboardFocus(QWidget *stack, QWidget *stage, QWidget *bar)
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *before, QWidget *focused) {
         follow(focused);
         hush(before, focused);
+        if (!focused)
+            reclaim();
     });
 }
 
@@ -65,6 +67,8 @@ void KeyboardFocus::hush(const QWidget *before, QWidget *focused)
 // by Tab one comes to the first control, and not by way of the proxy to the last one over and over.
 void KeyboardFocus::follow(QWidget *focused)
 {
+    if (focused && focused->window() == m_stack->window())
+        m_holds = m_stack->isAncestorOf(focused);
     if (!focused || !m_stack->isAncestorOf(focused)) {
         if (focused)
             m_stack->setFocusProxy(m_stage);
@@ -78,9 +82,22 @@ void KeyboardFocus::follow(QWidget *focused)
     }
 }
 
+// Disabled with all of the host's window, or deleted, what had the keyboard leaves it to nobody.
+void KeyboardFocus::reclaim()
+{
+    const auto giveBack = [this] {
+        if (m_holds && !m_stack->window()->focusWidget() && m_stack->isVisible()
+            && m_stack->isEnabled())
+            m_stage->setFocus(Qt::PopupFocusReason); // with its ring, if it had one
+    };
+    QMetaObject::invokeMethod(this, giveBack, Qt::QueuedConnection);
+}
+
 // The host gives the keyboard to the whole.
 bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::EnabledChange)
+        reclaim();
     if (event->type() == QEvent::FocusIn && !m_parking && m_screen) {
         if (!m_last || !m_last->isVisible() || !m_last->isEnabled())
             m_last = target(m_screen);

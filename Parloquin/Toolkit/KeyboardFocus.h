@@ -45,6 +45,7 @@ Q_SIGNALS:
 private:
     void follow(QWidget *focused);
     void hush(const QWidget *before, QWidget *focused);
+    void reclaim();
     [[nodiscard]] static QWidget *target(Screen *screen);
 
     QWidget *m_stack;
@@ -52,6 +53,7 @@ private:
     QWidget *m_bar;
     QPointer<Screen> m_screen; // in view
     QPointer<QWidget> m_last; // what had the focus, or gets it first
+    bool m_holds = false; // the keyboard, or was the last in its window that did
     bool m_parking = false;
 };
 

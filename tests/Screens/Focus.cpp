@@ -91,12 +91,21 @@ INSTANTIATE_TEST_SUITE_P(Hosts, Rounds,
         testing::Values(Qt::LeftToRight, Qt::RightToLeft)),
     [](const auto &row) { return nameOf(std::get<0>(row.param), std::get<1>(row.param)); });
 
-class Returns : public InHost, public testing::WithParamInterface<Host> { };
+// Turned away from or hidden; or disabled with all around it, as while a host asks its back end.
+class Returns : public InHost, public testing::WithParamInterface<std::tuple<Host, bool>> { };
 
 TEST_P(Returns, AContainerThatComesBackHasTheKeyboardWhereItWas)
 {
-    open(GetParam());
-    const auto goAndComeBack = [this] {
+    const auto &[host, disabled] = GetParam();
+    open(host);
+    const auto goAndComeBack = [this, disabled = disabled] {
+        if (disabled) {
+            container->window()->setEnabled(false);
+            EXPECT_FALSE(QApplication::focusWidget());
+            container->window()->setEnabled(true);
+            QCoreApplication::processEvents();
+            return;
+        }
         if (around) {
             around->turnAway();
             EXPECT_FALSE(container->isAncestorOf(QApplication::focusWidget()));
@@ -114,6 +123,7 @@ TEST_P(Returns, AContainerThatComesBackHasTheKeyboardWhereItWas)
     hands::key(Qt::Key_Tab);
     goAndComeBack();
     EXPECT_EQ(focusName(), u"viewAlternativeKit");
+    EXPECT_TRUE(!disabled || visible("focusRing"));
     goToCode();
     hands::keys(u"4"_s);
     goAndComeBack();
@@ -123,11 +133,19 @@ TEST_P(Returns, AContainerThatComesBackHasTheKeyboardWhereItWas)
     EXPECT_EQ(focusName(), u"txtPhoneNumber");
     goAndComeBack();
     EXPECT_EQ(focusName(), u"txtPhoneNumber");
+    std::make_unique<QLineEdit>(container.get())->setFocus(); // the host's, and gone at once
+    QCoreApplication::processEvents();
+    EXPECT_EQ(focusName(), u"txtPhoneNumber");
+    hands::click(container.get(), QPoint(200, 460));
+    EXPECT_EQ(focusName(), u"") << "the page, by a tap beside the field";
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Returns,
-    testing::Values(Host::window, Host::dialog, Host::stack, Host::tabs),
-    [](const auto &row) { return nameOf(row.param); });
+    testing::Combine(
+        testing::Values(Host::window, Host::dialog, Host::stack, Host::tabs), testing::Bool()),
+    [](const auto &row) {
+        return nameOf(std::get<0>(row.param)) + (std::get<1>(row.param) ? "Disabled" : "Away");
+    });
 
 TEST_F(InHost, TwoContainersInAWindowKeepTheirKeysApart)
 {

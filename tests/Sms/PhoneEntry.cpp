@@ -204,15 +204,27 @@ TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
     hands::menuKey();
     EXPECT_EQ(menu(), nullptr) << "nothing to be done";
     hands::keys(u"4123"_s);
-    hands::menuKey();
-    ASSERT_NE(menu(), nullptr);
-    const auto *const cut = menu()->findChild<QWidget *>(u"btnCut"_s);
-    EXPECT_TRUE(cut->hasFocus()) << "the first entry rings";
-    const QImage rings = menu()->grab().toImage();
-    hands::key(Qt::Key_Tab);
-    EXPECT_TRUE(menu()->findChild<QWidget *>(u"btnCopy"_s)->hasFocus());
-    EXPECT_NE(menu()->grab().toImage(), rings);
-    hands::key(Qt::Key_Backtab);
+    QApplication::clipboard()->setText(u"5"_s); // with two entries, on and back were the same
+    for (const auto &[direction, onwards, back] :
+        { std::tuple(Qt::RightToLeft, Qt::Key_Left, Qt::Key_Right),
+            { Qt::LeftToRight, Qt::Key_Right, Qt::Key_Left },
+            { Qt::LeftToRight, Qt::Key_Tab, Qt::Key_Backtab } }) {
+        if (menu())
+            hands::key(Qt::Key_Escape);
+        container->setLayoutDirection(direction);
+        hands::menuKey();
+        ASSERT_NE(menu(), nullptr);
+        const auto *const cut = menu()->findChild<QWidget *>(u"btnCut"_s);
+        const auto *const copy = menu()->findChild<QWidget *>(u"btnCopy"_s);
+        EXPECT_EQ(cut->x() < copy->x(), direction == Qt::LeftToRight);
+        EXPECT_TRUE(cut->hasFocus()) << "the first entry rings";
+        const QImage rings = menu()->grab().toImage();
+        hands::key(onwards);
+        EXPECT_TRUE(copy->hasFocus());
+        EXPECT_NE(menu()->grab().toImage(), rings);
+        hands::key(back);
+        EXPECT_TRUE(cut->hasFocus());
+    }
     hands::key(Qt::Key_Return);
     EXPECT_EQ(menu(), nullptr);
     EXPECT_EQ(field->text(), QString());
