@@ -13,6 +13,7 @@
 #include <thread>
 
 using namespace ParloquinTest;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,10 +34,8 @@ TEST(Signals, TellTheWholeStoryOnTheMainThread)
 
     container->show();
     Person person(sandbox, container);
-    ASSERT_TRUE(person.asksForCode(QStringLiteral("470123456")));
-    sandbox.answers(QStringLiteral("check-otp"),
-        QJsonArray {
-            QStringLiteral("wrongCode"), QStringLiteral("cut"), QStringLiteral("success") });
+    ASSERT_TRUE(person.asksForCode(u"470123456"_s));
+    sandbox.answers(u"check-otp"_s, QJsonArray { u"wrongCode"_s, u"cut"_s, u"success"_s });
     const QString code = sandbox.lastCode();
     for (int i = 0; i < 3; ++i)
         ASSERT_TRUE(person.types(code));
@@ -93,24 +92,24 @@ TEST(DelegateOfFunctions, CallsAndLetsGoOnTheMainThread)
     auto delegate = parloquinDelegate(
         context.get(),
         [&heard, mark = std::make_shared<Mark>(Mark { &died })](const QString &id) {
-            heard += QThread::currentThread() == qApp->thread() ? id : QStringLiteral("elsewhere");
+            heard += QThread::currentThread() == qApp->thread() ? id : u"elsewhere"_s;
         },
         [&heard](ParloquinError error) { heard += QString::number(static_cast<int>(error)); });
     died = {};
     delegate->verificationDidFail(ParloquinError::serverError);
     EXPECT_EQ(heard, QStringList()); // never before the call that failed returns
     std::thread([last = std::move(delegate)]() mutable {
-        last->verificationDidSucceed(QStringLiteral("id"));
+        last->verificationDidSucceed(u"id"_s);
         last.reset();
     }).join();
     EXPECT_EQ(died, std::thread::id());
     QCoreApplication::processEvents();
-    EXPECT_EQ(heard, QStringList({ QStringLiteral("1"), QStringLiteral("id") }));
+    EXPECT_EQ(heard, QStringList({ u"1"_s, u"id"_s }));
     EXPECT_EQ(died, std::this_thread::get_id());
 
     delegate = parloquinDelegate(context.get(), [&heard](const QString &id) { heard += id; }, {});
     delegate->verificationDidFail(ParloquinError::serverError); // nobody wants to know
-    delegate->verificationDidSucceed(QStringLiteral("late"));
+    delegate->verificationDidSucceed(u"late"_s);
     context.reset();
     QCoreApplication::processEvents();
     EXPECT_EQ(heard.size(), 2);

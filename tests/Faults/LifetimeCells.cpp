@@ -94,8 +94,11 @@ std::vector<Cell> lifetimeCells()
     for (const Call &call : calls) {
         for (const Leaving &leaving : leavings) {
             for (const Answer &answer : answers) {
+                const bool inSample = cells.size() % 7 == 0
+                    || (leaving.name == "container deleted" && answer.name == "reset")
+                    || (leaving.name.contains("delete") && answer.kind == usual);
                 if (call.name != "icon")
-                    cells.push_back(left(call, leaving, answer, cells.size() % 7 == 0));
+                    cells.push_back(left(call, leaving, answer, inSample));
             }
         }
     }

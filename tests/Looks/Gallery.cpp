@@ -5,14 +5,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QTranslator>
 #include <QtGui/QPainter>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 
-#include <algorithm>
-#include <tuple>
 #include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

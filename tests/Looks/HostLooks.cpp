@@ -1,17 +1,9 @@
 // Whatever a host does to the looks of its own widgets, the kit's screens stay as they are.
 #include "Looks/Walk.h"
-#include "TestKit/PacedStyle.h"
-#include "support/ByName.h"
 
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 
-#include <algorithm>
-#include <functional>
 #include <map>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,17 +1,11 @@
 // The kit in another language: no English is left on any screen, for eyes and for a screen reader.
 #include "Looks/Walk.h"
-#include "Parloquin/Toolkit/Button.h"
-#include "Parloquin/Toolkit/Label.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QSet>
 #include <QtCore/QTranslator>
 #include <QtCore/QXmlStreamReader>
 #include <QtGui/QFontMetricsF>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
-
-using namespace parloquin;
 
 namespace {
 

@@ -9,8 +9,6 @@
 #include <algorithm>
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class Lines : public Walk {

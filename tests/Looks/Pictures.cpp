@@ -2,18 +2,11 @@
 #include "Looks/Walk.h"
 #include "Parloquin/Extension/QImage+Extension.h"
 #include "Parloquin/Networking/Router/ServiceEndpoint.h"
-#include "Parloquin/Toolkit/ImageView.h"
 
 #include <QtCore/QBuffer>
 #include <QtGui/QPainter>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 
 #include <map>
-#include <tuple>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

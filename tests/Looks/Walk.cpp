@@ -1,23 +1,6 @@
 #include "Looks/Walk.h"
 
-#include "Parloquin/Toolkit/Button.h"
-#include "Parloquin/Toolkit/Label.h"
-#include "Parloquin/Toolkit/NavigationController.h"
-#include "Parloquin/Toolkit/Screen.h"
-#include "Parloquin/Toolkit/TableView.h"
-#include "TestKit/PacedStyle.h"
-#include "support/Hands.h"
-
-#include <QtCore/QCoreApplication>
-#include <QtGui/QWindow>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-
-#include <algorithm>
 #include <sstream>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 void Walk::SetUp()
 {
@@ -52,7 +35,7 @@ void Walk::presentWaiting(const Stop &stop)
     container->resize(size);
     ASSERT_TRUE(QTest::qWaitForWindowActive(container->window()));
     ASSERT_TRUE(waitForOverlay(true));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return find("container")->graphicsEffect() == nullptr; }));
+    ASSERT_SOON(!find("container")->graphicsEffect());
     stop("overlay");
     server.proceed();
     ASSERT_TRUE(waitForOverlay(false));
@@ -61,12 +44,13 @@ void Walk::presentWaiting(const Stop &stop)
 void Walk::take(const Stop &stop)
 {
     presentWaiting(stop);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return find("viewBack") != nullptr; }));
+    (void)row("tblKits", 0, 0);
     stop("app list");
-    hands::press(find("viewBack"));
+    const auto *const app = row("tblKits", 0, 0);
+    hands::press(app);
     stop("app list, pressed");
-    hands::moveTo(find("viewBack"), { 0, -60 }); // let go of there, it is no tap
-    hands::release(find("viewBack"), { 0, -60 });
+    hands::moveTo(app, { 0, -60 }); // let go of there, it is no tap
+    hands::release(app, { 0, -60 });
     toTheCode(stop);
     container.reset();
 }
@@ -78,43 +62,36 @@ void Walk::takeEmpty(const Stop &stop)
     answer("/v1.0/country", R"({"result":{}})");
     presentWaiting(stop);
     stop("app list, empty");
-    tap(find("viewAlternativeKit"));
+    tap("viewAlternativeKit");
     server.pause();
-    tap(find("viewCountryBack"));
-    ASSERT_NE(find("tblCountries"), nullptr);
-    const auto *look = find("tblCountries")->findChild<Label *>(u"lblEmpty"_s);
+    tap("viewCountryBack");
+    const auto *look = qobject_cast<Label *>(visible("lblEmpty"));
+    ASSERT_NE(look, nullptr);
     const QString waiting = look->text();
     stop("country picker, waiting");
     server.proceed();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return look->text() != waiting; }));
+    ASSERT_SOON(look->text() != waiting);
     stop("country picker, empty");
     container.reset();
 }
 
 void Walk::toTheCode(const Stop &stop)
 {
-    tap(find("viewAlternativeKit"));
-    ASSERT_NE(find("txtPhoneNumber"), nullptr);
+    tap("viewAlternativeKit");
     stop("phone entry");
-
-    tap(find("viewCountryBack"));
-    const auto *countries = find<TableView>("tblCountries");
-    ASSERT_NE(countries, nullptr);
-    ASSERT_TRUE(QTest::qWaitFor([=] { return countries->visibleCells().size() >= 5; }));
+    tap("viewCountryBack");
+    (void)row("tblCountries", 3, 0);
     stop("country picker");
-    tap(countries->cellForRow({ 3, 0 }));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return find("tblCountries") == nullptr; }));
+    tap(row("tblCountries", 3, 0));
+    ASSERT_SOON(!find("tblCountries"));
 
-    tap(find("txtPhoneNumber"));
+    tap("txtPhoneNumber");
     stop("phone entry, caret");
     hands::keys(u"41234567"_s);
     stop("phone entry, filled");
 
-    tap(find("btnContinue"));
-    ASSERT_TRUE(QTest::qWaitFor([this] {
-        const auto *first = find("txtCode0");
-        return first && first->hasFocus() && !overlayIsUp();
-    }));
+    tap("btnContinue");
+    ASSERT_SOON(find("txtCode0") && find("txtCode0")->hasFocus() && !overlayIsUp());
     stop("code entry");
     hands::keys(u"7k"_s);
     stop("code entry, filled");

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "Screens/Container.h"
+#include "support/Widgets.h"
 
 #include <QtGui/QImage>
-
-#include <functional>
 
 /// \brief Takes a person's way through every screen of the kit, and stops at each to look.
 class Walk : public ContainerTest {

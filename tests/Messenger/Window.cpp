@@ -3,7 +3,6 @@
 #include "sandbox/messenger/MessengerWindow.h"
 #include "sandbox/messenger/TapButton.h"
 #include "support/ByName.h"
-#include "support/Front.h"
 #include "support/Hands.h"
 #include "support/RawServer.h"
 

@@ -3,9 +3,6 @@
 
 #include <QtGui/QAccessible>
 
-using namespace parloquin;
-using namespace Qt::StringLiterals;
-
 namespace {
 
 // What readers hear: "focus Aa land, +00".

@@ -3,10 +3,6 @@
 
 #include <QtGui/QAccessible>
 
-#include <algorithm>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
 QString roleOf(const QAccessibleInterface *node)
@@ -53,7 +49,7 @@ QAccessibleInterface *find(QAccessibleInterface *node, const QString &what)
     return nullptr;
 }
 
-class Reader : public HostTest {
+class Reader : public InEveryHost {
 protected:
     [[nodiscard]] QAccessibleInterface *kit() const
     {
@@ -88,22 +84,13 @@ protected:
         if (auto *found = await(what))
             found->editableTextInterface()->insertText(0, text);
     }
-    [[nodiscard]] bool showsSymbol() const
-    {
-        const auto symbols = container->findChildren<QWidget *>(u"imgEmpty"_s);
-        return std::any_of(
-            symbols.begin(), symbols.end(), [](auto *one) { return one->isVisible(); });
-    }
     [[nodiscard]] std::string outcome(int count) const
     {
         return waitForOutcomes(count) ? delegate->outcomes().constLast().toStdString() : "none";
     }
 };
 
-class ReaderWalk : public Reader,
-                   public testing::WithParamInterface<std::tuple<Host, Qt::LayoutDirection>> { };
-
-TEST_P(ReaderWalk, LeadsToASessionOnBothRoads)
+TEST_P(Reader, LeadsToASessionOnBothRoads)
 {
     const QString apps =
         u"button Close; pane Parloquin { text Pick an app.; list Messaging apps { row Verify with "
@@ -167,42 +154,6 @@ TEST_P(ReaderWalk, LeadsToASessionOnBothRoads)
     EXPECT_TRUE(QTest::qWaitFor([this] { return !container->isVisible(); }));
 }
 
-INSTANTIATE_TEST_SUITE_P(Hosts, ReaderWalk,
-    testing::Combine(testing::Values(Host::window, Host::dialog, Host::stack),
-        testing::Values(Qt::LeftToRight, Qt::RightToLeft)),
-    [](const auto &row) { return nameOf(std::get<0>(row.param), std::get<1>(row.param)); });
-
-// Nothing comes: the list says so instead of staying blank, and asks for nothing.
-TEST_F(Reader, OfEmptyListsHearsWhatTheyWaitForAndWhatTheyGot)
-{
-    const std::pair<const char *, QByteArray> nothings[] = { { "no list", R"({"result":{}})" },
-        { "an empty list", R"({"result":{"list":[]}})" }, { "garbage", "x" } };
-    for (const auto &[what, json] : nothings) {
-        SCOPED_TRACE(what);
-        answer("/v1.0/init", json);
-        const auto before = server.requests().size();
-        show(Host::window, Qt::LeftToRight);
-        await(u"text No apps to show"_s);
-        EXPECT_EQ(server.requests().size(), before + 1);
-        container.reset();
-    }
-
-    answer("/v1.0/init", threeApps);
-    show(Host::window, Qt::LeftToRight);
-    press(u"button Don't use any of these apps? Get a code by SMS instead"_s);
-    for (const auto &[what, json] : nothings) {
-        SCOPED_TRACE(what);
-        answer("/v1.0/country", json);
-        server.pause();
-        press(u"button Select Country.."_s);
-        await(u"text Loading the countries…"_s);
-        EXPECT_TRUE(showsSymbol());
-        server.proceed();
-        await(u"text No countries to show"_s);
-        EXPECT_TRUE(showsSymbol());
-        press(u"button Back"_s);
-        await(u"field Phone number"_s);
-    }
-}
+INSTANTIATE_TEST_SUITE_P(Hosts, Reader, everyHost, byHost);
 
 } // namespace

@@ -77,17 +77,12 @@ def has(node, state):
 
 
 def hear(event):
-    if event.detail1:
-        focused.append(line(event.source))
-
-
-def hear_others(event):
-    if not event.type.startswith("object:state-changed:focused"):
-        others.append(event.type)
-
-
-def hear_announced(event):
-    if event.detail1 and event.source.get_role() == Atspi.Role.NOTIFICATION:
+    if event.type.startswith("object:state-changed:focused"):
+        focused.extend([line(event.source)] * event.detail1)
+        return
+    others.append(event.type)
+    if event.type.startswith("object:state-changed:showing") and event.detail1 \
+            and event.source.get_role() == Atspi.Role.NOTIFICATION:
         announced.append(event.source.get_name())
 
 
@@ -112,18 +107,14 @@ def keys(key, expected):
     expect(f"other events of key 0x{key:x}", others, [])
 
 
-DOWN, HOME, END, PAGE_DOWN, RETURN = 0xFF54, 0xFF50, 0xFF57, 0xFF56, 0xFF0D
+DOWN, END = 0xFF54, 0xFF57
 
 pid = int(sys.argv[1])
 application = None
 application = await_("the application on the bus", lambda: next(
     (app for app in children(Atspi.get_desktop(0)) if app and app.get_process_id() == pid), None))
 listener = Atspi.EventListener.new(hear)
-listener.register("object:state-changed:focused")
-rest = Atspi.EventListener.new(hear_others)
-rest.register("object")
-announcements = Atspi.EventListener.new(hear_announced)
-announcements.register("object:state-changed:showing")
+listener.register("object")
 
 # The first screen.
 loading = seek("alert Loading")
@@ -143,34 +134,22 @@ press("button Don't use any of these apps? Get a code by SMS instead")
 seek("panel SMS")
 press("button Select Country..")
 countries = seek("list Country List")
-reading = []
-for section in range(26):
-    letter = chr(ord("A") + section)
-    reading.append(f"heading {letter}")
-    reading += [f"list item {letter}{'abcd'[row]} land, +{section}{row}" for row in range(4)]
+reading = ["heading L"] + [f"list item Land {number}, +{number}" for number in range(10, 70)]
 await_("all countries", lambda: countries.get_child_count() == len(reading))
 expect("in reading order", [line(row) for row in children(countries)], reading)
-tick = [line(row) for row in children(countries) if has(row, Atspi.StateType.CHECKED)]
-expect("checked", tick, ["list item Bc land, +12"])
-last = children(countries)[-1]
-expect("in view", has(last, Atspi.StateType.SHOWING), False)
-expect("index", last.get_index_in_parent(), len(reading) - 1)
-expect("parent", line(last.get_parent()), "list Country List")
+expect("in view", has(children(countries)[-1], Atspi.StateType.SHOWING), False)
 
 Atspi.Component.grab_focus(children(countries)[1])
-await_("focus on the first row", lambda: "list item Aa land, +00" in focused)
-keys(DOWN, "list item Ab land, +01")
-keys(DOWN, "list item Ac land, +02")
-keys(END, "list item Zd land, +253")
-keys(HOME, "list item Aa land, +00")
-keys(ord("m"), "list item Ma land, +120")
-keys(DOWN, "list item Mb land, +121")
-expect("focused", has(find("list item Mb land, +121"), Atspi.StateType.FOCUSED), True)
+await_("focus on the first row", lambda: reading[1] in focused)
+keys(DOWN, reading[2])
+keys(END, reading[-1])
+keys(ord("l"), reading[1])
+expect("focused", has(find(reading[1]), Atspi.StateType.FOCUSED), True)
 
-press("list item Yd land, +243")
-seek("button Country, Yd land")
+press(reading[-2])
+seek("button Country, Land 68")
 number = seek("text Phone number")
-expect("prefix", number.get_description(), "+243")
+expect("prefix", number.get_description(), "+68")
 write("text Phone number", "4123")
 expect("number", Atspi.Text.get_text(number, 0, -1), "4123")
 press("button Send SMS")

@@ -1,19 +1,9 @@
 // The first screen as it stands: geometry, colours, texts.
 #include "Parloquin/Cell/ThirdPartyKitTableCell.h"
-#include "Parloquin/Toolkit/ImageView.h"
-#include "Parloquin/Toolkit/Label.h"
-#include "Parloquin/Toolkit/TableView.h"
-#include "Parloquin/Toolkit/View.h"
 #include "Screens/Container.h"
-#include "TestKit/PacedStyle.h"
-#include "support/Hands.h"
+#include "support/Widgets.h"
 
 #include <QtCore/QBuffer>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,53 +15,11 @@ protected:
         presentLoaded();
     }
 
-    [[nodiscard]] QWidget *cell(int row) const
+    template <class T> [[nodiscard]] T *part(int at, const char *name) const
     {
-        return find<TableView>("tblKits")->cellForRow({ 0, row });
-    }
-    template <class T> [[nodiscard]] T *part(int row, const char *name) const
-    {
-        return cell(row)->findChild<T *>(QLatin1String(name));
+        return row("tblKits", 0, at)->findChild<T *>(QLatin1String(name));
     }
 };
-
-class Geometry : public AppList, public testing::WithParamInterface<bool> { };
-
-TEST_P(Geometry, IsExact)
-{
-    const bool isMirrored = GetParam();
-    QApplication::setLayoutDirection(isMirrored ? Qt::RightToLeft : Qt::LeftToRight);
-    present(threeApps);
-    const auto at = [&](double x, double y, double w, double h) {
-        return QRectF(isMirrored ? 390 - x - w : x, y, w, h);
-    };
-    const std::pair<const QWidget *, QRectF> rows[] = {
-        { find("lblDescription"), at(25, 122, 340, 20) },
-        { find("tblKits"), at(0, 172, 390, 567) },
-        { cell(0), at(0, 172, 390, 80) },
-        { part<QWidget>(0, "viewBack"), at(20, 182, 350, 60) },
-        { part<QWidget>(0, "imgKitIcon"), at(40, 199.5, 25, 25) },
-        { part<QWidget>(0, "lblKitName"), at(85, 192, 265, 40) },
-        { cell(2), at(0, 332, 390, 80) },
-        { find("viewAlternativeKit"), at(0, 739, 390, 105) },
-        { find("lineAlternateViewTop"), at(0, 739, 390, 0.5) },
-        { find("lblAlternateKitTitle"), at(25, 754, 340, 20) },
-        { find("iconSms"), at(25, 789, 30, 30) },
-        { find("lblAlternateKitDesc"), at(65, 789, 285, 30) },
-        { find("iconArrowRight"), at(360, 796.5, 10, 15) },
-    };
-    for (const auto &[widget, expected] : rows) {
-        SCOPED_TRACE(widget->objectName().toStdString());
-        const QRectF actual = frame(widget);
-        // Halves may round either way.
-        EXPECT_NEAR(actual.x(), expected.x(), 0.5);
-        EXPECT_NEAR(actual.y(), expected.y(), 0.5);
-        EXPECT_NEAR(actual.width(), expected.width(), 0.5);
-        EXPECT_NEAR(actual.height(), expected.height(), 0.5);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Mirrored, Geometry, testing::Bool());
 
 // Neither the spinner's plate nor the words under it are read through the other.
 TEST_F(AppList, SaysThatItWaitsBesideTheOverlaysPlate)
@@ -99,13 +47,6 @@ TEST_F(AppList, SaysThatItWaitsBesideTheOverlaysPlate)
     ASSERT_TRUE(waitForOverlay(false));
 }
 
-TEST_F(AppList, KeepsThePlaceOfAPanelThatIsNotOffered)
-{
-    present(R"({"result":{"description":"Pick an app.","list":[{"text":"t"}]}})");
-    EXPECT_FALSE(find("viewAlternativeKit")->isVisible());
-    EXPECT_EQ(frame(find("tblKits")), QRect(0, 172, 390, 567));
-}
-
 TEST_F(AppList, ShowsTheColoursAndTextOfEachApp)
 {
     present(R"({"result":{"list":[
@@ -129,19 +70,14 @@ TEST_F(AppList, ShowsTheColoursAndTextOfEachApp)
     const QImage screen = container->grab().toImage();
     const QPointF inside = frame(part<View>(0, "viewBack")).center() + QPointF(120, 0);
     EXPECT_EQ(screen.pixelColor((inside * screen.devicePixelRatio()).toPoint()), rows[0].back);
-}
 
-TEST_F(AppList, DarkensThePressedRowAlone)
-{
-    present(threeApps);
-    hands::press(cell(0));
-    const auto back = [this](int row) { return part<View>(row, "viewBack")->backgroundColor(); };
-    EXPECT_TRUE(QTest::qWaitFor([&] { return back(0) == QColor(0x16, 0x63, 0x3d); }));
-    EXPECT_EQ(back(1), QColor(Qt::blue));
-    // Let go elsewhere: no tap.
-    hands::moveTo(cell(0), { 195, 240 });
-    hands::release(cell(0), { 195, 240 });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return back(0) == QColor(0x1c, 0x7c, 0x4c); }));
+    auto *const first = row("tblKits", 0, 0);
+    hands::press(first);
+    EXPECT_SOON(part<View>(0, "viewBack")->backgroundColor() == QColor(0x16, 0x63, 0x3d));
+    EXPECT_EQ(part<View>(1, "viewBack")->backgroundColor(), rows[1].back);
+    hands::moveTo(first, { 195, 240 }); // let go elsewhere, it is no tap
+    hands::release(first, { 195, 240 });
+    EXPECT_SOON(part<View>(0, "viewBack")->backgroundColor() == rows[0].back);
     EXPECT_EQ(paths().size(), 1);
 }
 
@@ -166,7 +102,7 @@ TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
     }
     present(R"({"result":{"list":[)" + list.chopped(1) + "]}}");
     auto *const table = find<TableView>("tblKits");
-    hands::press(cell(1)); // a press that is scrolled away
+    hands::press(row("tblKits", 0, 1)); // a press that is scrolled away
     for (const int place : { 0, 1, 2, 7, 5000, 9999, 9990, 5003, 4, 0 }) {
         table->scrollToRow({ 0, place }, false);
         QCoreApplication::processEvents();
@@ -193,7 +129,6 @@ TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
 TEST_F(AppList, TellsAutomationWhenItIsAtRest)
 {
     QApplication::setStyle(new ParloquinTest::PacedStyle(200));
-    const auto atRest = [this] { return container->property("atRest").toBool(); };
     QByteArray list;
     for (int row = 0; row < 50; ++row)
         list += R"({"text":"Row"},)";
@@ -201,20 +136,20 @@ TEST_F(AppList, TellsAutomationWhenItIsAtRest)
         R"({"result":{"alternativeValidation":"otp","list":[)" + list.chopped(1) + "]}}");
     ContainerTest::present();
     EXPECT_TRUE(waitForOverlay(true));
-    EXPECT_FALSE(atRest());
+    EXPECT_FALSE(isAtRest());
     ASSERT_TRUE(settle(1));
-    EXPECT_TRUE(atRest());
+    EXPECT_TRUE(isAtRest());
 
     hands::Finger finger;
     finger.down(container.get(), { 200, 600 });
     finger.drag({ 0, -300 });
     finger.up();
-    EXPECT_FALSE(atRest()) << "it rolls on by itself";
-    EXPECT_TRUE(QTest::qWaitFor(atRest));
+    EXPECT_FALSE(isAtRest()) << "it rolls on by itself";
+    EXPECT_TRUE(rests());
 
-    tap(find("viewAlternativeKit"));
-    EXPECT_FALSE(atRest());
-    EXPECT_TRUE(QTest::qWaitFor(atRest));
+    tap("viewAlternativeKit");
+    EXPECT_FALSE(isAtRest());
+    EXPECT_TRUE(rests());
     EXPECT_FALSE(find("tblKits")->isVisible()) << "the slide is over";
 }
 

@@ -2,9 +2,7 @@
 
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Parloquin/Platform/MainQueue.h"
-#include "Parloquin/Toolkit/TableView.h"
 #include "Parloquin/Transport/UrlSession.h"
-#include "support/Hands.h"
 #include "support/ServiceEndpoint.h"
 
 #include <QtCore/QDir>
@@ -13,6 +11,8 @@
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -145,6 +145,34 @@ QRect ContainerTest::frame(const QWidget *widget) const
     return { widget->mapTo(container.get(), QPoint()), widget->size() };
 }
 
+QWidget *ContainerTest::visible(const char *name) const
+{
+    const auto all = container->findChildren<QWidget *>(QLatin1String(name));
+    const auto found = std::ranges::find_if(all, &QWidget::isVisible);
+    return found == all.end() ? nullptr : *found;
+}
+
+bool ContainerTest::rests() const
+{
+    return QTest::qWaitFor([this] { return isAtRest(); });
+}
+
+bool ContainerTest::seen(const char *name) const
+{
+    return QTest::qWaitFor([&] { return visible(name) && isAtRest(); });
+}
+
+parloquin::TableCell *ContainerTest::row(const char *table, int section, int at) const
+{
+    parloquin::TableCell *cell = nullptr;
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        const auto *rows = qobject_cast<parloquin::TableView *>(visible(table));
+        return rows && (cell = rows->cellForRow({ section, at }));
+    })) << section
+        << '/' << at << " of " << table;
+    return cell;
+}
+
 bool ContainerTest::overlayIsUp() const
 {
     const auto *veil = find("container");
@@ -181,15 +209,6 @@ bool ContainerTest::drainSession()
 bool ContainerTest::waitForOutcomes(int count) const
 {
     return QTest::qWaitFor([this, count] { return delegate->outcomes().size() >= count; });
-}
-
-void ContainerTest::tap(const QWidget *widget) const { hands::click(widget); }
-
-void ContainerTest::tapRow(int row) const
-{
-    const auto *cell = find<parloquin::TableView>("tblKits")->cellForRow({ 0, row });
-    ASSERT_NE(cell, nullptr);
-    tap(cell);
 }
 
 void ContainerTest::comeBack()

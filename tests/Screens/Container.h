@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Parloquin/Parloquin.h"
+#include "Parloquin/Toolkit/TableView.h"
+#include "support/Hands.h"
 #include "support/RawServer.h"
 
 #include <QtCore/QMutex>
@@ -46,8 +48,16 @@ public:
     {
         return container->findChild<T *>(QString::fromLatin1(name));
     }
+    /// The one that shows, of screens with parts of the same name; null where none does
+    [[nodiscard]] QWidget *visible(const char *name) const;
     [[nodiscard]] QRect frame(const QWidget *widget) const; ///< within the container
 
+    [[nodiscard]] bool isAtRest() const { return container->property("atRest").toBool(); }
+    [[nodiscard]] bool rests() const; ///< waits for it
+    /// Waits for a part of a screen that has come to rest.
+    [[nodiscard]] bool seen(const char *name) const;
+    /// Waits for the row.
+    [[nodiscard]] parloquin::TableCell *row(const char *table, int section, int at) const;
     [[nodiscard]] bool overlayIsUp() const;
     [[nodiscard]] bool waitForOverlay(bool up) const;
     /// Waits until that many requests have come and the overlay has gone again.
@@ -58,9 +68,9 @@ public:
     /// and so is what it had for the main thread.
     [[nodiscard]] static bool drainSession();
     [[nodiscard]] bool waitForOutcomes(int count) const;
-    /// A click at the middle of a widget, given to the window as the device would.
-    void tap(const QWidget *widget) const;
-    void tapRow(int row) const;
+    static void tap(const QWidget *widget) { hands::click(widget); }
+    void tap(const char *name) const { tap(visible(name)); }
+    void tapRow(int row) const { tap(this->row("tblKits", 0, row)); }
     /// The app leaves for another and comes back.
     static void comeBack();
 

@@ -3,14 +3,10 @@
 #include "Parloquin/Extension/QImage+Extension.h"
 #include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Screens/Container.h"
-#include "support/ByName.h"
+#include "support/Widgets.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QtEndian>
-#include <QtTest/QTest>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

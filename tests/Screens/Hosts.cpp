@@ -1,51 +1,37 @@
 #include "Screens/Hosts.h"
 
-#include "support/Front.h"
-
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QDialogButtonBox>
+#include <QtWidgets/QDialog>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QVBoxLayout>
 
-using namespace parloquin;
-using namespace Qt::StringLiterals;
-
-Around::Around(Host kind)
-{
-    setObjectName(u"host"_s);
-    auto *const rows = new QVBoxLayout(this);
-    auto *const own = new QPushButton(u"Verify"_s);
-    if (kind == Host::tabs) {
-        m_tabs = new QTabWidget(this);
-        m_tabs->addTab(own, u"Start"_s);
-        rows->addWidget(m_tabs);
-    } else {
-        m_stack = new QStackedWidget(this);
-        m_stack->addWidget(own);
-        rows->addWidget(m_stack);
+/// A host with a page of its own beside the container's; counts what reaches it and was not meant
+/// to.
+class Around : public QDialog {
+public:
+    Around()
+    {
+        setObjectName(u"host"_s);
+        auto *const rows = new QVBoxLayout(this);
+        rows->addWidget(pages);
+        pages->addTab(new QPushButton(u"Verify"_s), u"Start"_s);
+        auto *const button = new QPushButton(u"Go on"_s);
+        button->setDefault(true);
+        rows->addWidget(button);
+        connect(button, &QPushButton::clicked, this, [this] { ++reached; });
+        connect(this, &QDialog::rejected, this, [this] { ++reached; });
     }
-    if (kind == Host::dialog) {
-        auto *const buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
-        buttons->button(QDialogButtonBox::Ok)->setDefault(true);
-        connect(buttons, &QDialogButtonBox::accepted, this, [this] { ++reached; });
-        rows->addWidget(buttons);
-    }
-    connect(this, &QDialog::rejected, this, [this] { ++reached; });
-}
 
-void Around::add(QWidget *container)
-{
-    m_tabs ? m_tabs->addTab(container, u"Kit"_s) : m_stack->addWidget(container);
-}
+    QTabWidget *const pages = new QTabWidget;
+    int reached = 0;
 
-void Around::turnAway() { m_tabs ? m_tabs->setCurrentIndex(0) : m_stack->setCurrentIndex(0); }
+protected:
+    void mousePressEvent(QMouseEvent *) override { ++reached; }
+    void mouseReleaseEvent(QMouseEvent *) override { ++reached; }
+};
 
-void Around::turnTo(QWidget *container)
-{
-    m_tabs ? m_tabs->setCurrentWidget(container) : m_stack->setCurrentWidget(container);
-}
+HostTest::HostTest() = default;
+HostTest::~HostTest() = default;
 
 void HostTest::SetUp()
 {
@@ -64,18 +50,14 @@ void HostTest::TearDown()
 void HostTest::show(Host host, Qt::LayoutDirection direction)
 {
     QApplication::setLayoutDirection(direction);
-    Parloquin kit;
-    container.reset(kit.viewControllerForLogin());
+    container.reset(Parloquin().viewControllerForLogin());
     container->setKitDelegate(delegate);
-    QWidget *window = container.get();
     if (host != Host::window) {
-        around = std::make_unique<Around>(host);
-        around->add(container.get());
-        around->turnTo(container.get());
+        around = std::make_unique<Around>();
+        around->pages->setCurrentIndex(around->pages->addTab(container.get(), u"Kit"_s));
         container->setFocus(); // the host's button was there first
-        window = around.get();
     }
-    ASSERT_TRUE(comesToFront(*window));
+    ASSERT_TRUE(comesToFront(*container->window()));
 }
 
 void HostTest::open(Host host, Qt::LayoutDirection direction)
@@ -84,33 +66,45 @@ void HostTest::open(Host host, Qt::LayoutDirection direction)
     ASSERT_TRUE(settle(1));
 }
 
-bool HostTest::rests() const
+void HostTest::goAndComeBack()
 {
-    return QTest::qWaitFor([this] { return container->property("atRest").toBool(); });
-}
-
-bool HostTest::seen(const char *name) const
-{
-    return QTest::qWaitFor([&] { return visible(name) && container->property("atRest").toBool(); });
-}
-
-QWidget *HostTest::visible(const char *name) const
-{
-    for (auto *widget : container->findChildren<QWidget *>(QLatin1String(name))) {
-        if (widget->isVisible())
-            return widget;
+    if (around) {
+        around->pages->setCurrentIndex(0);
+        EXPECT_FALSE(container->isAncestorOf(QApplication::focusWidget()));
+        around->pages->setCurrentWidget(container.get());
+    } else {
+        QWidget other; // comes to the front meanwhile
+        container->hide();
+        EXPECT_TRUE(comesToFront(other));
+        EXPECT_TRUE(comesToFront(*container));
     }
-    return nullptr;
+    container->setFocus();
 }
 
-QWidget *HostTest::row(const char *table, int section, int at) const
+void HostTest::goToNumber()
 {
-    TableCell *cell = nullptr;
-    const auto *rows = find<TableView>(table);
-    EXPECT_TRUE(QTest::qWaitFor([&] {
-        return (cell = rows->cellForRow({ section, at })) != nullptr;
-    }));
-    return cell;
+    tap("viewAlternativeKit");
+    ASSERT_TRUE(seen("viewCountryBack"));
+}
+
+void HostTest::goToCountries()
+{
+    goToNumber();
+    tap("viewCountryBack");
+    (void)row("tblCountries", 1, 0);
+    ASSERT_TRUE(seen("tblCountries"));
+}
+
+void HostTest::goToCode()
+{
+    goToCountries();
+    tap(row("tblCountries", 1, 0));
+    ASSERT_TRUE(seen("txtPhoneNumber"));
+    tap("txtPhoneNumber");
+    hands::keys(u"4123"_s);
+    hands::key(Qt::Key_Return);
+    ASSERT_TRUE(seen("btnCheck"));
+    ASSERT_SOON(visible("txtCode0")->hasFocus());
 }
 
 QString HostTest::focusName() const

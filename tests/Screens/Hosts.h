@@ -1,66 +1,48 @@
 #pragma once
 
-#include "Parloquin/Toolkit/TableView.h"
 #include "Screens/Container.h"
-#include "support/Hands.h"
+#include "support/Widgets.h"
 
-#include <QtWidgets/QDialog>
+/// What the container is shown in: by itself, or behind a tab of a dialog with a default button.
+enum class Host { window, dialog };
 
-#include <memory>
-
-class QStackedWidget;
-class QTabWidget;
-
-/// What the container is shown in: by itself, or beside what is the host's.
-enum class Host { window, dialog, stack, tabs };
-/// Of a case.
-inline std::string nameOf(Host host, Qt::LayoutDirection direction = Qt::LayoutDirectionAuto)
-{
-    constexpr const char *hosts[] = { "Window", "Dialog", "Stack", "Tabs" };
-    constexpr const char *directions[] = { "LeftToRight", "RightToLeft", "" };
-    return std::string(hosts[static_cast<int>(host)]) + directions[direction];
-}
-
-/// A host around the container that counts what reaches it and was not meant to.
-class Around : public QDialog {
-public:
-    /// \param kind dialog: with a default button below the page
-    explicit Around(Host kind);
-
-    void add(QWidget *container);
-    /// The host's own page, and back.
-    void turnAway();
-    void turnTo(QWidget *container);
-
-    int reached = 0;
-
-protected:
-    void mousePressEvent(QMouseEvent *) override { ++reached; }
-    void mouseReleaseEvent(QMouseEvent *) override { ++reached; }
-
-private:
-    QStackedWidget *m_stack = nullptr;
-    QTabWidget *m_tabs = nullptr;
-};
+class Around;
 
 /// \brief Both roads as far as anyone goes, in a host, its answers on their way.
 class HostTest : public ContainerTest {
 protected:
+    HostTest();
+    ~HostTest() override;
     void SetUp() override;
     void TearDown() override;
     /// Shown, with the keyboard in it.
-    void show(Host host, Qt::LayoutDirection direction);
+    void show(Host host = Host::window, Qt::LayoutDirection direction = Qt::LeftToRight);
     /// The same, and its apps are there.
-    void open(Host host, Qt::LayoutDirection direction = Qt::LeftToRight);
+    void open(Host host = Host::window, Qt::LayoutDirection direction = Qt::LeftToRight);
+    /// The host's own page for a while, or another window.
+    void goAndComeBack();
 
-    [[nodiscard]] bool rests() const;
-    /// Waits for a part of the screen that has come to rest.
-    [[nodiscard]] bool seen(const char *name) const;
-    [[nodiscard]] QWidget *visible(const char *name) const;
-    /// Waits for the row.
-    [[nodiscard]] QWidget *row(const char *table, int section, int at) const;
+    // The steps of the road by SMS, by the mouse.
+    void goToNumber();
+    void goToCountries();
+    void goToCode();
+
     /// With the keyboard where it is: somewhere in the kit, always.
     [[nodiscard]] QString focusName() const;
 
     std::unique_ptr<Around> around; ///< none: a window of its own
+};
+
+/// In every host, from either side.
+class InEveryHost : public HostTest,
+                    public testing::WithParamInterface<std::tuple<Host, Qt::LayoutDirection>> {
+protected:
+    void open() { HostTest::open(std::get<0>(GetParam()), std::get<1>(GetParam())); }
+};
+inline const auto everyHost = testing::Combine(
+    testing::Values(Host::window, Host::dialog), testing::Values(Qt::LeftToRight, Qt::RightToLeft));
+inline const auto byHost = [](const auto &row) {
+    const auto &[host, direction] = row.param;
+    return std::string(host == Host::window ? "Window" : "Dialog")
+        + (direction == Qt::LeftToRight ? "LeftToRight" : "RightToLeft");
 };

@@ -1,14 +1,10 @@
 // What a host sets, and where it takes effect.
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
-#include "Parloquin/Toolkit/NavigationBar.h"
-#include "Parloquin/Toolkit/NavigationController.h"
 #include "Screens/Container.h"
+#include "support/Widgets.h"
 
 #include <optional>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -2,28 +2,14 @@
 #include "Parloquin/Manager/HudManager.h"
 #include "Parloquin/Protocol/Updateable.h"
 #include "Parloquin/Toolkit/ActivityIndicator.h"
-#include "Parloquin/Toolkit/BarButtonItem.h"
-#include "Parloquin/Toolkit/NavigationController.h"
-#include "Parloquin/Toolkit/Screen.h"
 #include "Screens/Container.h"
-#include "TestKit/PacedStyle.h"
-#include "support/Hands.h"
+#include "support/Widgets.h"
 
 #include <QtGui/QAccessible>
 #include <QtGui/QShortcut>
-#include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QGraphicsOpacityEffect>
-#include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QLineEdit>
 
-#include <algorithm>
 #include <thread>
-#include <vector>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,33 +1,25 @@
 // Both roads from end to end by one kind of input alone, in every kind of host.
 #include "Screens/Hosts.h"
 
-#include <tuple>
-
-using namespace Qt::StringLiterals;
-
 namespace {
 
-enum class Input { keys, touch };
-
-class Walk : public HostTest,
-             public testing::WithParamInterface<std::tuple<Input, Qt::LayoutDirection, Host>> {
+class Walk : public InEveryHost {
 protected:
-    void SetUp() override
-    {
-        HostTest::SetUp();
-        open(std::get<Host>(GetParam()), std::get<Qt::LayoutDirection>(GetParam()));
-    }
     void tabTo(const char *name) const
     {
         for (int i = 0; i < 20 && focusName() != QLatin1String(name); ++i)
             hands::key(Qt::Key_Tab);
         EXPECT_EQ(focusName(), QLatin1String(name));
     }
+    void lead(bool byKeys);
 };
 
-TEST_P(Walk, LeadsAlongBothRoads)
+TEST_P(Walk, LeadsAlongBothRoadsByKeys) { lead(true); }
+TEST_P(Walk, LeadsAlongBothRoadsByTouch) { lead(false); }
+
+void Walk::lead(bool byKeys)
 {
-    const bool byKeys = std::get<Input>(GetParam()) == Input::keys;
+    open();
     hands::Finger finger;
     const auto touch = [&](const char *name) { finger.tap(visible(name)); };
 
@@ -39,7 +31,7 @@ TEST_P(Walk, LeadsAlongBothRoads)
     } else {
         finger.tap(row("tblKits", 0, 0));
     }
-    ASSERT_TRUE(QTest::qWaitFor([] { return !handlerArguments().isEmpty(); }));
+    ASSERT_SOON(!handlerArguments().isEmpty());
     ASSERT_TRUE(settle(2));
     comeBack();
     ASSERT_TRUE(waitForOutcomes(1));
@@ -83,19 +75,12 @@ TEST_P(Walk, LeadsAlongBothRoads)
     }
     ASSERT_TRUE(seen("btnCheck"));
     (void)focusName();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return find("txtCode0")->hasFocus(); }));
-    if (byKeys) {
-        hands::keys(u"471"_s);
-        EXPECT_EQ(focusName(), u"btnCheck");
-        EXPECT_EQ(visible("focusRing"), nullptr) << "it came by itself";
-        hands::hold(Qt::Key_Return);
-    } else {
-        for (const QString &digit : { u"4"_s, u"7"_s, u"1"_s })
-            hands::commit(digit);
-        EXPECT_EQ(focusName(), u"btnCheck");
-        EXPECT_EQ(visible("focusRing"), nullptr) << "it came by itself";
-        touch("btnCheck");
-    }
+    ASSERT_SOON(visible("txtCode0")->hasFocus());
+    for (const QString &digit : { u"4"_s, u"7"_s, u"1"_s })
+        byKeys ? hands::keys(digit) : hands::commit(digit);
+    EXPECT_EQ(focusName(), u"btnCheck");
+    EXPECT_EQ(visible("focusRing"), nullptr) << "it came by itself";
+    byKeys ? hands::hold(Qt::Key_Return) : touch("btnCheck");
     ASSERT_TRUE(waitForOutcomes(2));
     EXPECT_EQ(delegate->outcomes(), QStringList({ u"succeeded S-1"_s, u"succeeded S-2"_s }));
     ASSERT_TRUE(settle(6));
@@ -103,14 +88,13 @@ TEST_P(Walk, LeadsAlongBothRoads)
 
     for (const char *before : { "btnContinue", "viewAlternativeKit" }) {
         (void)focusName();
-        if (byKeys)
-            hands::key(Qt::Key_Left, Qt::AltModifier);
-        else
-            touch("btnBack");
+        byKeys ? hands::key(Qt::Key_Left, Qt::AltModifier) : touch("btnBack");
         ASSERT_TRUE(seen(before)) << before;
     }
     (void)focusName();
 }
+
+INSTANTIATE_TEST_SUITE_P(Hosts, Walk, everyHost, byHost);
 
 TEST(Container, FitsIntoAHostsLayoutAndOnTheScreen)
 {
@@ -121,14 +105,5 @@ TEST(Container, FitsIntoAHostsLayoutAndOnTheScreen)
     EXPECT_LE(container->sizeHint().height(), container->screen()->availableGeometry().height());
     EXPECT_EQ(container->size(), container->sizeHint());
 }
-
-INSTANTIATE_TEST_SUITE_P(Hosts, Walk,
-    testing::Combine(testing::Values(Input::keys, Input::touch),
-        testing::Values(Qt::LeftToRight, Qt::RightToLeft),
-        testing::Values(Host::window, Host::dialog, Host::stack)),
-    [](const auto &row) {
-        return (std::get<Input>(row.param) == Input::keys ? "Keys" : "Touch")
-            + nameOf(std::get<Host>(row.param), std::get<Qt::LayoutDirection>(row.param));
-    });
 
 } // namespace

@@ -1,4 +1,3 @@
-#include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Extension/QString+OneTimeCode.h"
 #include "Sms/SmsRoad.h"
 #include "support/ModemBus.h"
@@ -6,12 +5,8 @@
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QTranslator>
 #include <QtGui/QWindow>
-#include <QtWidgets/QLineEdit>
 
 #include <string_view>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -60,11 +55,7 @@ protected:
     }
 
     static QString bound(const QString &code) { return uR"(Code\n@127.0.0.1 #)"_s + code; }
-    QWidget *button() const
-    {
-        auto *found = container->findChild<QWidget *>(u"btnMessageCode"_s);
-        return found && found->isVisible() ? found : nullptr;
-    }
+    QWidget *button() const { return visible("btnMessageCode"); }
     void send(const QString &text, const QString &modem = u"0"_s)
     {
         bus.tell({ u"sms"_s, modem, QString::number(++messages), u"3"_s, text });
@@ -72,8 +63,7 @@ protected:
     bool isShown(const QString &code, int patience) const
     {
         const QString text = u"Fill in %1 from your message"_s.arg(code);
-        return QTest::qWaitFor(
-            [&] { return button() && button()->property("text") == text; }, patience);
+        return QTest::qWaitFor([&] { return button() && textOf(button()) == text; }, patience);
     }
     /// Sends it again until it is offered: nobody knows when the kit has begun to listen.
     bool isOffered(const QString &code, const QString &modem = u"0"_s)
@@ -143,13 +133,11 @@ TEST_F(MessageCode, IsTakenOnceFromWholeReceivedMessagesForThisHostAlone)
 TEST_F(MessageCode, IsNotAskedForWithoutAModemOrABus)
 {
     bus.play("end service");
-    tap("btnBack");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !top<OtpCheckViewController>(); }));
+    goBack();
     tap("btnContinue");
-    ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
+    ASSERT_TRUE(seen("btnCheck"));
     bus.play("end bus");
-    tap("btnBack");
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !top<OtpCheckViewController>(); }));
+    goBack();
 }
 
 } // namespace

@@ -1,34 +1,26 @@
 // What holds on both pages of the road alike: fingers scroll them from anywhere, and no key that is
 // held does more than a person wants.
-#include "Parloquin/Controller/OtpCheckViewController.h"
-#include "Parloquin/Controller/OtpMainViewController.h"
 #include "Sms/SmsRoad.h"
-
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 
 struct Place {
-    const char *page; ///< by its title's button
+    const char *button; ///< that the page has
     const char *from; ///< where the finger is put down
 };
 class TouchedPage : public SmsRoad, public testing::WithParamInterface<Place> { };
 
 TEST_P(TouchedPage, ScrollsFromAnywhereAndBackAndIsNotTapped)
 {
-    const auto &[page, from] = GetParam();
-    if (qstrcmp(page, "btnCheck") == 0)
+    const auto &[button, from] = GetParam();
+    if (qstrcmp(button, "btnCheck") == 0)
         goToCodeEntry();
-    top<Screen>()->setFocus();
+    page()->setFocus();
     on("check-otp", ok("{}"));
     const auto calls = server.requests().size();
     container->resize(390, 300);
     QCoreApplication::processEvents();
-    const auto y = [this] { return frame(GetParam().page).y(); };
+    const auto y = [this] { return frame(GetParam().button).y(); };
     const int before = y();
     hands::Finger finger;
     const QRect start = frame(from);
@@ -36,14 +28,14 @@ TEST_P(TouchedPage, ScrollsFromAnywhereAndBackAndIsNotTapped)
     ASSERT_TRUE(start.contains(at)) << "out of view";
     finger.down(container.get(), at);
     finger.drag({ 0, -60 });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return std::abs(before - y() - 60) <= 25; }))
+    EXPECT_SOON(std::abs(before - y() - 60) <= 25)
         << "it goes with the finger, not from " << before << " to " << y();
     finger.drag({ 0, 100 });
     finger.up();
     ASSERT_TRUE(rests());
     EXPECT_EQ(y(), before) << "and no further than it goes";
-    EXPECT_TRUE(top<Screen>()->hasFocus()) << "it was a scroll";
-    EXPECT_NE(top<Screen>()->findChild<QWidget *>(QLatin1String(page)), nullptr);
+    EXPECT_TRUE(page()->hasFocus()) << "it was a scroll";
+    EXPECT_TRUE(visible(button));
     EXPECT_FALSE(overlayIsUp());
     EXPECT_EQ(server.requests().size(), calls);
 }
@@ -51,8 +43,8 @@ TEST_P(TouchedPage, ScrollsFromAnywhereAndBackAndIsNotTapped)
 // Pages get a touch as a mouse: a release is all that Qt makes of one that was taken away.
 TEST_P(TouchedPage, ATouchThatTheSystemTakesAwayMeansNothing)
 {
-    const auto &[page, from] = GetParam();
-    if (qstrcmp(page, "btnCheck") == 0) {
+    const auto &[button, from] = GetParam();
+    if (qstrcmp(button, "btnCheck") == 0) {
         goToCodeEntry();
         hands::keys(u"471"_s);
     } else {
@@ -61,7 +53,7 @@ TEST_P(TouchedPage, ATouchThatTheSystemTakesAwayMeansNothing)
     }
     on("send-otp", ok("{}"));
     on("check-otp", ok("{}"));
-    auto *const screen = top<Screen>();
+    auto *const screen = page();
     screen->setFocus();
     const auto calls = server.requests().size();
     hands::Finger finger;
@@ -72,13 +64,12 @@ TEST_P(TouchedPage, ATouchThatTheSystemTakesAwayMeansNothing)
         finger.up();
     }
     ASSERT_TRUE(rests());
-    EXPECT_EQ(top<Screen>(), screen);
+    EXPECT_EQ(page(), screen);
     EXPECT_TRUE(screen->hasFocus());
     EXPECT_FALSE(overlayIsUp());
     EXPECT_EQ(server.requests().size(), calls);
-    finger.tap(part(page)); // which is heard
-    EXPECT_TRUE(QTest::qWaitFor([&] { return server.requests().size() > calls; }));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !overlayIsUp(); }));
+    finger.tap(part(button)); // which is heard
+    EXPECT_SOON(server.requests().size() > calls && !overlayIsUp());
 }
 
 const Place places[] = {
@@ -91,10 +82,10 @@ const Place places[] = {
     { "btnCheck", "btnCheck" },
 };
 INSTANTIATE_TEST_SUITE_P(Places, TouchedPage, testing::ValuesIn(places),
-    [](const auto &row) { return std::string(row.param.page) + "_" + row.param.from; });
+    [](const auto &row) { return std::string(row.param.button) + "_" + row.param.from; });
 
 struct Held {
-    const char *from; ///< has the keyboard
+    const char *from; ///< has the keyboard; "page": the phone's page itself
     Qt::Key key;
     Qt::KeyboardModifiers modifiers;
     const char *arrives; ///< a part of the page that shows in the end
@@ -109,16 +100,14 @@ TEST_P(HeldKey, DoesWhatOnePressDoes)
     goToCodeEntry();
     on("check-otp", ok(R"({"sessionId":"s"})"));
     hands::keys(u"471"_s);
-    if (!top<Screen>()->findChild<QWidget *>(QLatin1String(row.from))
-        && qstrcmp(row.from, "btnBack") != 0) {
-        tap("btnBack");
-        ASSERT_TRUE(arrivesAt<OtpMainViewController>() && rests());
-    }
-    part(row.from)->setFocus(Qt::TabFocusReason);
+    if (!visible(row.from))
+        goBack();
+    auto *const from = visible(row.from);
+    (from ? from : page())->setFocus(Qt::TabFocusReason);
     const auto before = server.requests().size();
     hands::keyDown(row.key, false, row.modifiers);
     const auto there = [&] {
-        return top<Screen>()->findChild<QWidget *>(QLatin1String(row.arrives)) && !overlayIsUp()
+        return visible(row.arrives) && !overlayIsUp()
             && server.requests().size() >= before + static_cast<std::size_t>(row.calls);
     };
     ASSERT_TRUE(QTest::qWaitFor([&] {
@@ -131,10 +120,7 @@ TEST_P(HeldKey, DoesWhatOnePressDoes)
     QCoreApplication::processEvents();
     EXPECT_TRUE(there()) << row.arrives;
     EXPECT_EQ(server.requests().size() - before, row.calls);
-    QStringList fields;
-    for (const auto *field : top<Screen>()->findChildren<QLineEdit *>())
-        fields << field->text();
-    EXPECT_EQ(fields.join(u'|'), row.texts);
+    EXPECT_EQ(fields(), row.texts);
 }
 
 const QString phoneTexts = u"Norway|+47|41234567"_s;
@@ -152,6 +138,7 @@ const Held helds[] = {
     { "viewCountryBack", Qt::Key_Enter, {}, "tblCountries", 1, {} },
     { "txtPhoneNumber", Qt::Key_Enter, {}, "btnCheck", 1, u"||"_s },
     { "btnContinue", Qt::Key_Return, {}, "btnCheck", 1, u"||"_s },
+    { "page", Qt::Key_Return, {}, "btnCheck", 1, u"||"_s },
     { "txtPhoneNumber", Qt::Key_Backspace, {}, "btnContinue", 0, u"Norway|+47|"_s },
     { "txtPhoneNumber", Qt::Key_Left, {}, "btnContinue", 0, phoneTexts },
 };

@@ -1,17 +1,9 @@
 #include "Sms/SmsRoad.h"
 
 #include "Parloquin/Controller/Base/ParloquinNavigationController.h"
-#include "Parloquin/Controller/CountryListViewController.h"
-#include "Parloquin/Controller/OtpCheckViewController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
-#include "TestKit/PacedStyle.h"
 
 #include <QtGui/QClipboard>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 QByteArray ok(const QByteArray &result)
 {
@@ -33,13 +25,22 @@ void SmsRoad::SetUp()
     container->setContentsMargins(0, 44, 0, 0);
     container->resize(390, 844);
     container->show();
-    navigation().pushViewController(new OtpMainViewController, false);
-    EXPECT_TRUE(QTest::qWaitForWindowActive(container.get()));
+    container->findChild<NavigationController *>()->pushViewController(
+        new OtpMainViewController, false);
+    EXPECT_TRUE(comesToFront(*container));
 }
 
-NavigationController &SmsRoad::navigation() const
+Screen *SmsRoad::page() const
 {
-    return *container->findChild<NavigationController *>();
+    return container->findChild<NavigationController *>()->topViewController();
+}
+
+QString SmsRoad::fields() const
+{
+    QStringList texts;
+    for (const auto *field : page()->findChildren<QLineEdit *>())
+        texts.append(field->text());
+    return texts.join(u'|');
 }
 
 void SmsRoad::on(const std::string &call, const QByteArray &answer)
@@ -72,20 +73,20 @@ void SmsRoad::paste(const QString &text)
 void SmsRoad::openPicker()
 {
     tap("viewCountryBack");
-    ASSERT_TRUE(arrivesAt<CountryListViewController>());
+    ASSERT_SOON(visible("tblCountries"));
 }
 
 void SmsRoad::choose(const QString &title)
 {
     QWidget *row = nullptr;
-    const bool found = QTest::qWaitFor([&] {
+    const auto isThere = [&] {
         for (TableCell *cell : part<TableView>("tblCountries")->visibleCells())
             row = titleOf(cell) == title ? cell : row;
         return row != nullptr;
-    });
-    ASSERT_TRUE(found) << title.toStdString();
+    };
+    ASSERT_SOON(isThere()) << title.toStdString();
     hands::click(row);
-    ASSERT_TRUE(arrivesAt<OtpMainViewController>());
+    ASSERT_TRUE(seen("btnContinue"));
 }
 
 void SmsRoad::pick(const QString &title)
@@ -105,8 +106,14 @@ void SmsRoad::goToCodeEntry()
     pick(u"Norway"_s);
     enterNumber(u"41234567"_s);
     tap("btnContinue");
-    ASSERT_TRUE(arrivesAt<OtpCheckViewController>());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return part("txtCode0")->hasFocus(); }));
+    ASSERT_TRUE(seen("btnCheck"));
+    ASSERT_SOON(part("txtCode0")->hasFocus());
+}
+
+void SmsRoad::goBack()
+{
+    tap("btnBack");
+    ASSERT_TRUE(seen("btnContinue"));
 }
 
 QString SmsRoad::boxes() const

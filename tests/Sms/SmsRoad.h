@@ -1,19 +1,18 @@
 #pragma once
 
-#include "Parloquin/Toolkit/NavigationController.h"
-#include "Parloquin/Toolkit/Screen.h"
 #include "Screens/Container.h"
-#include "support/ByName.h"
-#include "support/Hands.h"
+#include "support/Widgets.h"
 
 /// An answer that goes well with this result.
 QByteArray ok(const QByteArray &result);
 /// The service hangs up instead of answering.
 inline const QByteArray dropped;
+/// Of a label, a button or a field.
+inline QString textOf(const QWidget *widget) { return widget->property("text").toString(); }
 /// Of a country's row.
 inline QString titleOf(const QWidget *cell)
 {
-    return cell->findChild<QWidget *>(QStringLiteral("lblTitle"))->property("text").toString();
+    return textOf(cell->findChild<QWidget *>(QStringLiteral("lblTitle")));
 }
 
 /// \brief A phone of 390 x 844 with a status area of 44, phone entry open on an empty root screen.
@@ -30,35 +29,23 @@ public:
     /// Plain bodies received for a call, oldest first.
     [[nodiscard]] QList<QJsonObject> bodies(const std::string &call) const;
 
-    [[nodiscard]] parloquin::NavigationController &navigation() const;
-    template <class S> S *top() const
-    {
-        return dynamic_cast<S *>(navigation().topViewController());
-    }
-    /// A part of the screen on top, or of its bar, by its name.
+    /// The screen on top.
+    [[nodiscard]] Screen *page() const;
+    /// A part of it, or of its bar, by its name.
     template <class W = QWidget> W *part(const char *name) const
     {
-        W *here = top<parloquin::Screen>()->template findChild<W *>(QLatin1String(name));
-        W *const found = here ? here : find<W>(name);
+        W *const found = dynamic_cast<W *>(visible(name));
         [&] { ASSERT_NE(found, nullptr) << name; }(); // ends the case
         return found;
     }
-    QString text(const char *name) const { return part(name)->property("text").toString(); }
+    QString text(const char *name) const { return textOf(part(name)); }
     /// Of a part, in the container.
     QRect frame(const char *name) const { return ContainerTest::frame(part(name)); }
+    /// What the page's fields hold, a bar between two.
+    [[nodiscard]] QString fields() const;
 
-    void tap(const char *name) const { hands::click(part(name)); }
-    template <class S> [[nodiscard]] bool arrivesAt() const
-    {
-        return QTest::qWaitFor([this] { return top<S>() != nullptr; });
-    }
     [[nodiscard]] bool isTold() const { return waitForOutcomes(1); }
     [[nodiscard]] QStringList told() const { return delegate->outcomes(); }
-    [[nodiscard]] bool isAtRest() const { return container->property("atRest").toBool(); }
-    [[nodiscard]] bool rests() const
-    {
-        return QTest::qWaitFor([this] { return isAtRest(); });
-    }
 
     // The steps of the road, each by hand and eye.
     void openPicker();
@@ -66,6 +53,7 @@ public:
     void pick(const QString &title); ///< both
     void enterNumber(const QString &number);
     void goToCodeEntry(); // Norway, 41234567, reference "ref-1"
+    void goBack(); ///< from there
     /// Texts of the code's boxes, the focused one in brackets.
     QString boxes() const;
 

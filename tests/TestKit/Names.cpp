@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 using namespace ParloquinTest;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -17,17 +18,16 @@ namespace {
 QString tableOf(const QWidget &container)
 {
     QStringList names;
-    QString table = QStringLiteral("\n| object name | accessible name |\n|---|---|\n");
+    QString table = u"\n| object name | accessible name |\n|---|---|\n"_s;
     for (const QWidget *widget : container.findChildren<QWidget *>()) {
         const QString name = widget->objectName();
-        if (name.isEmpty() || name.startsWith(QStringLiteral("qt_")) || !widget->isVisible()
+        if (name.isEmpty() || name.startsWith(u"qt_"_s) || !widget->isVisible()
             || widget->visibleRegion().isEmpty() || names.contains(name))
             continue;
         names += name;
         const QAccessibleInterface *const face =
             QAccessible::queryAccessibleInterface(const_cast<QWidget *>(widget));
-        table += QStringLiteral("| `%1` | %2 |\n")
-                     .arg(name, face ? face->text(QAccessible::Name) : QString());
+        table += u"| `%1` | %2 |\n"_s.arg(name, face ? face->text(QAccessible::Name) : QString());
     }
     return table;
 }
@@ -39,14 +39,14 @@ TEST(Names, OfTheScreensAreThoseOfTheDocument)
     const std::unique_ptr<ParloquinViewController> kit(Parloquin().viewControllerForLogin());
     kit->show();
     Person person(sandbox, kit.get());
-    QString page = QStringLiteral("# Names\n\nWhat automation (`QObject::objectName`) and screen "
-                                  "readers find, as the sandbox's\nscenario fills the screens. The "
-                                  "suite holds this page against the live ones;\n"
-                                  "`PARLOQUIN_WRITE_NAMES=1 ctest -R Names` in the build folder "
-                                  "writes it anew.\n");
+    QString page = u"# Names\n\nWhat automation (`QObject::objectName`) and screen "
+                   "readers find, as the sandbox's\nscenario fills the screens. The "
+                   "suite holds this page against the live ones;\n"
+                   "`PARLOQUIN_WRITE_NAMES=1 ctest -R Names` in the build folder "
+                   "writes it anew.\n"_s;
     const auto add = [&](const char *title, Person::Screen screen) {
         ASSERT_TRUE(QTest::qWaitFor([&] { return person.screen() == screen; })) << title;
-        page += QStringLiteral("\n## %1\n").arg(QLatin1String(title)) + tableOf(*kit);
+        page += u"\n## %1\n"_s.arg(QLatin1String(title)) + tableOf(*kit);
     };
     const auto see = [&](const char *name) {
         QWidget *seen = nullptr;
@@ -72,7 +72,7 @@ TEST(Names, OfTheScreensAreThoseOfTheDocument)
     add("The countries", Person::Screen::countries);
     tap("btnClose");
     ASSERT_TRUE(QTest::qWaitFor([&] { return person.screen() == Person::Screen::number; }));
-    ASSERT_TRUE(person.asksForCode(QStringLiteral("470123456")));
+    ASSERT_TRUE(person.asksForCode(u"470123456"_s));
     add("The code", Person::Screen::code);
 
     QFile document(QStringLiteral(NAMES_DOCUMENT));

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 using namespace ParloquinTest;
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -23,7 +24,7 @@ protected:
         container->setKitDelegate(heard);
     }
 
-    bool asksForCode() { return person().asksForCode(QStringLiteral("470123456")); }
+    bool asksForCode() { return person().asksForCode(u"470123456"_s); }
     Person &person()
     {
         if (!m_person) {
@@ -32,13 +33,16 @@ protected:
         }
         return *m_person;
     }
-    /// What a step says where it fails.
-    template <class Step> std::string complaintOf(const Step &step)
+    /// The step fails, and says so.
+    template <class Step>
+    void expectComplaint(std::initializer_list<const char *> words, const Step &step)
     {
         testing::internal::CaptureStderr();
         const bool isDone = step();
         const std::string said = testing::internal::GetCapturedStderr();
-        return isDone ? "it was done" : said;
+        EXPECT_FALSE(isDone);
+        for (const char *word : words)
+            EXPECT_NE(said.find(word), std::string::npos) << word << " is not in " << said;
     }
 
     Sandbox sandbox;
@@ -49,18 +53,13 @@ private:
     std::optional<Person> m_person;
 };
 
-bool holds(const std::string &text, const char *part)
-{
-    return text.find(part) != std::string::npos;
-}
-
 TEST_F(SignIn, ByMessage)
 {
-    ASSERT_TRUE(person().sendsFrom(QStringLiteral("Kite")));
+    ASSERT_TRUE(person().sendsFrom(u"Kite"_s));
     ASSERT_TRUE(heard->success());
     EXPECT_TRUE(sandbox.confirms(heard->sessionId()));
-    EXPECT_EQ(sandbox.sessions().at(0)[QStringLiteral("app")], QStringLiteral("kite"));
-    EXPECT_FALSE(sandbox.confirms(QStringLiteral("another")));
+    EXPECT_EQ(sandbox.sessions().at(0)[u"app"_s], u"kite"_s);
+    EXPECT_FALSE(sandbox.confirms(u"another"_s));
 }
 
 TEST_F(SignIn, ByCodeInAWindowOfTheApp)
@@ -94,22 +93,19 @@ TEST_F(SignIn, WithoutANetwork)
 {
     ASSERT_TRUE(asksForCode());
     sandbox.goesOffline();
-    const int before = sandbox.requests(QStringLiteral("check-otp"));
+    const int before = sandbox.requests(u"check-otp"_s);
     person().setPatience(200ms);
-    EXPECT_TRUE(holds(complaintOf([this] { return person().types(QStringLiteral("123")); }),
-        "the code was not checked"));
+    expectComplaint({ "the code was not checked" }, [this] { return person().types(u"123"_s); });
     EXPECT_TRUE(heard->failure(ParloquinError::serverError));
-    EXPECT_EQ(sandbox.requests(QStringLiteral("check-otp")), before);
+    EXPECT_EQ(sandbox.requests(u"check-otp"_s), before);
 }
 
 TEST_F(SignIn, RefusedAndLate)
 {
-    sandbox.answers(QStringLiteral("send-otp"), QStringLiteral("limit"));
-    const std::string said = complaintOf([this] { return asksForCode(); });
-    EXPECT_TRUE(holds(said, "no screen for the code")) << said;
-    EXPECT_TRUE(holds(said, "send-otp")) << said;
+    sandbox.answers(u"send-otp"_s, u"limit"_s);
+    expectComplaint({ "no screen for the code", "send-otp" }, [this] { return asksForCode(); });
 
-    sandbox.delays(QStringLiteral("send-otp"), 300ms);
+    sandbox.delays(u"send-otp"_s, 300ms);
     QElapsedTimer timer;
     timer.start();
     EXPECT_TRUE(asksForCode());
@@ -124,7 +120,7 @@ TEST_F(SignIn, BeginsAnewAfterAReset)
     sandbox.hasApps({});
     sandbox.goesOffline();
     sandbox.reset();
-    EXPECT_TRUE(person().sendsFrom(QStringLiteral("Kite")));
+    EXPECT_TRUE(person().sendsFrom(u"Kite"_s));
 }
 
 TEST(Sandbox, SteersTheKitNoLongerThanItLives)
@@ -147,16 +143,15 @@ TEST_F(SignIn, HasOneSandboxAtATime)
 
 TEST_F(SignIn, TellsAStepThatCannotBeDone)
 {
-    sandbox.hasApps({ QStringLiteral("kite") });
+    sandbox.hasApps({ u"kite"_s });
     person().setPatience(500ms);
-    EXPECT_TRUE(holds(complaintOf([this] { return person().sendsFrom(QStringLiteral("Parlo")); }),
-        "was not opened"));
-    EXPECT_TRUE(holds(complaintOf([this] { return person().sendsFrom(QStringLiteral("Nobody")); }),
-        "no app Nobody in the list"));
+    expectComplaint({ "was not opened" }, [this] { return person().sendsFrom(u"Parlo"_s); });
+    expectComplaint(
+        { "no app Nobody in the list" }, [this] { return person().sendsFrom(u"Nobody"_s); });
     QWidget cover(container.get());
     cover.setGeometry(container->rect());
     cover.show();
-    EXPECT_TRUE(holds(complaintOf([this] { return person().closes(); }), "btnClose is covered"));
+    expectComplaint({ "btnClose is covered" }, [this] { return person().closes(); });
     cover.hide();
     EXPECT_TRUE(person().closes());
     EXPECT_EQ(person().screen(), Person::Screen::none);

@@ -1,18 +1,7 @@
 #include "Parloquin/Toolkit/Anchors.h"
-#include "Parloquin/Toolkit/Label.h"
-#include "Soon.h"
+#include "support/Widgets.h"
 
-#include <QtTest/QTest>
-#include <QtWidgets/QWidget>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <initializer_list>
-#include <memory>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

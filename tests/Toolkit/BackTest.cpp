@@ -1,73 +1,10 @@
 // Every way back a screen, and what the host hears of it.
-#include "Parloquin/Toolkit/BarButtonItem.h"
-#include "Parloquin/Toolkit/Button.h"
-#include "Parloquin/Toolkit/NavigationController.h"
-#include "Parloquin/Toolkit/Screen.h"
-#include "Parloquin/Toolkit/TableView.h"
-#include "TestKit/PacedStyle.h"
-#include "Toolkit/Countries.h"
-#include "support/Hands.h"
+#include "Toolkit/Stack.h"
 
 #include <QtGui/QShortcut>
-#include <QtTest/QSignalSpy>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollArea>
 
-#include <gtest/gtest.h>
-
-#include <functional>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
-
 namespace {
-
-QString hooks;
-
-class TablePage : public Screen {
-public:
-    explicit TablePage(int number)
-        : m_number(number)
-    {
-        setTitle(QString::number(number));
-    }
-    Button *button = nullptr;
-    TableView *table = nullptr;
-
-protected:
-    void viewDidLoad() override
-    {
-        button = new Button(Button::Kind::filled, {}, this);
-        button->setGeometry(100, 20, 100, 50);
-        table = new TableView(this);
-        table->setGeometry(0, 200, 390, 400);
-        table->registerCell(u"Cell"_s, [] { return new CountryTableCell; });
-        table->setDataSource(&m_rows);
-    }
-    void viewWillAppear(bool) override
-    {
-        hooks += u"appear ";
-        if (m_number == 0)
-            return;
-        auto *back = new BarButtonItem(u"Back"_s, u"btnBack"_s);
-        connect(back, &QAbstractButton::clicked, this, [this] {
-            if (navigationController())
-                navigationController()->popViewController(true);
-        });
-        navigationItem().setLeftBarButtonItem(back);
-    }
-    void viewWillDisappear(bool) override
-    {
-        hooks += u"disappear ";
-        navigationItem().setLeftBarButtonItem(nullptr);
-    }
-
-private:
-    int m_number;
-    Countries m_rows;
-};
 
 /// Counts whatever the kit does not keep for itself, shortcuts too.
 class Host : public QWidget {
@@ -92,43 +29,32 @@ protected:
     void mouseReleaseEvent(QMouseEvent *) override { ++released; }
 };
 
-class Stack : public testing::Test {
+/// Three pages beside a field of the host.
+class Back : public Stack {
 protected:
+    ~Back() override { controller.reset(); }
     void present(bool moves = true)
     {
-        QApplication::setStyle(new ParloquinTest::PacedStyle(moves ? 200 : 0));
+        begin(moves);
         auto *row = new QHBoxLayout(&host);
         row->setContentsMargins(0, 0, 0, 0);
         field = new QLineEdit;
         field->setFixedWidth(60);
         row->addWidget(field);
-        pages.append(new TablePage(0));
-        controller = new NavigationController(pages[0]);
-        row->addWidget(controller);
+        row->addWidget(controller.get());
         host.resize(450, 700);
-        host.show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
-        for (int i = 1; i < 3; ++i) {
-            pages.append(new TablePage(i));
-            controller->pushViewController(pages[i], false);
-        }
+        ASSERT_TRUE(comesToFront(host));
+        below = push(u"below"_s, false);
+        top = push(u"top"_s, false);
         controller->setFocus();
         ASSERT_TRUE(rests());
-        hooks.clear();
-    }
-    [[nodiscard]] bool rests() const
-    {
-        return QTest::qWaitFor([this] { return controller->isAtRest(); });
-    }
-    [[nodiscard]] int depth() const
-    {
-        return static_cast<int>(controller->viewControllers().size());
+        calls.clear();
     }
 
     Host host;
     QLineEdit *field = nullptr;
-    NavigationController *controller = nullptr;
-    QList<TablePage *> pages;
+    Page *below = nullptr;
+    Page *top = nullptr;
 };
 
 struct Way {
@@ -137,7 +63,7 @@ struct Way {
     bool ofTheHost = true; // on the first screen
 };
 
-class WaysBack : public Stack, public testing::WithParamInterface<std::tuple<Way, bool>> { };
+class WaysBack : public Back, public testing::WithParamInterface<std::tuple<Way, bool>> { };
 
 TEST_P(WaysBack, LeadOneScreenBackHoweverQuick)
 {
@@ -174,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, WaysBack, testing::Combine(testing::ValuesIn(ways
     });
 
 // Held, a key is whose it was when it was pressed.
-TEST_F(Stack, RepeatsAndReleasesGoWhereThePressWent)
+TEST_F(Back, RepeatsAndReleasesGoWhereThePressWent)
 {
     present();
     controller->topViewController()->setFocus(); // a page that does nothing with Enter
@@ -183,16 +109,16 @@ TEST_F(Stack, RepeatsAndReleasesGoWhereThePressWent)
     EXPECT_EQ(host.released, 1);
     host.heard = host.released = 0;
 
-    const QSignalSpy clicks(pages[2]->button, &QAbstractButton::clicked);
-    QObject::connect(pages[2]->button, &QAbstractButton::clicked, controller,
+    const QSignalSpy clicks(top->button, &QAbstractButton::clicked);
+    QObject::connect(top->button, &QAbstractButton::clicked, controller.get(),
         [this] { controller->topViewController()->setFocus(); }); // as to another screen
-    pages[2]->button->setFocus(Qt::TabFocusReason);
+    top->button->setFocus(Qt::TabFocusReason);
     hands::hold(Qt::Key_Return);
     EXPECT_EQ(clicks.count(), 1);
     EXPECT_EQ(host.heard + host.released, 0);
 }
 
-class Edge : public Stack, public testing::WithParamInterface<std::tuple<bool, bool>> {
+class Edge : public Back, public testing::WithParamInterface<std::tuple<bool, bool>> {
 protected:
     void SetUp() override
     {
@@ -210,7 +136,7 @@ protected:
     }
     void drag(int inwards)
     {
-        finger.down(controller, from(5, height()));
+        finger.down(controller.get(), from(5, height()));
         finger.drag(by(inwards));
     }
     [[nodiscard]] static bool mirrored() { return std::get<0>(GetParam()); }
@@ -222,8 +148,6 @@ protected:
 TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
 {
     present();
-    auto *top = pages[2];
-    auto *below = pages[1];
     top->setFocus();
     top->button->setFocus(Qt::TabFocusReason);
     drag(250);
@@ -235,7 +159,7 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     finger.up();
     ASSERT_TRUE(rests());
     EXPECT_EQ(depth(), 3);
-    EXPECT_EQ(hooks, u"");
+    EXPECT_EQ(calls, u"");
     EXPECT_EQ(top->pos(), QPoint());
     EXPECT_FALSE(below->isVisible());
     EXPECT_TRUE(top->button->hasFocus());
@@ -243,11 +167,11 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     EXPECT_EQ(top->table->contentOffset(), 0);
 
     // From elsewhere, and along the edge, it is none.
-    finger.down(controller, from(60, height()));
+    finger.down(controller.get(), from(60, height()));
     finger.drag(by(250));
     EXPECT_EQ(top->pos(), QPoint());
     finger.up();
-    finger.down(controller, from(5, height()));
+    finger.down(controller.get(), from(5, height()));
     finger.drag(by(5, -100));
     finger.drag(by(200));
     EXPECT_EQ(top->pos(), QPoint());
@@ -257,7 +181,7 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     drag(300);
     finger.up();
     EXPECT_EQ(depth(), 2);
-    EXPECT_EQ(hooks, u"disappear appear ");
+    EXPECT_EQ(calls, u"top disappear, below appear, ");
     ASSERT_TRUE(rests());
     EXPECT_TRUE(below->isVisible());
     EXPECT_EQ(below->pos(), QPoint());
@@ -270,7 +194,7 @@ TEST_P(Edge, LeadsNowhereFromTheFirstScreen)
     controller->popViewController(false);
     controller->popViewController(false);
     drag(300);
-    EXPECT_EQ(pages[0]->pos(), QPoint());
+    EXPECT_EQ(root->pos(), QPoint());
     controller->hide(); // under the finger
     finger.up();
 }
@@ -279,11 +203,10 @@ TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
 {
     present();
     for (const bool dragged : { true, false }) { // or only at rest on the edge
-        finger.down(controller, from(5, height()));
+        finger.down(controller.get(), from(5, height()));
         if (dragged)
             finger.drag(by(300));
-        auto *next = new TablePage(3);
-        controller->pushViewController(next, true);
+        auto *next = push(u"next"_s);
         ASSERT_TRUE(dragged || rests());
         if (!dragged)
             finger.drag(by(300));
@@ -291,7 +214,7 @@ TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
         ASSERT_TRUE(rests());
         EXPECT_EQ(controller->topViewController(), next);
         EXPECT_EQ(next->pos(), QPoint());
-        EXPECT_FALSE(pages[1]->isVisible());
+        EXPECT_FALSE(below->isVisible());
     }
 }
 
@@ -306,8 +229,8 @@ TEST_P(Edge, WhatTakesADragAwayGivesItUp)
             finger.up();
         ASSERT_TRUE(rests());
         EXPECT_EQ(depth(), 3);
-        EXPECT_EQ(hooks, u"");
-        EXPECT_EQ(pages[2]->pos(), QPoint());
+        EXPECT_EQ(calls, u"");
+        EXPECT_EQ(top->pos(), QPoint());
     }
 }
 
@@ -321,13 +244,12 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(KeyboardFocus, StaysUnderATapInAHostThatTakesItByClick)
 {
     QScrollArea area;
-    auto *page = new TablePage(0);
+    auto *page = new Page({});
     auto *controller = new NavigationController(page);
     area.setWidget(controller);
     controller->resize(390, 700);
     area.resize(420, 720);
-    area.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&area));
+    ASSERT_TRUE(comesToFront(area));
     controller->setFocus();
     EXPECT_TRUE(page->button->hasFocus()) << "the first control";
     page->table->setFocus();
@@ -336,15 +258,15 @@ TEST(KeyboardFocus, StaysUnderATapInAHostThatTakesItByClick)
     EXPECT_TRUE(page->table->hasFocus());
 }
 
-TEST_F(Stack, NothingRingsWhereAHostHidesWhatHadTheKeyboard)
+TEST_F(Back, NothingRingsWhereAHostHidesWhatHadTheKeyboard)
 {
     present();
     field->setFocus();
     field->hide(); // Qt goes on to what follows, as by Tab
-    EXPECT_TRUE(pages[2]->button->hasFocus());
-    EXPECT_FALSE(pages[2]->button->hasKeyboardFocus());
+    EXPECT_TRUE(top->button->hasFocus());
+    EXPECT_FALSE(top->button->hasKeyboardFocus());
     hands::key(Qt::Key_Tab);
-    EXPECT_TRUE(pages[2]->table->hasKeyboardFocus());
+    EXPECT_TRUE(top->table->hasKeyboardFocus());
 }
 
 } // namespace

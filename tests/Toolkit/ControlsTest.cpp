@@ -1,25 +1,5 @@
 #include "Parloquin/Toolkit/Anchors.h"
-#include "Parloquin/Toolkit/Button.h"
-#include "Parloquin/Toolkit/ImageView.h"
-#include "Parloquin/Toolkit/Label.h"
-#include "Parloquin/Toolkit/Screen.h"
-#include "Parloquin/Toolkit/TextField.h"
-#include "Parloquin/Toolkit/View.h"
-#include "Soon.h"
-#include "TestKit/PacedStyle.h"
-#include "support/Hands.h"
-
-#include <QtTest/QSignalSpy>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <vector>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
+#include "support/Widgets.h"
 
 namespace {
 

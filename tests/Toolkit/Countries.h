@@ -1,14 +1,9 @@
 #pragma once
 
 #include "Parloquin/Cell/CountryTableCell.h"
-#include "support/Front.h"
-
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
+#include "support/Widgets.h"
 
 #include <map>
-#include <memory>
 
 /// \brief Sections A, B, ... with rows "Aa land", "Ab land", ..., each with a prefix of its own.
 class Countries : public parloquin::TableViewDataSource, public parloquin::TableViewDelegate {

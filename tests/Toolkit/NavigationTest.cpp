@@ -1,105 +1,27 @@
-#include "Parloquin/Toolkit/BarButtonItem.h"
-#include "Parloquin/Toolkit/Label.h"
-#include "Parloquin/Toolkit/NavigationBar.h"
-#include "Parloquin/Toolkit/NavigationController.h"
-#include "Parloquin/Toolkit/Screen.h"
-#include "Parloquin/Toolkit/TextField.h"
-#include "Soon.h"
-#include "TestKit/PacedStyle.h"
-#include "support/Hands.h"
+#include "Toolkit/Stack.h"
 
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QPointer>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 
-QString calls;
-
-class Page : public Screen {
-public:
-    explicit Page(const QString &name)
-        : m_name(name)
-    {
-        setObjectName(name);
-        setTitle(name);
-    }
-
-    std::function<void()> appearing;
-    TextField *field = nullptr;
-
-protected:
-    void viewDidLoad() override
-    {
-        calls += m_name + u" load, "_s;
-        field = new TextField(this);
-    }
-    void viewWillAppear(bool) override
-    {
-        calls += m_name + u" appear, "_s;
-        navigationItem().setLeftBarButtonItem(new BarButtonItem(u"Back"_s, u"btnBack"_s));
-        if (appearing)
-            std::exchange(appearing, {})();
-    }
-    void viewWillDisappear(bool) override
-    {
-        calls += m_name + u" disappear, "_s;
-        navigationItem().setLeftBarButtonItem(nullptr);
-    }
-
-private:
-    QString m_name;
-};
-
-class Pages : public testing::Test {
-protected:
-    void begin(bool moves)
-    {
-        calls.clear();
-        QApplication::setStyle(new ParloquinTest::PacedStyle(moves ? 200 : 0));
-        root = new Page(u"root"_s);
-        controller = std::make_unique<NavigationController>(root);
-        controller->resize(390, 800);
-    }
-
-    void show() const
-    {
-        controller->show();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(controller.get()));
-    }
-
-    [[nodiscard]] QString title() const
-    {
-        return controller->findChild<Label *>(u"lblTitle"_s)->text();
-    }
-
-    Page *root = nullptr;
-    std::unique_ptr<NavigationController> controller;
-};
-
-class Navigation : public Pages, public testing::WithParamInterface<bool> {
+class Navigation : public Stack, public testing::WithParamInterface<bool> {
 protected:
     void SetUp() override { begin(GetParam()); }
+    [[nodiscard]] QString title() const
+    {
+        return controller->navigationBar().findChild<Label *>(u"lblTitle"_s)->text();
+    }
 };
 
 TEST_P(Navigation, LifeCycleInOrder)
 {
     EXPECT_TRUE(calls.isEmpty()) << "nothing loads before the container is shown";
-    show();
-    auto *second = new Page(u"second"_s);
-    controller->pushViewController(second, true);
+    ASSERT_TRUE(comesToFront(*controller));
+    auto *second = push(u"second"_s);
     EXPECT_EQ(second->navigationController(), controller.get());
-    controller->popViewController(true);
+    pop();
     EXPECT_EQ(second->navigationController(), nullptr);
-    controller->popViewController(true); // the root stays
+    pop(); // the root stays
     controller->hide();
     controller->show();
     controller.reset();
@@ -111,16 +33,15 @@ TEST_P(Navigation, LifeCycleInOrder)
 
 TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEnd)
 {
-    show();
-    const QPointer<Page> second(new Page(u"second"_s));
-    controller->pushViewController(second, true);
+    ASSERT_TRUE(comesToFront(*controller));
+    const QPointer<Page> second(push(u"second"_s));
     EXPECT_SOON(!root->isVisible());
     EXPECT_EQ(second->geometry(), QRect(0, 0, 390, 800 - NavigationBar::barHeight));
     EXPECT_EQ(title(), u"second"_s);
     const auto buttons = controller->findChildren<BarButtonItem *>();
     EXPECT_EQ(std::ranges::count_if(buttons, &QWidget::isVisible), 1);
 
-    controller->popViewController(true);
+    pop();
     EXPECT_SOON(second.isNull()) << "a popped screen is deleted once it is out";
     EXPECT_TRUE(root->isVisible());
     EXPECT_EQ(root->pos(), QPoint());
@@ -130,18 +51,17 @@ TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEnd)
 
 TEST_P(Navigation, RapidPushesAndPopsEndWhereTheyShould)
 {
-    show();
+    ASSERT_TRUE(comesToFront(*controller));
     QList<QPointer<Page>> pages;
     for (int round = 0; round < 5; ++round) {
         for (int page = 0; page < 3; ++page) {
-            pages.append(new Page(QString::number(round * 3 + page)));
-            controller->pushViewController(pages.last(), true);
+            pages.append(push(QString::number(round * 3 + page)));
         }
         QCoreApplication::processEvents();
-        controller->popViewController(true);
-        controller->popViewController(true);
+        pop();
+        pop();
     }
-    EXPECT_EQ(controller->viewControllers().size(), 6);
+    EXPECT_EQ(depth(), 6);
     EXPECT_EQ(controller->topViewController()->objectName(), u"12"_s);
     EXPECT_SOON(
         std::count_if(pages.begin(), pages.end(), [](auto &p) { return !p.isNull(); }) == 5);
@@ -151,9 +71,9 @@ TEST_P(Navigation, RapidPushesAndPopsEndWhereTheyShould)
 
 TEST_P(Navigation, AScreenMayMoveOnWhileItAppears)
 {
-    show();
+    ASSERT_TRUE(comesToFront(*controller));
     auto *second = new Page(u"second"_s);
-    second->appearing = [this] { controller->pushViewController(new Page(u"third"_s), true); };
+    second->appearing = [this] { push(u"third"_s); };
     controller->pushViewController(second, true);
     EXPECT_SOON(!second->isVisible() && !root->isVisible());
     EXPECT_EQ(title(), u"third"_s);
@@ -162,11 +82,10 @@ TEST_P(Navigation, AScreenMayMoveOnWhileItAppears)
 
 TEST_P(Navigation, ClosingInTheMiddleOfASlideIsSafe)
 {
-    show();
-    const QPointer<Page> second(new Page(u"second"_s));
-    controller->pushViewController(second, true);
+    ASSERT_TRUE(comesToFront(*controller));
+    const QPointer<Page> second(push(u"second"_s));
     QCoreApplication::processEvents();
-    controller->popViewController(true);
+    pop();
     controller->close();
     controller.reset();
     EXPECT_TRUE(second.isNull());
@@ -174,7 +93,7 @@ TEST_P(Navigation, ClosingInTheMiddleOfASlideIsSafe)
 
 TEST_P(Navigation, TheBarFollowsTheDirectionAndTheItem)
 {
-    show();
+    ASSERT_TRUE(comesToFront(*controller));
     auto *back = root->navigationItem().leftBarButtonItem();
     EXPECT_EQ(back->x(), 0);
     EXPECT_EQ(back->height(), 48);
@@ -219,7 +138,7 @@ TEST(NavigationBar, GivesItsTitleTheRoomThatTheButtonsLeave)
 INSTANTIATE_TEST_SUITE_P(Motion, Navigation, testing::Bool(),
     [](const auto &row) { return std::string(row.param ? "Sliding" : "AtOnce"); });
 
-class Slides : public Pages,
+class Slides : public Stack,
                public testing::WithParamInterface<std::tuple<bool, Qt::LayoutDirection>> { };
 
 TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
@@ -227,11 +146,10 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
     const auto &[in, direction] = GetParam();
     QApplication::setLayoutDirection(direction);
     begin(true);
-    show();
-    const QPointer<Page> second(new Page(u"second"_s));
-    controller->pushViewController(second, in);
+    ASSERT_TRUE(comesToFront(*controller));
+    const QPointer<Page> second(push(u"second"_s, in));
     if (!in)
-        controller->popViewController(true);
+        pop();
     QElapsedTimer time;
     time.start();
 

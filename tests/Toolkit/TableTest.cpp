@@ -1,21 +1,9 @@
-#include "Parloquin/Toolkit/Label.h"
 #include "Parloquin/Toolkit/TableParts.h"
-#include "Parloquin/Toolkit/TableView.h"
 #include "Toolkit/Countries.h"
-#include "Toolkit/Soon.h"
-#include "support/ByName.h"
-#include "support/Hands.h"
 
 #include <QtGui/QStyleHints>
 #include <QtGui/QWheelEvent>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QScroller>
-
-#include <gtest/gtest.h>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 
