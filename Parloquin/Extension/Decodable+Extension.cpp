@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 namespace parloquin {
 
@@ -76,14 +77,24 @@ bool readList(const dom::element &json, const JsonType &type, void *into, Decodi
     dom::array array;
     if (json.get_array().get(array) != simdjson::SUCCESS)
         return expected("array", fault);
-    type.list.reserve(into, static_cast<qsizetype>(array.size()));
+    const auto size = static_cast<qsizetype>(array.size()); // or less, of some millions
+    type.list.reserve(into, size);
+    // Several at a time, as growing has its price; never many more than turn out to be good.
+    qsizetype made = 0;
     qsizetype index = 0;
+    std::byte *place = nullptr;
     for (const dom::element item : array) {
-        if (!read(item, *type.list.item, type.list.append(into), fault)) {
+        if (index == made) {
+            made = std::max(index + 1, std::min(2 * index + 1, size));
+            place = static_cast<std::byte *>(type.list.resize(into, made))
+                + static_cast<std::size_t>(index) * type.list.itemSize;
+        }
+        if (!read(item, *type.list.item, place, fault)) {
             fault.path.prepend(u'[' + QString::number(index) + u']');
             return false;
         }
         ++index;
+        place += type.list.itemSize;
     }
     return true;
 }

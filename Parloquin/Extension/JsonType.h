@@ -49,7 +49,8 @@ struct JsonType {
         qsizetype (*size)(const void *list) = nullptr;
         const void *(*at)(const void *list, qsizetype index) = nullptr;
         void (*reserve)(void *list, qsizetype size) = nullptr;
-        void *(*append)(void *list) = nullptr;
+        void *(*resize)(void *list, qsizetype size) = nullptr; ///< \return the first of its items
+        std::size_t itemSize = 0; ///< bytes
     };
 
     Kind kind;
@@ -168,9 +169,12 @@ template <class T> struct JsonTypeOf<QList<T>> {
                 },
                 .reserve = [](void *list,
                                qsizetype size) { static_cast<Items *>(list)->reserve(size); },
-                .append = [](void *list) -> void * {
-                    return &static_cast<Items *>(list)->emplaceBack();
+                .resize = [](void *list, qsizetype size) -> void * {
+                    auto *const items = static_cast<Items *>(list);
+                    items->resize(size);
+                    return items->data();
                 },
+                .itemSize = sizeof(T),
             },
         };
     }
