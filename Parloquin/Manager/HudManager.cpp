@@ -33,7 +33,7 @@ constexpr qreal plateRadius = 10; // px
 class VeilAccessible : public AccessibleNode {
 public:
     explicit VeilAccessible(QWidget *veil)
-        : AccessibleNode(veil, QAccessible::AlertMessage)
+        : AccessibleNode(veil, QAccessible::ProgressBar) // readers count alerts as dialogs
     {
     }
 

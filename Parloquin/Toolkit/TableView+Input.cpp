@@ -5,6 +5,7 @@
 #include "Parloquin/Toolkit/TableViewPrivate.h"
 #include "Parloquin/Toolkit/Tappable.h"
 
+#include <QtGui/QAccessible>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
@@ -176,12 +177,14 @@ bool TableView::Private::handleKey(QKeyEvent *event)
     if (!current || !geometry.contains(*current))
         current = geometry.rowAt(offset + TableGeometry::headerHeight).value_or(*first);
     const int page = std::max(table->height() / rowHeight - 1, 1);
+    // The first key shows which row it is, unless a screen reader has said so.
+    const bool known = keyboardFocus || QAccessible::isActive();
     switch (event->key()) {
     case Qt::Key_Down:
-        moveCurrent(keyboardFocus ? geometry.moved(*current, 1) : *current);
+        moveCurrent(known ? geometry.moved(*current, 1) : *current);
         return true;
     case Qt::Key_Up:
-        moveCurrent(keyboardFocus ? geometry.moved(*current, -1) : *current);
+        moveCurrent(known ? geometry.moved(*current, -1) : *current);
         return true;
     case Qt::Key_PageDown:
         moveCurrent(geometry.moved(*current, page));
@@ -202,7 +205,7 @@ bool TableView::Private::handleKey(QKeyEvent *event)
         if (event->isAutoRepeat())
             return true;
         // Nobody chooses what is not seen: the first press shows which row it would be.
-        if (keyboardFocus && offsetShowing(*current) == offset)
+        if (known && offsetShowing(*current) == offset)
             select(*current);
         else
             moveCurrent(*current);

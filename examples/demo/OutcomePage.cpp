@@ -113,6 +113,8 @@ void OutcomePage::show(const QString &state, const QString &title, const QString
     };
     name(m_first, failed ? tr("Try again") : tr("Done"));
     name(m_second, failed ? tr("Not now") : tr("Verify again"));
+    m_first->setAccessibleDescription(title + QLatin1Char(' ') + words); // read with it
+    m_first->setFocus();
     delete std::exchange(m_card, nullptr);
 }
 

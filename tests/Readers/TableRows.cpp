@@ -122,7 +122,7 @@ TEST_F(TableReaders, HearOneFocusEventAKey)
     table->setAccessibleName(u"Countries"_s);
     table->clearFocus();
     takeEvents();
-    table->setFocus(Qt::TabFocusReason);
+    table->setFocus(); // nothing rings, but it has been heard: the first key goes on
     EXPECT_EQ(takeEvents(), "focus Countries; focus Aa land, +00");
     const int page = table->height() / rowHeight - 1; // as high as the desktop makes it
     const std::pair<Qt::Key, IndexPath> steps[] = { { Qt::Key_Down, { 0, 1 } },

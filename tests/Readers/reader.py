@@ -117,7 +117,7 @@ listener = Atspi.EventListener.new(hear)
 listener.register("object")
 
 # The first screen.
-loading = seek("alert Loading")
+loading = seek("progress bar Loading")
 expect("busy", has(loading, Atspi.StateType.BUSY), True)
 expect("beside the overlay", find("button Close"), None)
 tell("proceed")

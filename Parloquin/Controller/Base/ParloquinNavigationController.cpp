@@ -31,6 +31,16 @@ public:
     {
         return widget()->isWindow() ? QAccessible::Window : QAccessible::Pane;
     }
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override
+    {
+        // Within a window the first screen says it: readers would read the name, and all that
+        // stands there, twice. One that the host has given stays.
+        const QString text = AccessibleNode::text(kind);
+        const bool said = kind == QAccessible::Name && !widget()->isWindow()
+            && text == QCoreApplication::translate("Parloquin", "Parloquin");
+        return said ? QString() : text;
+    }
 };
 
 } // namespace
