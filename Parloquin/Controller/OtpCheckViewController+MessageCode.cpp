@@ -31,11 +31,16 @@ void OtpCheckViewController::offerCode(const QString &code)
     m_offeredCode = code;
     btnMessageCode->setText(
         QCoreApplication::translate("Parloquin", "Fill in %1 from your message").arg(code));
-    // One step of the Tab key from where the person types.
-    const auto typing = std::ranges::find_if(txtCode, &QWidget::hasFocus);
-    setTabOrder(typing != txtCode.end() ? *typing : txtCode.back(), btnMessageCode);
+    orderMessageCode();
     btnMessageCode->show();
     m_offer->say(btnMessageCode->text());
+}
+
+// One step of the Tab key from where the person types, or will.
+void OtpCheckViewController::orderMessageCode()
+{
+    const auto typing = std::ranges::find_if(txtCode, &QWidget::hasFocus);
+    setTabOrder(typing != txtCode.end() ? *typing : txtCode.front(), btnMessageCode);
 }
 
 void OtpCheckViewController::setButtonMessageCode()

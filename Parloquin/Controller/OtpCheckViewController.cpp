@@ -91,6 +91,7 @@ void OtpCheckViewController::textFieldDidChange(const TextField *field)
     } else {
         btnCheck->setFocus(Qt::OtherFocusReason); // no field any more: the keyboard closes
     }
+    orderMessageCode();
     rememberCode();
 }
 

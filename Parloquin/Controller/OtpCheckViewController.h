@@ -68,6 +68,7 @@ private:
     void listenForMessages();
     void offerCode(const QString &code);
     void setButtonMessageCode();
+    void orderMessageCode();
     void fillCode();
     void withdrawCode();
 
