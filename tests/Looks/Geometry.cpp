@@ -7,11 +7,11 @@ namespace {
 
 class Geometry : public Walk, public testing::WithParamInterface<Qt::LayoutDirection> { };
 
-struct Place {
+struct Framed {
     const char *name;
     QRectF frame; ///< in the container, from left to right
 };
-const std::map<std::string, std::vector<Place>> places = {
+const std::map<std::string, std::vector<Framed>> frames = {
     { "app list",
         {
             { "lblDescription", { 25, 122, 340, 20 } },
@@ -65,8 +65,8 @@ TEST_P(Geometry, IsExact)
         { "txtCountryCode", u"+(Code)"_s }, { "txtPhoneNumber", u"Phone Number.."_s } };
     take([&](const std::string &stop) {
         EXPECT_EQ(container->findChildren<BarButtonItem *>().size(), 1) << stop;
-        const auto there = places.find(stop);
-        if (there == places.end())
+        const auto there = frames.find(stop);
+        if (there == frames.end())
             return;
         // Of the rows' parts the first one's.
         const QWidget *const table = visible("tblKits") ? find("tblKits") : visible("tblCountries");

@@ -154,10 +154,8 @@ TEST_F(InHost, AWindowThatHasTheKeyboardItselfKeepsIt)
 
 // Two things at once: what a finger or a key still holds means nothing on what is covered since.
 struct Pair {
-    const char *name;
-    bool isLast; // of the road's screens, else the first
-    const char *held;
-    QByteArray call; // that Enter makes meanwhile; empty: it leads to the next screen
+    const char *name; ///< of what a finger holds
+    QByteArray call; ///< that Enter makes meanwhile; empty: it leads to the next screen
 };
 
 class Together : public HostTest, public testing::WithParamInterface<std::tuple<Pair, bool>> { };
@@ -166,49 +164,44 @@ TEST_P(Together, AFingerOnAButtonAndEnterDoTheThingOnce)
 {
     const auto &[pair, byTouch] = GetParam();
     open();
-    if (pair.isLast) {
+    const bool isLast = pair.call == "/v1.0/check-otp"; // of the road's screens, else the first
+    if (isLast) {
         goToCode();
         tap("txtCode2");
         hands::keys(u"3"_s);
         EXPECT_EQ(focusName(), u"btnCheck");
     }
-    const bool isRow = QLatin1String(pair.held) == u"row";
-    auto *const under = isRow ? row("tblKits", 0, 0) : visible(pair.held);
-    if (isRow)
+    QWidget *under = visible(pair.name);
+    if (pair.call == "/v1.0/start") {
+        under = row("tblKits", 0, 0);
         hands::key(Qt::Key_Home);
-    else
+    } else {
         under->setFocus(Qt::TabFocusReason);
+    }
     if (!pair.call.isEmpty())
         server.pause();
 
     hands::Finger finger;
-    if (byTouch)
-        finger.down(under, under->rect().center());
-    else
-        hands::press(under);
+    byTouch ? finger.down(under, under->rect().center()) : hands::press(under);
     hands::key(Qt::Key_Return);
     ASSERT_TRUE(pair.call.isEmpty() || waitForOverlay(true));
-    if (byTouch)
-        finger.up();
-    else
-        hands::release(under);
+    byTouch ? finger.up() : hands::release(under);
 
     server.proceed();
     ASSERT_TRUE(rests());
     ASSERT_TRUE(drainSession());
     EXPECT_EQ(paths().count(pair.call), pair.call.isEmpty() ? 0 : 1);
     EXPECT_EQ(container->findChildren<QWidget *>(u"viewCountryBack"_s).size(),
-        pair.isLast || pair.call.isEmpty() ? 1 : 0);
+        isLast || pair.call.isEmpty() ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Pairs, Together,
-    testing::Combine(testing::Values(Pair { "Row", false, "row", "/v1.0/start" },
-                         Pair { "Panel", false, "viewAlternativeKit", "" },
-                         Pair { "Check", true, "btnCheck", "/v1.0/check-otp" }),
+    testing::Combine(testing::Values(Pair { "ThirdPartyKitTableCell", "/v1.0/start" },
+                         Pair { "viewAlternativeKit", "" }, Pair { "btnCheck", "/v1.0/check-otp" }),
         testing::Bool()),
     [](const auto &row) {
-        return std::string(std::get<0>(row.param).name)
-            + (std::get<1>(row.param) ? "Touched" : "Pressed");
+        return std::get<0>(row.param).name
+            + std::string(std::get<1>(row.param) ? "Touched" : "Pressed");
     });
 
 TEST_F(HostTest, SpaceHeldOnAButtonMeansNothingOnceItIsCovered)

@@ -31,9 +31,7 @@ protected:
         field = new QLineEdit(screen);
         field->show();
         host.resize(700, 500);
-        host.show();
-        host.activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
+        ASSERT_TRUE(comesToFront(host));
     }
 
     void show() { HudManager::shared().show(screen->weakReference()); }
@@ -73,7 +71,7 @@ TEST_F(Overlay, CoversTheNavigationControllerAndFollowsItsSize)
     EXPECT_TRUE(QAccessible::queryAccessibleInterface(veil())->state().busy);
 
     // Painted over whatever lies below once the fade is over: white at 0.3, dark grey at 0.7.
-    ASSERT_TRUE(QTest::qWaitFor([this] { return veil()->graphicsEffect() == nullptr; }));
+    ASSERT_SOON(!veil()->graphicsEffect());
     QImage under(navigation->size(), QImage::Format_RGB32);
     under.fill(Qt::blue);
     veil()->render(&under, {}, {}, QWidget::DrawChildren);

@@ -77,7 +77,7 @@ public:
                 top(box) == top(this) + 30, parloquin::height(box) == 60,
                 leading(field) == leading(box) + 15, trailing(field) == trailing(box) - 15,
                 top(field) == top(box) + 10, bottom(field) == bottom(box) - 10 });
-        show();
+        EXPECT_TRUE(comesToFront(*this));
         ring = findChild<QWidget *>(u"focusRing"_s);
     }
 
@@ -91,7 +91,6 @@ public:
 TEST(FocusRing, GoesAroundWhatHasTheFocus)
 {
     ControlsPage page;
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     page.field->setFocus(Qt::MouseFocusReason);
     EXPECT_TRUE(page.ring->isVisible());
     EXPECT_EQ(page.ring->geometry(), QRect(16, 26, 358, 68)) << "the box around the field";
@@ -111,7 +110,6 @@ TEST(FocusRing, GoesAroundWhatHasTheFocus)
 TEST(Button, TellsTapsFromStrayingFingers)
 {
     ControlsPage page;
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     page.field->setFocus();
     const QSignalSpy clicks(page.button, &QAbstractButton::clicked);
     hands::click(page.button);
@@ -134,7 +132,6 @@ TEST(Button, ShowsAPressAtOnceAndFadesWhenLetGo)
 {
     QApplication::setStyle(new ParloquinTest::PacedStyle(200));
     ControlsPage page;
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     for (int round = 0; round < 2; ++round) {
         hands::press(page.button);
         EXPECT_EQ(page.button->pressStrength(), 1) << "round " << round;
@@ -169,7 +166,6 @@ TEST(TextField, CaretOfAnEmptyOneStandsWhereTheFirstDigitWill)
 {
     QApplication::setCursorFlashTime(0);
     ControlsPage page;
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
     const auto caret = [&page](TextField *field, const char *typed) {
         field->setText(QLatin1String(typed));
         field->setFocus();

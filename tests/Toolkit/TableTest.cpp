@@ -105,8 +105,7 @@ TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
     EXPECT_SOON(std::abs(table->contentOffset() - 100) <= 30) << table->contentOffset();
     const int offset = table->contentOffset();
     finger.upBeside(QPoint(100, 50));
-    ASSERT_TRUE(QTest::qWaitFor(
-        [this] { return QScroller::scroller(table.get())->state() == QScroller::Inactive; }));
+    ASSERT_SOON(QScroller::scroller(table.get())->state() == QScroller::Inactive);
     EXPECT_LT(table->contentOffset(), offset + 200) << "it jumped to the other finger";
     EXPECT_TRUE(source.selected.isEmpty());
 
@@ -314,22 +313,18 @@ TEST_F(Table, ReloadKeepsThePlaceWhereItCan)
     press(Qt::Key_Down);
 }
 
-TEST_F(Table, RightToLeftPutsTheIndexAtTheLeft)
+TEST_F(Table, LinesReachTheRowsEndFromRightToLeft)
 {
     show();
-    EXPECT_EQ(table->visibleCells().constFirst()->geometry().right(), 365);
     table->setLayoutDirection(Qt::RightToLeft);
-    EXPECT_EQ(table->findChild<TableIndex *>()->x(), 0);
-    EXPECT_EQ(
-        table->visibleCells().constFirst()->geometry(), QRect(24, headerHeight, 366, rowHeight));
     const auto isLined = [this](int x) {
         const QImage edge = table->grab({ x, headerHeight + rowHeight - 2, 1, 4 }).toImage();
         return QSet { edge.pixel(0, 0), edge.pixel(0, 1), edge.pixel(0, 2), edge.pixel(0, 3) }
                    .size()
             > 1;
     };
-    EXPECT_TRUE(isLined(26)) << "the line reaches the row's end";
-    EXPECT_FALSE(isLined(382)) << "and not its beginning";
+    EXPECT_TRUE(isLined(26));
+    EXPECT_FALSE(isLined(382)) << "its beginning";
 }
 
 // As a table does that has never shown anything else: titles, rows, ticks, lines and all.
