@@ -2,6 +2,8 @@
 #include "Parloquin/Toolkit/Tappable.h"
 #include "Screens/Hosts.h"
 
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QVBoxLayout>
 
 namespace {
@@ -135,6 +137,23 @@ TEST_F(InHost, StandsInTheOrderThatAHostGivesIt)
         hands::key(Qt::Key_Backtab);
         EXPECT_TRUE(first->hasFocus());
     }
+    goToCode(first);
+    EXPECT_TRUE(first->hasFocus());
+}
+
+TEST_F(InHost, LeavesTheWheelToAHostWhereNothingOfItsOwnScrolls)
+{
+    auto *const area = new QScrollArea;
+    (new QVBoxLayout(&window))->addWidget(area);
+    container->resize(390, 844);
+    area->setWidget(container.get());
+    window.resize(430, 900);
+    showWindow();
+    goToNumber();
+    window.resize(430, 500);
+    ASSERT_SOON(area->verticalScrollBar()->maximum() > 0);
+    hands::wheel(container.get(), { 200, 300 }, {}, { 0, -120 });
+    EXPECT_GT(area->verticalScrollBar()->value(), 0);
 }
 
 TEST_F(InHost, AWindowThatHasTheKeyboardItselfKeepsIt)

@@ -25,7 +25,8 @@ protected:
     // The steps of the road by SMS, by the mouse.
     void goToNumber();
     void goToCountries();
-    void goToCode();
+    /// \param other of the host; it takes the keyboard while the number is sent
+    void goToCode(QWidget *other = nullptr);
 
     /// With the keyboard where it is: somewhere in the kit, always.
     [[nodiscard]] QString focusName() const;

@@ -190,13 +190,18 @@ TEST_F(Overlay, CoversAScreenWithoutNavigationAndDiesWithIt)
     ASSERT_TRUE(comesUp());
     {
         PlainScreen alone;
+        QLineEdit own(&alone);
+        own.setFocus();
         alone.resize(200, 300);
-        alone.show();
+        ASSERT_TRUE(comesToFront(alone));
         HudManager::shared().show(alone.weakReference());
         EXPECT_TRUE(goes()); // moves over there
         const auto *there = alone.findChild<QWidget *>(u"container"_s);
         ASSERT_NE(there, nullptr);
         EXPECT_EQ(there->geometry(), alone.rect());
+        EXPECT_TRUE(there->hasFocus());
+        HudManager::shared().hide(alone.weakReference());
+        EXPECT_SOON(own.hasFocus());
         HudManager::shared().show(alone.weakReference());
     } // gone with the overlay on it and another show on the way
     hide();

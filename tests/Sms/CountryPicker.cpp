@@ -139,6 +139,20 @@ TEST_F(CountryPicker, TicksTheCurrentCountry)
     }
 }
 
+// Its end tells one from the other; a title, which is cut, is told by its beginning.
+TEST(CountryRow, ShowsALongPrefixWhole)
+{
+    const auto drawn = [](const QString &prefix) {
+        CountryTableCell cell;
+        cell.resize(366, 44);
+        CountryModel country;
+        country.phoneCode = prefix;
+        cell.setCell(country);
+        return cell.grab().toImage();
+    };
+    EXPECT_FALSE(drawn(u"+1 809 809"_s) == drawn(u"+1 809 829"_s)) << "cut with dots";
+}
+
 TEST_F(CountryPicker, OutOfRangeStopsTheProgram)
 {
     openOn({ u"Chad"_s });

@@ -133,6 +133,9 @@ TEST_F(MessageCode, IsTakenOnceFromWholeReceivedMessagesForThisHostAlone)
     send(bound(u"888"_s));
     EXPECT_TRUE(isShown(u"888"_s, 20000));
     EXPECT_EQ(offers.count, 2) << "of 666 and 888";
+    container->hide();
+    send(bound(u"999"_s));
+    EXPECT_FALSE(QTest::qWaitFor([this] { return offers.count > 2; }, 500)) << "still read";
 }
 
 TEST_F(MessageCode, IsNotAskedForWithoutAModemOrABus)

@@ -44,6 +44,7 @@ TEST_P(PhoneNumber, GoesOutAsTyped)
     pick(GetParam().country);
     tap("txtPhoneNumber");
     GetParam().act();
+    EXPECT_EQ(part("txtPhoneNumber")->accessibleDescription(), text("txtCountryCode"));
     sendsOnly(GetParam().sent);
 }
 
@@ -202,15 +203,21 @@ TEST_F(PhoneEntry, WhatIsTypedInStaysInViewWhateverTheHeight)
                 << name << " in " << height << ": " << at.top() << "-" << at.bottom();
         }
     };
+    const auto expectEnd = [this](const char *last) { // far down by the wheel
+        hands::wheel(container.get(), { 200, 200 }, {}, { 0, -12000 });
+        EXPECT_EQ(container->height() - 1 - frame(last).bottom(), 20) << "below " << last;
+    };
     tap("txtPhoneNumber");
     seenIn({ 422, 250, 170 }, "txtPhoneNumber");
     seenIn({ 422, 250 }, "btnContinue");
+    expectEnd("btnContinue");
     container->resize(390, 844);
     QCoreApplication::processEvents();
     EXPECT_EQ(frame("viewCountryBack"), QRect(20, 122, 350, 60));
     goToCodeEntry();
     seenIn({ 422, 300 }, "txtCode0");
     seenIn({ 422, 300 }, "btnCheck");
+    expectEnd("btnTryAgain");
 }
 
 } // namespace

@@ -153,6 +153,8 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     drag(250);
     EXPECT_NEAR(top->x(), by(250).x(), 1) << "it follows the finger";
     EXPECT_TRUE(below->isVisible());
+    for (const auto *cell : top->table->visibleCells())
+        EXPECT_FALSE(cell->isPressed()) << "row " << cell->indexPath().row << " stays pressed";
     hands::key(Qt::Key_Tab);
     EXPECT_TRUE(top->button->hasFocus()) << "nothing is where it seems to be";
     finger.drag(by(-200));
@@ -165,6 +167,12 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     EXPECT_TRUE(top->button->hasFocus());
     EXPECT_TRUE(top->button->hasKeyboardFocus());
     EXPECT_EQ(top->table->contentOffset(), 0);
+
+    drag(350);
+    finger.drag(by(-100), 1); // thrown back before the middle
+    finger.up();
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(depth(), 3) << "thrown back, it went back a screen";
 
     // From elsewhere, and along the edge, it is none.
     finger.down(controller.get(), from(60, height()));

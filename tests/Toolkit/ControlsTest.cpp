@@ -176,6 +176,10 @@ TEST(TextField, CaretOfAnEmptyOneStandsWhereTheFirstDigitWill)
     const QRect typed = caret(page.field, "1");
     const QRect empty = caret(page.field, "");
     EXPECT_EQ(empty, QRect(0, typed.y(), 2, typed.height()));
+    for (int turn = 0; turn < 2; ++turn) {
+        QCoreApplication::processEvents();
+        EXPECT_EQ(caret(page.field, ""), empty) << "it blinks, asked to stand still";
+    }
     page.other->setAlignment(Qt::AlignCenter);
     EXPECT_EQ(caret(page.other, ""), QRect(26, 16, 2, empty.height()));
 

@@ -30,6 +30,7 @@ protected:
         table->registerCell(u"Cell"_s, [] { return new CountryTableCell; });
         table->setDataSource(&m_rows);
         field = new TextField(this);
+        navigationItem().setRightBarButtonItem(new BarButtonItem(u"Help"_s, u"btnHelp"_s)); // stays
     }
     void viewWillAppear(bool) override
     {

@@ -2,7 +2,6 @@
 #include "Toolkit/Countries.h"
 
 #include <QtGui/QStyleHints>
-#include <QtGui/QWheelEvent>
 #include <QtWidgets/QScroller>
 
 namespace {
@@ -55,16 +54,21 @@ TEST_F(Table, TheIndexJumpsByTapAndByDrag)
     ASSERT_TRUE(index && index->isVisible());
     EXPECT_TRUE(index->text().startsWith(u"A\nB\nC"_s));
     constexpr int top = (600 - 26 * 20) / 2;
-    const auto letter = [](int at) { return QPoint(12, top + at * 20 + 10); };
-
-    hands::click(index, letter(7));
-    EXPECT_EQ(table->contentOffset(), sectionTop(7));
-    hands::press(index, letter(1));
-    hands::moveTo(index, { -15, letter(3).y() });
-    EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "a finger may stray a little";
-    hands::moveTo(index, { -40, letter(5).y() });
-    EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "but not that far";
-    hands::release(index, { -40, letter(5).y() });
+    for (const bool mirrored : { false, true }) {
+        SCOPED_TRACE(mirrored ? "right to left" : "left to right");
+        table->setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
+        const auto letter = [=](int at, int astray = 0) {
+            return QPoint(12 + (mirrored ? astray : -astray), top + at * 20 + 10);
+        };
+        hands::click(index, letter(7));
+        EXPECT_EQ(table->contentOffset(), sectionTop(7));
+        hands::press(index, letter(1));
+        hands::moveTo(index, letter(3, 27));
+        EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "a finger may stray a little";
+        hands::moveTo(index, letter(5, 52));
+        EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "but not that far";
+        hands::release(index, letter(5, 52));
+    }
 
     table->resize(390, 200); // too low for all letters: every one is still reached
     hands::click(index, { 12, 199 });
@@ -171,10 +175,7 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
 {
     show();
     const auto roll = [this](QPoint pixels, QPoint angle) {
-        QWheelEvent event(QPointF(100, 100), table->mapToGlobal(QPointF(100, 100)), pixels, angle,
-            Qt::NoButton, {}, Qt::NoScrollPhase, false);
-        QSpontaneKeyEvent::setSpontaneous(&event);
-        qApp->notify(table->window()->windowHandle(), &event);
+        hands::wheel(table.get(), middle(100), pixels, angle);
     };
     roll({ 0, -37 }, { 0, -120 });
     EXPECT_EQ(table->contentOffset(), 37);
@@ -182,6 +183,12 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     EXPECT_EQ(table->contentOffset(), 0);
     roll({}, { 0, -1200000 });
     EXPECT_EQ(table->contentOffset(), sectionTop(26) - 600);
+    source.titled = false; // without letters a thumb says where one is, for a while
+    table->reloadData();
+    roll({}, { 0, 120 });
+    const auto *const thumb = table->findChild<TableThumb *>();
+    EXPECT_TRUE(thumb->isVisible());
+    EXPECT_SOON(!thumb->isVisible());
 }
 
 TEST_F(Table, KeysWalkAndRingAndHeldTheyWalkOnAndChooseOnce)

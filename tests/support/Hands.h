@@ -4,6 +4,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QInputMethodEvent>
 #include <QtGui/QPointingDevice>
+#include <QtGui/QWheelEvent>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
 #include <QtWidgets/QWidget>
@@ -51,6 +52,15 @@ inline void release(const QWidget *widget, QPoint at)
         there(widget)->window()->windowHandle(), Qt::LeftButton, {}, placeOf(widget, at));
 }
 inline void release(const QWidget *widget) { release(widget, middleOf(widget)); }
+
+/// Turned there; a wheel tells angles only, a touchpad pixels besides.
+inline void wheel(const QWidget *widget, QPoint at, QPoint pixels, QPoint angle)
+{
+    QWheelEvent event(placeOf(widget, at), widget->mapToGlobal(at), pixels, angle, Qt::NoButton, {},
+        Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    QCoreApplication::instance()->notify(widget->window()->windowHandle(), &event);
+}
 
 inline void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
@@ -101,10 +111,9 @@ public:
         m_window = widget->window()->windowHandle();
         QTest::touchEvent(m_window, m_screen.get()).press(1, m_at = placeOf(widget, at));
     }
-    /// Moved by this much, in steps as a screen reports them.
-    void drag(QPoint way)
+    /// Moved by this much, in steps as a screen reports them; in one, it is thrown.
+    void drag(QPoint way, int steps = 20)
     {
-        constexpr int steps = 20;
         const QPoint from = m_at;
         for (int i = 1; i <= steps; ++i)
             QTest::touchEvent(m_window, m_screen.get()).move(1, m_at = from + way * i / steps);
