@@ -172,7 +172,7 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     finger.drag(by(-100), 1); // thrown back before the middle
     finger.up();
     ASSERT_TRUE(rests());
-    EXPECT_EQ(depth(), 3) << "thrown back, it went back a screen";
+    ASSERT_EQ(depth(), 3) << "thrown back, it went back a screen";
 
     // From elsewhere, and along the edge, it is none.
     finger.down(controller.get(), from(60, height()));
