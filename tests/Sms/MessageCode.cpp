@@ -106,7 +106,7 @@ TEST_F(MessageCode, IsOfferedOverThePageAndFilledInByATap)
 
 TEST_F(MessageCode, IsFilledInByTabAndEnter)
 {
-    top<Screen>()->setFocus(); // as when it comes before the first box has the keyboard
+    page()->setFocus(); // as when it comes before the first box has the keyboard
     ASSERT_TRUE(isOffered(u"7K2"_s));
     tap("txtCode0");
     hands::key(Qt::Key_Tab);
