@@ -122,6 +122,7 @@ class Description(unittest.TestCase):
         messages, _ = self.told()
         self.assertEqual([each["call"] for each in messages],
                          ["init", "start", "check", "send-otp", "check-otp", "result", "country", "result"])
+        self.assertEqual({each["call"] for each in messages}, set(self.sandbox.ask("requests")), "the sandbox's own")
         self.expect_right(messages)
         self.expect_every_key([{**each, "plain": {"countryCode": "TR", **each["plain"]}} if each["call"] in ("init", "country") else each
                                for each in messages],  # of a system without a region
