@@ -1,7 +1,0 @@
-#pragma once
-
-enum class ParloquinError {
-    authorizationError,
-    serverError,
-    urlSchemeError,
-};

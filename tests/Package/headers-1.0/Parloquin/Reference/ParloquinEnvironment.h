@@ -1,6 +1,0 @@
-#pragma once
-
-enum class ParloquinEnvironment {
-    debug,
-    prod,
-};
