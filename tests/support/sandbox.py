@@ -4,35 +4,20 @@ import base64
 import hashlib
 import hmac
 import json
+import pathlib
 import re
 import subprocess
+import sys
 import threading
 import time
 import urllib.error
 import urllib.request
 
-from cryptography.hazmat.primitives import padding
-from cryptography.hazmat.primitives.ciphers import Cipher, algorithms, modes
+# What a back end needs of them, which is held against openssl.
+sys.path.append(str(pathlib.Path(__file__).parents[2] / "examples/backend"))
+from result import SIGNING_KEY, decrypt, encrypt  # noqa: E402
 
 SECRET = bytes.fromhex("8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e")
-SIGNING_KEY = b"GPzEyoL8,?Es,]|$aJd#wy$XxQPpl+H)8ACyjkz,4;)jmBQlm.7k)nI4]+pS(hZ/"
-
-
-def aes():
-    return Cipher(algorithms.AES(SECRET), modes.ECB())
-
-
-def encrypted(text):
-    padder = padding.PKCS7(128).padder()
-    cipher = aes().encryptor()
-    bytes_ = padder.update(text.encode()) + padder.finalize()
-    return base64.b64encode(cipher.update(bytes_) + cipher.finalize()).decode()
-
-
-def decrypted(text):
-    cipher = aes().decryptor()
-    bytes_ = cipher.update(base64.b64decode(text)) + cipher.finalize()
-    return bytes_[: -bytes_[-1]].decode()
 
 
 class Sandbox:
@@ -73,7 +58,7 @@ class Sandbox:
             "X-TRZ-Req-Signature": signature or base64.b64encode(mac).decode(),
             "X-TRZ-Client-Key": "parloquin-demo",
             "Content-Type": "application/json; charset=utf-8", **dict(headers)}
-        body = json.dumps({"data": encrypted(text.replace("/", "\\/"))}).encode()
+        body = json.dumps({"data": encrypt(text.replace("/", "\\/").encode(), SECRET)}).encode()
         request = urllib.request.Request(
             f"http://127.0.0.1:{self.port}/v1.0/{name}", body, all_headers)
         try:
@@ -81,5 +66,5 @@ class Sandbox:
         except urllib.error.HTTPError as error:
             answer = error
         body = json.load(answer)
-        content = json.loads(decrypted(body["data"])) if "data" in body else body
+        content = json.loads(decrypt(body["data"], SECRET)) if "data" in body else body
         return answer.status, dict(answer.headers), body, content
