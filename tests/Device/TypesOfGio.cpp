@@ -1,19 +1,12 @@
 // Threads of the kit meet types of GIO for the first time, in whichever order.
-#include "Network/Get.h"
-#include "Parloquin/Platform/GLibPointers.h"
+#include "Network/Network.h"
 #include "Parloquin/Platform/Linux/SystemBus.h"
 #include "Parloquin/Platform/SerialQueue.h"
-#include "support/RawServer.h"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
 #include <map>
-#include <mutex>
 #include <set>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

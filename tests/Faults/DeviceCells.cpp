@@ -5,8 +5,6 @@
 #include "support/ModemBus.h"
 #include "support/OwnNetwork.h"
 
-#include <QtTest/QTest>
-
 #include <linux/netlink.h>
 #include <sys/socket.h>
 
@@ -14,7 +12,6 @@
 #include <cerrno>
 
 using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,13 +1,8 @@
 // What fields and windows may go through on each screen.
 #include "Faults/FaultTest.h"
-#include "support/Hands.h"
 
 #include <QtGui/QClipboard>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 

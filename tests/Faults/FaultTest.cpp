@@ -3,21 +3,14 @@
 #include "Parloquin/Toolkit/ImageView.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "TestKit/PacedStyle.h"
-#include "support/Hands.h"
 #include "support/ServiceEndpoint.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QUrlQuery>
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
 
 #include <cctype>
 
 using namespace parloquin;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using nlohmann::json;
 
 namespace {
 

@@ -4,8 +4,14 @@
 #include "Faults/Yardstick.h"
 #include "Sandbox/Client.h"
 #include "Screens/Container.h"
+#include "support/Hands.h"
+
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 
 #include <chrono>
+
+using namespace Qt::StringLiterals;
 
 /// \brief The driver: a container, its device, the real service, and the steps between them.
 ///
@@ -40,7 +46,7 @@ public:
 
     /// How the service answers a call from now on: an outcome as in its scenario, or a text of its
     /// fault language, where OTHER stands for another host.
-    void setOutcome(const QByteArray &call, const nlohmann::json &outcome);
+    void setOutcome(const QByteArray &call, const json &outcome);
     void setFault(const QByteArray &call, QByteArray text);
     void setDeadline(std::chrono::milliseconds deadline);
     [[nodiscard]] int posts(const QByteArray &call); ///< that came since its outcome was set
@@ -54,7 +60,7 @@ public:
 protected:
     void SetUp() override;
     /// A GET where there is no body.
-    nlohmann::json askService(const std::string &path, const nlohmann::json &body = {});
+    json askService(const std::string &path, const json &body = {});
 
 private:
     void play(const Cell &cell);

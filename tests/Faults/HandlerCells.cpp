@@ -5,9 +5,6 @@
 #include <QtCore/QTemporaryDir>
 #include <QtNetwork/QLocalServer>
 
-using namespace Qt::StringLiterals;
-using nlohmann::json;
-
 namespace {
 
 struct Link {

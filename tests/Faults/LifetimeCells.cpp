@@ -1,12 +1,6 @@
 // Containers and delegates that go while an answer is still to come.
 #include "Faults/FaultTest.h"
 
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-
-using namespace std::chrono_literals;
-using nlohmann::json;
-
 namespace {
 
 /// What the host does while the call is out, and what it then hears and shows of it.

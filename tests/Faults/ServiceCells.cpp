@@ -7,9 +7,6 @@
 // result call.
 #include "Faults/FaultTest.h"
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
 static const QStringList succeeded { u"succeeded"_s }, unauthorised { u"failed 0"_s },
     serverError { u"failed 1"_s };
 

@@ -25,22 +25,6 @@ QByteArray signatureOf(const std::optional<QJsonObject> &headers)
     return headers ? headers->value(u"X-TRZ-Req-Signature").toString().toLatin1() : "none";
 }
 
-TEST(Signature, LeavesItsTrace)
-{
-    const ApiRequestHelper helper(
-        QJsonObject { { QStringLiteral("reference"), QStringLiteral("\"ë/1") } },
-        headersAt(QStringLiteral("1700000000000")));
-    const QByteArray signature = "l0taFixl1+G7vXwtNJgGkz92kqJ89N6MNRPyq8SBYXw="; // by Python's hmac
-    QByteArray made;
-    const auto console = printedBy([&] { made = signatureOf(helper.requestHeaders()); });
-    EXPECT_EQ(made, signature);
-    const std::string cyclones = "\U0001F300\U0001F300\U0001F300\U0001F300\U0001F300";
-    EXPECT_EQ(console,
-        "\n\n\n" + cyclones + "\n[HMAC/SIGNATURE Start]\n"
-            + R"(HMAC: 1700000000000-{"reference":"\"ë/1"})" + "\nHMAC with SHA: Optional(\""
-            + signature.toStdString() + "\")\n[HMAC/SIGNATURE End]\n" + cyclones + "\n\n\n\n");
-}
-
 TEST(Parameters, AreCleanedAtTheTopLevelOnly)
 {
     const auto of = [](const char *json) { return QJsonDocument::fromJson(json).object(); };

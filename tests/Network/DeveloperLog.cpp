@@ -1,21 +1,8 @@
 // What the kit tells the host's developer, and when; never a key, number, code or session id.
+#include "Network/Network.h"
 #include "Parloquin/Manager/URLSchemeManager.h"
-#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
-#include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Networking/Router/ApiModels.h"
 #include "support/DeveloperWords.h"
-#include "support/RawServer.h"
-#include "support/ServiceEndpoint.h"
-
-#include <QtCore/QRegularExpression>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
-
-#include <atomic>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
 
 namespace {
 

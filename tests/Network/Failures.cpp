@@ -1,22 +1,7 @@
 // What becomes of a call in every weather, over real sockets.
-#include "Network/Awaited.h"
-#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
-#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
-#include "Parloquin/Networking/Model/Response/CountryResponseModel.h"
-#include "Parloquin/Networking/Request/Request.h"
-#include "support/ByName.h"
-#include "support/RawServer.h"
-#include "support/ServiceEndpoint.h"
+#include "Network/Network.h"
 
 #include <QtCore/QJsonObject>
-
-#include <gtest/gtest.h>
-
-#include <functional>
-
-using namespace parloquin;
-using namespace std::chrono_literals;
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,27 +1,8 @@
 // Calls over networks as they are: names with addresses that are silent, name servers that are,
 // proxies. Each case has a network of its own.
-#include "Network/Get.h"
-#include "Parloquin/Networking/Model/Request/CheckRequestModel.h"
-#include "Parloquin/Networking/Model/Response/CheckResponseModel.h"
-#include "Parloquin/Networking/Request/Request.h"
-#include "Parloquin/Platform/GLibPointers.h"
-#include "support/ByName.h"
-#include "support/NameServer.h"
-#include "support/OwnNetwork.h"
-#include "support/RawServer.h"
-#include "support/ServiceEndpoint.h"
+#include "Network/Network.h"
 
 #include <QtCore/QDir>
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
-#include <QtNetwork/QLocalServer>
-
-#include <gtest/gtest.h>
-
-using namespace parloquin;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 

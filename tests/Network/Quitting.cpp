@@ -1,17 +1,5 @@
 // How a host that quits while a call is under way ends.
-#include "support/ByName.h"
-#include "support/NameServer.h"
-#include "support/OwnNetwork.h"
-#include "support/RawServer.h"
-
-#include <QtCore/QElapsedTimer>
-#include <QtCore/QProcess>
-#include <QtTest/QTest>
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <optional>
+#include "Network/Network.h"
 
 namespace {
 

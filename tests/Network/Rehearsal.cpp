@@ -1,23 +1,11 @@
 // What the environment may change in a kit that is built for the loopback, and in no other.
 #include "Parloquin/Platform/Rehearsal.h"
 
-#include "Network/Awaited.h"
-#include "Parloquin/Networking/Helper/ApiSessionHelper.h"
+#include "Network/Network.h"
 #include "Parloquin/Networking/Model/Response/InitResponseModel.h"
-#include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Platform/UrlOpener.h"
-#include "support/RawServer.h"
-#include "support/ServiceEndpoint.h"
 
-#include <QtCore/QTemporaryDir>
-#include <QtNetwork/QLocalServer>
 #include <QtNetwork/QLocalSocket>
-
-#include <gtest/gtest.h>
-
-#include <thread>
-
-using namespace parloquin;
 
 namespace {
 

@@ -1,23 +1,11 @@
 // The shared session by itself: pictures use it too.
-#include "Network/Get.h"
-#include "Parloquin/Platform/GLibPointers.h"
-#include "support/ByName.h"
-#include "support/RawServer.h"
+#include "Network/Network.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QProcess>
-#include <QtCore/QTemporaryDir>
 #include <QtNetwork/QSslConfiguration>
 #include <QtNetwork/QSslKey>
 #include <QtNetwork/QSslServer>
-#include <QtTest/QTest>
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
-
-using namespace parloquin;
-using namespace std::chrono_literals;
-using namespace Qt::StringLiterals;
 
 namespace {
 

@@ -1,60 +1,14 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
-#include <openssl/evp.h>
-#include <openssl/hmac.h>
+#include "sandbox/service/Cipher.h"
 
 #include <algorithm>
-#include <cstring>
 #include <ctime>
-#include <regex>
-
-using nlohmann::json;
-
-const std::string secret = "\x8f\x2d\x6b\x7a\x41\xc0\x5e\x93\xd7\xa8\x61\x4f\x0b\xe2\x39\x5c"
-                           "\xc6\x71\x0f\x4d\x92\xab\x38\xe5\x57\x0d\x1c\x64\xfa\x83\xb9\x2e";
 
 namespace {
-constexpr auto keys = R"({"keys":{"client":"parloquin-demo","secret":
-    "8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e"}})";
+constexpr auto hexadecimalSecret =
+    "8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e";
 constexpr auto signingKey = "GPzEyoL8,?Es,]|$aJd#wy$XxQPpl+H)8ACyjkz,4;)jmBQlm.7k)nI4]+pS(hZ/";
-
-const unsigned char *raw(const std::string &text)
-{
-    return reinterpret_cast<const unsigned char *>(text.data());
-}
-
-unsigned char *raw(std::string &text) { return reinterpret_cast<unsigned char *>(text.data()); }
-
-/// Whole blocks; padding stands as it is, a test may have spoilt it.
-std::string aes(const std::string &bytes, const std::string &key, bool forward)
-{
-    const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(
-        EVP_CIPHER_CTX_new(), EVP_CIPHER_CTX_free);
-    std::string result(bytes.size() + 16, '\0');
-    int size = 0;
-    EVP_CipherInit_ex(
-        context.get(), EVP_aes_256_ecb(), nullptr, raw(key), nullptr, forward ? 1 : 0);
-    EVP_CIPHER_CTX_set_padding(context.get(), 0);
-    EVP_CipherUpdate(context.get(), raw(result), &size, raw(bytes), static_cast<int>(bytes.size()));
-    result.resize(bytes.size());
-    return result;
-}
-
-std::string toBase64(const std::string &bytes)
-{
-    std::string text((bytes.size() + 2) / 3 * 4, '\0');
-    EVP_EncodeBlock(raw(text), raw(bytes), static_cast<int>(bytes.size()));
-    return text;
-}
-
-std::string fromBase64(const std::string &text)
-{
-    std::string bytes(text.size(), '\0');
-    const auto size = EVP_DecodeBlock(raw(bytes), raw(text), static_cast<int>(text.size()));
-    bytes.resize(std::max(0L, size - std::count(text.begin(), text.end(), '=')));
-    return bytes;
-}
 
 json withStatus(const httplib::Result &answer)
 {
@@ -64,26 +18,26 @@ json withStatus(const httplib::Result &answer)
 }
 }
 
+const std::string secret = *sandbox::fromHex(hexadecimalSecret);
+
 std::string encrypted(const std::string &plain, const std::string &key)
 {
-    const auto padding = 16 - plain.size() % 16;
-    return toBase64(aes(plain + std::string(padding, static_cast<char>(padding)), key, true));
+    return sandbox::toBase64(sandbox::encrypt(plain, key));
 }
 
 std::string decrypted(const std::string &base64, const std::string &key)
 {
-    auto plain = aes(fromBase64(base64), key, false);
-    plain.resize(plain.size() - static_cast<unsigned char>(plain.back()));
+    // Before a block of padding that is right all is text: a fault may have spoilt the other.
+    const auto bytes = sandbox::fromBase64(base64).value_or("") + sandbox::encrypt("", key);
+    auto plain = sandbox::decrypt(bytes, key).value_or(" ");
+    plain.resize(plain.size() - std::min<std::size_t>(plain.back(), plain.size()));
     return plain;
 }
 
 std::string signature(const std::string &timeStamp, const std::string &signedJson)
 {
     const auto text = timeStamp + "-" + std::regex_replace(signedJson, std::regex(R"(\\/)"), "/");
-    std::string mac(32, '\0');
-    HMAC(EVP_sha256(), signingKey, static_cast<int>(std::strlen(signingKey)), raw(text),
-        text.size(), raw(mac), nullptr);
-    return toBase64(mac);
+    return sandbox::toBase64(sandbox::hmacSha256(text, signingKey));
 }
 
 std::string canonical(const json &value)
@@ -95,7 +49,7 @@ std::string timeStampOf(long offset) { return std::to_string(std::time(nullptr) 
 
 Sandbox::Sandbox(const json &scenario, const std::vector<std::string> &options)
 {
-    auto whole = json::parse(keys);
+    json whole { { "keys", { { "client", "parloquin-demo" }, { "secret", hexadecimalSecret } } } };
     whole.update(scenario);
     m_scenario = std::make_unique<TemporaryFile>(whole.dump());
     std::vector<std::string> words { SANDBOX_PROGRAM, "--port", "0", "--page", "0", "--scenario",
@@ -174,7 +128,10 @@ Reply Sandbox::send(const Request &request) const
     return reply;
 }
 
-Reply Sandbox::call(const std::string &name, const json &parameters) const
+Reply Sandbox::call(
+    const std::string &name, const json &parameters, const std::string &language) const
 {
-    return send(request(name, canonical(parameters)));
+    auto right = request(name, canonical(parameters));
+    right.set("X-TRZ-Lang", language);
+    return send(right);
 }

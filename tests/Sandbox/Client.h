@@ -2,12 +2,23 @@
 
 #include "Process.h"
 
+#include <gtest/gtest.h>
 #include <httplib.h>
+#include <unistd.h>
 
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <future>
+#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <string>
+
+using nlohmann::json;
+using namespace std::chrono_literals;
 
 extern const std::string secret; // 32 bytes
 std::string encrypted(const std::string &plain, const std::string &key);
@@ -32,15 +43,15 @@ struct Reply {
     int status = 0; ///< 0: there was no answer
     bool wasEncrypted = false;
     std::string body; ///< decrypted
-    nlohmann::json envelope;
+    json envelope;
 
     int metaStatus() const { return envelope.at("meta").at("httpStatusCode").get<int>(); }
     std::string errorCode() const { return envelope.at("meta").value("errorCode", ""); }
     std::string errorMessage() const { return envelope.at("meta").value("errorMessage", ""); }
-    nlohmann::json result() const { return envelope.value("result", nlohmann::json()); }
+    json result() const { return envelope.value("result", json()); }
     /// Of the result; empty: there is none.
     std::string sessionId() const { return envelope.value(idPlace, ""); }
-    inline static const nlohmann::json::json_pointer idPlace { "/result/sessionId" };
+    inline static const json::json_pointer idPlace { "/result/sessionId" };
 };
 
 /// A running service and a client that does everything right.
@@ -48,14 +59,14 @@ class Sandbox {
 public:
     /// \param scenario merged into one that holds the keys only
     /// \param options further ones of the command line
-    explicit Sandbox(const nlohmann::json &scenario = nlohmann::json::object(),
-        const std::vector<std::string> &options = {});
+    explicit Sandbox(
+        const json &scenario = json::object(), const std::vector<std::string> &options = {});
 
     /// What a right client sends now. \param json the parameters, sorted and escaped
     Request request(const std::string &call, const std::string &json) const;
     Reply send(const Request &request) const;
-    Reply call(
-        const std::string &name, const nlohmann::json &parameters = nlohmann::json::object()) const;
+    Reply call(const std::string &name, const json &parameters = json::object(),
+        const std::string &language = "en") const;
 
     Process &process() { return *m_process; }
     httplib::Client client() const;
@@ -63,8 +74,8 @@ public:
     int pagePort() const { return m_pagePort; }
 
     /// A call for developers, at the port of the page. \return its answer, with "status" beside it
-    nlohmann::json get(const std::string &path) const;
-    nlohmann::json post(const std::string &path, const nlohmann::json &body) const;
+    json get(const std::string &path) const;
+    json post(const std::string &path, const json &body) const;
 
 private:
     std::unique_ptr<TemporaryFile> m_scenario;
@@ -74,6 +85,6 @@ private:
 };
 
 /// Compact, sorted, slashes escaped.
-std::string canonical(const nlohmann::json &json);
+std::string canonical(const json &json);
 /// "<seconds>000" of now and \p offset seconds.
 std::string timeStampOf(long offset = 0);

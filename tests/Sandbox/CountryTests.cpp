@@ -1,21 +1,7 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <map>
-
-using nlohmann::json;
-
 namespace {
 json offeredCountries() { return Sandbox().call("country").result().at("list"); }
-
-Reply askIn(const char *language, const Sandbox &sandbox, const char *call, const json &parameters)
-{
-    auto request = sandbox.request(call, canonical(parameters));
-    request.set("X-TRZ-Lang", language);
-    return sandbox.send(request);
-}
 }
 
 TEST(SandboxCountries, AreThoseOfTheStandard)
@@ -85,7 +71,7 @@ TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
         };
     for (const auto &[language, country, renamed, text, refusal] : rows) {
         const auto ask = [&, in = language](const char *call, const char *parameters) {
-            return askIn(in, sandbox, call, json::parse(parameters));
+            return sandbox.call(call, json::parse(parameters), in);
         };
         const auto list = ask("country", "{}").result().at("list");
         EXPECT_EQ(list[0]["title"], country) << language;
@@ -98,30 +84,4 @@ TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
         EXPECT_EQ(ask("result", R"({"session_id":"s"})").errorMessage(), "\"session_id\": unknown")
             << "a developer's";
     }
-}
-
-// Each that a person can bring about by what they type.
-TEST(SandboxLanguage, TellsAPersonWhatIsWrong)
-{
-    const Sandbox sandbox(R"({ "codes": { "fixed": "123", "attempts": 1 } })"_json);
-    const Sandbox hasty(R"({ "codes": { "fixed": "123", "expirySeconds": 0 } })"_json);
-    const auto send = [](const Sandbox &to, const char *number) {
-        return askIn("de", to, "send-otp", { { "phoneNumber", number }, { "countryCode", "DE" } });
-    };
-    const auto check = [](const Sandbox &at, const Reply &sent, const char *code) {
-        return askIn("de", at, "check-otp",
-            { { "phoneNumber", "1701234567" }, { "countryCode", "DE" }, { "code", code },
-                { "reference", sent.result().at("reference") } })
-            .errorMessage();
-    };
-    EXPECT_EQ(send(sandbox, "+4917").errorMessage(), "Das ist keine Telefonnummer.");
-    const auto sent = send(sandbox, "+491701234567");
-    EXPECT_EQ(check(sandbox, sent, "124"), "Dieser Code stimmt nicht.");
-    EXPECT_EQ(
-        check(sandbox, sent, "124"), "Zu viele Versuche. Bitte fordern Sie einen neuen Code an.");
-    EXPECT_EQ(sandbox.get("/sandbox/journal?limit=1")["exchanges"][0]["reason"],
-        "Too many attempts. Please ask for a new code.")
-        << "a developer reads English";
-    EXPECT_EQ(check(hasty, send(hasty, "+491701234567"), "123"),
-        "Dieser Code ist zu alt. Bitte fordern Sie einen neuen an.");
 }

@@ -1,10 +1,6 @@
 // What a developer's tests ask and set: sessions, codes, messages, outcomes.
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-using nlohmann::json;
-
 namespace {
 json smsTo(const char *number) { return { { "phoneNumber", number }, { "countryCode", "TR" } }; }
 
@@ -42,40 +38,6 @@ TEST(SandboxDeveloper, MakesSessionsForABackEnd)
     for (const auto &wrong :
         R"([{ "state": "lost" }, { "phoneNumber": "532" }, { "number": "+90532" }, []])"_json)
         EXPECT_EQ(sandbox.post("/sandbox/sessions", wrong)["status"], 400) << wrong;
-}
-
-TEST(SandboxDeveloper, ListsCodesAndMessagesTheNewestFirst)
-{
-    const Sandbox sandbox;
-    EXPECT_EQ(sandbox.get("/sandbox/codes/last")["status"], 404);
-    for (const auto *number : { "+90 532 123 45 67", "+90 555 000 00 00" })
-        sandbox.call("send-otp", smsTo(number));
-    const auto codes = sandbox.get("/sandbox/codes").at("codes");
-    ASSERT_EQ(codes.size(), 2U);
-    EXPECT_EQ(codes[0]["phoneNumber"], "+905550000000");
-    EXPECT_EQ(codes[1]["phoneNumber"], "+905321234567");
-    const auto last = sandbox.get("/sandbox/codes/last");
-    EXPECT_EQ(last["reference"], codes[0]["reference"]);
-    const auto checked = sandbox.call("check-otp",
-        { { "phoneNumber", "5550000000" }, { "countryCode", "TR" }, { "code", last["code"] },
-            { "reference", last["reference"] } });
-    const auto session = sandbox.get("/sandbox/sessions").at("sessions").at(0);
-    EXPECT_EQ(session["sessionId"], checked.result().at("sessionId"));
-    EXPECT_EQ(session["phoneNumber"], "+905550000000");
-    EXPECT_EQ(sandbox.get("/sandbox/codes/last")["sessionId"], session["sessionId"]);
-    sandbox.call("send-otp", smsTo("+90 532 123 45 67")); // the newest to a number counts
-    EXPECT_EQ(sandbox.get("/sandbox/codes/905321234567")["reference"],
-        sandbox.get("/sandbox/codes/last")["reference"]);
-
-    const auto reference = sandbox.call("start", { { "app", "parlo" } }).result().at("reference");
-    const auto message = sandbox.get("/sandbox/messages").at("messages").at(0);
-    EXPECT_EQ(message["reference"], reference);
-    EXPECT_EQ(message["sessionId"], json());
-    const json sent { { "app", message["app"] }, { "text", message["text"] },
-        { "from", "+905321234567" } };
-    EXPECT_EQ(sandbox.post("/sandbox/messages", sent)["status"], 202);
-    EXPECT_EQ(
-        sandbox.get("/sandbox/sessions").at("sessions").at(0)["phoneNumber"], "+905321234567");
 }
 
 // Tests that run at once each have a number, so that none meets the outcomes of another.

@@ -1,13 +1,4 @@
-#include "Process.h"
-
-#include <gtest/gtest.h>
-
-#include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <regex>
-
-using namespace std::chrono_literals;
+#include "Client.h"
 
 namespace {
 /// `parloquin-sandbox exec` at free ports.

@@ -1,14 +1,8 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
-
-#include <regex>
-
-using nlohmann::json;
 
 namespace {
 /// How a connection ended, or that it did not. Closed: our half went with the other.

@@ -1,10 +1,6 @@
 // A page that a developer happens to have open must not read or change a sandbox.
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-using nlohmann::json;
-
 namespace {
 using Header = std::pair<const char *, const char *>; ///< PAGE and PORT stand for the two ports
 

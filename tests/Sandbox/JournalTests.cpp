@@ -1,11 +1,6 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-#include <future>
 #include <thread>
-
-using nlohmann::json;
 
 namespace {
 json lastOf(const Sandbox &sandbox)

@@ -1,12 +1,5 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <map>
-
-using nlohmann::json;
-
 TEST(Messenger, SendsThePreparedMessageAndEnds)
 {
     const Sandbox sandbox(

@@ -1,13 +1,5 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-#include <csignal>
-#include <future>
-#include <map>
-
-using nlohmann::json;
-
 TEST(SandboxOutcome, SpoilsTheAnswer)
 {
     const std::pair<const char *, std::string> rows[] = {

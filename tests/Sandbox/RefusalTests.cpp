@@ -1,9 +1,5 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-using nlohmann::json;
-
 namespace {
 using Change = std::function<void(Request &)>;
 

@@ -1,11 +1,5 @@
 #include "Client.h"
 
-#include <gtest/gtest.h>
-
-#include <regex>
-
-using nlohmann::json;
-
 namespace {
 const std::regex uuid("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
 
@@ -53,7 +47,10 @@ TEST(SandboxRoad, ByAppGivesASessionOnceTheMessageCame)
     const auto started = sandbox.call("start", { { "app", "murmur" } }).result();
     const auto link = started.at("deeplink").get<std::string>();
     EXPECT_TRUE(link.starts_with("murmur://send?app=murmur&to=Verification%20service&text="));
-    const auto text = preparedText(sandbox);
+    const auto message = sandbox.get("/sandbox/messages")["messages"].at(0);
+    EXPECT_EQ(message["reference"], started["reference"]);
+    EXPECT_TRUE(message["sessionId"].is_null());
+    const std::string text = message["text"];
     const json check { { "reference", started.at("reference") } };
 
     const auto early = sandbox.call("check", check);
@@ -64,10 +61,11 @@ TEST(SandboxRoad, ByAppGivesASessionOnceTheMessageCame)
     EXPECT_EQ(deliver(sandbox, { { "app", "murmur" } }), 400);
     EXPECT_EQ(sandbox.call("check", check).sessionId(), "");
 
-    EXPECT_EQ(deliver(sandbox, { { "app", "murmur" }, { "text", text } }), 202);
+    const json right { { "app", "murmur" }, { "text", text }, { "from", "+905321234567" } };
+    EXPECT_EQ(deliver(sandbox, right), 202);
     const auto session = sandbox.call("check", check).sessionId();
     EXPECT_TRUE(std::regex_match(session, uuid)) << session;
-    EXPECT_EQ(deliver(sandbox, { { "app", "murmur" }, { "text", text } }), 202);
+    EXPECT_EQ(deliver(sandbox, right), 202);
     EXPECT_EQ(sandbox.call("check", check).sessionId(), session);
 
     const auto confirmed = sandbox.get("/sandbox/sessions/" + session);
@@ -75,6 +73,7 @@ TEST(SandboxRoad, ByAppGivesASessionOnceTheMessageCame)
     EXPECT_EQ(confirmed.at("confirmed"), true);
     EXPECT_EQ(confirmed.at("method"), "3rdparty");
     EXPECT_EQ(confirmed.at("app"), "murmur");
+    EXPECT_EQ(confirmed.at("phoneNumber"), "+905321234567");
     EXPECT_TRUE(std::regex_match(confirmed.at("confirmedAt").get<std::string>(),
         std::regex("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ")));
     EXPECT_EQ(sandbox.call("result", { { "session_id", session } }).metaStatus(), 200);
@@ -97,14 +96,21 @@ TEST(SandboxRoad, KeepsAttemptsApart)
 TEST(SandboxRoad, BySmsGivesASessionForTheRightCode)
 {
     Sandbox sandbox;
-    const auto asked =
-        sandbox.call("send-otp", { { "countryCode", "TR" }, { "phoneNumber", "+905321234567" } });
-    const auto sent = sandbox.get("/sandbox/codes/905321234567");
-    EXPECT_EQ(sent, sandbox.get("/sandbox/codes/+905321234567"));
-    EXPECT_EQ(sent.at("reference"), asked.result().at("reference"));
+    EXPECT_EQ(sandbox.get("/sandbox/codes/last")["status"], 404);
+    json asked;
+    for (const auto *number : { "+905321234567", "+90 555 000 00 00", "+90 532 123 45 67" })
+        asked = sandbox.call("send-otp", { { "countryCode", "TR" }, { "phoneNumber", number } })
+                    .result();
+    const auto sent = sandbox.get("/sandbox/codes/last"); // of two to a number the newest counts
+    EXPECT_EQ(sent.at("reference"), asked.at("reference"));
+    EXPECT_EQ(sandbox.get("/sandbox/codes/905321234567"), sent);
+    EXPECT_EQ(sandbox.get("/sandbox/codes/+905321234567"), sent);
+    EXPECT_EQ(sandbox.get("/sandbox/codes/905321234568")["status"], 404);
+    const auto codes = sandbox.get("/sandbox/codes").at("codes");
+    EXPECT_EQ(codes.at(0)["reference"], sent["reference"]);
+    EXPECT_EQ(codes.at(1)["phoneNumber"], "+905550000000");
     const auto code = sent.at("code").get<std::string>();
     EXPECT_TRUE(std::regex_match(code, std::regex("\\d{3}"))) << code;
-    EXPECT_EQ(sandbox.get("/sandbox/codes/905321234568")["status"], 404);
     const auto console = sandbox.process().waitForOutput("code " + code);
     EXPECT_FALSE(holds(console, "5321234567")) << "a whole number was printed";
 
@@ -117,40 +123,50 @@ TEST(SandboxRoad, BySmsGivesASessionForTheRightCode)
     EXPECT_EQ(check("5321234568", code).metaStatus(), 400);
     const auto session = check("532 123 45 67", code).sessionId();
     EXPECT_TRUE(std::regex_match(session, uuid)) << session;
+    EXPECT_EQ(sandbox.get("/sandbox/codes/last")["sessionId"], session);
     const auto confirmed = sandbox.get("/sandbox/sessions/" + session);
     EXPECT_EQ(confirmed.at("method"), "otp");
+    EXPECT_EQ(confirmed.at("phoneNumber"), "+905321234567");
     EXPECT_TRUE(confirmed.at("app").is_null());
 }
 
+// Each refusal that a person can bring about by what they type, in their language.
 TEST(SandboxRoad, RefusesCodesThatAreOldOrGuessed)
 {
-    const auto send = [](const Sandbox &sandbox) {
-        return sandbox
-            .call("send-otp", { { "countryCode", "US" }, { "phoneNumber", "+12025550123" } })
-            .result();
+    const auto send = [](const Sandbox &sandbox, const char *number) {
+        return sandbox.call(
+            "send-otp", { { "countryCode", "DE" }, { "phoneNumber", number } }, "de");
     };
-    const auto check = [](const Sandbox &sandbox, const json &sent, const char *code) {
+    const auto check = [](const Sandbox &sandbox, const Reply &sent, const char *code) {
         return sandbox.call("check-otp",
-            { { "countryCode", "US" }, { "phoneNumber", "2025550123" }, { "code", code },
-                { "reference", sent.at("reference") } });
+            { { "countryCode", "DE" }, { "phoneNumber", "1701234567" }, { "code", code },
+                { "reference", sent.result().at("reference") } },
+            "de");
     };
+    std::map<int, std::string> said { { 200, "" }, { 400, "Dieser Code stimmt nicht." },
+        { 429, "Zu viele Versuche. Bitte fordern Sie einen neuen Code an." } };
     const std::pair<const char *, int> guesses[][4] = {
         { { "a7x", 400 }, { "111", 400 }, { "A7x", 429 }, { "A7x", 429 } },
         { { "A7y", 400 }, { "A7x", 200 }, { "A7y", 400 }, { "A7x", 429 } },
     };
     const Sandbox guessed(json { { "codes", { { "fixed", "A7x" }, { "attempts", 2 } } } });
     for (const auto &row : guesses) {
-        const auto sent = send(guessed);
+        const auto sent = send(guessed, "+491701234567");
         for (const auto &[code, status] : row) {
             const auto reply = check(guessed, sent, code);
             EXPECT_EQ(reply.metaStatus(), status) << code;
+            EXPECT_EQ(reply.errorMessage(), said[status]) << code;
             EXPECT_EQ(reply.sessionId().empty(), status != 200) << code;
         }
     }
+    EXPECT_EQ(guessed.get("/sandbox/journal?limit=1")["exchanges"][0]["reason"],
+        "Too many attempts. Please ask for a new code.")
+        << "a developer reads English";
+    EXPECT_EQ(send(guessed, "+4917").errorMessage(), "Das ist keine Telefonnummer.");
     const Sandbox old(json { { "codes", { { "fixed", "A7x" }, { "expirySeconds", 0 } } } });
-    const auto late = check(old, send(old), "A7x");
+    const auto late = check(old, send(old, "+491701234567"), "A7x");
     EXPECT_EQ(late.metaStatus(), 400);
-    EXPECT_TRUE(holds(late.errorMessage(), "too old"));
+    EXPECT_EQ(late.errorMessage(), "Dieser Code ist zu alt. Bitte fordern Sie einen neuen an.");
 }
 
 TEST(SandboxRoad, TakesNoMessageThatCameTooLate)

@@ -2,15 +2,9 @@
 // tests/soak/run starts them; none runs with the suite.
 #include "Faults/FaultTest.h"
 
-#include <QtTest/QTest>
-#include <QtWidgets/QApplication>
-
 #include <malloc.h>
 
 #include <fstream>
-
-using namespace std::chrono_literals;
-using nlohmann::json;
 
 namespace {
 
