@@ -61,7 +61,8 @@ TEST_P(EveryCall, IsTheSameToTheByte)
     QByteArray variables = "TZ=Europe/Berlin " + given.variables;
     variables.replace("@", (given.isProxied ? server : bystander).url({}).toLatin1());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *mine : { "http_proxy", "HTTP_PROXY", "no_proxy", "NO_PROXY", "LANGUAGE" })
+    for (const char *mine :
+        { "http_proxy", "HTTP_PROXY", "no_proxy", "NO_PROXY", "LANGUAGE", "LC_MESSAGES" })
         environment.remove(QString::fromLatin1(mine));
     for (const QString &variable : QString::fromLatin1(variables).split(u' '))
         environment.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
@@ -114,6 +115,11 @@ const Surroundings surroundings[] = {
     { "British", "LC_ALL=en_GB.UTF-8", "en", "GB" },
     { "Egyptian", "LC_ALL=ar_EG.UTF-8", "ar", "EG" },
     { "Turkish", "LC_ALL=tr_TR.UTF-8 LANGUAGE=tr:en", "tr", "TR" },
+    { "Serbian", "LC_ALL=sr_RS.UTF-8@latin", "sr", "RS" },
+    { "Filipino", "LC_ALL=fil_PH.UTF-8", "fil", "PH" }, // of three letters
+    { "BrazilianByLang", "LC_ALL= LANG=pt_BR.UTF-8", "pt", "BR" },
+    { "PosixByLang", "LC_ALL= LANG=POSIX", "", "" },
+    { "NoLocale", "LC_ALL= LANG=", "", "" },
     { "UpgradeAllowed", "LC_ALL=C.UTF-8 QT_NETWORK_H2C_ALLOWED=1", "", "" },
     { "ProxyForOthers", "LC_ALL=C.UTF-8 http_proxy=@ HTTP_PROXY=@", "", "" },
     { "Proxy", "LC_ALL=en_GB.UTF-8 http_proxy=@", "en", "GB", true },

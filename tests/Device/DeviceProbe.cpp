@@ -15,8 +15,7 @@ int main(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationDomain(qEnvironmentVariable("PROBE_DOMAIN"));
-    const QHash<QString, QString (*)()> finders { { u"language"_s, Device::languageCode },
-        { u"region"_s, Device::regionCode }, { u"zone"_s, Device::timeZone },
+    const QHash<QString, QString (*)()> finders { { u"zone"_s, Device::timeZone },
         { u"identifier"_s, Device::identifierForVendor }, { u"version"_s, Device::systemVersion },
         { u"name"_s, Device::name } };
     const auto arguments = QCoreApplication::arguments().mid(1);
