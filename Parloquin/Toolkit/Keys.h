@@ -24,4 +24,9 @@ namespace parloquin::Keys {
     return !isCommand(key) && (key.key() == Qt::Key_Escape || key.key() == Qt::Key_Back);
 }
 
+/// A key that goes on being held, whether it is marked so or not; asks what watchHolds() has seen.
+[[nodiscard]] bool isRepeat(const QKeyEvent &key);
+/// From now on, until the application ends.
+void watchHolds();
+
 } // namespace parloquin::Keys

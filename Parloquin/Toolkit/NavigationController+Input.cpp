@@ -25,7 +25,7 @@ bool NavigationController::Private::goBack() const
 // all of them and the host's dialog too.
 bool NavigationController::Private::takes(const QKeyEvent &key, bool pressIsOurs)
 {
-    if (key.isAutoRepeat())
+    if (Keys::isRepeat(key))
         return !hostKeys.contains(key.key());
     if (pressIsOurs)
         hostKeys.remove(key.key());
@@ -120,7 +120,7 @@ bool NavigationController::focusNextPrevChild(bool next)
 
 void NavigationController::keyPressEvent(QKeyEvent *event)
 {
-    const bool back = Keys::isBack(*event) && !event->isAutoRepeat() && d->goBack();
+    const bool back = Keys::isBack(*event) && !Keys::isRepeat(*event) && d->goBack();
     event->setAccepted(d->takes(*event, back));
 }
 

@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 
+#include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationControllerPrivate.h"
 #include "Parloquin/Toolkit/Pane.h"
 #include "Parloquin/Toolkit/Style.h"
@@ -136,6 +137,7 @@ NavigationController::NavigationController(Screen *root, QWidget *parent)
     : Pane(parent)
     , d(std::make_unique<Private>(this))
 {
+    Keys::watchHolds();
     d->stack.append(root);
     d->adopt(root);
 }

@@ -47,7 +47,7 @@ void Screen::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
         return;
     }
-    if (!event->isAutoRepeat())
+    if (!Keys::isRepeat(*event))
         m_defaultButton->click();
 }
 

@@ -97,8 +97,10 @@ bool Tappable::event(QEvent *event)
 void Tappable::keyPressEvent(QKeyEvent *event)
 {
     if (Keys::isEnter(*event)) {
-        if (!event->isAutoRepeat())
+        if (!Keys::isRepeat(*event))
             click();
+    } else if (pressesButton(*event) && Keys::isRepeat(*event)) {
+        return; // the base would press it anew where the repeat is not marked
     } else if (Keys::isCommand(*event) || event->key() == Qt::Key_Escape
         || event->key() == Qt::Key_Back) {
         event->ignore(); // the base would take Alt+Left for an arrow, and swallow Escape

@@ -18,7 +18,7 @@ void TextField::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         // A line edit lets it through to the host, whose default button it would press.
         event->accept();
-        if (Keys::isEnter(*event) && !event->isAutoRepeat())
+        if (Keys::isEnter(*event) && !Keys::isRepeat(*event))
             Q_EMIT returnPressed();
         return;
     }

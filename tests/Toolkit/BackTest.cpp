@@ -118,6 +118,38 @@ TEST_F(Back, RepeatsAndReleasesGoWhereThePressWent)
     EXPECT_EQ(host.heard + host.released, 0);
 }
 
+// X11 repeats by releases and presses, and Qt does not always tell that these are one key held.
+TEST_F(Back, AHeldKeyOfX11DoesWhatOnePressDoes)
+{
+    present(false);
+    quint64 time = 0; // ms
+    const auto send = [&time](QEvent::Type type, Qt::Key key, int later) {
+        QKeyEvent event(type, key, {});
+        event.setTimestamp(time += static_cast<quint64>(later));
+        QCoreApplication::sendEvent(QGuiApplication::focusWindow(), &event);
+    };
+    const auto hold = [&](Qt::Key key) {
+        send(QEvent::KeyPress, key, 30);
+        for (const int later : { 500, 40, 40 }) {
+            ASSERT_TRUE(rests());
+            send(QEvent::KeyRelease, key, later);
+            send(QEvent::KeyPress, key, 0);
+        }
+        send(QEvent::KeyRelease, key, 40);
+    };
+    const QSignalSpy clicks(top->button, &QAbstractButton::clicked);
+    top->button->setFocus();
+    hold(Qt::Key_Space);
+    EXPECT_EQ(clicks.count(), 1);
+    hold(Qt::Key_Return);
+    EXPECT_EQ(clicks.count(), 2);
+    for (const int left : { 2, 1 }) {
+        hold(Qt::Key_Escape);
+        EXPECT_EQ(depth(), left);
+    }
+    EXPECT_EQ(host.heard + host.released, 0);
+}
+
 class Edge : public Back, public testing::WithParamInterface<std::tuple<bool, bool>> {
 protected:
     void SetUp() override
