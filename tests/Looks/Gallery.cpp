@@ -95,7 +95,7 @@ TEST_P(Gallery, OfEveryScreen)
     };
     take(keep);
     takeEmpty(keep);
-    ASSERT_EQ(tiles.size(), 14);
+    ASSERT_EQ(tiles.size(), 15);
     const QString name =
         u"%1-%2-%3.png"_s.arg(tiles.front().devicePixelRatio())
             .arg(size.width(), 4, 10, QLatin1Char('0'))

@@ -123,7 +123,7 @@ TEST_P(HostLooks, LeaveEveryScreenAsItIs)
     };
     take(look);
     takeEmpty(look);
-    ASSERT_EQ(plain.size(), 13);
+    ASSERT_EQ(plain.size(), 14);
 
     dress(GetParam());
     const Stop compare = [&](const std::string &stop) {

@@ -186,8 +186,17 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     source.titled = false; // without letters a thumb says where one is, for a while
     table->reloadData();
     roll({}, { 0, 120 });
-    const auto *const thumb = table->findChild<TableThumb *>();
+    auto *const thumb = table->findChild<TableThumb *>();
     EXPECT_TRUE(thumb->isVisible());
+    const auto drawn = [thumb] {
+        QImage image(thumb->size(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        thumb->render(&image, {}, {}, QWidget::DrawChildren);
+        return image;
+    };
+    const QImage plain = drawn();
+    table->setPalette(QPalette(Qt::red, Qt::yellow));
+    EXPECT_TRUE(drawn() == plain) << "by a host's palette";
     EXPECT_SOON(!thumb->isVisible());
 }
 
