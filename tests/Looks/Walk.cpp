@@ -32,6 +32,8 @@ void Walk::presentWaiting(const Stop &stop)
 {
     server.pause();
     present(page);
+    if (page)
+        container->setContentsMargins(6, 44, 6, 6); // beside the pages its own ground shows
     container->resize(size);
     ASSERT_TRUE(QTest::qWaitForWindowActive(container->window()));
     ASSERT_TRUE(waitForOverlay(true));
