@@ -59,12 +59,13 @@ TEST(DeviceMachineId, MakesTheIdentifierOfAnOrganisation)
         QTemporaryFile file;
         ASSERT_TRUE(file.open() && file.write(id) == id.size() && file.flush());
         const QString script =
-            u"mount --bind %1 /etc/machine-id && "
+            u"mount --bind %1 /etc/machine-id && mount --bind %1 /etc/os-release && "
             "{ [ ! -f /var/lib/dbus/machine-id ] || mount --bind %1 /var/lib/dbus/machine-id; } && "
             "exec \"$0\" \"$@\""_s.arg(file.fileName());
-        const auto lines =
-            probe({ u"identifier"_s }, { u"PROBE_DOMAIN="_s + domain }, own + QStringList(script));
+        const auto lines = probe({ u"identifier"_s, u"version"_s }, { u"PROBE_DOMAIN="_s + domain },
+            own + QStringList(script));
         EXPECT_EQ(lines.value(0), identifier) << id.constData();
+        EXPECT_EQ(lines.value(1), QSysInfo::kernelVersion()) << "of a system without a number";
     }
 }
 

@@ -1,5 +1,7 @@
 #include "Parloquin/Platform/Linux/MobileCountryCodes.h"
+#include "Parloquin/Platform/Linux/ModemService.h"
 #include "Parloquin/Platform/Telephony.h"
+#include "support/ModemBus.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QProcess>
@@ -43,6 +45,21 @@ TEST(TelephonyEnding, DoesNotHoldUpTheEndOfTheProgram)
         EXPECT_TRUE(process.waitForFinished(patience)) << way;
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit) << way;
         EXPECT_EQ(process.exitCode(), 0) << way;
+    }
+}
+
+TEST(ModemService, AsksTheFirstModemWithASimOrWithout)
+{
+    const std::pair<const char *, std::optional<QString>> rows[] = {
+        { "bare 0", std::nullopt },
+        { "modem 0 23201", QStringLiteral("23201") },
+    };
+    for (const auto &[first, identifier] : rows) {
+        ModemBus bus;
+        bus.play(QByteArray("start bus; start service; await; ") + first + "; modem 1 26201");
+        ModemService service([] {});
+        ASSERT_TRUE(service.connect(nullptr));
+        EXPECT_EQ(service.operatorIdentifier(nullptr), identifier) << first;
     }
 }
 

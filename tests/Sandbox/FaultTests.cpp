@@ -7,6 +7,10 @@
 namespace {
 /// How a connection ended, or that it did not. Closed: our half went with the other.
 enum class End { fin, closed, reset, quiet, endless };
+void PrintTo(End end, std::ostream *out)
+{
+    *out << std::array { "fin", "closed", "reset", "quiet", "endless" }.at(std::size_t(end));
+}
 
 struct Row {
     const char *fault;
@@ -150,4 +154,20 @@ TEST(SandboxWeather, IsThatOfItsSeed)
     const auto one = weatherOf("100:7", { "country" });
     EXPECT_EQ(weatherOf("100:7", { "start", "country" }), one);
     EXPECT_NE(weatherOf("100:8", { "country" }), one);
+}
+
+// For the first call for a country, seed 6 draws 0 of 100 and seed 172 draws 5.
+TEST(SandboxWeather, SpoilsTheShareThatWasAskedForAndNoMore)
+{
+    const std::pair<const char *, int> rows[] = { { "0:6", 0 }, { "1:6", 1 }, { "5:172", 0 },
+        { "6:172", 1 } };
+    for (const auto &[weather, faults] : rows) {
+        Sandbox sandbox(json::object(), { "--faults", weather });
+        const auto socket = ask(sandbox.port(), wireOf(sandbox, "country", "{}"));
+        sandbox.process().waitForOutput(faults != 0 ? "fault " : "accepted");
+        ::close(socket);
+        EXPECT_EQ(sandbox.get("/sandbox/requests")["country"],
+            json({ { "posts", 1 }, { "faults", faults } }))
+            << weather;
+    }
 }

@@ -166,6 +166,29 @@ TEST(SandboxConsole, ShowsNothingOfStrangersThatPassesForItsOwn)
     EXPECT_FALSE(holds(console, "\n12:00:00")) << console;
 }
 
+TEST(SandboxParameters, AreAllThereOrTheFirstThatLacksIsNamed)
+{
+    const Sandbox sandbox;
+    const std::map<std::string, json> calls {
+        { "init", { { "deviceName", "p" }, { "timezone", "UTC" } } },
+        { "start", { { "app", "kite" } } },
+        { "check", { { "reference", "r" } } },
+        { "send-otp", { { "phoneNumber", "1" }, { "countryCode", "AT" } } },
+        { "check-otp",
+            { { "phoneNumber", "1" }, { "countryCode", "AT" }, { "code", "1" },
+                { "reference", "r" } } },
+        { "result", { { "session_id", "s" } } },
+    };
+    for (const auto &[call, whole] : calls)
+        for (const auto &[key, value] : whole.items()) {
+            auto parameters = whole;
+            parameters.erase(key);
+            const auto reply = sandbox.call(call, parameters);
+            EXPECT_EQ(reply.metaStatus(), 400) << call;
+            EXPECT_TRUE(holds(reply.errorMessage(), '"' + key + "\": missing")) << call;
+        }
+}
+
 // What other parameters are refused is held against the description of the calls.
 TEST(SandboxParameters, OfAReportMustFitTheAppsOnOffer)
 {
