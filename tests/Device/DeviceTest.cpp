@@ -74,6 +74,7 @@ TEST(MachineInfo, ReadsTheNameAsAShellDoes)
     const char *const rows[][2] = {
         { "CHASSIS=handset\nPRETTY_HOSTNAME=\"Ada's phone\"\n", "Ada's phone" },
         { "PRETTY_HOSTNAME=phone", "phone" },
+        { "PRETTY_HOSTNAME=\" a b \"", "a b" },
         { "PRETTY_HOSTNAME='a \\ b'", "a \\ b" },
         { "PRETTY_HOSTNAME=\"\\\"x\\\" \\$y\"", "\"x\" $y" },
         { "PRETTY_HOSTNAME=\"\xC3\x89toile\"", "\xC3\x89toile" },

@@ -59,6 +59,8 @@ bool Process::readMore(std::chrono::milliseconds patience)
 std::string Process::waitForOutput(const std::string &text)
 {
     while (m_output.find(text) == std::string::npos && readMore(20s)) { }
+    if (m_output.find(text) == std::string::npos)
+        ADD_FAILURE() << "never said \"" << text << "\" but: " << m_output;
     return m_output;
 }
 
@@ -86,6 +88,8 @@ std::optional<int> Process::waitForEnd(std::chrono::milliseconds patience)
             m_exit = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     }
     output();
+    if (!m_exit)
+        ADD_FAILURE() << "runs on after " << patience.count() << " ms; it said: " << m_output;
     return m_exit;
 }
 

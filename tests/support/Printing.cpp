@@ -1,6 +1,7 @@
 #include "support/Printing.h"
 
 #include <QtCore/QDebug>
+#include <QtCore/QJsonObject>
 #include <QtCore/QRect>
 #include <QtCore/QUrl>
 #include <QtGui/QColor>
@@ -18,6 +19,8 @@ template <typename Value> void print(const Value &value, std::ostream &out)
 
 void PrintTo(const QByteArray &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QColor &value, std::ostream *out) { print(value, *out); }
+void PrintTo(const QJsonObject &value, std::ostream *out) { print(value, *out); }
+void PrintTo(const QJsonValue &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QPoint &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QRect &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QSize &value, std::ostream *out) { print(value, *out); }

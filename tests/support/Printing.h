@@ -1,9 +1,12 @@
 #pragma once
 
-#include <iosfwd>
+#include <ostream>
+#include <type_traits>
 
 class QByteArray;
 class QColor;
+class QJsonObject;
+class QJsonValue;
 class QPoint;
 class QRect;
 class QSize;
@@ -14,8 +17,20 @@ class QUrl;
 // none shows bytes.
 void PrintTo(const QByteArray &value, std::ostream *out);
 void PrintTo(const QColor &value, std::ostream *out);
+void PrintTo(const QJsonObject &value, std::ostream *out);
+void PrintTo(const QJsonValue &value, std::ostream *out);
 void PrintTo(const QPoint &value, std::ostream *out);
 void PrintTo(const QRect &value, std::ostream *out);
 void PrintTo(const QSize &value, std::ostream *out);
 void PrintTo(const QString &value, std::ostream *out);
 void PrintTo(const QUrl &value, std::ostream *out);
+
+namespace parloquin {
+/// The kit's enumerations, by the place of their case.
+template <typename Value>
+requires std::is_enum_v<Value>
+void PrintTo(const Value &value, std::ostream *out)
+{
+    *out << "case " << +std::underlying_type_t<Value>(value);
+}
+}
