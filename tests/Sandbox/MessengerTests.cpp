@@ -21,7 +21,7 @@ TEST(Messenger, SendsThePreparedMessageAndEnds)
             picture, started.at("deeplink") });
     }
     for (const auto &[app, running] : all) {
-        EXPECT_EQ(running.messenger->waitForEnd(), 0) << app << running.messenger->output();
+        ASSERT_EQ(running.messenger->waitForEnd(), 0) << app << running.messenger->output();
         const auto checked = sandbox.call("check", { { "reference", running.reference } });
         EXPECT_NE(checked.sessionId(), "") << app;
         std::ifstream file(running.picture);
