@@ -2,6 +2,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
+#include <QtGui/QWindow>
 
 namespace parloquin::Keys {
 
@@ -15,10 +16,8 @@ class Holds : public QObject {
 public:
     using QObject::QObject;
 
-    bool eventFilter(QObject *watched, QEvent *event) override
+    bool eventFilter(QObject *, QEvent *event) override
     {
-        if (!watched->isWindowType())
-            return false;
         if (event->type() == QEvent::KeyPress)
             press(*static_cast<QKeyEvent *>(event));
         else if (event->type() == QEvent::KeyRelease)
@@ -49,20 +48,21 @@ private:
     bool m_repeats = false;
 };
 
+// One for all windows: there is one keyboard.
 QPointer<Holds> &holds()
 {
     static QPointer<Holds> holds;
     return holds;
 }
 
-}
+} // namespace
 
-void watchHolds()
+void watchHolds(QWindow *window)
 {
-    if (holds())
-        return;
-    holds() = new Holds(QCoreApplication::instance());
-    QCoreApplication::instance()->installEventFilter(holds());
+    if (!holds())
+        holds() = new Holds(QCoreApplication::instance());
+    if (window)
+        window->installEventFilter(holds()); // once, however often it is asked for
 }
 
 bool isRepeat(const QKeyEvent &key)

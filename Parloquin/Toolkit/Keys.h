@@ -2,6 +2,8 @@
 
 #include <QtGui/QKeyEvent>
 
+class QWindow;
+
 /// \brief What keys mean on all screens.
 namespace parloquin::Keys {
 
@@ -26,7 +28,7 @@ namespace parloquin::Keys {
 
 /// A key that goes on being held, whether it is marked so or not; asks what watchHolds() has seen.
 [[nodiscard]] bool isRepeat(const QKeyEvent &key);
-/// From now on, until the application ends.
-void watchHolds();
+/// Of what this window hears, from now on; none: of nothing.
+void watchHolds(QWindow *window);
 
 } // namespace parloquin::Keys

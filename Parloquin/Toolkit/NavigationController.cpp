@@ -137,7 +137,6 @@ NavigationController::NavigationController(Screen *root, QWidget *parent)
     : Pane(parent)
     , d(std::make_unique<Private>(this))
 {
-    Keys::watchHolds();
     d->stack.append(root);
     d->adopt(root);
 }
@@ -198,6 +197,7 @@ void NavigationController::setInsets(const QMargins &insets)
 void NavigationController::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    Keys::watchHolds(window()->windowHandle());
     // A window that comes back from the taskbar has not appeared anew.
     if (event->spontaneous() || d->appeared)
         return;
