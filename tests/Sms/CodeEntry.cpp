@@ -159,7 +159,7 @@ TEST_F(CodeEntry, EnterChecksFromTheLastBoxOnce)
     hands::hold(Qt::Key_Return); // the box is empty, and the button would not mind either
     ASSERT_TRUE(isTold());
     ASSERT_EQ(bodies("check-otp").size(), 1);
-    EXPECT_EQ(bodies("check-otp")[0][u"code"], u"2"_s);
+    EXPECT_EQ(bodies("check-otp").constFirst()[u"code"], u"2"_s);
 }
 
 TEST_F(CodeEntry, PastesByALongPressAsByKeys)
