@@ -145,6 +145,7 @@ TEST_P(RollingTable, IsStoppedAndNoRowIsChosenByThat)
     for (const auto *cell : table->visibleCells())
         EXPECT_FALSE(cell->isPressed()) << place(cell->indexPath());
     table->show();
+    ASSERT_SOON(QScroller::scroller(table.get())->state() == QScroller::Inactive);
     finger.tap(table.get(), middle(300)); // the next one means a row
     EXPECT_EQ(source.selected.size(), 1);
 }
