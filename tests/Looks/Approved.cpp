@@ -1,0 +1,215 @@
+// Every screen, in states that a person reaches, against the pictures in approved/, which somebody
+// looked at: whatever is drawn otherwise is seen here. tests/Looks/approve takes them anew.
+#include "Looks/Walk.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+
+#include <sstream>
+
+namespace {
+
+constexpr int side = 5; // of a square, px
+/// Of 255, the mean of a square: letters stray so far from one Qt to the next, a line that is a
+/// pixel off strays further.
+constexpr int tolerance = 16;
+
+/// \return how far a square is from the other's, 0 to 255; of one colour in both, any difference
+/// counts
+int distance(const QImage &seen, const QImage &approved, const QRect &square)
+{
+    int sum = 0;
+    bool flat = true;
+    for (int y = square.top(); y <= square.bottom(); ++y) {
+        for (int x = square.left(); x <= square.right(); ++x) {
+            const QRgb a = seen.pixel(x, y);
+            const QRgb b = approved.pixel(x, y);
+            sum += std::max({ std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                std::abs(qBlue(a) - qBlue(b)) });
+            flat &= a == seen.pixel(square.topLeft()) && b == approved.pixel(square.topLeft());
+        }
+    }
+    const int mean = sum / (square.width() * square.height());
+    return flat && mean > 2 ? mean + tolerance : mean;
+}
+
+/// \return how many squares differ and where the first one is; nothing where none does
+std::string strayed(const QImage &seen, const QImage &approved)
+{
+    if (seen.size() != approved.size())
+        return difference(seen, approved);
+    int count = 0;
+    QPoint first;
+    for (int y = 0; y < seen.height(); y += side) {
+        for (int x = 0; x < seen.width(); x += side) {
+            if (distance(seen, approved, QRect(x, y, side, side) & seen.rect()) <= tolerance)
+                continue;
+            if (count++ == 0)
+                first = { x, y };
+        }
+    }
+    std::ostringstream text;
+    if (count > 0)
+        text << count << " squares of " << side << " px are otherwise, the first at " << first.x()
+             << ',' << first.y();
+    return text.str();
+}
+
+struct Kind {
+    const char *name;
+    Qt::LayoutDirection direction;
+    QSize size;
+};
+
+class Approved : public Walk, public testing::WithParamInterface<Kind> {
+protected:
+    void SetUp() override
+    {
+        Walk::SetUp();
+        QApplication::setFont(QFont(u"Noto Sans"_s)); // of the same version everywhere
+        QApplication::setLayoutDirection(GetParam().direction);
+        size = GetParam().size;
+    }
+
+    /// Waits for it: pictures come, and the overlay turns.
+    void expectApproved(const std::string &stop) const
+    {
+        const QString name =
+            u"%1-%2.png"_s.arg(QLatin1String(GetParam().name))
+                .arg(QString::fromStdString(stop).remove(u',').replace(u' ', u'-'));
+        const QString file = QStringLiteral(APPROVED) + u'/' + name;
+        if (qEnvironmentVariableIsSet("APPROVE")) {
+            QTest::qWait(200);
+            ASSERT_TRUE(picture().convertToFormat(QImage::Format_RGB32).save(file))
+                << qPrintable(file);
+            return;
+        }
+        const QImage approved(file);
+        if (QTest::qWaitFor([&] { return strayed(picture(), approved).empty(); }, 2000))
+            return;
+        picture().save(name);
+        ADD_FAILURE() << stop << ": " << strayed(picture(), approved) << "; see "
+                      << qPrintable(QDir().absoluteFilePath(name)) << " and " << qPrintable(file);
+    }
+
+    void answerMuch();
+    void takeFurther();
+};
+
+/// Apps and countries that fill more than a screen.
+void Approved::answerMuch()
+{
+    QFile icon(QStringLiteral(ICON));
+    ASSERT_TRUE(icon.open(QIODevice::ReadOnly));
+    server.answer("/icon.png", RawServer::http(200, icon.readAll(), "Content-Type: image/png\r\n"));
+    QStringList apps;
+    QStringList countries;
+    for (int i = 0; i < 14; ++i) {
+        apps.append(
+            uR"({"app":"a%1","text":"Verify with app %1","bgColour":"#%2","textColour":"#%3"%4})"_s
+                .arg(i)
+                .arg(0x204080 + i * 0x0a0805, 6, 16, QLatin1Char('0'))
+                .arg(i % 3 == 0 ? u"FFD14A"_s : u"FFFFFF"_s)
+                .arg(i % 2 == 0 ? uR"(,"icon":")"_s + server.url(u"/icon.png"_s) + u'"'
+                                : QString()));
+    }
+    for (int i = 0; i < 60; ++i) {
+        countries.append(
+            uR"({"title":"%1land %2",%4"phoneCode":"+%3"})"_s.arg(QChar(u'A' + i / 3))
+                .arg(i)
+                .arg(30 + i * 7)
+                .arg(i == 4 ? QString() : u"\"countryCode\":\"C%1\","_s.arg(i))); // ticked
+    }
+    answer("/v1.0/init",
+        uR"({"result":{"description":"Pick the app that you use most.","alternativeValidation":"otp",
+            "alternativeValidationDescription":"Get a code by SMS instead","list":[%1]}})"_s
+            .arg(apps.join(u','))
+            .toUtf8());
+    answer("/v1.0/country", uR"({"result":{"list":[%1]}})"_s.arg(countries.join(u',')).toUtf8());
+}
+
+void Approved::takeFurther()
+{
+    answerMuch();
+    present();
+    container->resize(size);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(container->window()));
+    ASSERT_TRUE(waitForOverlay(false));
+    expectApproved("many apps");
+    hands::key(Qt::Key_End);
+    expectApproved("many apps, the last");
+    hands::key(Qt::Key_Home);
+    expectApproved("many apps, the first");
+
+    tap("viewAlternativeKit");
+    ASSERT_TRUE(seen("viewCountryBack"));
+    for (const char *field : { "country", "number", "continue", "back" }) {
+        hands::key(Qt::Key_Tab);
+        expectApproved(std::string("phone entry, ring at ") + field);
+    }
+    tap("viewCountryBack");
+    (void)row("tblCountries", 1, 0);
+    expectApproved("countries");
+    const QWidget *const list = visible("tblCountries");
+    hands::wheel(list, { 100, 200 }, {}, { 0, -1000 });
+    expectApproved("countries, amid");
+    hands::key(Qt::Key_End);
+    expectApproved("countries, the last");
+    hands::key(Qt::Key_Home);
+    hands::key(Qt::Key_Down);
+    expectApproved("countries, the second");
+    hands::key(Qt::Key_Return);
+    ASSERT_TRUE(seen("viewCountryBack"));
+    expectApproved("phone entry, chosen");
+    tap("viewCountryBack");
+    (void)row("tblCountries", 1, 0);
+    const bool mirrored = GetParam().direction == Qt::RightToLeft;
+    hands::Finger finger;
+    finger.down(container.get(), { mirrored ? size.width() - 4 : 4, 300 });
+    finger.drag({ mirrored ? -120 : 120, 0 });
+    expectApproved("countries, drawn aside");
+    finger.cancel();
+    expectApproved("countries, let go");
+    hands::key(Qt::Key_Escape);
+    ASSERT_TRUE(seen("viewCountryBack"));
+    tap("txtPhoneNumber");
+    hands::keys(u"41234567"_s);
+    hands::press(visible("btnContinue"));
+    expectApproved("phone entry, pressed");
+    hands::release(visible("btnContinue"));
+    ASSERT_SOON(find("txtCode0") && find("txtCode0")->hasFocus() && !overlayIsUp());
+    hands::keys(u"7K2"_s);
+    expectApproved("code entry, whole");
+    for (const char *button : { "again", "back" }) {
+        hands::key(Qt::Key_Tab);
+        expectApproved(std::string("code entry, ring at ") + button);
+    }
+    server.pause();
+    tap("btnCheck");
+    ASSERT_TRUE(waitForOverlay(true));
+    expectApproved("code entry, waiting");
+    server.proceed();
+    ASSERT_TRUE(waitForOverlay(false));
+    expectApproved("code entry, refused");
+    tap("btnBack");
+    ASSERT_TRUE(seen("txtPhoneNumber"));
+    expectApproved("phone entry, again");
+    tap("btnContinue");
+    ASSERT_SOON(find("txtCode0") && find("txtCode0")->hasFocus() && !overlayIsUp());
+    expectApproved("code entry, again");
+}
+
+TEST_P(Approved, AlongTheRoads)
+{
+    const Stop stop = [this](const std::string &name) { expectApproved(name); };
+    take(stop);
+    takeEmpty(stop);
+}
+
+TEST_P(Approved, InFurtherStates) { takeFurther(); }
+
+const Kind kinds[] = { { "LeftToRight", Qt::LeftToRight, { 390, 844 } },
+    { "RightToLeft", Qt::RightToLeft, { 320, 480 } } };
+INSTANTIATE_TEST_SUITE_P(All, Approved, testing::ValuesIn(kinds), byName);
+
+} // namespace
