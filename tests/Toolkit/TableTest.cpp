@@ -146,7 +146,8 @@ TEST_P(RollingTable, IsStoppedAndNoRowIsChosenByThat)
         EXPECT_FALSE(cell->isPressed()) << place(cell->indexPath());
     table->show();
     ASSERT_SOON(QScroller::scroller(table.get())->state() == QScroller::Inactive);
-    finger.tap(table.get(), middle(300)); // the next one means a row
+    const auto rows = table->visibleCells(); // wherever it stopped, amid the page one stands whole
+    finger.tap(rows[rows.size() / 2]); // the next one means a row
     EXPECT_EQ(source.selected.size(), 1);
 }
 
