@@ -144,10 +144,10 @@ function take(page) {
     chosen = 0;
     showNothing();
   }
-  // What a person reads stays where it is while news comes in above.
-  if (!atTop && added > 0) list.scrollTop += added * height;
   tellEmpty();
   draw();
+  // What a person reads stays where it is while news comes in above, once there is room to go on.
+  if (!atTop && added > 0) list.scrollTop += added * height;
 }
 
 async function listen() {

@@ -7,6 +7,7 @@ const other = 'as below'; // what these forms cannot say, such as a text of its 
 let names = null;
 let built = null;
 let asked = 0;
+let shown = 0;
 
 // For whom the forms stand: nothing is everybody.
 const whose = () => {
@@ -100,9 +101,10 @@ async function build() {
 export async function refresh(anew = false) {
   if (place.hidden) return;
   const mine = ++asked;
-  await (built ??= build());
+  await (built ??= build().catch((error) => { built = null; throw error; }));
   const lists = await get('outcomes');
-  if (mine !== asked) return; // an answer that was overtaken says what no longer is
+  if (mine < shown) return; // an answer that was overtaken says what no longer is
+  shown = mine;
   const scope = whose();
   const standing = scope ? lists[scope[0]]?.[scope[1]] ?? {} : lists;
   for (const form of place.querySelectorAll('form.outcome'))

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 
@@ -60,6 +61,35 @@ TEST(ModemService, AsksTheFirstModemWithASimOrWithout)
         ModemService service([] {});
         ASSERT_TRUE(service.connect(nullptr));
         EXPECT_EQ(service.operatorIdentifier(nullptr), identifier) << first;
+    }
+}
+
+TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
+{
+    const struct {
+        QByteArray before;
+        QByteArray change;
+        std::optional<QString> identifier;
+        bool isTold = true;
+    } rows[] = {
+        { "modem 0 locked", "unlock 0 26201", QStringLiteral("26201") },
+        { "modem 0 23201; sim 1 26201", "put 0 1", QStringLiteral("26201") },
+        { "modem 0 23201", "takeOut 0", {} },
+        { "await", "modem 0 26201", QStringLiteral("26201") },
+        { "modem 0 23201", "end service", {} },
+        { "modem 0 23201", "strength 0 40", QStringLiteral("23201"), false },
+    };
+    for (const auto &[before, change, identifier, isTold] : rows) {
+        ModemBus bus;
+        bus.play("start bus; start service; await; " + before);
+        std::atomic<bool> isHeard = false;
+        ModemService service([&] { isHeard = true; });
+        ASSERT_TRUE(service.connect(nullptr));
+        (void)service.operatorIdentifier(nullptr); // by then the bus knows what is listened for
+        bus.play(change);
+        EXPECT_EQ(service.operatorIdentifier(nullptr), identifier) << change.constData();
+        EXPECT_EQ(QTest::qWaitFor([&] { return isHeard.load(); }, isTold ? patience : 0), isTold)
+            << change.constData();
     }
 }
 
