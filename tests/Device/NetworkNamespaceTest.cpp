@@ -10,6 +10,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <optional>
+
 using namespace parloquin;
 
 namespace {
@@ -86,22 +88,33 @@ int breakWatches()
     return broken;
 }
 
-TEST(NetworkWatch, WatchesAgainWhenItsSocketBreaks)
+TEST(NetworkWatch, HearsOfEachChangeAlsoWhenItsSocketBroke)
 {
     if (!isInOwnNetwork())
         return;
-    ASSERT_TRUE(ip(wired));
+    ASSERT_TRUE(ip(QByteArray(wired) + "addr add fd00::2/64 dev d0 nodad"));
     const auto reachability = watchNetwork();
-    bool isTold = false;
-    reachability->whenReachable = [&](Reachability &) { isTold = true; };
-    reachability->whenUnreachable = [&](Reachability &) { isTold = false; };
+    std::optional<bool> told;
+    reachability->whenReachable = [&](Reachability &) { told = true; };
+    reachability->whenUnreachable = [&](Reachability &) { told = false; };
     ASSERT_FALSE(reachability->startNotifier());
-    ASSERT_EQ(breakWatches(), 1);
-    ASSERT_TRUE(ip("route add default via 10.9.0.1"));
-    // By what the new watch looks at first.
-    EXPECT_TRUE(QTest::qWaitFor([&] { return isTold; }, patience));
-    ASSERT_TRUE(ip("route del default"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !isTold; }, patience));
+    const std::pair<const char *, bool> rows[] = {
+        { "route add ::/0 via fd00::1", true },
+        { "route del ::/0", false },
+        { "route add default via 10.9.0.1", true },
+        { "link set d1 down", false },
+        { "link set d1 up", true },
+        { "route del default", false },
+    };
+    for (bool isBroken : { false, true }) {
+        // By what the new watch looks at first.
+        ASSERT_EQ(isBroken ? breakWatches() : 1, 1);
+        for (const auto &[change, isReachable] : rows) {
+            ASSERT_TRUE(ip(change)) << change;
+            (void)QTest::qWaitFor([&] { return told == isReachable; }, patience);
+            EXPECT_EQ(told, isReachable) << change;
+        }
+    }
 }
 
 // What every call asks before it is sent.

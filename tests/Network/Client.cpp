@@ -139,6 +139,7 @@ TEST(ApiClient, WritesTheRequestLog)
     RawServer server;
     server.answer("/v1.0/check", answerOf(R"("httpStatusCode":403,"errorMessage":"no")"));
     setServiceHost(server.hostAndPort());
+    qputenv("TZ", "Asia/Kolkata"); // the dates are those of UTC wherever the device is
     AwaitedResult<CheckResponseModel> call;
     QString log = QString::fromStdString(printedBy([&] {
         ApiRequest::check({ u"ë\"/b"_s }, call.handler());
@@ -146,6 +147,9 @@ TEST(ApiClient, WritesTheRequestLog)
     }));
     EXPECT_EQ(call.wait(), "refused");
 
+    const auto date = QDateTime::fromString(
+        log.section(u"Start Date: "_s, 1).first(19).replace(u' ', u'T') + u'Z', Qt::ISODate);
+    EXPECT_NEAR(date.toSecsSinceEpoch(), QDateTime::currentSecsSinceEpoch(), 60);
     log.replace(server.hostAndPort(), u"HOST"_s);
     log.replace(QRegularExpression(u"2\\d{3}(-\\d\\d){2} \\d\\d(:\\d\\d){2} \\+0000"_s), u"DATE"_s);
     log.replace(QRegularExpression(u"\"iOS\", .*\", \"Content"_s), u"... \"Content"_s);
