@@ -200,11 +200,16 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     EXPECT_TRUE(top->button->hasKeyboardFocus());
     EXPECT_EQ(top->table->contentOffset(), 0);
 
-    drag(350);
-    finger.drag(by(-100), 1); // thrown back before the middle
-    finger.up();
-    ASSERT_TRUE(rests());
-    ASSERT_EQ(depth(), 3) << "thrown back, it went back a screen";
+    // Thrown, it goes where it was thrown; slowly, as far as it was drawn.
+    const std::tuple<int, quint64, int> rows[] = { { 350, 10, -100 }, { 150, 50, 5 } };
+    for (const auto &[way, pace, last] : rows) {
+        finger.pace = pace;
+        drag(way);
+        finger.drag(by(last), 1);
+        finger.up();
+        ASSERT_TRUE(rests());
+        ASSERT_EQ(depth(), 3) << "went by " << way << ", " << last << " at the end";
+    }
 
     // From elsewhere, and along the edge, it is none.
     finger.down(controller.get(), from(60, height()));
@@ -225,6 +230,11 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     ASSERT_TRUE(rests());
     EXPECT_TRUE(below->isVisible());
     EXPECT_EQ(below->pos(), QPoint());
+    finger.pace = 10;
+    drag(100);
+    finger.drag(by(40), 1);
+    finger.up();
+    EXPECT_EQ(depth(), 1) << "thrown";
     EXPECT_EQ(host.heard + host.released, 0);
 }
 

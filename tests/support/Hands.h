@@ -103,22 +103,26 @@ inline void commit(const QString &text)
     QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
 }
 
-/// One finger on a touch screen.
-class Finger {
+/// \brief One finger on a touch screen.
+///
+/// Its touches tell a time of their own: on a busy machine the real one makes a slow drag of a
+/// throw.
+class Finger : public QObject {
 public:
+    Finger() { QCoreApplication::instance()->installEventFilter(this); }
     void down(const QWidget *widget, QPoint at)
     {
         m_window = widget->window()->windowHandle();
-        QTest::touchEvent(m_window, m_screen.get()).press(1, m_at = placeOf(widget, at));
+        touch().press(1, m_at = placeOf(widget, at));
     }
     /// Moved by this much, in steps as a screen reports them; in one, it is thrown.
     void drag(QPoint way, int steps = 20)
     {
         const QPoint from = m_at;
         for (int i = 1; i <= steps; ++i)
-            QTest::touchEvent(m_window, m_screen.get()).move(1, m_at = from + way * i / steps);
+            touch().move(1, m_at = from + way * i / steps);
     }
-    void up() { QTest::touchEvent(m_window, m_screen.get()).release(1, m_at); }
+    void up() { touch().release(1, m_at); }
     /// The system takes the touch for itself, as for a gesture of its own.
     void cancel()
     {
@@ -128,10 +132,10 @@ public:
     /// While another comes down beside it and stays when this one is gone.
     void upBeside(QPoint other)
     {
-        QTest::touchEvent(m_window, m_screen.get()).stationary(1).press(2, other);
-        QTest::touchEvent(m_window, m_screen.get()).release(1, m_at).stationary(2);
-        QTest::touchEvent(m_window, m_screen.get()).move(2, other += QPoint(0, 5));
-        QTest::touchEvent(m_window, m_screen.get()).release(2, other);
+        touch().stationary(1).press(2, other);
+        touch().release(1, m_at).stationary(2);
+        touch().move(2, other += QPoint(0, 5));
+        touch().release(2, other);
     }
 
     void tap(const QWidget *widget, QPoint at)
@@ -141,10 +145,27 @@ public:
     }
     void tap(const QWidget *widget) { tap(widget, middleOf(widget)); }
 
+    quint64 pace = 10; ///< ms from one report to the next
+
 private:
+    QTest::QTouchEventSequence touch()
+    {
+        m_time += pace;
+        return QTest::touchEvent(m_window, m_screen.get());
+    }
+    // At the widgets, and the event's alone: Qt takes a point of another time for another point.
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *const input = event->isInputEvent() ? static_cast<QInputEvent *>(event) : nullptr;
+        if (watched->isWidgetType() && input && input->device() == m_screen.get())
+            input->QInputEvent::setTimestamp(m_time);
+        return false;
+    }
+
     std::unique_ptr<QPointingDevice> m_screen { QTest::createTouchDevice() };
     QWindow *m_window = nullptr;
     QPoint m_at;
+    quint64 m_time = 0; // ms
 };
 
 } // namespace hands
