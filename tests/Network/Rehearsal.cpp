@@ -11,12 +11,23 @@ namespace {
 
 constexpr char sandbox[] = "127.0.0.1:8046";
 
-TEST(Rehearsal, ServiceIsOnTheLoopbackOrWhereItWasBuiltToBe)
+class Rehearsal : public testing::Test {
+protected:
+    void TearDown() override
+    {
+        setBuiltFor(u"verify.example:443"_s);
+        for (const char *each :
+            { "PARLOQUIN_SERVICE_HOST", "PARLOQUIN_ROUTE", "PARLOQUIN_DESKTOP" })
+            qunsetenv(each);
+    }
+};
+
+TEST_F(Rehearsal, ServiceIsOnTheLoopbackOrWhereItWasBuiltToBe)
 {
     const auto hostOf = [](const char *built, const char *given) {
         setBuiltFor(QString::fromLatin1(built));
         qputenv("PARLOQUIN_SERVICE_HOST", given);
-        return Rehearsal::serviceHost();
+        return parloquin::Rehearsal::serviceHost();
     };
     testing::internal::CaptureStderr();
     for (const char *taken : { "127.0.0.1:9046", "127.255.0.9:65535", "[::1]:1" })
@@ -33,12 +44,14 @@ TEST(Rehearsal, ServiceIsOnTheLoopbackOrWhereItWasBuiltToBe)
              "127.0.0.1:8046?", "127.0.0.1", "127.0.0.1:0", "127.0.0.1:65536", "127.0.0.1:99999",
              "127.0.0.1:8046\n", " 127.0.0.1:8046" })
         EXPECT_EQ(hostOf(sandbox, refused), QLatin1String(sandbox)) << refused;
+    qputenv("PARLOQUIN_ROUTE", "elsewhere");
+    EXPECT_EQ(parloquin::Rehearsal::hasRoute(), std::nullopt);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), // once
         "Parloquin: PARLOQUIN_SERVICE_HOST= is left alone: write a loopback address and a port, as "
         "127.0.0.1:8046\n");
 }
 
-TEST(Rehearsal, RouteIsReadAnewForEachCall)
+TEST_F(Rehearsal, RouteIsReadAnewForEachCall)
 {
     const auto isSent = [](const char *route, const char *built) {
         setBuiltFor(QString::fromLatin1(built));
@@ -58,12 +71,11 @@ TEST(Rehearsal, RouteIsReadAnewForEachCall)
     EXPECT_TRUE(isSent("none", "verify.example:443"));
     gate = false;
     EXPECT_TRUE(isSent("default", sandbox));
-    EXPECT_FALSE(isSent("elsewhere", sandbox));
     EXPECT_FALSE(isSent("default", "verify.example:443"));
     gate = true;
 }
 
-TEST(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
+TEST_F(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("desktop"));

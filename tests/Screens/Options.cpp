@@ -2,6 +2,7 @@
 #include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Protocol/ParloquinSingleton.h"
 #include "Screens/Container.h"
+#include "support/Console.h"
 #include "support/Widgets.h"
 
 #include <optional>
@@ -36,12 +37,25 @@ TEST(Options, OfTheLastKitHoldForTheProcess)
         EXPECT_EQ(shared ? std::optional(shared->theme.statusBarColor) : std::nullopt, row.shared);
         EXPECT_EQ(LogManager::shared().isActive, row.logActive);
         EXPECT_EQ(kit->property("preferredStatusBarStyle").toInt(), static_cast<int>(row.style));
+        EXPECT_EQ(printedBy([] {
+            LogManager::shared().log(u"m"_s, false);
+            LogManager::shared().log(u"e"_s, true);
+        }),
+            "\n\n[Parloquin]\nm\n[Parloquin]\n\n\n"
+            "\n\n[Parloquin]\n\u26A0\uFE0F\ne\n[Parloquin]\n\n\n")
+            << "whatever the flag says";
 
         // The bar is blue with white titles, whatever the theme says.
         const NavigationBar &bar = kit->findChild<NavigationController *>()->navigationBar();
         EXPECT_EQ(bar.barTintColor(), QColor(0, 0, 255));
         EXPECT_EQ(bar.titleColor(), QColor(255, 255, 255));
     }
+}
+
+TEST(Log, CutsNoCharacterWhereAPieceEnds)
+{
+    const auto printed = printedBy([] { print(QString(16383, u'x') + u"🌀"_s); });
+    EXPECT_EQ(printed.substr(16380), "xxx🌀\n");
 }
 
 TEST(Delegate, IsTheLastOneSetAnywhere)
@@ -63,17 +77,6 @@ TEST(Delegate, IsTheLastOneSetAnywhere)
     first->setKitDelegate(nullptr);
     EXPECT_EQ(first->kitDelegate(), nullptr);
     EXPECT_EQ(ParloquinSingleton::shared().delegate(), nullptr);
-}
-
-TEST(Log, PrintsWhateverTheFlagSays)
-{
-    const Parloquin quiet(options(false, Qt::blue, Style::standard));
-    testing::internal::CaptureStdout();
-    LogManager::shared().log(u"m"_s, false);
-    LogManager::shared().log(u"e"_s, true);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-        "\n\n[Parloquin]\nm\n[Parloquin]\n\n\n"
-        "\n\n[Parloquin]\n\u26A0\uFE0F\ne\n[Parloquin]\n\n\n");
 }
 
 } // namespace
