@@ -55,10 +55,11 @@ public:
         };
     }
 
-    /// \return the last outcome, once there is one; "nothing" after 20 seconds
+    /// \return the last outcome, once there is one
     std::string wait() const
     {
-        return QTest::qWaitFor([this] { return count() > 0; }, 20'000) ? m_state->text : "nothing";
+        const bool isOver = QTest::qWaitFor([this] { return count() > 0; }, 20'000);
+        return isOver ? m_state->text : "no outcome within 20 s";
     }
     int count() const { return m_state->count; }
     bool onThisThread() const { return m_state->thread == std::this_thread::get_id(); }

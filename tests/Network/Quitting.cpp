@@ -33,8 +33,8 @@ TEST_P(Quitting, EndsACallWithinASecondAndWithoutItsOutcome)
     host.setStandardOutputFile(QProcess::nullDevice());
     host.start(QStringLiteral(NETWORK_HOST), { service, QString::fromLatin1(how) });
     const std::size_t requests = hasAddress.value_or(true) ? 1 : 0;
-    ASSERT_TRUE(requests == 1 ? server.waitForRequests(1)
-                              : QTest::qWaitFor([&] { return names->questions() > 0; }));
+    ASSERT_TRUE(requests == 0 || server.waitForRequests(1));
+    ASSERT_TRUE(requests == 1 || QTest::qWaitFor([&] { return names->questions() > 0; }));
     QElapsedTimer time;
     time.start();
     host.write("q");

@@ -18,6 +18,7 @@ struct Row {
     /// Of "<bytes>;<bytes of the body beyond those promised>;<the first bytes, ~ for NUL>".
     const char *seen;
 };
+void PrintTo(const Row &row, std::ostream *out) { *out << row.fault; }
 
 const Row rows[] = {
     { "close@request+300", End::closed, "^0;" },

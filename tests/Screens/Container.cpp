@@ -157,9 +157,10 @@ bool ContainerTest::rests() const
     return QTest::qWaitFor([this] { return isAtRest(); });
 }
 
-bool ContainerTest::seen(const char *name) const
+testing::AssertionResult ContainerTest::seen(const char *name) const
 {
-    return QTest::qWaitFor([&] { return visible(name) && isAtRest(); });
+    const bool isSeen = QTest::qWaitFor([&] { return visible(name) && isAtRest(); });
+    return testing::AssertionResult(isSeen) << name << (visible(name) ? " moves" : " is not shown");
 }
 
 parloquin::TableCell *ContainerTest::row(const char *table, int section, int at) const
@@ -184,12 +185,15 @@ bool ContainerTest::waitForOverlay(bool up) const
     return QTest::qWaitFor([this, up] { return overlayIsUp() == up; });
 }
 
-bool ContainerTest::settle(size_t requests) const
+testing::AssertionResult ContainerTest::settle(size_t requests) const
 {
-    if (!QTest::qWaitFor([&] { return server.requests().size() >= requests; }))
-        return false;
+    (void)QTest::qWaitFor([&] { return server.requests().size() >= requests; });
+    const auto result = server.waitForRequests(requests);
+    if (!result)
+        return result;
     QCoreApplication::sendPostedEvents(); // the request may be there before its overlay is
-    return waitForOverlay(false) && drainSession();
+    return testing::AssertionResult(waitForOverlay(false) && drainSession())
+        << (overlayIsUp() ? "the overlay stays" : "answers are still to come");
 }
 
 bool ContainerTest::drainSession()
@@ -206,9 +210,11 @@ bool ContainerTest::drainSession()
     return QTest::qWaitFor([&] { return *isThrough; });
 }
 
-bool ContainerTest::waitForOutcomes(int count) const
+testing::AssertionResult ContainerTest::waitForOutcomes(int count) const
 {
-    return QTest::qWaitFor([this, count] { return delegate->outcomes().size() >= count; });
+    const auto told = [this] { return delegate->outcomes(); };
+    return testing::AssertionResult(QTest::qWaitFor([&] { return told().size() >= count; }))
+        << "told: " << told().join(u", "_s).toStdString();
 }
 
 void ContainerTest::comeBack()

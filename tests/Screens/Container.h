@@ -55,7 +55,7 @@ public:
     [[nodiscard]] bool isAtRest() const { return container->property("atRest").toBool(); }
     [[nodiscard]] bool rests() const; ///< waits for it
     /// Waits for a part of a screen that has come to rest.
-    [[nodiscard]] bool seen(const char *name) const;
+    [[nodiscard]] testing::AssertionResult seen(const char *name) const;
     /// Waits for the row.
     [[nodiscard]] parloquin::TableCell *row(const char *table, int section, int at) const;
     [[nodiscard]] bool overlayIsUp() const;
@@ -63,11 +63,11 @@ public:
     /// Waits until that many requests have come and the overlay has gone again.
     ///
     /// It was up in between: to lay it is queued for the main thread before the request is sent.
-    [[nodiscard]] bool settle(size_t requests) const;
+    [[nodiscard]] testing::AssertionResult settle(size_t requests) const;
     /// Handlers run one after another: behind one of our own, that of the last answer is through,
     /// and so is what it had for the main thread.
     [[nodiscard]] static bool drainSession();
-    [[nodiscard]] bool waitForOutcomes(int count) const;
+    [[nodiscard]] testing::AssertionResult waitForOutcomes(int count) const;
     static void tap(const QWidget *widget) { hands::click(widget); }
     void tap(const char *name) const { tap(visible(name)); }
     void tapRow(int row) const { tap(this->row("tblKits", 0, row)); }

@@ -8,6 +8,7 @@ struct Place {
     const char *button; ///< that the page has
     const char *from; ///< where the finger is put down
 };
+void PrintTo(const Place &place, std::ostream *out) { *out << place.button << ", " << place.from; }
 class TouchedPage : public SmsRoad, public testing::WithParamInterface<Place> { };
 
 TEST_P(TouchedPage, ScrollsFromAnywhereAndBackAndIsNotTapped)
@@ -92,6 +93,7 @@ struct Held {
     int calls; ///< that went out
     QString texts; ///< of the fields there
 };
+void PrintTo(const Held &held, std::ostream *out) { *out << held.from << ", key " << held.key; }
 class HeldKey : public SmsRoad, public testing::WithParamInterface<Held> { };
 
 TEST_P(HeldKey, DoesWhatOnePressDoes)

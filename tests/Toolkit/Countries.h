@@ -109,3 +109,7 @@ inline std::string place(const std::optional<parloquin::IndexPath> &path)
 {
     return path ? std::to_string(path->section) + '/' + std::to_string(path->row) : "none";
 }
+
+namespace parloquin {
+inline void PrintTo(const IndexPath &path, std::ostream *out) { *out << place(path); }
+}

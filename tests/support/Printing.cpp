@@ -5,6 +5,7 @@
 #include <QtCore/QRect>
 #include <QtCore/QUrl>
 #include <QtGui/QColor>
+#include <QtGui/QImage>
 
 #include <ostream>
 
@@ -19,6 +20,7 @@ template <typename Value> void print(const Value &value, std::ostream &out)
 
 void PrintTo(const QByteArray &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QColor &value, std::ostream *out) { print(value, *out); }
+void PrintTo(const QImage &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QJsonObject &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QJsonValue &value, std::ostream *out) { print(value, *out); }
 void PrintTo(const QPoint &value, std::ostream *out) { print(value, *out); }

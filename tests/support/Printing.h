@@ -5,6 +5,7 @@
 
 class QByteArray;
 class QColor;
+class QImage;
 class QJsonObject;
 class QJsonValue;
 class QPoint;
@@ -17,6 +18,7 @@ class QUrl;
 // none shows bytes.
 void PrintTo(const QByteArray &value, std::ostream *out);
 void PrintTo(const QColor &value, std::ostream *out);
+void PrintTo(const QImage &value, std::ostream *out);
 void PrintTo(const QJsonObject &value, std::ostream *out);
 void PrintTo(const QJsonValue &value, std::ostream *out);
 void PrintTo(const QPoint &value, std::ostream *out);
@@ -25,7 +27,6 @@ void PrintTo(const QSize &value, std::ostream *out);
 void PrintTo(const QString &value, std::ostream *out);
 void PrintTo(const QUrl &value, std::ostream *out);
 
-namespace parloquin {
 /// The kit's enumerations, by the place of their case.
 template <typename Value>
 requires std::is_enum_v<Value>
@@ -33,4 +34,6 @@ void PrintTo(const Value &value, std::ostream *out)
 {
     *out << "case " << +std::underlying_type_t<Value>(value);
 }
+namespace parloquin {
+using ::PrintTo;
 }

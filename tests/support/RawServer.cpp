@@ -284,11 +284,17 @@ std::vector<RawRequest> RawServer::requests() const
     return d->requests;
 }
 
-bool RawServer::waitForRequests(size_t count, std::chrono::milliseconds patience) const
+testing::AssertionResult RawServer::waitForRequests(size_t count) const
 {
     std::unique_lock lock(d->mutex);
-    return d->changed.wait_for(
-        lock, patience, [this, count] { return d->requests.size() >= count; });
+    const bool haveCome = d->changed.wait_for(
+        lock, std::chrono::seconds(5), [this, count] { return d->requests.size() >= count; });
+    auto result = testing::AssertionResult(haveCome)
+        << d->requests.size() << " of " << count << " requests, " << d->connections
+        << " connections:";
+    for (const RawRequest &request : d->requests)
+        result << ' ' << request.path().constData();
+    return result;
 }
 
 QByteArray RawServer::http(int status, const QByteArray &body, const QByteArray &headers)

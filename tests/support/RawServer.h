@@ -4,6 +4,8 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QString>
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <memory>
 #include <vector>
@@ -75,9 +77,8 @@ public:
     [[nodiscard]] int connections() const;
     [[nodiscard]] int posts() const;
     [[nodiscard]] std::vector<RawRequest> requests() const;
-    /// \return whether that many requests have come before the time is over
-    [[nodiscard]] bool waitForRequests(
-        size_t count, std::chrono::milliseconds patience = std::chrono::seconds(5)) const;
+    /// \return whether that many requests have come within five seconds, and which came instead
+    [[nodiscard]] testing::AssertionResult waitForRequests(size_t count) const;
 
     /// \brief A whole HTTP answer. \param headers lines, each with its CR LF; the length is added
     static QByteArray http(int status, const QByteArray &body,
