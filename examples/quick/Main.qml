@@ -21,6 +21,7 @@ Window {
         width: 200
         height: 48
         color: "#1b7a4b"
+        opacity: verification.active ? 0.5 : 1
         Text { anchors.centerIn: parent; color: "white"; text: "Verify my number" }
         MouseArea { anchors.fill: parent; onClicked: verification.open() }
     }

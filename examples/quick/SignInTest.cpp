@@ -27,6 +27,7 @@ private Q_SLOTS:
         QWidget *const kit = QApplication::topLevelWidgets().value(0);
         QVERIFY(qobject_cast<ParloquinViewController *>(kit));
         QCOMPARE(kit->windowHandle()->transientParent(), window);
+        QCOMPARE(button->opacity(), 0.5); // while the kit is open
 
         ParloquinTest::Person person(sandbox, kit);
         QVERIFY(person.asksForCode("470123456"));
@@ -34,6 +35,7 @@ private Q_SLOTS:
         QTRY_VERIFY(window->property("state").toString().startsWith("Verified"));
         QVERIFY(sandbox.confirms(window->property("state").toString().section(' ', -1)));
         QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty());
+        QCOMPARE(button->opacity(), 1);
     }
 };
 
