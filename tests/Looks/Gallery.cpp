@@ -1,17 +1,13 @@
-// Every screen in many sizes and both directions, tiled into one picture each, to be looked at.
+// Every screen in many sizes and both directions, a folder of pictures each, to be looked at.
 #include "Looks/Walk.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTranslator>
-#include <QtGui/QPainter>
 
 #include <utility>
 
 namespace {
-
-constexpr int gap = 12; // device pixels between two tiles
-constexpr int perRow = 7;
 
 const QByteArray latinApps = R"({"result":{
     "description":"Choose an app to verify your phone number with. Do you use none of them? There is a code by SMS.",
@@ -65,42 +61,27 @@ protected:
         QCoreApplication::installTranslator(&m_texts);
     }
 
-    static void tile(const QList<QImage> &tiles, const QString &file)
-    {
-        const int columns = std::min<int>(perRow, static_cast<int>(tiles.size()));
-        const auto rows = (tiles.size() + columns - 1) / columns;
-        const QSize step = tiles.front().size() + QSize(gap, gap);
-        QImage sheet(QSize(step.width() * columns, step.height() * static_cast<int>(rows)),
-            QImage::Format_RGB32);
-        sheet.fill(QColor(0x60, 0x68, 0x80));
-        QPainter painter(&sheet);
-        for (int i = 0; i < tiles.size(); ++i) {
-            QImage image = tiles[i];
-            image.setDevicePixelRatio(1);
-            painter.drawImage(i % columns * step.width(), i / columns * step.height(), image);
-        }
-        EXPECT_TRUE(sheet.save(file)) << qPrintable(file);
-    }
-
 private:
     QTranslator m_texts;
 };
 
 TEST_P(Gallery, OfEveryScreen)
 {
-    QList<QImage> tiles;
+    const QString name =
+        u"%1-%2-%3"_s.arg(qApp->devicePixelRatio())
+            .arg(size.width(), 4, 10, QLatin1Char('0'))
+            .arg(std::get<1>(GetParam()) ? QLatin1String("rtl") : QLatin1String("ltr"));
+    const QDir folder(QDir(qEnvironmentVariable("PICTURES", u"."_s)).filePath(name));
+    ASSERT_TRUE(folder.mkpath(u"."_s));
+    int count = 0;
     const Stop keep = [&](const std::string &) {
         QTest::qWait(100); // the icons come when they come
-        tiles.append(picture());
+        EXPECT_TRUE(
+            picture().save(folder.filePath(u"%1.png"_s.arg(++count, 2, 10, QLatin1Char('0')))));
     };
     take(keep);
     takeEmpty(keep);
-    ASSERT_EQ(tiles.size(), 15);
-    const QString name =
-        u"%1-%2-%3.png"_s.arg(tiles.front().devicePixelRatio())
-            .arg(size.width(), 4, 10, QLatin1Char('0'))
-            .arg(std::get<1>(GetParam()) ? QLatin1String("rtl") : QLatin1String("ltr"));
-    tile(tiles, QDir(qEnvironmentVariable("PICTURES", u"."_s)).filePath(name));
+    EXPECT_EQ(count, 15);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Gallery,

@@ -58,26 +58,6 @@ TEST(UrlSession, KeepsNoCredentials)
     EXPECT_EQ(server.requests().back().header("Authorization"), "");
 }
 
-TEST(UrlSession, FollowsNoRedirectAndKeepsNoCookie)
-{
-    RawServer elsewhere;
-    RawServer server;
-    for (const int status : { 301, 302, 303, 307, 308 }) {
-        server.answer("/moved",
-            RawServer::http(status, "moved",
-                "Location: " + elsewhere.url(u"/"_s).toLatin1()
-                    + "\r\nSet-Cookie: a=b; Path=/\r\n"));
-        for (const char *method : { "GET", "POST" }) {
-            Get get(server.url(u"/moved"_s), 1000, method);
-            EXPECT_EQ(get.outcome(), std::to_string(status) + "  5");
-        }
-    }
-    EXPECT_EQ(server.requests().size(), 10U);
-    for (const RawRequest &request : server.requests())
-        EXPECT_EQ(request.header("Cookie"), "");
-    EXPECT_EQ(elsewhere.connections(), 0);
-}
-
 TEST(UrlSession, CancelsOnce)
 {
     RawServer server;

@@ -133,15 +133,24 @@ const Round rounds[] = {
         },
         u"send NO +4741; check r1 NO 41 471; check r1 NO 41 82"_s, u"8|2|"_s,
         u"failed 0, succeeded s"_s },
+    { "ASessionIdDecidesAlone", // whatever else the answer says
+        [](R &r) {
+            r.send(reference("r1")), r.code(u"4"_s);
+            for (const char *result : { R"({"sessionId":"s","validationStatus":false})",
+                     R"({"sessionId":""})", R"({"validationStatus":true})" })
+                r.check(ok(result));
+            r.check(RawServer::http(200, "[]"));
+        },
+        u"send NO +4741"_s + u"; check r1 NO 41 4"_s.repeated(4), u"4||"_s,
+        u"succeeded s, succeeded , failed 0, failed 1"_s },
     { "CheckOfTheSameCode",
         [](R &r) {
             r.send(reference("r1")), r.code(u"471"_s), r.check(rightCode), r.check(refused),
                 r.check(dropped);
             r.check(rightCode);
         },
-        u"send NO +4741; check r1 NO 41 471; check r1 NO 41 471; check r1 NO 41 471; "
-        "check r1 NO 41 471"_s,
-        u"4|7|1"_s, u"succeeded s, failed 0, failed 1, succeeded s"_s },
+        u"send NO +4741"_s + u"; check r1 NO 41 471"_s.repeated(4), u"4|7|1"_s,
+        u"succeeded s, failed 0, failed 1, succeeded s"_s },
 };
 
 INSTANTIATE_TEST_SUITE_P(Rounds, Again, testing::ValuesIn(rounds), byName);

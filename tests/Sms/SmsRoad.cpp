@@ -48,12 +48,6 @@ void SmsRoad::on(const std::string &call, const QByteArray &answer)
     server.answer(("/v1.0/" + call).c_str(), answer);
 }
 
-void SmsRoad::release(const std::string &call, const QByteArray &answer)
-{
-    on(call, answer);
-    server.proceed();
-}
-
 QList<QJsonObject> SmsRoad::bodies(const std::string &call) const
 {
     QList<QJsonObject> all;

@@ -24,8 +24,6 @@ public:
 
     /// What a call, as "send-otp", brings from now on.
     void on(const std::string &call, const QByteArray &answer);
-    /// The same where the server has been paused.
-    void release(const std::string &call, const QByteArray &answer);
     /// Plain bodies received for a call, oldest first.
     [[nodiscard]] QList<QJsonObject> bodies(const std::string &call) const;
 
