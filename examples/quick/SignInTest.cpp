@@ -35,7 +35,7 @@ private Q_SLOTS:
         QTRY_VERIFY(window->property("state").toString().startsWith("Verified"));
         QVERIFY(sandbox.confirms(window->property("state").toString().section(' ', -1)));
         QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty());
-        QCOMPARE(button->opacity(), 1);
+        QTRY_COMPARE(button->opacity(), 1);
     }
 };
 

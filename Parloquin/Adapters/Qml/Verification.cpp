@@ -49,12 +49,14 @@ void Verification::open()
         return;
     }
     m_container = Parloquin().viewControllerForLogin();
-    m_container->setAttribute(Qt::WA_DeleteOnClose);
     const auto *const outcome = new ParloquinSignals(m_container);
     connect(outcome, &ParloquinSignals::succeeded, this, &Verification::succeeded);
     connect(outcome, &ParloquinSignals::failed, this,
         [this](auto error) { Q_EMIT failed(static_cast<Error>(error)); });
+    // Deleted by that, not on close: the outcome would go with it before it has told.
     connect(outcome, &ParloquinSignals::closed, this, [this] {
+        if (m_container)
+            m_container->deleteLater();
         m_container.clear();
         Q_EMIT activeChanged();
         Q_EMIT closed();
