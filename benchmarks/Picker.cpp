@@ -52,7 +52,7 @@ void paint(QWidget *window)
 }
 
 struct PickerWindow {
-    explicit PickerWindow(const QByteArray &wire)
+    explicit PickerWindow(QByteArray body)
         : container(new Screen)
     {
         container.resize(phoneWidth, phoneHeight);
@@ -61,8 +61,9 @@ struct PickerWindow {
         QCoreApplication::processEvents(); // exposed from here on
         paint(&container);
 
-        const auto plain = ApiResponseHelper().getData(wire);
-        const auto answer = decode<BaseResponseModel<CountryResponseModel>>(plain.value());
+        body = ApiResponseHelper().getData(body).value();
+        const auto answer = decode<BaseResponseModel<CountryResponseModel>>(body);
+        body.clear(); // as the client does, before the completion runs
         answeredAt = clockNow();
         picker->viewModel->getCountries()(Result<CountryResponseModel>::success(answer.value()));
         table = picker->findChild<TableView *>();

@@ -40,13 +40,42 @@ QJsonValue encoded(const void *value, const JsonType &type)
     return {};
 }
 
-void startLine(QString &out, qsizetype depth, const QString &name)
-{
-    out.append(u'\n').append(QString(depth * 2, u' ')).append(u"- ").append(name).append(u':');
-}
+/// The lines of a model. What has been written goes on its way before it grows long.
+class Lines {
+public:
+    explicit Lines(const std::function<void(QStringView)> &sink)
+        : m_sink(sink)
+    {
+    }
+
+    /// Every line but the first starts with its break.
+    void start(qsizetype depth, const QString &name)
+    {
+        if (m_text.size() > most)
+            passOn();
+        if (!std::exchange(m_isFirst, false))
+            m_text.append(u'\n');
+        m_text.append(QString(depth * 2, u' ')).append(u"- ").append(name).append(u':');
+    }
+
+    QString &append(QStringView text) { return m_text.append(text); }
+
+    void passOn()
+    {
+        m_sink(m_text);
+        m_text.resize(0); // keeps its room
+    }
+
+private:
+    static constexpr qsizetype most = 4096; // characters
+
+    const std::function<void(QStringView)> &m_sink;
+    QString m_text;
+    bool m_isFirst = true;
+};
 
 /// Writes a value behind its name, and the lines below it.
-void dumpInto(QString &out, const void *value, const JsonType &type, qsizetype depth)
+void dumpInto(Lines &out, const void *value, const JsonType &type, qsizetype depth)
 {
     switch (type.kind) {
     case JsonType::Kind::text:
@@ -56,21 +85,21 @@ void dumpInto(QString &out, const void *value, const JsonType &type, qsizetype d
         out.append(*static_cast<const bool *>(value) ? QStringView(u" true") : u" false");
         return;
     case JsonType::Kind::integerEnum:
-        out.append(u' ').append(QString::number(type.rows.integer(type.rows.rowOf(value))));
+        out.append(u" ").append(QString::number(type.rows.integer(type.rows.rowOf(value))));
         return;
     case JsonType::Kind::textEnum:
         out.append(u" \"").append(fromStd(type.rows.text(type.rows.rowOf(value)))).append(u'"');
         return;
     case JsonType::Kind::list:
-        out.append(u' ').append(QString::number(type.list.size(value))).append(u" elements");
+        out.append(u" ").append(QString::number(type.list.size(value))).append(u" elements");
         for (qsizetype i = 0; i < type.list.size(value); ++i) {
-            startLine(out, depth, QStringLiteral("[%1]").arg(i));
+            out.start(depth, QStringLiteral("[%1]").arg(i));
             dumpInto(out, type.list.at(value, i), *type.list.item, depth + 1);
         }
         return;
     case JsonType::Kind::model:
         for (const JsonMember &member : type.members) {
-            startLine(out, depth, fromStd(member.key));
+            out.start(depth, fromStd(member.key));
             if (const void *field = member.peek(value))
                 dumpInto(out, field, *member.type, depth + 1);
             else
@@ -190,11 +219,11 @@ QJsonObject encodedModel(const void *model, const JsonType &type)
     return object;
 }
 
-QString dumpedModel(const void *model, const JsonType &type)
+void Dump::write(const std::function<void(QStringView)> &sink) const
 {
-    QString out;
-    dumpInto(out, model, type, 0);
-    return out.remove(0, 1); // every line starts with its break
+    Lines lines(sink);
+    dumpInto(lines, m_model, *m_type, 0);
+    lines.passOn();
 }
 
 QByteArray plainJsonText(const QJsonObject &object)

@@ -4,13 +4,14 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QJsonObject>
-#include <QtCore/QString>
+#include <QtCore/QStringView>
+
+#include <functional>
 
 namespace parloquin {
 
-/// Of any model, by its table; dictionary() and dump() are the way in.
+/// Of any model, by its table; dictionary() is the way in.
 [[nodiscard]] QJsonObject encodedModel(const void *model, const JsonType &type);
-[[nodiscard]] QString dumpedModel(const void *model, const JsonType &type);
 
 /// \brief A model as a JSON object: empty optionals left out, enumerations as their raw values.
 ///
@@ -23,11 +24,24 @@ template <class Model> [[nodiscard]] QJsonObject dictionary(const Model &model)
 /// \brief Every field of a model for the console, a line each, nested by indentation.
 ///
 /// Any thread. Empty optionals show as `nil`; there is no limit of depth or items. Ends without a
-/// line break.
-template <class Model> [[nodiscard]] QString dump(const Model &model)
-{
-    return dumpedModel(&model, jsonType<Model>);
-}
+/// line break. Borrows the model.
+class Dump {
+public:
+    template <class Model>
+    explicit Dump(const Model &model)
+        : m_model(&model)
+        , m_type(&jsonType<Model>)
+    {
+    }
+
+    /// \param sink gets the text in pieces of some thousand characters: in one, ten thousand
+    /// countries would take as much room as the model itself
+    void write(const std::function<void(QStringView)> &sink) const;
+
+private:
+    const void *m_model;
+    const JsonType *m_type;
+};
 
 /// \brief The text of an object as it is signed: UTF-8, compact, keys sorted. Any thread.
 [[nodiscard]] QByteArray plainJsonText(const QJsonObject &object);

@@ -64,8 +64,8 @@ std::optional<QByteArray> EncryptManager::decrypt(QByteArrayView value) const
         return {};
     }
     std::optional<QByteArray> plainText;
-    if (const std::optional<QByteArray> cipherText = Crypto::fromBase64(value))
-        plainText = Crypto::aesDecrypt(*cipherText, *key);
+    if (std::optional<QByteArray> cipherText = Crypto::fromBase64(value))
+        plainText = Crypto::aesDecrypt(*std::move(cipherText), *key);
     if (!plainText || !isUtf8(*plainText)) {
         logError(QStringLiteral("Decrypt"), QStringLiteral("The value cannot be decrypted"));
         return {};

@@ -4,6 +4,8 @@
 
 namespace parloquin {
 
+class Dump;
+
 /// \brief Framed messages on standard output. Any thread.
 class LogManager {
 public:
@@ -20,5 +22,6 @@ private:
 
 /// \brief Prints one line to standard output, in one piece whatever other threads print.
 void print(const QString &line);
+void print(const Dump &dump);
 
 } // namespace parloquin

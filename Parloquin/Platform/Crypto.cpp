@@ -1,5 +1,7 @@
 #include "Parloquin/Platform/Crypto.h"
 
+#include <QtCore/QtEndian>
+
 #include <nettle/aes.h>
 #include <nettle/base64.h>
 #include <nettle/hmac.h>
@@ -64,27 +66,30 @@ QByteArray room(qsizetype size)
     return bytes;
 }
 
-constexpr std::array<signed char, 256> base64Values()
+// Wherever a digit's bits are moved to, some of these come to stand in the lowest of all bits.
+constexpr quint32 noDigit = 1 | 1 << 6 | 1 << 12 | 1 << 18;
+
+/// Of each digit: its bits, highest in the number.
+constexpr std::array<quint32, 256> base64Bits()
 {
     constexpr std::string_view alphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::array<signed char, 256> values {};
-    values.fill(-1);
+    std::array<quint32, 256> bits {};
+    bits.fill(noDigit);
     for (std::size_t i = 0; i < alphabet.size(); ++i)
-        values[static_cast<unsigned char>(alphabet[i])] = static_cast<signed char>(i);
-    return values;
+        bits[static_cast<uchar>(alphabet[i])] = static_cast<quint32>(i) << 26;
+    return bits;
 }
 
-/// Writes the three bytes of four digits. \return their bits; negative where one is no digit
-int decodeBase64(const char *digits, char *to)
+/// Writes the three bytes of four digits, and one more. \return the three, highest in the number;
+/// odd where one is no digit
+quint32 decodeBase64(const char *digits, char *to)
 {
-    static constexpr auto values = base64Values();
-    const auto value = [digits](int i) -> int { return values[static_cast<uchar>(digits[i])]; };
-    const int bits = value(0) * (1 << 18) | value(1) * (1 << 12) | value(2) * (1 << 6) | value(3);
-    to[0] = static_cast<char>(bits >> 16);
-    to[1] = static_cast<char>(bits >> 8);
-    to[2] = static_cast<char>(bits);
-    return bits;
+    static constexpr auto bits = base64Bits();
+    const auto digit = [digits](int i) { return bits[static_cast<uchar>(digits[i])]; };
+    const quint32 bytes = digit(0) | digit(1) >> 6 | digit(2) >> 12 | digit(3) >> 18;
+    qToBigEndian(bytes, to);
+    return bytes;
 }
 
 } // namespace
@@ -103,20 +108,20 @@ std::optional<QByteArray> aesEncrypt(const QByteArray &plainText, const QByteArr
     return cipherText;
 }
 
-std::optional<QByteArray> aesDecrypt(const QByteArray &cipherText, const QByteArray &key)
+std::optional<QByteArray> aesDecrypt(QByteArray text, const QByteArray &key)
 {
     const Cipher *const cipher = cipherFor(key.size());
-    if (!cipher || cipherText.isEmpty() || cipherText.size() % blockSize != 0)
+    if (!cipher || text.isEmpty() || text.size() % blockSize != 0)
         return {};
-    QByteArray plainText = room(cipherText.size());
-    cipher->decrypt(key, cipherText, plainText);
-    const char padding = plainText.back();
+    text.detach();
+    cipher->decrypt(key, text, text);
+    const char padding = text.back();
     if (padding < 1 || padding > blockSize
-        || !std::all_of(plainText.cend() - padding, plainText.cend(),
-            [padding](char byte) { return byte == padding; }))
+        || !std::all_of(
+            text.cend() - padding, text.cend(), [padding](char byte) { return byte == padding; }))
         return {};
-    plainText.chop(padding);
-    return plainText;
+    text.chop(padding);
+    return text;
 }
 
 QByteArray hmacSha256(const QByteArray &text, const QByteArray &key)
@@ -148,14 +153,14 @@ std::optional<QByteArray> fromBase64(QByteArrayView text)
     const qsizetype padding = text.endsWith("==") ? 2 : text.endsWith('=') ? 1 : 0;
     const QByteArray last = text.last(4).chopped(padding).toByteArray() + QByteArray(padding, 'A');
 
-    QByteArray bytes(text.size() / 4 * 3, Qt::Uninitialized);
+    QByteArray bytes = room(text.size() / 4 * 3);
     char *to = bytes.data();
-    int seen = 0; // negative once something was no digit
+    quint32 seen = 0;
     for (qsizetype i = 0; i < text.size() - 4; i += 4, to += 3)
         seen |= decodeBase64(text.data() + i, to);
-    const int lastBits = decodeBase64(last.constData(), to);
-    const int leftOver = lastBits & ((1 << 8 * padding) - 1);
-    if (seen < 0 || lastBits < 0 || leftOver != 0)
+    const quint32 lastBits = decodeBase64(last.constData(), to);
+    const quint32 leftOver = (lastBits >> 8) & ((1U << 8 * padding) - 1);
+    if (((seen | lastBits) & 1) != 0 || leftOver != 0)
         return {};
     bytes.chop(padding); // zeros that stand for the padding
     return bytes;

@@ -17,10 +17,10 @@ namespace parloquin::Crypto {
 [[nodiscard]] std::optional<QByteArray> aesEncrypt(
     const QByteArray &plainText, const QByteArray &key);
 
+/// \brief Decrypts a text, in its own place where nobody else holds it.
 /// \return nothing on any failure. Which one is not told: an answer that differs by the kind of
 /// failure is what padding attacks feed on.
-[[nodiscard]] std::optional<QByteArray> aesDecrypt(
-    const QByteArray &cipherText, const QByteArray &key);
+[[nodiscard]] std::optional<QByteArray> aesDecrypt(QByteArray text, const QByteArray &key);
 
 /// \return the code's 32 bytes
 [[nodiscard]] QByteArray hmacSha256(const QByteArray &text, const QByteArray &key);
@@ -29,7 +29,8 @@ namespace parloquin::Crypto {
 [[nodiscard]] QByteArray toBase64(const QByteArray &bytes);
 
 /// \brief Strict reverse of toBase64(): no blanks or line breaks, padding required, no stray bits.
-/// \return nothing for any other text
+/// \return the bytes, with room behind them for parsers that read in blocks; nothing for any other
+/// text
 [[nodiscard]] std::optional<QByteArray> fromBase64(QByteArrayView text);
 
 } // namespace parloquin::Crypto

@@ -46,6 +46,8 @@ void CountryListViewModel::splitCountriesWithSections()
         if (country.title)
             countrySectionList[firstCharacter(*country.title)].append(country);
     }
+    for (QList<CountryModel> &section : countrySectionList)
+        section.squeeze(); // as long as the picker is there, nothing is added
 
     countrySectionTitleList = countrySectionList.keys();
     std::stable_sort(

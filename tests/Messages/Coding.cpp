@@ -167,7 +167,9 @@ TEST(Dump, ShowsEveryFieldOfEveryLevel)
 {
     const auto model = decode<BaseResponseModel<InitResponseModel>>(
         R"({"meta":{"httpStatusCode":200,"errorCode":"403001"},"result":{"appPackageList":[{},{"package":"a"}]}})");
-    EXPECT_EQ(dump(*model).toStdString(),
+    QString text;
+    Dump(*model).write([&text](QStringView piece) { text += piece; });
+    EXPECT_EQ(text.toStdString(),
         "- meta:\n  - requestId: nil\n  - httpStatusCode: 200\n  - errorCode: \"403001\"\n"
         "  - errorMessage: nil\n- result:\n  - validation: nil\n  - countryCode: nil\n"
         "  - description: nil\n  - list: nil\n  - alternativeValidation: nil\n"

@@ -131,7 +131,8 @@ TEST(ApiClient, StopsTheProgramOnWhatCannotBe)
     };
     EXPECT_DEATH(countOneMoreThanThereIsRoomFor(), "count of expired tokens");
     EXPECT_DEATH(ApiClient().handleResponseError({}), "ApiClient: an answer without a route");
-    EXPECT_DEATH(ApiClient().logRequest({}, {}, {}, {}), "ParloquinSecret.*Info.plist");
+    EXPECT_DEATH(
+        ApiClient().logRequest(Dump(MetaModel()), {}, {}, {}), "ParloquinSecret.*Info.plist");
 }
 
 TEST(ApiClient, WritesTheRequestLog)

@@ -46,7 +46,7 @@ QString dateText()
 
 } // namespace
 
-void ApiClient::logRequest(const QString &response, const std::optional<QByteArray> &body,
+void ApiClient::logRequest(const Dump &response, const std::optional<QByteArray> &body,
     const HeaderFields &headers, const UrlRequest &urlRequest) const
 {
     if (!body)
@@ -67,14 +67,14 @@ void ApiClient::logRequest(const QString &response, const std::optional<QByteArr
         QStringLiteral("** --------------- ** "),
         QStringLiteral("✅ Response Header: ") + fieldsText(headers),
         QStringLiteral("✅ Response:"),
-        response,
-        QStringLiteral("[End Date: ") + dateText() + QLatin1Char(']'),
-        QStringLiteral("Parloquin Request End"),
-        QStringLiteral("✓\n\n"),
     };
     // clang-format on
     for (const QString &line : lines)
         print(line);
+    print(response);
+    print(QStringLiteral("[End Date: ") + dateText() + QLatin1Char(']'));
+    print(QStringLiteral("Parloquin Request End"));
+    print(QStringLiteral("✓\n\n"));
 }
 
 void ApiClient::printServerError(const std::optional<TransportError> &error) const

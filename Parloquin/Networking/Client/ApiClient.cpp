@@ -80,7 +80,6 @@ void ApiClient::handleAnswer(std::optional<QByteArray> data,
         response->headers, urlRequest);
     // What only decoding needed goes first: an answer may be large, and be taken apart meanwhile.
     data.reset();
-    answer->dump.clear();
     answer->deliver();
 }
 

@@ -41,10 +41,12 @@ public:
         send(
             route,
             [completion](const QByteArray &data, QString *fault) -> std::optional<Answer> {
-                auto response = decode<BaseResponseModel<T>>(data, fault);
-                if (!response)
+                auto decoded = decode<BaseResponseModel<T>>(data, fault);
+                if (!decoded)
                     return {};
-                return Answer { response->isSuccess(), response->meta, dump(*response),
+                const auto response =
+                    std::make_shared<const BaseResponseModel<T>>(*std::move(decoded));
+                return Answer { response->isSuccess(), response->meta, Dump(*response),
                     [completion, response] { completion(Result<T>::success(*response)); } };
             },
             [completion](ApiError error) { completion(Result<T>::failure(error)); });
@@ -74,7 +76,7 @@ public:
     /// \brief The request log, on standard output, of every answer that could be decoded.
     /// \param response dump of the envelope
     /// \param body of the request in readable form; its absence stops the program
-    void logRequest(const QString &response, const std::optional<QByteArray> &body,
+    void logRequest(const Dump &response, const std::optional<QByteArray> &body,
         const HeaderFields &headers, const UrlRequest &urlRequest) const;
     void printServerError(const std::optional<TransportError> &error) const;
     void printJsonParseError(const QString &fault, const QByteArray &data) const;
@@ -88,7 +90,7 @@ private:
     struct Answer {
         bool isSuccess;
         std::optional<MetaModel> meta;
-        QString dump;
+        Dump dump; ///< of what `deliver` holds
         std::function<void()> deliver;
     };
     using Decoder = std::function<std::optional<Answer>(const QByteArray &data, QString *fault)>;

@@ -19,11 +19,25 @@ QByteArray signingKey()
     return QByteArrayLiteral("GPzEyoL8,?Es,]|$aJd#wy$XxQPpl+H)8ACyjkz,4;)jmBQlm.7k)nI4]+pS(hZ/");
 }
 
+// The top level alone: what is empty further down is the caller's to judge.
+std::optional<QJsonObject> cleaned(std::optional<QJsonObject> parameters)
+{
+    if (!parameters)
+        return {};
+    const QJsonObject given = *parameters;
+    for (auto it = given.begin(); it != given.end(); ++it) {
+        const QJsonValue value = *it;
+        if (value.isNull() || (value.isString() && value.toString().isEmpty()))
+            parameters->remove(it.key());
+    }
+    return parameters;
+}
+
 } // namespace
 
 ApiRequestHelper::ApiRequestHelper(
     std::optional<QJsonObject> parametersToSend, std::optional<QJsonObject> headersToSend)
-    : parameters(std::move(parametersToSend))
+    : parameters(cleaned(std::move(parametersToSend)))
     , headers(std::move(headersToSend))
 {
 }
@@ -40,7 +54,7 @@ std::optional<QJsonObject> ApiRequestHelper::requestHeaders() const
 
 std::optional<QJsonObject> ApiRequestHelper::requestParameters() const
 {
-    return encryptStatus() == EncryptedState::active ? encryptedParameters() : cleanedParameters();
+    return encryptStatus() == EncryptedState::active ? encryptedParameters() : parameters;
 }
 
 std::optional<EncryptedState> ApiRequestHelper::encryptStatus() const
@@ -50,29 +64,12 @@ std::optional<EncryptedState> ApiRequestHelper::encryptStatus() const
     return fromRaw<EncryptedState>(headers->value(u"X-TRZ-Encrypted").toString());
 }
 
-std::optional<QJsonObject> ApiRequestHelper::cleanedParameters() const
+std::optional<QJsonObject> ApiRequestHelper::encryptedParameters() const
 {
     if (!parameters)
         return {};
-    // The top level alone: what is empty further down is the caller's to judge.
-    QJsonObject cleaned = *parameters;
-    for (auto it = cleaned.begin(); it != cleaned.end();) {
-        const QJsonValue value = *it;
-        if (value.isNull() || (value.isString() && value.toString().isEmpty()))
-            it = cleaned.erase(it);
-        else
-            ++it;
-    }
-    return cleaned;
-}
-
-std::optional<QJsonObject> ApiRequestHelper::encryptedParameters() const
-{
-    const std::optional<QJsonObject> cleaned = cleanedParameters();
-    if (!cleaned)
-        return {};
     // Without a key the body says so by null, and the service refuses in its own words.
-    const std::optional<QString> cipherText = EncryptManager::shared().encrypt(*cleaned);
+    const std::optional<QString> cipherText = EncryptManager::shared().encrypt(*parameters);
     return QJsonObject {
         { QStringLiteral("data"), cipherText ? QJsonValue(*cipherText) : QJsonValue() },
     };
@@ -80,15 +77,14 @@ std::optional<QJsonObject> ApiRequestHelper::encryptedParameters() const
 
 std::optional<QString> ApiRequestHelper::requestSignature() const
 {
-    const std::optional<QJsonObject> cleaned = cleanedParameters();
-    if (!cleaned || !headers)
+    if (!parameters || !headers)
         return {};
     const QJsonValue timeStamp = headers->value(u"X-TRZ-Req-Timestamp");
     if (!timeStamp.isString())
         return {};
 
     // Slashes are signed as they are, although they travel escaped.
-    const QByteArray text = timeStamp.toString().toUtf8() + '-' + plainJsonText(*cleaned);
+    const QByteArray text = timeStamp.toString().toUtf8() + '-' + plainJsonText(*parameters);
     const QByteArray mac = Crypto::hmacSha256(text, signingKey());
     const QString signature = QString::fromLatin1(Crypto::toBase64(mac));
     logHMAC(QString::fromUtf8(text), signature);

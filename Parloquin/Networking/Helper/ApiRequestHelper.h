@@ -11,8 +11,8 @@ namespace parloquin {
 
 /// \brief Cleans, signs and encrypts the parameters of one request.
 ///
-/// Made for one request and dropped after it. Any thread. Everything is computed afresh on each
-/// call; each signature writes its trace to standard output.
+/// Made for one request and dropped after it. Any thread. Each signature writes its trace to
+/// standard output.
 class ApiRequestHelper {
 public:
     ApiRequestHelper(std::optional<QJsonObject> parameters, std::optional<QJsonObject> headers);
@@ -26,13 +26,12 @@ public:
 
 private:
     [[nodiscard]] std::optional<EncryptedState> encryptStatus() const;
-    [[nodiscard]] std::optional<QJsonObject> cleanedParameters() const;
     [[nodiscard]] std::optional<QJsonObject> encryptedParameters() const;
     [[nodiscard]] std::optional<QString> requestSignature() const;
     static void logHMAC(const QString &text, const std::optional<QString> &signature);
 
-    std::optional<QJsonObject> parameters;
-    std::optional<QJsonObject> headers;
+    const std::optional<QJsonObject> parameters; ///< cleaned
+    const std::optional<QJsonObject> headers;
 };
 
 } // namespace parloquin

@@ -5,6 +5,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QResource>
 
 #include <fcntl.h>
 #include <plist/plist.h>
@@ -108,12 +109,12 @@ Contents readFile(const QString &program, const QString &path)
 
 Contents readResource(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const QResource resource(path);
+    if (!resource.isValid())
         return Fault();
-    if (static_cast<size_t>(file.size()) > sizeLimit)
+    if (static_cast<size_t>(resource.uncompressedSize()) > sizeLimit)
         return oversized();
-    return file.readAll();
+    return resource.uncompressedData();
 }
 
 std::variant<Plist, Fault> parse(const QByteArray &bytes)
@@ -154,7 +155,7 @@ plist_t load(const QString &file, const Contents &contents)
             return known.root.get();
         auto parsed = parse(*bytes);
         if (auto *root = std::get_if<Plist>(&parsed)) {
-            known.bytes = *bytes;
+            known.bytes = QByteArray(bytes->constData(), bytes->size()); // a resource may go
             known.root = std::move(*root);
             return known.root.get();
         }

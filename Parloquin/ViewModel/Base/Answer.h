@@ -69,7 +69,7 @@ template <class T> const BaseResponseModel<T> *printed(const Result<T> &result)
     if (const ApiError *error = result.error())
         print(rawValue(*error));
     else
-        print(dump(*result.response()));
+        print(Dump(*result.response()));
     return result.response();
 }
 
