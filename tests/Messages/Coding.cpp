@@ -177,4 +177,20 @@ TEST(Dump, ShowsEveryFieldOfEveryLevel)
         "      - package: nil\n    - [1]:\n      - package: \"a\"\n  - localizationList: nil");
 }
 
+TEST(Dump, OfALongListComesWholeInShortPieces)
+{
+    CountryResponseModel model { QList<CountryModel>(1000) };
+    model.list->last().title = QStringLiteral("Z");
+    QString text;
+    qsizetype longest = 0;
+    Dump(model).write([&](QStringView piece) {
+        text += piece;
+        longest = std::max(longest, piece.size());
+    });
+    EXPECT_LT(longest, 8192);
+    EXPECT_EQ(text.count(u'\n'), 4000);
+    EXPECT_EQ(text.count(QStringLiteral("title: nil\n  - [")), 999);
+    EXPECT_TRUE(text.endsWith(QStringLiteral("- title: \"Z\"")));
+}
+
 } // namespace
