@@ -1,8 +1,8 @@
+#include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Parloquin/Parloquin.h"
 #include "Parloquin/Platform/Device.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "support/RawServer.h"
-#include "support/ServiceEndpoint.h"
 
 #include <QtTest/QTest>
 
@@ -15,7 +15,7 @@ TEST(StubSystem, CarriesTheWholeKit)
     RawServer server;
     server.answer("/v1.0/init",
         RawServer::http(200, R"({"meta":{"httpStatusCode":200},"result":{"list":[{"app":"a"}]}})"));
-    setServiceHost(server.hostAndPort());
+    qputenv("PARLOQUIN_SERVICE_HOST", server.hostAndPort().toUtf8());
     const ParloquinOptions options(ParloquinEnvironment::debug, false,
         { QColor(Qt::blue), ParloquinStatusBarStyle::lightContent });
     const std::unique_ptr<ParloquinViewController> container(
@@ -32,4 +32,5 @@ TEST(StubSystem, CarriesTheWholeKit)
     EXPECT_EQ(requests[0].header("X-TRZ-Client-Key"), "stub");
     EXPECT_EQ(requests[0].header("X-TRZ-Client-Device-Id"),
         parloquin::Device::identifierForVendor().toUtf8());
+    EXPECT_EQ(parloquin::serviceTimeout().count(), 60000) << "ms, which a slow network needs";
 }
