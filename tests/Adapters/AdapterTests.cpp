@@ -78,6 +78,17 @@ TEST(Signals, SayNothingOfAClosingThatTheAppRefuses)
     EXPECT_EQ(closed.count(), 0);
 }
 
+TEST(Signals, GoWithTheirParent)
+{
+    for (const bool isGiven : { false, true }) {
+        const std::unique_ptr<ParloquinViewController> kit(Parloquin().viewControllerForLogin());
+        auto page = std::make_unique<QObject>();
+        const QPointer outcome(new ParloquinSignals(kit.get(), isGiven ? page.get() : nullptr));
+        page.reset();
+        EXPECT_EQ(outcome.isNull(), isGiven);
+    }
+}
+
 /// Tells where it dies.
 struct Mark {
     std::thread::id *died;

@@ -57,6 +57,11 @@ TEST(Label, ElidesShrinksAndKeepsItsSide)
     EXPECT_LT(inked(label).left(), 10);
     label.setLayoutDirection(Qt::RightToLeft);
     EXPECT_GT(inked(label).right(), 290) << "English stands at the leading edge, the right one";
+    const auto drawn = [&label](const QString &text) {
+        label.setText(text);
+        return label.grab().toImage();
+    };
+    EXPECT_TRUE(drawn(u"رمز."_s) == drawn(u"\u2067رمز.\u2069"_s)) << "its full stop comes first";
 }
 
 class ControlsPage : public Screen {
@@ -189,6 +194,32 @@ TEST(TextField, CaretOfAnEmptyOneStandsWhereTheFirstDigitWill)
     EXPECT_EQ(caret(page.field, "12").x(), edge) << "and keeps off the last digit";
     page.field->clearFocus();
     EXPECT_LT(inked(*page.field).right(), edge);
+}
+
+TEST(TextField, ShowsItsPlaceholderOnlyWhileNothingElseStandsThere)
+{
+    ControlsPage page;
+    for (const auto &[typed, composed] : { std::pair("", ""), { "", "4" }, { "1", "" } }) {
+        page.field->setText(QLatin1String(typed));
+        QInputMethodEvent event(QLatin1String(composed), {}); // not committed yet
+        QCoreApplication::sendEvent(page.field, &event);
+        page.field->setPlaceholderText({});
+        const QImage without = page.field->grab().toImage();
+        page.field->setPlaceholderText(u"Number"_s);
+        EXPECT_EQ(page.field->grab().toImage() != without, *typed == *composed)
+            << typed << composed;
+    }
+}
+
+TEST(TextField, ADragThroughItIsNoLongPress)
+{
+    ControlsPage page;
+    page.other->setText(u"412"_s);
+    hands::press(page.other, { 1, 20 });
+    hands::moveTo(page.other, { 50, 20 });
+    EXPECT_FALSE(QTest::qWaitFor([] { return QApplication::activePopupWidget(); }, 750))
+        << "a menu";
+    EXPECT_EQ(page.other->selectedText(), u"412"_s);
 }
 
 TEST(TextField, OneThatOnlyShowsBeginsAtItsEdgeAndElides)

@@ -136,6 +136,28 @@ TEST(NavigationBar, GivesItsTitleTheRoomThatTheButtonsLeave)
     }
 }
 
+TEST(NavigationBar, FadesFromTitleToTitle)
+{
+    QApplication::setStyle(new ParloquinTest::PacedStyle(200));
+    NavigationItem items[2];
+    items[0].setTitle(u"SMS"_s);
+    NavigationBar bar;
+    bar.show();
+    QImage looks[2];
+    int at = 0;
+    for (; at < 2; ++at) {
+        bar.show(&items[at], false);
+        looks[at] = bar.grab().toImage();
+    }
+    EXPECT_SOON([&, now = bar.grab().toImage()] {
+        if (now == looks[at % 2 ? 0 : 1]) { // at rest: again, as a busy machine may sleep through
+            bar.rememberLook();
+            bar.show(&items[++at % 2 ? 0 : 1], true);
+        }
+        return now != looks[0] && now != looks[1];
+    }()) << "one title jumps into the other's place";
+}
+
 INSTANTIATE_TEST_SUITE_P(Motion, Navigation, testing::Bool(),
     [](const auto &row) { return std::string(row.param ? "Sliding" : "AtOnce"); });
 
@@ -157,10 +179,13 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
     const int side = direction == Qt::LeftToRight ? 1 : -1;
     std::vector<int> upper; // where they stand, px towards the trailing side
     std::vector<int> lower;
+    std::vector<int> light; // of the lower one
     ASSERT_TRUE(QTest::qWaitFor([&] {
         if (second && second->x() != 0) {
             upper.push_back(second->x() * side);
             lower.push_back(root->x() * side);
+            const QRect bare(side > 0 ? 0 : 389, 790, 1, 1);
+            light.push_back(qGray(controller->grab(bare).toImage().pixel(0, 0)));
             hands::click(controller.get(), QPoint(50, 60)); // a field of both, where they rest
         }
         return controller->isAtRest();
@@ -170,7 +195,9 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
     if (in)
         std::reverse(upper.begin(), upper.end());
     else
-        std::reverse(lower.begin(), lower.end());
+        std::ranges::reverse(lower), std::ranges::reverse(light);
+    EXPECT_TRUE(std::is_sorted(light.rbegin(), light.rend())) << testing::PrintToString(light);
+    EXPECT_GT(light.front(), light.back()) << "the more the other covers it, the darker";
     EXPECT_TRUE(std::is_sorted(upper.begin(), upper.end())) << testing::PrintToString(upper);
     EXPECT_TRUE(std::is_sorted(lower.rbegin(), lower.rend())) << testing::PrintToString(lower);
     EXPECT_GT(upper.front(), 0);

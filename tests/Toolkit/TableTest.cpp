@@ -361,6 +361,11 @@ TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
         table->setContentOffset(offset);
         EXPECT_TRUE(table->grab().toImage() == fresh(table->contentOffset()))
             << "drawn otherwise at " << offset;
+        for (auto *cell : table->visibleCells()) {
+            EXPECT_EQ(qobject_cast<CountryTableCell *>(cell)->countryModel()->title,
+                source.country(cell->indexPath()).title)
+                << "what a tap gives at " << offset;
+        }
     }
 }
 
