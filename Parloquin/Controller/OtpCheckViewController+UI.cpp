@@ -66,6 +66,7 @@ void OtpCheckViewController::setViewFieldsBack()
         field->setAlignment(Qt::AlignCenter);
         field->setBorder(0.5, Style::grey, 4);
         field->setPhonePadKeyboard();
+        field->installEventFilter(this);
         connect(field, &QLineEdit::textEdited, this, [this, field] { textFieldDidChange(field); });
         // The caret stays behind the digit, wherever the box is tapped: what is typed then is the
         // second character, and goes.
@@ -88,6 +89,7 @@ void OtpCheckViewController::setButtonCheck()
     btnCheck = new Button(Button::Kind::filled,
         QCoreApplication::translate("Parloquin", "Send Code"), m_page->contentView());
     btnCheck->setObjectName(QStringLiteral("btnCheck"));
+    btnCheck->installEventFilter(this);
     connect(btnCheck, &Button::clicked, this, [this] { actionButtonCheck(); });
 }
 

@@ -9,6 +9,7 @@
 #include "Parloquin/Toolkit/TextField.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QKeyEvent>
 
 #include <algorithm>
 #include <iterator>
@@ -93,6 +94,41 @@ void OtpCheckViewController::textFieldDidChange(const TextField *field)
     }
     orderMessageCode();
     rememberCode();
+}
+
+TextField *OtpCheckViewController::boxFor(const QObject *from, const QKeyEvent &key) const
+{
+    if ((key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+        return nullptr;
+    if (from == btnCheck)
+        return key.key() == Qt::Key_Backspace ? txtCode.back() : nullptr;
+    const bool mirrored = layoutDirection() == Qt::RightToLeft;
+    const auto at = std::find(txtCode.begin(), txtCode.end(), from) - txtCode.begin();
+    switch (key.key()) {
+    case Qt::Key_Home:
+        return txtCode.front();
+    case Qt::Key_End:
+        return txtCode.back();
+    case Qt::Key_Left:
+    case Qt::Key_Right: {
+        const auto to = at + ((key.key() == Qt::Key_Right) == mirrored ? -1 : 1);
+        return txtCode[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(to, 0, codeLength - 1))];
+    }
+    default:
+        return nullptr;
+    }
+}
+
+bool OtpCheckViewController::eventFilter(QObject *watched, QEvent *event)
+{
+    TextField *const box = event->type() == QEvent::KeyPress
+        ? boxFor(watched, *static_cast<QKeyEvent *>(event))
+        : nullptr;
+    if (!box)
+        return BaseViewController::eventFilter(watched, event);
+    box->setFocus(Qt::TabFocusReason); // and what is in it is selected: typing replaces it
+    orderMessageCode();
+    return true;
 }
 
 void OtpCheckViewController::rememberCode()

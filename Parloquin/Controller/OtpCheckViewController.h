@@ -44,6 +44,7 @@ public:
     void rebindData() override { } // the outcome goes to the host; nothing changes here
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void viewDidLoad() override;
     void setBinding() override;
     void setLocalization() override;
@@ -63,6 +64,9 @@ private:
     void setBackButton();
 
     void textFieldDidChange(const TextField *field);
+    /// Where a key leads among the boxes, if anywhere: the arrows by sight, as a box has no room
+    /// for a caret to walk in; Backspace back from the button that the last digit led to.
+    [[nodiscard]] TextField *boxFor(const QObject *from, const QKeyEvent &key) const;
     void rememberCode();
 
     void listenForMessages();

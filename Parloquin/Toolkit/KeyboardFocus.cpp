@@ -101,7 +101,9 @@ bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FocusIn && !m_parking && m_screen) {
         if (!m_last || !m_last->isVisible() || !m_last->isEnabled())
             m_last = target(m_screen);
-        m_last->setFocus(static_cast<QFocusEvent *>(event)->reason());
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        // With its ring, if it had one.
+        m_last->setFocus(reason == Qt::OtherFocusReason ? Qt::PopupFocusReason : reason);
     }
     return QObject::eventFilter(watched, event);
 }

@@ -23,6 +23,9 @@ public:
     /// True where the focus is ours to move.
     [[nodiscard]] bool isOurs() const;
 
+    /// True where the stack has the keyboard, or had it last in its window.
+    [[nodiscard]] bool isHere() const { return m_holds; }
+
     /// Remembers what has the focus on a screen that is about to be covered.
     /// \return whether the keyboard is in use, seen by a ring around what has the focus
     bool leave(Screen *screen);

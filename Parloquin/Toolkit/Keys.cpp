@@ -1,5 +1,7 @@
 #include "Parloquin/Toolkit/Keys.h"
 
+#include "Parloquin/Toolkit/NavigationController.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
 #include <QtGui/QWindow>
@@ -68,6 +70,15 @@ void watchHolds(QWindow *window)
 bool isRepeat(const QKeyEvent &key)
 {
     return key.isAutoRepeat() || (holds() && holds()->isRepeated(key.key()));
+}
+
+bool acts(const QKeyEvent &key, const QWidget &part)
+{
+    const QWidget *above = &part;
+    while (above && !qobject_cast<const NavigationController *>(above))
+        above = above->parentWidget();
+    const auto *stack = qobject_cast<const NavigationController *>(above);
+    return !isRepeat(key) && !(stack && stack->isSliding());
 }
 
 } // namespace parloquin::Keys

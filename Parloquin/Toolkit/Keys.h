@@ -2,6 +2,7 @@
 
 #include <QtGui/QKeyEvent>
 
+class QWidget;
 class QWindow;
 
 /// \brief What keys mean on all screens.
@@ -28,6 +29,9 @@ namespace parloquin::Keys {
 
 /// A key that goes on being held, whether it is marked so or not; asks what watchHolds() has seen.
 [[nodiscard]] bool isRepeat(const QKeyEvent &key);
+/// Whether what this part of a screen does with a key is to be done: once, however long the key is
+/// held; and not while its screens slide, when a press is meant for the one that leaves.
+[[nodiscard]] bool acts(const QKeyEvent &key, const QWidget &part);
 /// Of what this window hears, from now on; none: of nothing.
 void watchHolds(QWindow *window);
 

@@ -178,6 +178,8 @@ QList<Screen *> NavigationController::viewControllers() const { return d->stack;
 
 NavigationBar &NavigationController::navigationBar() const { return *d->bar; }
 
+bool NavigationController::isSliding() const { return d->slide->isRunning(); }
+
 bool NavigationController::isAtRest() const
 {
     const auto scrolling = QScroller::activeScrollers();
@@ -214,7 +216,9 @@ void NavigationController::showEvent(QShowEvent *event)
     const auto *focused = window()->focusWidget();
     const bool alone = window() == this || window() == parentWidget();
     const bool waiting = focused && (focused == this || isAncestorOf(focused));
-    d->settleIn(screen, waiting || (!focused && (alone || isActiveWindow())), false);
+    // Moved to another window with the keyboard, it keeps it: Qt would begin at the first control.
+    const bool first = alone || isActiveWindow() || d->leftWithKeyboard;
+    d->settleIn(screen, waiting || (!focused && first), false);
 }
 
 void NavigationController::hideEvent(QHideEvent *event)
@@ -225,6 +229,7 @@ void NavigationController::hideEvent(QHideEvent *event)
     d->slide->finish();
     d->appeared = false;
     static_cast<void>(d->keyboard->leave(d->top())); // it comes back to where it was
+    d->leftWithKeyboard = d->keyboard->isHere();
     d->top()->viewWillDisappear(false);
 }
 

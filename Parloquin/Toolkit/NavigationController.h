@@ -36,6 +36,7 @@ public:
     [[nodiscard]] QList<Screen *> viewControllers() const;
     [[nodiscard]] NavigationBar &navigationBar() const;
 
+    [[nodiscard]] bool isSliding() const;
     /// No slide, and no finger or its momentum scrolling a screen.
     [[nodiscard]] bool isAtRest() const;
 

@@ -57,6 +57,7 @@ struct NavigationController::Private {
     QList<Screen *> stack;
     QMargins insets;
     bool appeared = false;
+    bool leftWithKeyboard = false; // when it was hidden
 };
 
 } // namespace parloquin

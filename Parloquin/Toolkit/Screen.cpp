@@ -47,7 +47,7 @@ void Screen::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
         return;
     }
-    if (!Keys::isRepeat(*event))
+    if (Keys::acts(*event, *this))
         m_defaultButton->click();
 }
 

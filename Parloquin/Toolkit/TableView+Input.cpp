@@ -202,7 +202,7 @@ bool TableView::Private::handleKey(QKeyEvent *event)
     case Qt::Key_Enter:
     case Qt::Key_Space:
     case Qt::Key_Select:
-        if (Keys::isRepeat(*event))
+        if (!Keys::acts(*event, *table))
             return true;
         // Nobody chooses what is not seen: the first press shows which row it would be.
         if (known && offsetShowing(*current) == offset)

@@ -97,9 +97,9 @@ bool Tappable::event(QEvent *event)
 void Tappable::keyPressEvent(QKeyEvent *event)
 {
     if (Keys::isEnter(*event)) {
-        if (!Keys::isRepeat(*event))
+        if (Keys::acts(*event, *this))
             click();
-    } else if (pressesButton(*event) && Keys::isRepeat(*event)) {
+    } else if (pressesButton(*event) && !Keys::acts(*event, *this)) {
         return; // the base would press it anew where the repeat is not marked
     } else if (Keys::isCommand(*event) || event->key() == Qt::Key_Escape
         || event->key() == Qt::Key_Back) {

@@ -18,7 +18,7 @@ void TextField::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         // A line edit lets it through to the host, whose default button it would press.
         event->accept();
-        if (Keys::isEnter(*event) && !Keys::isRepeat(*event))
+        if (Keys::isEnter(*event) && Keys::acts(*event, *this))
             Q_EMIT returnPressed();
         return;
     }

@@ -51,18 +51,28 @@ TEST_P(Focus, GoesThroughEachScreenByTabBothWays)
     expectRound("txtCode0", u"txtCode1 txtCode2 btnCheck btnTryAgain btnBack"_s);
 }
 
-// Turned away from or hidden; or disabled with all around it, as while a host asks its back end.
+// Turned away from or hidden; disabled with all around it, as while a host asks its back end; or
+// moved to another window.
 TEST_P(Focus, IsWhereItWasWhenTheContainerComesBack)
 {
     open();
     const auto expectBoth = [this](const QString &name) {
+        const bool rings = visible("focusRing");
+        const auto expectIt = [&](const char *way) {
+            QCoreApplication::processEvents();
+            EXPECT_EQ(focusName(), name) << way;
+            EXPECT_EQ(visible("focusRing") != nullptr, rings) << way;
+        };
+        QWidget other;
+        move(&other);
+        expectIt("moved");
+        move(nullptr);
         goAndComeBack();
-        EXPECT_EQ(focusName(), name);
+        expectIt("back");
         container->window()->setEnabled(false);
         EXPECT_FALSE(QApplication::focusWidget());
         container->window()->setEnabled(true);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(focusName(), name);
+        expectIt("enabled");
     };
     hands::key(Qt::Key_Tab);
     expectBoth(u"viewAlternativeKit"_s);

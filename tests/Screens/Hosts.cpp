@@ -81,6 +81,16 @@ void HostTest::goAndComeBack()
     container->setFocus();
 }
 
+void HostTest::move(QWidget *window)
+{
+    if (!window && around)
+        around->pages->setCurrentIndex(around->pages->addTab(container.get(), u"Kit"_s));
+    else
+        container->setParent(window);
+    container->show();
+    EXPECT_TRUE(comesToFront(*container->window()));
+}
+
 void HostTest::goToNumber()
 {
     tap("viewAlternativeKit");

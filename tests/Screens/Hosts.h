@@ -21,6 +21,8 @@ protected:
     void open(Host host = Host::window, Qt::LayoutDirection direction = Qt::LeftToRight);
     /// The host's own page for a while, or another window.
     void goAndComeBack();
+    /// Into another window, as with a dock that floats; null: back to where it was.
+    void move(QWidget *window);
 
     // The steps of the road by SMS, by the mouse.
     void goToNumber();

@@ -19,8 +19,8 @@ protected:
 
 struct Steps {
     const char *name;
-    /// Each: "@N" taps box N, "<" is backspace, ">" Enter held, "v..." pastes, anything else is
-    /// typed.
+    /// Each: "@N" taps box N, "<" is backspace, ">" Enter held, "#..." a key by name, "v..."
+    /// pastes, "mirror" turns the screen, anything else is typed.
     QStringList steps;
     QString boxes;
     QString code; // sent by a tap on the button; empty: nothing is sent
@@ -38,6 +38,10 @@ TEST_P(CodeBoxes, MoveTheFocusAndKeepOneCharacterEach)
             hands::key(Qt::Key_Backspace);
         else if (step == u">")
             hands::hold(Qt::Key_Enter);
+        else if (step.startsWith(u'#'))
+            hands::key(QKeySequence(step.mid(1))[0].key());
+        else if (step == u"mirror")
+            container->setLayoutDirection(Qt::RightToLeft);
         else if (step.startsWith(u'v'))
             paste(step.mid(1));
         else
@@ -81,6 +85,13 @@ const Steps steps[] = {
     { "CombinedLetterIsOne", { u"e\u0301"_s, u"ve\u0301\u0308x"_s }, u"e\u0301|e\u0301\u0308|[]"_s,
         u"e\u0301e\u0301\u0308"_s },
     { "EnterGoesOnByOne", { u">"_s, u"2"_s, u"@0"_s, u">"_s }, u"|[2]|"_s, u"2"_s },
+    { "ArrowsAndEndsGoFromBoxToBox",
+        { u"1"_s, u"2"_s, u"#Left"_s, u"5"_s, u"#Home"_s, u"#Left"_s, u"6"_s, u"#Right"_s, u"7"_s },
+        u"6|5|7"_s, u"657"_s },
+    { "ArrowsGoBySight", { u"mirror"_s, u"#Left"_s, u"2"_s, u"#Right"_s, u"1"_s, u"#Home"_s },
+        u"[]|1|"_s, u"1"_s },
+    { "BackspaceAfterTheLastGoesBackToIt", { u"1"_s, u"2"_s, u"3"_s, u"<"_s, u"4"_s }, u"1|2|4"_s,
+        u"124"_s },
     { "FilledOutOfOrder", { u"@2"_s, u"3"_s, u"@0"_s, u"1"_s }, u"1|[]|3"_s, u"13"_s },
 };
 

@@ -173,6 +173,7 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
     const QPointer<Page> second(push(u"second"_s, in));
     if (!in)
         pop();
+    const QSignalSpy clicks((in ? second.data() : root)->button, &QAbstractButton::clicked);
     QElapsedTimer time;
     time.start();
 
@@ -187,6 +188,8 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
             const QRect bare(side > 0 ? 0 : 389, 790, 1, 1);
             light.push_back(qGray(controller->grab(bare).toImage().pixel(0, 0)));
             hands::click(controller.get(), QPoint(50, 60)); // a field of both, where they rest
+            hands::key(Qt::Key_Return);
+            hands::key(Qt::Key_Space);
         }
         return controller->isAtRest();
     }));
@@ -207,6 +210,9 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
     EXPECT_GT(upper.back(), 200);
     EXPECT_LT(lower.back(), -60);
     EXPECT_FALSE(qobject_cast<QLineEdit *>(QApplication::focusWidget())) << "tapped on the way";
+    EXPECT_EQ(clicks.count(), 0) << "pressed by a key on the way";
+    hands::key(Qt::Key_Space);
+    EXPECT_EQ(clicks.count(), 1);
     hands::click(controller.get(), QPoint(50, 60));
     EXPECT_TRUE((in ? second.data() : root)->field->hasFocus());
 }
