@@ -234,15 +234,17 @@ void TextField::paintEvent(QPaintEvent *event)
         QPainter(this).fillRect(caret(), Style::blue);
 }
 
-// Beside a digit the caret keeps off it a little. In an empty field, whose cursor a line edit
-// places only where it paints its text, it stands where the first one will: at the edge, or in the
-// middle.
+// Behind the last digit the caret keeps off it a little; elsewhere it parts two, in the gap they
+// leave. In an empty field, whose cursor a line edit places only where it paints its text, it
+// stands where the first one will: at the edge, or in the middle.
 QRect TextField::caret() const
 {
     const int free = std::max(width() - caretWidth, 0);
     if (!text().isEmpty() || m_composing) {
         const QRect cursor = cursorRect();
-        const int x = std::clamp(cursor.x() + cursorSlack + caretGap, 0, free);
+        const bool isLast = m_composing || cursorPosition() == text().size();
+        const int off = isLast ? caretGap : -caretWidth / 2;
+        const int x = std::clamp(cursor.x() + cursorSlack + off, 0, free);
         return { x, cursor.y(), caretWidth, cursor.height() };
     }
     const QFontMetrics line(m_face.font());

@@ -171,16 +171,22 @@ TEST(TextField, CaretOfAnEmptyOneStandsWhereTheFirstDigitWill)
 {
     QApplication::setCursorFlashTime(0);
     ControlsPage page;
-    const auto caret = [&page](TextField *field, const char *typed) {
-        field->setText(QLatin1String(typed));
-        field->setFocus();
+    const auto caretNow = [&page](TextField *field) {
         const QImage image =
             page.grab(QRect(field->mapTo(&page, QPoint()), field->size())).toImage();
         return around(image, [](QRgb color) { return color == qRgb(0, 0, 255); });
     };
+    const auto caret = [&caretNow](TextField *field, const char *typed) {
+        field->setText(QLatin1String(typed));
+        field->setFocus();
+        return caretNow(field);
+    };
     const QRect typed = caret(page.field, "1");
     const QRect empty = caret(page.field, "");
     EXPECT_EQ(empty, QRect(0, typed.y(), 2, typed.height()));
+    page.field->setText(u"88"_s);
+    page.field->setCursorPosition(0);
+    EXPECT_EQ(caretNow(page.field), empty) << "not on the first digit";
     for (int turn = 0; turn < 2; ++turn) {
         QCoreApplication::processEvents();
         EXPECT_EQ(caret(page.field, ""), empty) << "it blinks, asked to stand still";
