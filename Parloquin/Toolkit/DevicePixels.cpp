@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/DevicePixels.h"
 
+#include <QtGui/QImage>
 #include <QtGui/QPainter>
 
 #include <algorithm>
@@ -46,6 +47,15 @@ void drawFrame(QPainter &painter, const QRectF &box, qreal width, qreal radius, 
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(color, line));
     painter.drawRoundedRect(middle, round, round);
+}
+
+void drawImage(QPainter &painter, const QRectF &box, const QImage &image)
+{
+    const QRect pixels = pixelsOf(painter, box);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setRenderHint(QPainter::Antialiasing, false); // its edges are the device's own
+    painter.drawImage(fromPixels(painter, pixels),
+        image.scaled(pixels.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 } // namespace parloquin::DevicePixels

@@ -4,10 +4,11 @@
 #include <QtCore/Qt>
 
 class QColor;
+class QImage;
 class QPainter;
 
-/// \brief Lines that cover whole pixels of the device, whatever its ratio, so that none is blurred
-/// or of another strength than the next.
+/// \brief Lines and pictures that cover whole pixels of the device, whatever its ratio, so that
+/// none is blurred or of another strength than the next.
 namespace parloquin::DevicePixels {
 
 /// One device pixel along an edge of the box, inside of it.
@@ -17,5 +18,10 @@ void drawHairline(QPainter &painter, const QRectF &box, Qt::Edge edge, const QCo
 /// \param radius of the box, px
 void drawFrame(
     QPainter &painter, const QRectF &box, qreal width, qreal radius, const QColor &color);
+
+/// \brief A picture, scaled once to the pixels that the box covers for the most part.
+///
+/// The painter's own scaling skips pixels when shrinking, and softens what ends between two.
+void drawImage(QPainter &painter, const QRectF &box, const QImage &image);
 
 } // namespace parloquin::DevicePixels

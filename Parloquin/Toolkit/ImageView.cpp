@@ -2,6 +2,7 @@
 
 #include "Parloquin/Platform/Fatal.h"
 #include "Parloquin/Toolkit/Accessibility.h"
+#include "Parloquin/Toolkit/DevicePixels.h"
 
 #include <QtCore/QFile>
 #include <QtGui/QPainter>
@@ -61,7 +62,6 @@ void ImageView::paintEvent(QPaintEvent *)
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     QRectF target(rect());
     if (m_mode == ContentMode::aspectFit) {
         const auto fitted = natural.scaled(target.size(), Qt::KeepAspectRatio);
@@ -86,10 +86,7 @@ void ImageView::paintEvent(QPaintEvent *)
         m_renderer->render(&painter, target);
         return;
     }
-    // Scaled once, well, to the device's pixels: the painter's own scaling skips when shrinking.
-    const auto pixels = (target.size() * devicePixelRatioF()).toSize();
-    painter.drawImage(
-        target, m_image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    DevicePixels::drawImage(painter, target, m_image);
 }
 
 } // namespace parloquin

@@ -82,6 +82,7 @@ TEST(Pictures, KeepTheirShapeAndTheirSide)
 
 TEST(Pictures, CoverThePixelsOfTheDeviceOneByOne)
 {
+    QWidget page;
     ImageView view;
     view.resize(20, 20);
     const int side = qRound(20 * view.devicePixelRatioF());
@@ -93,6 +94,20 @@ TEST(Pictures, CoverThePixelsOfTheDeviceOneByOne)
     view.setImage(fine);
     const QImage drawn = view.grab().toImage().convertToFormat(QImage::Format_RGB32);
     EXPECT_EQ(difference(drawn, fine), "");
+
+    // Nor are its edges soft where it ends between two of them.
+    view.setParent(&page);
+    view.setGeometry(1, 1, 25, 25);
+    QImage whole(50, 50, QImage::Format_RGB32);
+    whole.fill(Qt::black);
+    view.setImage(whole);
+    QImage seen = page.grab({ 0, 0, 30, 30 }).toImage().convertToFormat(QImage::Format_RGB32);
+    const QRgb ground = seen.pixel(0, 0);
+    for (int at = 0; at < seen.width(); ++at) {
+        const QRgb pixel = seen.pixel(at, seen.height() / 2);
+        EXPECT_TRUE(pixel == ground || pixel == qRgb(0, 0, 0))
+            << QColor(pixel).name().toStdString() << " at " << at;
+    }
 }
 
 /// A JPEG whose file says how to turn it.
