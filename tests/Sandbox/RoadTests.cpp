@@ -44,7 +44,8 @@ TEST(SandboxRoad, OffersAppsWithTheirIcons)
 TEST(SandboxRoad, ByAppGivesASessionOnceTheMessageCame)
 {
     const Sandbox sandbox;
-    const auto started = sandbox.call("start", { { "app", "murmur" } }).result();
+    const auto started = sandbox.call("start", { { "app", "murmur" }, { "countryCode", "tr" } })
+                             .result(); // as SIMs write it
     const auto link = started.at("deeplink").get<std::string>();
     EXPECT_TRUE(link.starts_with("murmur://send?app=murmur&to=Verification%20service&text="));
     const auto message = sandbox.get("/sandbox/messages")["messages"].at(0);
