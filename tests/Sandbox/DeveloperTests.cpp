@@ -46,12 +46,15 @@ TEST(SandboxDeveloper, SetsOutcomesByNumberAndByClient)
     const Sandbox sandbox;
     const auto outcomes = R"({ "send-otp": "serverError",
         "numbers": { "+905321234567": { "send-otp": ["limit", "success"] },
-            "+905550000000": { "send-otp": "success" } },
+            "+905550000000": { "send-otp": "success", "check-otp": "limit" } },
         "clients": { "6F9619FF-8B86-D011-B42D-00C04FC964FF": { "check": "limit" },
             "parloquin-demo": { "check": "serverError", "country": "limit" } } })"_json;
     EXPECT_EQ(sandbox.post("/sandbox/outcomes", outcomes)["status"], 200);
     EXPECT_EQ(statusOf(sandbox, "+905321234567"), 429);
-    EXPECT_EQ(statusOf(sandbox, "+905550000000"), 200);
+    const auto sent = sandbox.call("send-otp", smsTo("+905550000000")).result();
+    auto check = smsTo("5550000000");
+    check.update({ { "code", "000" }, { "reference", sent.at("reference") } });
+    EXPECT_EQ(sandbox.call("check-otp", check).metaStatus(), 429);
     EXPECT_EQ(statusOf(sandbox, "+905321234567"), 200) << "its list goes on by itself";
     EXPECT_EQ(statusOf(sandbox, "+905339999999"), 500) << "everybody else's";
     EXPECT_EQ(sandbox.call("check", { { "reference", "r" } }).metaStatus(), 429);

@@ -1,6 +1,12 @@
 #include "Client.h"
 
+#include <ctime>
+#include <future>
+#include <iomanip>
+#include <sstream>
 #include <thread>
+
+using namespace std::chrono_literals;
 
 namespace {
 json lastOf(const Sandbox &sandbox)
@@ -51,8 +57,17 @@ TEST(SandboxJournal, HoldsEachExchangeDecrypted)
 {
     const Sandbox sandbox;
     sandbox.post("/sandbox/outcomes", { { "country", { { "fault", "cookie" } } } });
+    const auto clock = [] { return std::chrono::system_clock::now().time_since_epoch() / 1ms; };
+    const auto before = clock();
     sandbox.call("country", { { "countryCode", "TR" } });
     const auto exchange = lastOf(sandbox);
+    std::tm parts {};
+    std::istringstream time(exchange["time"].get<std::string>());
+    int milliseconds = -1;
+    time >> std::get_time(&parts, "%Y-%m-%dT%H:%M:%S.") >> milliseconds;
+    const auto at = ::timegm(&parts) * 1000 + milliseconds;
+    EXPECT_TRUE(before <= at && at <= clock())
+        << exchange["time"] << " is " << at - before << " ms off";
     EXPECT_EQ(exchange["call"], "country");
     EXPECT_EQ(exchange["verdict"], "accepted");
     EXPECT_EQ(exchange["status"], 200);
@@ -110,7 +125,11 @@ TEST(SandboxJournal, FindsAndTellsWhatIsNew)
     });
     sandbox.call("init", { { "deviceName", "p" }, { "timezone", "UTC" } });
     EXPECT_EQ(news.get()["exchanges"].at(0)["call"], "init");
-
+    auto emptied = std::async(std::launch::async,
+        [&sandbox] { return sandbox.get("/sandbox/journal?wait=20&call=never&after=1"); });
+    while (emptied.wait_for(50ms) != std::future_status::ready)
+        sandbox.post("/sandbox/journal", json::object()); // again, as it may not have waited yet
+    EXPECT_EQ(emptied.get()["status"], 200) << "who waits for news is told that it was emptied";
     sandbox.post("/sandbox/outcomes", { { "country", { { "delayMs", 2000 } } } });
     const auto late =
         std::async(std::launch::async, [&sandbox] { return sandbox.call("country").status; });
