@@ -45,6 +45,30 @@ TEST(DemoStart, LetsOneVerifyOnlyWhileTheSandboxRuns)
     }
 }
 
+TEST(DemoBackEnd, ConfirmsNoSessionButTheOneThatTheServiceKnows)
+{
+    RawServer server;
+    qputenv("PARLOQUIN_SERVICE_HOST", server.hostAndPort().toLatin1());
+    demo::BackEnd backEnd;
+    const std::pair<QByteArray, QString> rows[] = {
+        { R"(200},"result":{"sessionId":"s-1","validationStatus":true})", {} },
+        { R"(200},"result":{"sessionId":"s-1","validationStatus":false})", u"not confirm"_s },
+        { R"(200},"result":{"sessionId":"s-2","validationStatus":true})", u"not confirm"_s },
+        { R"(400})", u"not confirm"_s },
+        { R"(404})", u"not know"_s },
+        { R"(500})", u"not answer"_s },
+    };
+    for (const auto &[answer, complaint] : rows) {
+        server.answer(
+            "/v1.0/result", RawServer::http(200, R"({"meta":{"httpStatusCode":)" + answer + '}'));
+        QString said = u"nothing"_s;
+        backEnd.confirm(u"s-1"_s, [&said](const QString &text) { said = text; });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return said != u"nothing"; })) << answer.constData();
+        EXPECT_TRUE(complaint.isEmpty() ? said.isEmpty() : said.contains(complaint))
+            << answer.constData() << ": " << said.toStdString();
+    }
+}
+
 TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
 {
     demo::OutcomePage page;

@@ -106,6 +106,7 @@ TEST_F(Window, ShowsAMessageAsItIsWhateverStandsInIt)
         EXPECT_FALSE(label->text().contains(u"<b>"_s)) << label->text().toStdString();
         EXPECT_FALSE(label->text().contains(u"<img"_s)) << label->text().toStdString();
         EXPECT_TRUE(label->text().contains(u"&amp;amp;"_s)) << label->text().toStdString();
+        EXPECT_TRUE(label->text().contains(u"<br>end"_s)) << label->text().toStdString();
     }
     EXPECT_EQ(bubbles, 2) << "what is prepared, and what is sent";
     hands::Finger().tap(window->btnSend);

@@ -40,11 +40,19 @@ TEST(SandboxDeveloper, MakesSessionsForABackEnd)
         EXPECT_EQ(sandbox.post("/sandbox/sessions", wrong)["status"], 400) << wrong;
 }
 
+TEST(SandboxDeveloper, KeepsEachFaultOfTheCommandLine)
+{
+    const Sandbox sandbox(
+        json::object(), { "--fault", "country=cookie", "--fault", "country=clock:7200" });
+    EXPECT_EQ(sandbox.get("/sandbox/outcomes")["country"],
+        R"([{ "fault": "cookie" }, { "fault": "clock:7200" }])"_json);
+}
+
 // Tests that run at once each have a number, so that none meets the outcomes of another.
 TEST(SandboxDeveloper, SetsOutcomesByNumberAndByClient)
 {
     const Sandbox sandbox;
-    const auto outcomes = R"({ "send-otp": "serverError",
+    const auto outcomes = R"({ "send-otp": "serverError", "init": { "like": "limit", "delayMs": 5 },
         "numbers": { "+905321234567": { "send-otp": ["limit", "success"] },
             "+905550000000": { "send-otp": "success", "check-otp": "limit" } },
         "clients": { "6F9619FF-8B86-D011-B42D-00C04FC964FF": { "check": "limit" },
@@ -63,6 +71,7 @@ TEST(SandboxDeveloper, SetsOutcomesByNumberAndByClient)
     auto set = sandbox.get("/sandbox/outcomes");
     set.erase("status");
     EXPECT_EQ(set["numbers"]["+905321234567"]["send-otp"], (json { "limit", "success" }));
+    EXPECT_EQ(set["init"], json::array({ outcomes["init"] }));
     EXPECT_EQ(sandbox.post("/sandbox/outcomes", set)["status"], 200) << "takes what it gives";
     EXPECT_EQ(statusOf(sandbox, "+905321234567"), 429);
     sandbox.post("/sandbox/outcomes",
