@@ -111,7 +111,8 @@ TEST(NetworkWatch, HearsOfEachChangeAlsoWhenItsSocketBroke)
         ASSERT_EQ(isBroken ? breakWatches() : 1, 1);
         for (const auto &[change, isReachable] : rows) {
             ASSERT_TRUE(ip(change)) << change;
-            (void)QTest::qWaitFor([&] { return told == isReachable; }, patience);
+            (void)QTest::qWaitFor(
+                [&, expected = isReachable] { return told == expected; }, patience);
             EXPECT_EQ(told, isReachable) << change;
         }
     }

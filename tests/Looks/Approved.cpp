@@ -105,20 +105,17 @@ void Approved::answerMuch()
     QStringList apps;
     QStringList countries;
     for (int i = 0; i < 14; ++i) {
+        const QString ground = QString::number(0x204080 + i * 0x0a0805, 16).rightJustified(6, u'0');
+        const QString drawn =
+            i % 2 == 0 ? uR"(,"icon":")"_s + server.url(u"/icon.png"_s) + u'"' : QString();
         apps.append(
             uR"({"app":"a%1","text":"Verify with app %1","bgColour":"#%2","textColour":"#%3"%4})"_s
-                .arg(i)
-                .arg(0x204080 + i * 0x0a0805, 6, 16, QLatin1Char('0'))
-                .arg(i % 3 == 0 ? u"FFD14A"_s : u"FFFFFF"_s)
-                .arg(i % 2 == 0 ? uR"(,"icon":")"_s + server.url(u"/icon.png"_s) + u'"'
-                                : QString()));
+                .arg(QString::number(i), ground, i % 3 == 0 ? u"FFD14A"_s : u"FFFFFF"_s, drawn));
     }
     for (int i = 0; i < 60; ++i) {
-        countries.append(
-            uR"({"title":"%1land %2",%4"phoneCode":"+%3"})"_s.arg(QChar(u'A' + i / 3))
-                .arg(i)
-                .arg(30 + i * 7)
-                .arg(i == 4 ? QString() : u"\"countryCode\":\"C%1\","_s.arg(i))); // ticked
+        const QString code = i == 4 ? QString() : u"\"countryCode\":\"C%1\","_s.arg(i); // ticked
+        countries.append(uR"({"title":"%1land %2",%3"phoneCode":"+%4"})"_s.arg(
+            QString(QChar(u'A' + i / 3)), QString::number(i), code, QString::number(30 + i * 7)));
     }
     answer("/v1.0/init",
         uR"({"result":{"description":"Pick the app that you use most.","alternativeValidation":"otp",
