@@ -145,17 +145,19 @@ TEST(NavigationBar, FadesFromTitleToTitle)
     bar.show();
     QImage looks[2];
     int at = 0;
-    for (; at < 2; ++at) {
-        bar.show(&items[at], false);
+    for (const int each : { 0, 1 }) {
+        bar.show(&items[at = each], false);
         looks[at] = bar.grab().toImage();
     }
-    EXPECT_SOON([&, now = bar.grab().toImage()] {
-        if (now == looks[at % 2 ? 0 : 1]) { // at rest: again, as a busy machine may sleep through
+    const auto isBetween = [&] {
+        const QImage now = bar.grab().toImage();
+        if (now == looks[at]) { // at rest: again, as a busy machine may sleep through a fade
             bar.rememberLook();
-            bar.show(&items[++at % 2 ? 0 : 1], true);
+            bar.show(&items[at = 1 - at], true);
         }
         return now != looks[0] && now != looks[1];
-    }()) << "one title jumps into the other's place";
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isBetween)) << "one title jumps into the other's place";
 }
 
 INSTANTIATE_TEST_SUITE_P(Motion, Navigation, testing::Bool(),
