@@ -3,6 +3,8 @@ import { get, post } from './api.js';
 import { button, byId, clock, copy, el, toast } from './dom.js';
 
 const place = byId('people');
+const lists = el('div', {});
+const nameOf = (element) => element.ariaLabel ?? element.textContent;
 
 function table(caption, columns, rows, none) {
   if (rows.length === 0)
@@ -41,6 +43,7 @@ function maker() {
 }
 
 let asked = 0;
+let shown = null;
 
 export async function refresh() {
   const mine = ++asked;
@@ -56,8 +59,14 @@ export async function refresh() {
   }
   if (place.hidden) return;
   const most = 200; // rows; the calls give all
-  const keep = place.querySelector('form') ?? maker();
-  place.replaceChildren(keep,
+  // The form is never moved: a field that leaves the page, even to come back, loses what is being typed.
+  if (!lists.isConnected) place.replaceChildren(maker(), lists);
+  const tooOld = ({ expiresAt }) => Date.parse(expiresAt) < Date.now();
+  const state = JSON.stringify([sessions, codes, messages, codes.filter(tooOld).length]);
+  if (shown === state) return; // what a mouse is just pressing stays there
+  shown = state;
+  const chosen = lists.contains(document.activeElement) ? document.activeElement : null;
+  lists.replaceChildren(
     table('Sessions', ['Number', 'How', 'State', 'When', 'Session'],
       sessions.slice(0, most).map((each) => [each.phoneNumber ?? 'not known', each.app ?? 'SMS', each.state, clock(each.confirmedAt),
         button(each.sessionId, () => copy(each.sessionId, 'the session’s id'), { class: 'id', title: 'Copy' })]),
@@ -65,10 +74,11 @@ export async function refresh() {
     table('Codes', ['Number', 'Code', 'Sent', 'Attempts left', 'State'],
       codes.slice(0, most).map((each) => [each.phoneNumber,
         button(each.code, () => copy(each.code, 'the code'), { class: 'id', title: 'Copy' }), clock(each.sentAt),
-        String(each.attemptsLeft), each.sessionId ? 'used' : Date.parse(each.expiresAt) < Date.now() ? 'too old' : 'waits']),
+        String(each.attemptsLeft), each.sessionId ? 'used' : tooOld(each) ? 'too old' : 'waits']),
       'No code was sent yet.'),
     table('Messages', ['App', 'Text', 'Prepared', ''],
       messages.slice(0, most).map((each) => [each.app, each.text, clock(each.preparedAt),
         each.sessionId ? 'delivered' : button('Deliver', () => deliver(each), { 'aria-label': `Deliver the message of ${each.app}` })]),
       'No app was asked to send a message yet.'));
+  if (chosen) [...lists.querySelectorAll('[tabindex], button')].find((each) => nameOf(each) === nameOf(chosen))?.focus();
 }
