@@ -5,6 +5,7 @@
 #include "support/Console.h"
 #include "support/Widgets.h"
 
+#include <cstdlib>
 #include <optional>
 
 namespace {
@@ -77,6 +78,15 @@ TEST(Delegate, IsTheLastOneSetAnywhere)
     first->setKitDelegate(nullptr);
     EXPECT_EQ(first->kitDelegate(), nullptr);
     EXPECT_EQ(ParloquinSingleton::shared().delegate(), nullptr);
+
+    const auto endTheApplication = [&make] {
+        auto last = std::make_shared<RecordingDelegate>();
+        const std::weak_ptr watched = last;
+        make()->setKitDelegate(std::move(last));
+        qApp->~QCoreApplication();
+        std::_Exit(watched.expired() ? 0 : 1);
+    };
+    EXPECT_EXIT(endTheApplication(), testing::ExitedWithCode(0), "") << "a delegate is left";
 }
 
 } // namespace

@@ -84,8 +84,10 @@ TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)
     ASSERT_TRUE(person().types(sandbox.lastCode()));
     EXPECT_TRUE(heard->success());
     ASSERT_TRUE(person().goesBack());
-    ASSERT_TRUE(asksForCode());
+    ASSERT_TRUE(person().asksForCode(u"470123456"_s, u"+1"_s)); // others begin like it
     EXPECT_EQ(person().screen(), Person::Screen::code);
+    const auto *const prefix = container->findChild<QWidget *>(u"txtCountryCode"_s);
+    EXPECT_STREQ(qPrintable(prefix->property("text").toString()), "+1");
     EXPECT_EQ(heard->count(), 2);
 }
 
