@@ -1,9 +1,11 @@
 // Every screen, in states that a person reaches, against the pictures in approved/, which somebody
-// looked at: whatever is drawn otherwise is seen here. tests/Looks/approve takes them anew.
+// looked at: whatever is drawn otherwise is seen here. tests/Looks/approve takes them anew,
+// tests/Looks/gallery in other sizes and at other ratios, to be looked at.
 #include "Looks/Walk.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QTranslator>
 
 #include <sstream>
 
@@ -33,33 +35,44 @@ int distance(const QImage &seen, const QImage &approved, const QRect &square)
     return flat && mean > 2 ? mean + tolerance : mean;
 }
 
-/// \return how many squares differ and where the first one is; nothing where none does
+/// \return how many squares differ, and how the first one does; nothing where none does
 std::string strayed(const QImage &seen, const QImage &approved)
 {
     if (seen.size() != approved.size())
         return difference(seen, approved);
     int count = 0;
-    QPoint first;
+    std::ostringstream text;
     for (int y = 0; y < seen.height(); y += side) {
         for (int x = 0; x < seen.width(); x += side) {
-            if (distance(seen, approved, QRect(x, y, side, side) & seen.rect()) <= tolerance)
-                continue;
-            if (count++ == 0)
-                first = { x, y };
+            const QRect square = QRect(x, y, side, side) & seen.rect();
+            if (distance(seen, approved, square) > tolerance && count++ == 0)
+                text << "the square from " << x << ',' << y << " is otherwise ("
+                     << difference(seen.copy(square), approved.copy(square), 2) << "), of squares ";
         }
     }
-    std::ostringstream text;
-    if (count > 0)
-        text << count << " squares of " << side << " px are otherwise, the first at " << first.x()
-             << ',' << first.y();
-    return text.str();
+    return count == 0 ? std::string() : text.str() + std::to_string(count);
 }
 
 struct Kind {
-    const char *name;
+    std::string name;
     Qt::LayoutDirection direction;
     QSize size;
 };
+
+/// Those with pictures; or any, as "195x422 320x480", in both directions.
+std::vector<Kind> kinds()
+{
+    std::vector<Kind> all { { "LeftToRight", Qt::LeftToRight, { 390, 844 } },
+        { "RightToLeft", Qt::RightToLeft, { 320, 480 } } };
+    const QStringList sizes = qEnvironmentVariable("SIZES").split(u' ', Qt::SkipEmptyParts);
+    for (const QString &each : sizes) {
+        const QSize size(each.section(u'x', 0, 0).toInt(), each.section(u'x', 1).toInt());
+        all.push_back({ each.toStdString() + "ltr", Qt::LeftToRight, size });
+        all.push_back({ each.toStdString() + "rtl", Qt::RightToLeft, size });
+    }
+    all.erase(all.begin(), all.begin() + (sizes.isEmpty() ? 0 : 2));
+    return all;
+}
 
 class Approved : public Walk, public testing::WithParamInterface<Kind> {
 protected:
@@ -69,16 +82,21 @@ protected:
         QApplication::setFont(QFont(u"Noto Sans"_s)); // of the same version everywhere
         QApplication::setLayoutDirection(GetParam().direction);
         size = GetParam().size;
+        if (qEnvironmentVariableIsSet("SIZES") && GetParam().direction == Qt::RightToLeft) {
+            ASSERT_TRUE(m_texts.load(QStringLiteral(TRANSLATIONS "/parloquin_ar.qm")));
+            QCoreApplication::installTranslator(&m_texts);
+        }
     }
 
     /// Waits for it: pictures come, and the overlay turns.
     void expectApproved(const std::string &stop) const
     {
         const QString name =
-            u"%1-%2.png"_s.arg(QLatin1String(GetParam().name))
+            u"%1-%2.png"_s.arg(QString::fromStdString(GetParam().name))
                 .arg(QString::fromStdString(stop).remove(u',').replace(u' ', u'-'));
-        const QString file = QStringLiteral(APPROVED) + u'/' + name;
-        if (qEnvironmentVariableIsSet("APPROVE")) {
+        const QString taken = qEnvironmentVariable("PICTURES"); // here, for somebody to look at
+        const QString file = (taken.isEmpty() ? QStringLiteral(APPROVED) : taken) + u'/' + name;
+        if (!taken.isEmpty()) {
             QTest::qWait(200);
             ASSERT_TRUE(picture().convertToFormat(QImage::Format_RGB32).save(file))
                 << qPrintable(file);
@@ -94,6 +112,9 @@ protected:
 
     void answerMuch();
     void takeFurther();
+
+private:
+    QTranslator m_texts;
 };
 
 /// Apps and countries that fill more than a screen.
@@ -205,8 +226,6 @@ TEST_P(Approved, AlongTheRoads)
 
 TEST_P(Approved, InFurtherStates) { takeFurther(); }
 
-const Kind kinds[] = { { "LeftToRight", Qt::LeftToRight, { 390, 844 } },
-    { "RightToLeft", Qt::RightToLeft, { 320, 480 } } };
-INSTANTIATE_TEST_SUITE_P(All, Approved, testing::ValuesIn(kinds), byName);
+INSTANTIATE_TEST_SUITE_P(All, Approved, testing::ValuesIn(kinds()), byName);
 
 } // namespace

@@ -6,8 +6,6 @@
 #include <QtCore/QBuffer>
 #include <QtGui/QPainter>
 
-#include <map>
-
 namespace {
 
 /// Each quarter of another colour, as read from the left and from the top.
@@ -138,41 +136,6 @@ TEST(Pictures, TurnAsTheirFileSays)
         ASSERT_TRUE(QTest::qWaitFor([&] { return !view.image().isNull(); })) << int(orientation);
         EXPECT_EQ(lookOf(view), look) << "orientation " << int(orientation);
     }
-}
-
-// Chevrons turn with the reading direction; pictures of apps and of things do not.
-class Icons : public Walk { };
-
-TEST_F(Icons, TurnWithTheReadingDirectionWhereTheyPoint)
-{
-    const std::pair<const char *, bool> icons[] = { { "iconArrowRight", true },
-        { "iconArrowDown", true }, { "iconSms", false }, { "imgKitIcon", false } };
-    answer("/v1.0/init",
-        R"({"result":{"alternativeValidation":"otp","list":[{"app":"parlo","text":"Parlo","icon":")"
-            + server.url(u"/a"_s).toLatin1() + R"("}]}})");
-    server.answer("/a", RawServer::http(200, turned(1), "Content-Type: image/jpeg\r\n"));
-    std::map<std::string, QImage> pictures;
-    for (const auto direction : { ltr, rtl }) {
-        QApplication::setLayoutDirection(direction);
-        take([&](const std::string &stop) {
-            for (const auto &[name, mirrored] : icons) {
-                auto *const icon = find<ImageView>(name);
-                if (!icon || stop == "overlay")
-                    continue;
-                if (icon->objectName() == QLatin1String("imgKitIcon")) {
-                    ASSERT_TRUE(QTest::qWaitFor([&] { return !icon->image().isNull(); }));
-                }
-                const QImage now = icon->grab().toImage().convertToFormat(QImage::Format_RGB32);
-                if (direction == ltr) {
-                    pictures[name] = now;
-                    continue;
-                }
-                ASSERT_EQ(pictures.count(name), 1U) << name;
-                EXPECT_EQ(difference(now, pictures[name].mirrored(mirrored, false), 8), "") << name;
-            }
-        });
-    }
-    EXPECT_EQ(pictures.size(), std::size(icons));
 }
 
 } // namespace
