@@ -6,6 +6,7 @@
 #include "Parloquin/Toolkit/Anchors.h"
 #include "Parloquin/Toolkit/Announcement.h"
 #include "Parloquin/Toolkit/Button.h"
+#include "Parloquin/Toolkit/ScrollView.h"
 #include "Parloquin/Toolkit/TextField.h"
 
 #include <QtCore/QCoreApplication>
@@ -45,20 +46,21 @@ void OtpCheckViewController::orderMessageCode()
 
 void OtpCheckViewController::setButtonMessageCode()
 {
-    // Over the page, as a keyboard offers words: nothing that is there moves.
+    // Over the page, as a keyboard offers words: nothing that is there moves, unless it is covered
+    // and typed in.
     btnMessageCode = new Button(Button::Kind::soft, {}, this);
     btnMessageCode->setObjectName(QStringLiteral("btnMessageCode"));
     btnMessageCode->hide();
     connect(btnMessageCode, &Button::clicked, this, [this] { fillCode(); });
+    m_page->setCover(btnMessageCode);
     m_offer = new Announcement(this);
 
-    using parloquin::height;
+    // As high as its text needs: on a narrow screen it folds.
     // clang-format off
     activate(this, {
         leading(btnMessageCode)  == leading(this)  + 20,
         trailing(btnMessageCode) == trailing(this) - 20,
         bottom(btnMessageCode)   == bottom(this)   - 20,
-        height(btnMessageCode)   == 55,
     });
     // clang-format on
 }

@@ -5,9 +5,16 @@
 
 #include <QtGui/QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace parloquin {
+
+namespace {
+constexpr int sideMargin = 12; // px between a coloured button's edge and its text
+constexpr int endMargin = 7; // px over and under a text of several lines
+constexpr int softHeight = 55; // px at least
+}
 
 Button::Button(Kind kind, const QString &title, QWidget *parent)
     : Tappable(parent)
@@ -19,9 +26,16 @@ Button::Button(Kind kind, const QString &title, QWidget *parent)
 
 qreal Button::cornerRadius() const { return m_kind == Kind::link ? 0 : Style::cornerRadius; }
 
+TextBlock Button::block(int width) const
+{
+    return TextBlock::brokenAtSentence(
+        text(), m_face.font(), m_kind == Kind::link ? width : width - 2 * sideMargin);
+}
+
 int Button::heightForWidth(int width) const
 {
-    return TextBlock::brokenAtSentence(text(), m_face.font(), width).height();
+    const int height = block(width).height();
+    return m_kind == Kind::soft ? std::max(height + 2 * endMargin, softHeight) : height;
 }
 
 QSize Button::sizeHint() const
@@ -45,8 +59,7 @@ void Button::paintEvent(QPaintEvent *)
         }
     }
     painter.setPen(m_kind == Kind::filled ? QColor(Qt::white) : Style::blue);
-    TextBlock::brokenAtSentence(text(), m_face.font(), width())
-        .draw(painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter);
+    block(width()).draw(painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter);
 }
 
 } // namespace parloquin

@@ -7,6 +7,8 @@
 
 namespace parloquin {
 
+class TextBlock;
+
 /// \brief A button of the screens.
 class Button : public Tappable {
     Q_OBJECT
@@ -29,6 +31,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    [[nodiscard]] TextBlock block(int width) const;
+
     Kind m_kind;
     Typeface m_face;
 };

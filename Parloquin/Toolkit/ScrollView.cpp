@@ -35,6 +35,12 @@ void ScrollView::setLastWidget(QWidget *last, int margin)
     fitContent();
 }
 
+void ScrollView::setCover(QWidget *cover)
+{
+    m_cover = cover;
+    cover->installEventFilter(this);
+}
+
 bool ScrollView::eventFilter(QObject *watched, QEvent *event)
 {
     const bool moved = event->type() == QEvent::Move || event->type() == QEvent::Resize;
@@ -42,6 +48,11 @@ bool ScrollView::eventFilter(QObject *watched, QEvent *event)
         setGeometry(parentWidget()->rect());
     if (moved && watched == m_last)
         fitContent();
+    if (watched == m_cover
+        && (moved || event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
+        setOffset(m_offset);
+        revealFocus();
+    }
     return Pane::eventFilter(watched, event);
 }
 
@@ -91,7 +102,13 @@ void ScrollView::resizeEvent(QResizeEvent *)
     revealFocus();
 }
 
-int ScrollView::maxOffset() const { return std::max(m_least - height(), 0); }
+/// How much of the height nothing lies over, px.
+int ScrollView::openHeight() const
+{
+    return m_cover && m_cover->isVisible() ? std::min(m_cover->y(), height()) : height();
+}
+
+int ScrollView::maxOffset() const { return std::max(m_least - openHeight(), 0); }
 
 void ScrollView::setOffset(int offset)
 {
@@ -121,7 +138,7 @@ void ScrollView::reveal(const QWidget *widget)
 {
     const int top = widget->mapTo(contentView(), QPoint()).y() - revealMargin;
     const int bottom = top + widget->height() + 2 * revealMargin;
-    setOffset(std::min(std::max(m_offset, bottom - height()), top));
+    setOffset(std::min(std::max(m_offset, bottom - openHeight()), top));
 }
 
 } // namespace parloquin

@@ -25,6 +25,9 @@ public:
     void setLastWidget(QWidget *last, int margin);
     /// \param button kept in view beside the focused widget where there is room
     void setConcludingButton(QWidget *button) { m_button = button; }
+    /// \param cover a sibling that may lie over the page's lower end: while it is shown the form
+    /// can be scrolled out from under it, and what has the focus is kept off it
+    void setCover(QWidget *cover);
 
 protected:
     bool event(QEvent *event) override;
@@ -39,6 +42,7 @@ private:
     void followFinger(QMouseEvent *event);
     void setOffset(int offset);
     [[nodiscard]] int maxOffset() const;
+    [[nodiscard]] int openHeight() const;
     void fitContent();
     void revealFocus();
     void reveal(const QWidget *widget);
@@ -46,6 +50,7 @@ private:
     QWidget *m_content;
     QPointer<QWidget> m_last;
     QPointer<QWidget> m_button;
+    QPointer<QWidget> m_cover;
     int m_margin = 0;
     int m_least = 0; // px that the form is high
     int m_offset = 0; // px scrolled

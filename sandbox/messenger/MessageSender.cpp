@@ -32,12 +32,12 @@ void MessageSender::send(const QString &app, const QString &text)
         if (status == 202) {
             Q_EMIT sent();
         } else if (status == 0) {
-            Q_EMIT failed(QStringLiteral("The service at %1 does not answer.").arg(m_service));
+            Q_EMIT failed(tr("The service at %1 does not answer.").arg(m_service));
         } else {
             const auto answer = QJsonDocument::fromJson(reply->readAll()).object();
-            Q_EMIT failed(QStringLiteral("Not taken: %1.")
+            Q_EMIT failed(tr("Not taken: %1.")
                               .arg(answer.value(QStringLiteral("error"))
-                                       .toString(QStringLiteral("status %1").arg(status))));
+                                       .toString(tr("status %1").arg(status))));
         }
     });
 }

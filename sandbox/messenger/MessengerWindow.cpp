@@ -69,7 +69,7 @@ QWidget *MessengerWindow::makeBar()
 {
     auto *bar = new Panel(m_look.colour, this);
     bar->setFixedHeight(barHeight);
-    btnClose = new TapButton(TapButton::Kind::plain, m_look, QStringLiteral("Close"), bar);
+    btnClose = new TapButton(TapButton::Kind::plain, m_look, tr("Close"), bar);
     btnClose->setObjectName(QStringLiteral("btnClose"));
     auto *icon = new QLabel(bar);
     icon->setPixmap(QIcon(m_look.icon()).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
@@ -99,8 +99,8 @@ QWidget *MessengerWindow::makeHeader()
     names->setContentsMargins(0, 0, 0, 3); // the lines look centred when they stand a little high
     names->addStretch(1);
     names->addWidget(makeLabel(m_link.recipient, 16, QFont::DemiBold, ink, header));
-    names->addWidget(makeLabel(
-        QStringLiteral("Opened by a link from another app"), 13, QFont::Normal, quietInk, header));
+    names->addWidget(
+        makeLabel(tr("Opened by a link from another app"), 13, QFont::Normal, quietInk, header));
     names->addStretch(1);
     auto *row = new QHBoxLayout(header);
     row->setContentsMargins(margin, 0, margin, 0);
@@ -116,8 +116,9 @@ QWidget *MessengerWindow::makeChat()
     chat->setShadeAtBottom(12);
     m_lblEmpty = makeLabel({}, 15, QFont::Normal, quietInk, chat);
     m_lblEmpty->setTextFormat(Qt::RichText); // for the distance of the lines
-    m_lblEmpty->setText(QStringLiteral("<p style=\"line-height:21px;margin:0\">No messages yet.<br>"
-                                       "Tap Send, then go back to the other app.</p>"));
+    m_lblEmpty->setText(
+        QStringLiteral("<p style=\"line-height:21px;margin:0\">%1<br>%2</p>")
+            .arg(tr("No messages yet."), tr("Tap Send, then go back to the other app.")));
     m_lblEmpty->setAlignment(Qt::AlignCenter);
     m_bubble = new Bubble(m_link.text, m_look.colour, m_look.colour, m_look.ink, chat);
     m_bubble->hide();
@@ -129,9 +130,9 @@ QWidget *MessengerWindow::makeChat()
     auto *column = new QVBoxLayout(chat);
     column->setContentsMargins(margin, 24, margin, margin);
     column->setSpacing(6);
-    column->addWidget(new Pill(QStringLiteral("Stand-in messenger, for development"),
-                          m_look.quietTint(0.145), chat),
-        0, Qt::AlignHCenter);
+    column->addWidget(
+        new Pill(tr("Stand-in messenger, for development"), m_look.quietTint(0.145), chat), 0,
+        Qt::AlignHCenter);
     column->addStretch(1);
     column->addWidget(m_lblEmpty);
     column->addStretch(1);
@@ -152,14 +153,13 @@ QWidget *MessengerWindow::makeSheet()
     m_lblError->setObjectName(QStringLiteral("lblError"));
     m_lblError->setWordWrap(true);
     m_lblError->hide();
-    btnSend = new TapButton(TapButton::Kind::solid, m_look, QStringLiteral("Send"), sheet);
+    btnSend = new TapButton(TapButton::Kind::solid, m_look, tr("Send"), sheet);
     btnSend->setObjectName(QStringLiteral("btnSend"));
 
     auto *column = new QVBoxLayout(sheet);
     column->setContentsMargins(margin, 18, margin, 29);
     column->setSpacing(0);
-    column->addWidget(
-        makeLabel(QStringLiteral("Prepared message"), 12, QFont::DemiBold, quietInk, sheet));
+    column->addWidget(makeLabel(tr("Prepared message"), 12, QFont::DemiBold, quietInk, sheet));
     column->addSpacing(9);
     column->addWidget(new Bubble(m_link.text, m_look.tint(0.09), m_look.tint(0.26), ink, sheet));
     column->addSpacing(12);
@@ -186,14 +186,14 @@ void MessengerWindow::send()
     m_lblError->hide();
     m_lblEmpty->hide();
     m_bubble->show();
-    m_lblState->setText(QStringLiteral("Sending"));
+    m_lblState->setText(tr("Sending"));
     m_lblState->show();
     m_sender.send(m_link.app, m_link.text);
 }
 
 void MessengerWindow::onSent()
 {
-    m_lblState->setText(QStringLiteral("Sent \u2713"));
+    m_lblState->setText(tr("Sent") + QStringLiteral(" \u2713"));
     QTimer::singleShot(farewell, this, &QWidget::close);
 }
 

@@ -81,16 +81,19 @@ void TapButton::paintEvent(QPaintEvent *)
     }
     const qreal textWidth = fontMetrics().horizontalAdvance(text());
     const auto left = (width() - glyphWidth - glyphGap - textWidth) / 2;
+    // The plane flies on where the text begins, whichever way that is read.
+    const bool mirrored = isRightToLeft();
     painter.save();
-    painter.translate(left, (height() - glyphWidth) / 2);
-    painter.scale(glyphWidth, glyphWidth);
+    painter.translate(mirrored ? width() - left : left, (height() - glyphWidth) / 2);
+    painter.scale(mirrored ? -glyphWidth : glyphWidth, glyphWidth);
     painter.setPen(QPen(m_look.ink, 0.06, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(m_look.ink);
     painter.drawPath(plane());
     painter.restore();
     painter.setPen(m_look.ink);
-    painter.drawText(QRectF(left + glyphWidth + glyphGap, 0, textWidth + 1, height()),
-        Qt::AlignVCenter | Qt::AlignLeft, text());
+    painter.drawText(
+        QRectF(mirrored ? left - 1 : left + glyphWidth + glyphGap, 0, textWidth + 1, height()),
+        Qt::AlignVCenter | (mirrored ? Qt::AlignRight : Qt::AlignLeft), text());
     paintRing(painter);
 }
 

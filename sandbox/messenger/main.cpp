@@ -6,8 +6,8 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QLocale>
 #include <QtCore/QTimer>
+#include <QtCore/QTranslator>
 #include <QtCore/QUrl>
-#include <QtGui/QFontDatabase>
 #include <QtWidgets/QApplication>
 
 #include <cstdio>
@@ -33,6 +33,10 @@ int main(int argc, char **argv)
 {
     const QApplication app(argc, argv);
     QApplication::setLayoutDirection(QLocale().textDirection());
+    QTranslator texts;
+    if (texts.load(QLocale(), QStringLiteral("messenger"), QStringLiteral("_"),
+            QStringLiteral(":/translations")))
+        QCoreApplication::installTranslator(&texts);
     QApplication::setApplicationName(QStringLiteral("parloquin-messenger"));
     QGuiApplication::setDesktopFileName(QStringLiteral("parloquin-messenger"));
 
@@ -62,8 +66,9 @@ int main(int argc, char **argv)
     if (!link)
         return complain(fault);
 
-    if (QFontDatabase::families().contains(QStringLiteral("Inter")))
-        QApplication::setFont(QFont(QStringLiteral("Inter")));
+    QFont font;
+    font.setFamilies({ QStringLiteral("Inter"), QStringLiteral("Noto Sans Arabic") });
+    QApplication::setFont(font);
     messenger::MessengerWindow window(*link, parser.value(service));
     window.resize(390, 844);
     window.show();

@@ -86,8 +86,9 @@ void Walk::toTheCode(const Stop &stop)
     stop("country picker");
     hands::press(row("tblCountries", 3, 0)); // sizes may have given it another widget
     stop("country picker, pressed");
-    hands::moveTo(container.get(), { 200, 100 });
-    hands::release(container.get(), { 200, 100 });
+    const QPoint beside(size.width() / 2, 100);
+    hands::moveTo(container.get(), beside);
+    hands::release(container.get(), beside);
     tap(row("tblCountries", 3, 0));
     ASSERT_SOON(!find("tblCountries"));
 
@@ -107,6 +108,7 @@ void Walk::toTheCode(const Stop &stop)
     offer->setText(
         QCoreApplication::translate("Parloquin", "Fill in %1 from your message").arg(u"7K2"_s));
     offer->show();
+    QCoreApplication::sendPostedEvents(); // it is as high as its text needs
     stop("code entry, offered");
 }
 

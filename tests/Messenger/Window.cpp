@@ -8,6 +8,8 @@
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtCore/QSet>
+#include <QtCore/QTranslator>
 #include <QtWidgets/QLabel>
 
 #include <gtest/gtest.h>
@@ -112,6 +114,34 @@ TEST_F(Window, ShowsAMessageAsItIsWhateverStandsInIt)
     hands::Finger().tap(window->btnSend);
     ASSERT_TRUE(isSent());
     EXPECT_EQ(QJsonDocument::fromJson(server.requests().at(0).body)[u"text"].toString(), text);
+}
+
+TEST_F(Window, SaysInAnotherLanguageAllButTheNames)
+{
+    answer(500);
+    const auto said = [this] {
+        open();
+        QSet<QString> all;
+        const auto hear = [&] {
+            for (const auto *widget : window->findChildren<QWidget *>())
+                all.insert(widget->property("text").toString());
+        };
+        hands::click(window->btnSend);
+        hear(); // what waits
+        [this] { ASSERT_TRUE(QTest::qWaitFor([this] { return !shown("lblError").isEmpty(); })); }();
+        hear();
+        return all;
+    };
+    const QSet<QString> english = said();
+    for (const auto *language : { "ar", "de" }) {
+        QTranslator texts;
+        ASSERT_TRUE(texts.load(
+            QStringLiteral(TRANSLATIONS "/messenger_%1.qm").arg(QLatin1String(language))));
+        QCoreApplication::installTranslator(&texts);
+        QSet<QString> left = said() & english;
+        left.removeIf([](const QString &text) { return text.contains(u"AB2C-3D4E"_s); });
+        EXPECT_EQ(left, (QSet<QString> { {}, u"Parlo"_s, u"Verification service"_s })) << language;
+    }
 }
 
 TEST_F(Window, ClosesAtOnceEvenWhileItSends)
