@@ -14,7 +14,6 @@ public:
         setTitle(name);
     }
 
-    std::function<void()> appearing; ///< once
     Button *button = nullptr;
     TableView *table = nullptr;
     TextField *field = nullptr;
@@ -41,8 +40,6 @@ protected:
                 navigationController()->popViewController(true);
         });
         navigationItem().setLeftBarButtonItem(back);
-        if (appearing)
-            std::exchange(appearing, {})();
     }
     void viewWillDisappear(bool) override
     {

@@ -331,20 +331,6 @@ TEST_F(Table, ReloadKeepsThePlaceWhereItCan)
     press(Qt::Key_Down);
 }
 
-TEST_F(Table, LinesReachTheRowsEndFromRightToLeft)
-{
-    show();
-    table->setLayoutDirection(Qt::RightToLeft);
-    const auto isLined = [this](int x) {
-        const QImage edge = table->grab({ x, headerHeight + rowHeight - 2, 1, 4 }).toImage();
-        return QSet { edge.pixel(0, 0), edge.pixel(0, 1), edge.pixel(0, 2), edge.pixel(0, 3) }
-                   .size()
-            > 1;
-    };
-    EXPECT_TRUE(isLined(26));
-    EXPECT_FALSE(isLined(382)) << "its beginning";
-}
-
 // As a table does that has never shown anything else: titles, rows, ticks, lines and all.
 TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
 {
