@@ -1,7 +1,5 @@
 #include "Looks/Walk.h"
 
-#include <sstream>
-
 void Walk::SetUp()
 {
     ContainerTest::SetUp();
@@ -110,28 +108,4 @@ void Walk::toTheCode(const Stop &stop)
     offer->show();
     QCoreApplication::sendPostedEvents(); // it is as high as its text needs
     stop("code entry, offered");
-}
-
-std::string difference(const QImage &seen, const QImage &expected, int rounding)
-{
-    std::ostringstream text;
-    if (seen.size() != expected.size()) {
-        text << seen.width() << " x " << seen.height() << ", not " << expected.width() << " x "
-             << expected.height();
-        return text.str();
-    }
-    int count = 0;
-    for (int y = 0; y < seen.height(); ++y) {
-        for (int x = 0; x < seen.width(); ++x) {
-            const QColor color = seen.pixelColor(x, y);
-            const QColor other = expected.pixelColor(x, y);
-            const int off = std::max({ std::abs(color.red() - other.red()),
-                std::abs(color.green() - other.green()), std::abs(color.blue() - other.blue()),
-                std::abs(color.alpha() - other.alpha()) });
-            if (off > rounding && count++ == 0)
-                text << "first at " << x << ',' << y << ": " << color.name().toStdString()
-                     << ", not " << other.name().toStdString() << ", of pixels ";
-        }
-    }
-    return count == 0 ? std::string() : text.str() + std::to_string(count);
 }

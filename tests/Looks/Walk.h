@@ -29,7 +29,3 @@ private:
     void presentWaiting(const Stop &stop);
     void toTheCode(const Stop &stop);
 };
-
-/// \return nothing where both are the same, else how the first pixel differs that does by more than
-/// this much of a colour, and how many do
-std::string difference(const QImage &seen, const QImage &expected, int rounding = 0);

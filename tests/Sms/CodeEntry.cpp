@@ -113,24 +113,12 @@ TEST_F(CodeEntry, AHostMayDeleteTheContainerOverAMissingNetwork)
     ApiSessionHelper::shared().isNetworkReachable = true; // for whoever comes in this process
 }
 
-TEST_F(CodeEntry, AnAnswerIsToldToNobodyOnceTheContainerIsGone)
-{
-    server.pause();
-    hands::keys(u"471"_s);
-    tap("btnCheck");
-    ASSERT_SOON(bodies("check-otp").size() == 1);
-    container.reset();
-    server.proceed();
-    (void)QTest::qWaitFor([this] { return !told().isEmpty(); }, 200);
-    EXPECT_EQ(told(), QStringList());
-}
-
 TEST_F(CodeEntry, TryAgainLooksUnpressed)
 {
     auto *const link = part("btnTryAgain");
     const QImage before = link->grab().toImage();
     hands::press(link);
-    EXPECT_EQ(link->grab().toImage(), before);
+    EXPECT_EQ(difference(link->grab().toImage(), before), "");
 }
 
 TEST_F(CodeEntry, EnterChecksFromTheLastBoxOnce)

@@ -198,7 +198,7 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     };
     const QImage plain = drawn();
     table->setPalette(QPalette(Qt::darkBlue, Qt::darkBlue));
-    EXPECT_TRUE(drawn() == plain) << "by a host's palette";
+    EXPECT_EQ(difference(drawn(), plain), "") << "by a host's palette";
     EXPECT_SOON(!thumb->isVisible());
 }
 
@@ -345,8 +345,7 @@ TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
     };
     for (const int offset : { 0, 300, ticked, 100000, ticked - 300, 458, ticked + 44, 5, 0 }) {
         table->setContentOffset(offset);
-        EXPECT_TRUE(table->grab().toImage() == fresh(table->contentOffset()))
-            << "drawn otherwise at " << offset;
+        EXPECT_EQ(difference(table->grab().toImage(), fresh(table->contentOffset())), "") << offset;
         for (auto *cell : table->visibleCells()) {
             EXPECT_EQ(qobject_cast<CountryTableCell *>(cell)->countryModel()->title,
                 source.country(cell->indexPath()).title)

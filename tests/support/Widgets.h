@@ -14,6 +14,7 @@
 #include "TestKit/PacedStyle.h"
 #include "support/ByName.h"
 #include "support/Hands.h"
+#include "support/Pictures.h"
 
 #include <QtCore/QPointer>
 #include <QtTest/QSignalSpy>

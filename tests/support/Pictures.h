@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QtGui/QColor>
+#include <QtGui/QImage>
+
+#include <algorithm>
+#include <sstream>
+#include <string>
+
+/// \return nothing where both are the same, else how the first pixel differs that does by more than
+/// this much of a colour, and how many do
+inline std::string difference(const QImage &seen, const QImage &expected, int rounding = 0)
+{
+    std::ostringstream text;
+    if (seen.size() != expected.size()) {
+        text << seen.width() << " x " << seen.height() << ", not " << expected.width() << " x "
+             << expected.height();
+        return text.str();
+    }
+    int count = 0;
+    for (int y = 0; y < seen.height(); ++y) {
+        for (int x = 0; x < seen.width(); ++x) {
+            const QColor color = seen.pixelColor(x, y);
+            const QColor other = expected.pixelColor(x, y);
+            const int off = std::max({ std::abs(color.red() - other.red()),
+                std::abs(color.green() - other.green()), std::abs(color.blue() - other.blue()),
+                std::abs(color.alpha() - other.alpha()) });
+            if (off > rounding && count++ == 0)
+                text << "first at " << x << ',' << y << ": " << color.name().toStdString()
+                     << ", not " << other.name().toStdString() << ", of pixels ";
+        }
+    }
+    return count == 0 ? std::string() : text.str() + std::to_string(count);
+}
