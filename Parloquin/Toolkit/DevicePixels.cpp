@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/DevicePixels.h"
 
+#include <QtCore/QtMath>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 
@@ -32,6 +33,13 @@ void drawHairline(QPainter &painter, const QRectF &box, Qt::Edge edge, const QCo
     else
         line.setTop(line.bottom());
     painter.fillRect(fromPixels(painter, line), color);
+}
+
+void drawBar(QPainter &painter, const QRectF &box, const QColor &color)
+{
+    QRect bar = pixelsOf(painter, box);
+    bar.setWidth(std::max(qFloor(box.width() * painter.deviceTransform().m11()), 1));
+    painter.fillRect(fromPixels(painter, bar), color);
 }
 
 void drawFrame(QPainter &painter, const QRectF &box, qreal width, qreal radius, const QColor &color)

@@ -13,6 +13,9 @@ namespace parloquin::DevicePixels {
 
 /// One device pixel along an edge of the box, inside of it.
 void drawHairline(QPainter &painter, const QRectF &box, Qt::Edge edge, const QColor &color);
+/// The box, but no wider than it is wherever it stands: between whole ratios its edges might round
+/// to one device pixel more.
+void drawBar(QPainter &painter, const QRectF &box, const QColor &color);
 /// \brief A rounded frame inside of the box.
 /// \param width px, drawn as the nearest number of device pixels; below 1 as a hairline
 /// \param radius of the box, px

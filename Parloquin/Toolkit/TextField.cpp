@@ -230,8 +230,10 @@ void TextField::paintEvent(QPaintEvent *event)
         drawLine(text(), Style::ink);
     else
         QLineEdit::paintEvent(event);
-    if (m_caretShown && hasFocus() && !isReadOnly())
-        QPainter(this).fillRect(caret(), Style::blue);
+    if (m_caretShown && hasFocus() && !isReadOnly()) {
+        QPainter painter(this);
+        DevicePixels::drawBar(painter, caret(), Style::blue);
+    }
 }
 
 // Behind the last digit the caret keeps off it a little; elsewhere it parts two, in the gap they

@@ -1,6 +1,7 @@
 // Lines at the ratio that the process runs with: whole pixels of the device, each like the others.
 #include "Looks/Walk.h"
 
+#include <QtCore/QtMath>
 #include <QtGui/QColor>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
@@ -71,6 +72,7 @@ TEST_F(Lines, CoverWholePixelsOfTheDevice)
     take([&](const std::string &stop) {
         const QImage now = picture();
         const int frame = qRound(now.devicePixelRatio()); // of a box, which is 1 px
+        const QString caret = u"#0000ff %1, "_s.arg(qFloor(2 * now.devicePixelRatio()));
         const QString black = u"#000000 %1, "_s.arg(frame);
         const QString blue = u"#0000ff %1, "_s.arg(frame);
         if (stop == "app list") {
@@ -86,12 +88,11 @@ TEST_F(Lines, CoverWholePixelsOfTheDevice)
             find<QLineEdit>("txtCountryCode")->setText(find<QLineEdit>("txtPhoneNumber")->text());
             EXPECT_EQ(inkedRows("txtCountryCode"), inkedRows("txtPhoneNumber")) << "one base line";
             // Over the digits, where only the caret reaches.
-            const QString caret = met(now, { 126, 223 }, { 350, 223 });
-            EXPECT_TRUE(caret.startsWith(u"#0000ff") && caret.count(u',') == 1)
-                << caret.toStdString();
+            EXPECT_EQ(met(now, { 126, 223 }, { 350, 223 }), caret) << "of the number";
         } else if (stop == "code entry") {
             EXPECT_EQ(met(now, { 165, 160 }, { 295, 160 }), u"#808080 1, "_s.repeated(4))
                 << "digits";
+            EXPECT_EQ(met(now, { 110, 180 }, { 145, 180 }), caret) << "of a digit";
             EXPECT_EQ(met(now, { 30, 135 }, { 30, 225 }), blue.repeated(2)) << "frame";
         }
     });
