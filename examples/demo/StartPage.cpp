@@ -7,6 +7,7 @@
 #include "SvgPicture.h"
 #include "Text.h"
 
+#include <QtCore/QLocale>
 #include <QtGui/QPainter>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QVBoxLayout>
@@ -137,7 +138,7 @@ QWidget *StartPage::makeSteps()
         auto *line = new QHBoxLayout(row);
         line->setContentsMargins(20, 4, 20, 4);
         line->setSpacing(16);
-        line->addWidget(new Disc(28, Look::softBlue, QString::number(++number), row));
+        line->addWidget(new Disc(28, Look::softBlue, QLocale().toString(++number), row));
         line->addLayout(texts, 1);
         card->addRow(row, 80);
     }

@@ -32,6 +32,9 @@ QLabel *makeLabel(
 {
     auto *label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText); // names and texts come from outside
+    // The page decides the side; a name may be of another direction than the page.
+    label->setAlignment((label->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft)
+        | Qt::AlignAbsolute | Qt::AlignVCenter);
     auto font = label->font();
     font.setPixelSize(size);
     font.setWeight(weight);
@@ -98,7 +101,9 @@ QWidget *MessengerWindow::makeHeader()
     names->setSpacing(1);
     names->setContentsMargins(0, 0, 0, 3); // the lines look centred when they stand a little high
     names->addStretch(1);
-    names->addWidget(makeLabel(m_link.recipient, 16, QFont::DemiBold, ink, header));
+    auto *name = makeLabel(m_link.recipient, 16, QFont::DemiBold, ink, header);
+    name->setFixedHeight(20); // also with the taller lines of a font for Arabic
+    names->addWidget(name);
     names->addWidget(
         makeLabel(tr("Opened by a link from another app"), 13, QFont::Normal, quietInk, header));
     names->addStretch(1);
@@ -119,6 +124,7 @@ QWidget *MessengerWindow::makeChat()
     m_lblEmpty->setText(
         QStringLiteral("<p style=\"line-height:21px;margin:0\">%1<br>%2</p>")
             .arg(tr("No messages yet."), tr("Tap Send, then go back to the other app.")));
+    m_lblEmpty->setWordWrap(true);
     m_lblEmpty->setAlignment(Qt::AlignCenter);
     m_bubble = new Bubble(m_link.text, m_look.colour, m_look.colour, m_look.ink, chat);
     m_bubble->hide();

@@ -35,7 +35,10 @@ constexpr auto head = R"({
       "tr": "Lütfen demo için numaramı doğrulayın. Kodum {code}. Lütfen bu metni değiştirmeyin.",
       "ar": "يرجى تأكيد رقمي للعرض التجريبي. رمزي هو {code}. يرجى عدم تغيير هذا النص."
     },
-    "recipient": "Verification service"
+    "recipient": {
+      "en": "Verification service", "de": "Bestätigungsdienst", "fr": "Service de vérification",
+      "es": "Servicio de verificación", "tr": "Doğrulama hizmeti", "ar": "خدمة التحقق"
+    }
   },
   "apps": [
     {

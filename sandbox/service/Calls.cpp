@@ -51,7 +51,7 @@ std::string titleOf(const Country &country, const std::string &language)
         return titles;
     }();
     const auto found = own.find(country.countryCode);
-    const auto name = countryName(country.countryCode, language);
+    const auto name = countryName(country.countryCode, language).text;
     const auto isOwn = found != own.end() && found->second == country.title;
     return isOwn && !name.empty() ? std::string(name) : country.title;
 }
@@ -239,8 +239,13 @@ Answer<CallResult> Calls::result(const json &parameters) const
 
 CallResult Calls::country() const
 {
-    json list = json::array();
+    // By name, which is another order in each language; a scenario's own list stays in its own.
+    std::multimap<int, const Country &> countries;
+    const bool isOwn = m_scenario.countries != allCountries();
     for (const auto &country : m_scenario.countries)
+        countries.emplace(isOwn ? 0 : countryName(country.countryCode, m_language).place, country);
+    json list = json::array();
+    for (const auto &[place, country] : countries)
         list.push_back({ { "countryCode", country.countryCode },
             { "title", titleOf(country, m_language) }, { "phoneCode", country.phoneCode } });
     return { { { "list", std::move(list) } },

@@ -4,9 +4,13 @@
 
 namespace sandbox {
 
+struct LocalName {
+    std::string_view text; ///< empty where it is not known
+    int place = 0; ///< among all countries, by the alphabet of the language
+};
+
 /// The name of a country in another language than English, from iso-codes when this was built.
 /// \param country two upper-case letters
-/// \return empty when it is not known
-std::string_view countryName(std::string_view country, std::string_view language);
+LocalName countryName(std::string_view country, std::string_view language);
 
 }

@@ -41,6 +41,8 @@ struct Country {
     std::string countryCode;
     std::string title;
     std::string phoneCode; ///< with the plus
+
+    bool operator==(const Country &) const = default;
 };
 
 struct Texts {

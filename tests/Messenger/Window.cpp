@@ -126,6 +126,7 @@ TEST_F(Window, SaysInAnotherLanguageAllButTheNames)
             for (const auto *widget : window->findChildren<QWidget *>())
                 all.insert(widget->property("text").toString());
         };
+        EXPECT_EQ(window->width(), 390) << "it asks for more";
         hands::click(window->btnSend);
         hear(); // what waits
         [this] { ASSERT_TRUE(QTest::qWaitFor([this] { return !shown("lblError").isEmpty(); })); }();

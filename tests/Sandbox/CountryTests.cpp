@@ -69,6 +69,17 @@ TEST(SandboxLanguage, AnswersInTheLanguageOfTheRequest)
             { "nl", "Germany", "Türkiye", "Verify with Parlo", "Too many attempts." },
             { "", "Germany", "Türkiye", "Verify with Parlo", "Too many attempts." },
         };
+    const auto places = [](const char *language) {
+        const json list = Sandbox().call("country", json::object(), language).result().at("list");
+        std::map<std::string, int> all;
+        for (const auto &each : list)
+            all.emplace(each["countryCode"], static_cast<int>(all.size()));
+        return all;
+    };
+    auto in = places("de");
+    EXPECT_EQ(in["VI"], in["AS"] + 1) << "Amerikanische Jungferninseln";
+    in = places("tr");
+    EXPECT_LT(in["KG"], in["KI"]) << "Kırgızistan, Kiribati";
     for (const auto &[language, country, renamed, text, refusal] : rows) {
         const auto ask = [&, in = language](const char *call, const char *parameters) {
             return sandbox.call(call, json::parse(parameters), in);

@@ -31,7 +31,7 @@
     </message>
     <message>
         <source>%1 seconds</source>
-        <translation>%1 ثانية</translation>
+        <translation>%1 ث</translation>
     </message>
     <message>
         <source>%1 min %2 s</source>
