@@ -46,8 +46,8 @@ void OtpCheckViewController::orderMessageCode()
 
 void OtpCheckViewController::setButtonMessageCode()
 {
-    // Over the page, as a keyboard offers words: nothing that is there moves, unless it is covered
-    // and typed in.
+    // At the page's lower end, as a keyboard offers words: nothing that is there moves, unless it
+    // is typed in and would be covered.
     btnMessageCode = new Button(Button::Kind::soft, {}, this);
     btnMessageCode->setObjectName(QStringLiteral("btnMessageCode"));
     btnMessageCode->hide();

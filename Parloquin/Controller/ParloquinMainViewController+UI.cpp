@@ -11,11 +11,14 @@
 #include "Parloquin/Toolkit/View.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QResizeEvent>
 
 namespace parloquin {
 namespace {
 
-constexpr int kitRowHeight = 80; // px
+constexpr int kitRowHeight = 80; // px, as all here
+constexpr int descriptionMargin = 30; // over and under it
+constexpr int panelHeight = 105;
 
 } // namespace
 
@@ -115,13 +118,22 @@ void ParloquinMainViewController::showEmptyLook()
             QCoreApplication::translate("Parloquin", "No apps to show"));
 }
 
+// At twice the scale a long description would leave no room for a single app.
+void ParloquinMainViewController::resizeEvent(QResizeEvent *event)
+{
+    BaseViewController::resizeEvent(event);
+    if (lblDescription)
+        lblDescription->setMostHeight(
+            event->size().height() - 2 * descriptionMargin - kitRowHeight - panelHeight);
+}
+
 // clang-format off
 void ParloquinMainViewController::setAnchorsForDescriptionLabel()
 {
     activate(this, {
         leading(lblDescription)  == leading(this) + 25,
         trailing(lblDescription) == trailing(this) - 25,
-        top(lblDescription)      == top(this) + 30,
+        top(lblDescription)      == top(this) + descriptionMargin,
     });
 }
 
@@ -133,11 +145,11 @@ void ParloquinMainViewController::setAnchorsForKitsTable()
         leading(viewAlternativeKit)  == leading(this),
         trailing(viewAlternativeKit) == trailing(this),
         bottom(viewAlternativeKit)   == bottom(this),
-        height(viewAlternativeKit)   == 105,
+        height(viewAlternativeKit)   == panelHeight,
 
         leading(tblKits)             == leading(this),
         trailing(tblKits)            == trailing(this),
-        top(tblKits)                 == bottom(lblDescription) + 30,
+        top(tblKits)                 == bottom(lblDescription) + descriptionMargin,
         bottom(tblKits)              == top(viewAlternativeKit),
     });
 }

@@ -35,6 +35,7 @@ protected:
     void setUI() override;
     void viewWillAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     [[nodiscard]] int numberOfRows(const TableView &table, int section) const override;

@@ -7,6 +7,7 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyle>
 
+#include <algorithm>
 #include <cmath>
 
 namespace parloquin {
@@ -63,6 +64,26 @@ void Label::setNumberOfLines(int lines)
     update();
 }
 
+void Label::setMostHeight(int height)
+{
+    if (height == m_mostHeight)
+        return;
+    m_mostHeight = height;
+    updateGeometry();
+    update();
+}
+
+int Label::linesFor(int width) const
+{
+    if (m_lines > 0 || m_mostHeight == QWIDGETSIZE_MAX)
+        return m_lines;
+    const TextBlock &whole = m_drawn.of(m_text, face(), width, 0);
+    if (whole.height() <= m_mostHeight)
+        return 0;
+    const int line = whole.height() / static_cast<int>(whole.lines().size());
+    return std::max(m_mostHeight / line, 1);
+}
+
 void Label::setShrinksToFit(bool shrinks)
 {
     m_shrinks = shrinks;
@@ -71,7 +92,7 @@ void Label::setShrinksToFit(bool shrinks)
 
 int Label::heightForWidth(int width) const
 {
-    return TextBlock(m_text, face(), width, m_lines).height();
+    return TextBlock(m_text, face(), width, linesFor(width)).height();
 }
 
 QSize Label::sizeHint() const
@@ -90,7 +111,7 @@ void Label::drawText(QPainter &painter, const QRect &place)
 {
     painter.setPen(m_color);
     const Qt::Alignment alignment = QStyle::visualAlignment(layoutDirection(), m_alignment);
-    const TextBlock &whole = m_drawn.of(m_text, face(), place.width(), m_lines);
+    const TextBlock &whole = m_drawn.of(m_text, face(), place.width(), linesFor(place.width()));
     if (!m_shrinks || !whole.isElided()) {
         whole.draw(painter, place, alignment);
         return;

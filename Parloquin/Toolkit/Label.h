@@ -27,6 +27,9 @@ public:
     void setAlignment(Qt::Alignment alignment);
     /// 0: as many as the text needs; else elided on the last line.
     void setNumberOfLines(int lines);
+    /// \param height px; a text of as many lines as it needs is elided where they would be higher,
+    /// but for the first
+    void setMostHeight(int height);
     /// Draws a text too wide for the label smaller instead of eliding it.
     void setShrinksToFit(bool shrinks);
 
@@ -42,14 +45,16 @@ protected:
     void drawText(QPainter &painter, const QRect &place);
 
 private:
+    [[nodiscard]] int linesFor(int width) const;
     [[nodiscard]] const QFont &face() const { return m_face.font(); }
 
     QString m_text;
     Typeface m_face;
-    KeptTextBlock m_drawn;
+    mutable KeptTextBlock m_drawn;
     QColor m_color;
     Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     int m_lines = 1;
+    int m_mostHeight = QWIDGETSIZE_MAX; // px
     bool m_shrinks = false;
 };
 

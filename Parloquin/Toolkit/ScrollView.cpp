@@ -45,14 +45,13 @@ bool ScrollView::eventFilter(QObject *watched, QEvent *event)
 {
     const bool moved = event->type() == QEvent::Move || event->type() == QEvent::Resize;
     if (moved && watched == parent())
-        setGeometry(parentWidget()->rect());
+        fitParent();
     if (moved && watched == m_last)
         fitContent();
     if (watched == m_cover
-        && (moved || event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
-        setOffset(m_offset);
-        revealFocus();
-    }
+        && (moved || event->type() == QEvent::ShowToParent
+            || event->type() == QEvent::HideToParent))
+        fitParent();
     return Pane::eventFilter(watched, event);
 }
 
@@ -102,18 +101,20 @@ void ScrollView::resizeEvent(QResizeEvent *)
     revealFocus();
 }
 
-/// How much of the height nothing lies over, px.
-int ScrollView::openHeight() const
-{
-    return m_cover && m_cover->isVisible() ? std::min(m_cover->y(), height()) : height();
-}
-
-int ScrollView::maxOffset() const { return std::max(m_least - openHeight(), 0); }
+int ScrollView::maxOffset() const { return std::max(m_least - height(), 0); }
 
 void ScrollView::setOffset(int offset)
 {
     m_offset = std::clamp(offset, 0, maxOffset());
     m_content->setGeometry(0, -m_offset, width(), std::max(height(), m_least));
+}
+
+void ScrollView::fitParent()
+{
+    QRect place = parentWidget()->rect();
+    if (m_cover && m_cover->isVisibleTo(parentWidget()))
+        place.setBottom(std::min(place.bottom(), m_cover->y() - 1));
+    setGeometry(place);
 }
 
 void ScrollView::fitContent()
@@ -138,7 +139,7 @@ void ScrollView::reveal(const QWidget *widget)
 {
     const int top = widget->mapTo(contentView(), QPoint()).y() - revealMargin;
     const int bottom = top + widget->height() + 2 * revealMargin;
-    setOffset(std::min(std::max(m_offset, bottom - openHeight()), top));
+    setOffset(std::min(std::max(m_offset, bottom - height()), top));
 }
 
 } // namespace parloquin

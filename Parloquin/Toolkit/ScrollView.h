@@ -6,8 +6,8 @@
 
 namespace parloquin {
 
-/// \brief The page of a form: fills its parent exactly, and scrolls only where the parent is lower
-/// than the form, as under an on-screen keyboard.
+/// \brief The page of a form: fills its parent exactly, and scrolls only where it is lower than
+/// the form, as under an on-screen keyboard.
 ///
 /// Whatever takes the focus is brought into view, and with it the button that concludes the form
 /// while both fit. Main thread only.
@@ -25,8 +25,7 @@ public:
     void setLastWidget(QWidget *last, int margin);
     /// \param button kept in view beside the focused widget where there is room
     void setConcludingButton(QWidget *button) { m_button = button; }
-    /// \param cover a sibling that may lie over the page's lower end: while it is shown the form
-    /// can be scrolled out from under it, and what has the focus is kept off it
+    /// \param cover a sibling at the parent's lower end: while it is shown the page ends above it
     void setCover(QWidget *cover);
 
 protected:
@@ -42,7 +41,7 @@ private:
     void followFinger(QMouseEvent *event);
     void setOffset(int offset);
     [[nodiscard]] int maxOffset() const;
-    [[nodiscard]] int openHeight() const;
+    void fitParent();
     void fitContent();
     void revealFocus();
     void reveal(const QWidget *widget);

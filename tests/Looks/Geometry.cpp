@@ -47,11 +47,17 @@ TEST_P(Geometry, OfWhatIsTappedOrCutIsExact)
 }
 
 // What is left of a phone of 390 x 844 at twice the scale.
-TEST_P(Geometry, CodeBoxesStandWholeOnANarrowScreen)
+TEST_P(Geometry, LeavesRoomForAnAppAndStandsCodeBoxesWholeOnANarrowScreen)
 {
+    answer("/v1.0/init",
+        QByteArray(threeApps).replace(
+            "an app", QByteArray("the app of your messages ").repeated(9)));
     QApplication::setLayoutDirection(GetParam());
     size = { 195, 422 };
     take([&](const std::string &stop) {
+        if (stop == "app list") {
+            EXPECT_GE(frame(visible("tblKits")).height(), 80) << "of a row";
+        }
         if (stop != "code entry")
             return;
         const QRect around = frame(visible("viewFieldsBack"));
