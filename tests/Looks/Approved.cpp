@@ -63,14 +63,15 @@ struct Kind {
 std::vector<Kind> kinds()
 {
     std::vector<Kind> all { { "LeftToRight", Qt::LeftToRight, { 390, 844 } },
-        { "RightToLeft", Qt::RightToLeft, { 320, 480 } } };
+        { "RightToLeft", Qt::RightToLeft, { 320, 480 } },
+        { "TwiceTheScale", Qt::LeftToRight, { 195, 422 } } }; // of 390 x 844
     const QStringList sizes = qEnvironmentVariable("SIZES").split(u' ', Qt::SkipEmptyParts);
     for (const QString &each : sizes) {
         const QSize size(each.section(u'x', 0, 0).toInt(), each.section(u'x', 1).toInt());
         all.push_back({ each.toStdString() + "ltr", Qt::LeftToRight, size });
         all.push_back({ each.toStdString() + "rtl", Qt::RightToLeft, size });
     }
-    all.erase(all.begin(), all.begin() + (sizes.isEmpty() ? 0 : 2));
+    all.erase(all.begin(), all.begin() + (sizes.isEmpty() ? 0 : 3));
     return all;
 }
 
@@ -139,7 +140,8 @@ void Approved::answerMuch()
             QString(QChar(u'A' + i / 3)), QString::number(i), code, QString::number(30 + i * 7)));
     }
     answer("/v1.0/init",
-        uR"({"result":{"description":"Pick the app that you use most.","alternativeValidation":"otp",
+        uR"({"result":{"alternativeValidation":"otp",
+            "description":"Pick the app that you use most. Its message is ready, you only send it from there.",
             "alternativeValidationDescription":"Get a code by SMS instead","list":[%1]}})"_s
             .arg(apps.join(u','))
             .toUtf8());

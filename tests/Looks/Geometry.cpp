@@ -46,38 +46,6 @@ TEST_P(Geometry, OfWhatIsTappedOrCutIsExact)
     });
 }
 
-// What is left of a phone of 390 x 844 at twice the scale.
-TEST_P(Geometry, LeavesRoomForAnAppAndStandsCodeBoxesWholeOnANarrowScreen)
-{
-    answer("/v1.0/init",
-        QByteArray(threeApps).replace(
-            "an app", QByteArray("the app of your messages ").repeated(9)));
-    QApplication::setLayoutDirection(GetParam());
-    size = { 195, 422 };
-    take([&](const std::string &stop) {
-        if (stop == "app list") {
-            EXPECT_GE(frame(visible("tblKits")).height(), 80) << "of a row";
-        }
-        if (stop != "code entry")
-            return;
-        const QRect around = frame(visible("viewFieldsBack"));
-        EXPECT_EQ(around, QRect(20, 142, 155, 75));
-        std::vector<QRect> boxes;
-        for (const char *name : { "txtCode0", "txtCode1", "txtCode2" })
-            boxes.push_back(frame(visible(name)));
-        if (GetParam() == Qt::RightToLeft)
-            std::ranges::reverse(boxes);
-        int end = around.x();
-        for (const QRect &box : boxes) {
-            EXPECT_EQ(box.size(), boxes[0].size());
-            EXPECT_GE(box.width(), 36);
-            EXPECT_GE(box.x() - end, 8) << "no room for the ring of the one at " << box.x();
-            end = box.x() + box.width();
-        }
-        EXPECT_GE(around.x() + around.width() - end, 8);
-    });
-}
-
 INSTANTIATE_TEST_SUITE_P(Directions, Geometry, testing::Values(Qt::LeftToRight, Qt::RightToLeft),
     [](const auto &row) { return row.param == Qt::LeftToRight ? "LeftToRight" : "RightToLeft"; });
 
