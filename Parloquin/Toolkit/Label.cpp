@@ -78,7 +78,7 @@ int Label::linesFor(int width) const
     if (m_lines > 0 || m_mostHeight == QWIDGETSIZE_MAX)
         return m_lines;
     const TextBlock &whole = m_drawn.of(m_text, face(), width, 0);
-    if (whole.height() <= m_mostHeight)
+    if (whole.height() <= std::max(m_mostHeight, 0)) // an empty one has no line
         return 0;
     const int line = whole.height() / static_cast<int>(whole.lines().size());
     return std::max(m_mostHeight / line, 1);
