@@ -24,14 +24,20 @@ private Q_SLOTS:
         QFETCH(QString, place);
         MainWindow app;
         app.show();
-        QTest::mouseClick(app.findChild<QPushButton *>(place), Qt::LeftButton);
-        ParloquinTest::Person person(sandbox, app.findChild<ParloquinViewController *>());
+        const auto kit = [&app] { return app.findChild<ParloquinViewController *>(); };
+        const auto open = [&] {
+            QTest::mouseClick(app.findChild<QPushButton *>(place), Qt::LeftButton);
+            return kit();
+        };
+        QVERIFY(ParloquinTest::Person(sandbox, open()).closes());
+        QTRY_VERIFY(!kit()); // nor is anything left where it was
+        ParloquinTest::Person person(sandbox, open());
         QVERIFY(person.asksForCode("470123456"));
         QVERIFY(person.types(sandbox.lastCode()));
         const auto *state = app.findChild<QLabel *>("state");
         QTRY_VERIFY(state->text().startsWith("Verified"));
         QVERIFY(sandbox.confirms(state->text().section(' ', -1)));
-        QTRY_VERIFY(!app.findChild<ParloquinViewController *>()); // and is gone from there
+        QTRY_VERIFY(!kit());
     }
 };
 

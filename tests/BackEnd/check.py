@@ -43,8 +43,8 @@ try:
             sandbox.ask("outcomes", {"result": outcome})
             done = run(program, f"{CLIENTS}/{client}", f"http://127.0.0.1:{sandbox.port}", "parloquin-demo", secret, session)
             said = (done.stdout + done.stderr).decode().strip()
-            if not re.fullmatch(answer, said, re.DOTALL):
-                failures.append(f"{client}, {session}, {outcome}: {said} instead of {answer}")
+            if not re.fullmatch(answer, said, re.DOTALL) or done.returncode != ("verified" not in answer):
+                failures.append(f"{client}, {session}, {outcome}: {said} ({done.returncode}) instead of {answer}")
 
     vectors = json.loads(pathlib.Path(VECTORS).read_text())
     key = example.SIGNING_KEY.hex()

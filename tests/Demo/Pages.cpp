@@ -1,5 +1,6 @@
 // The demo's own pages, with a hand on them.
 #include "BackEnd.h"
+#include "DemoWindow.h"
 #include "OutcomePage.h"
 #include "StartPage.h"
 #include "support/Hands.h"
@@ -43,6 +44,25 @@ TEST(DemoStart, LetsOneVerifyOnlyWhileTheSandboxRuns)
         hands::click(partOf(page, "btnVerify"));
         EXPECT_EQ(taps.size(), counted);
     }
+}
+
+TEST(DemoWindow, GivesTheKitAllItsRoomAndIsBackWhenThatCloses)
+{
+    RawServer server;
+    server.answer("/sandbox/health", RawServer::http(200, R"({"status":"running"})"));
+    qputenv("PARLOQUIN_SERVICE_HOST", server.hostAndPort().toLatin1());
+    demo::DemoWindow window;
+    window.show();
+    QWidget *const verify = partOf(window, "btnVerify");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return verify->isEnabled(); }));
+    hands::click(verify);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !verify->isVisible() && window.isAtRest(); }));
+    window.resize(window.size() - QSize(40, 80));
+    const auto *const kit = window.findChild<ParloquinViewController *>();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return kit->size() == window.size(); }));
+    hands::click(partOf(window, "btnClose"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.findChild<ParloquinViewController *>(); }));
+    EXPECT_TRUE(verify->isVisible());
 }
 
 TEST(DemoBackEnd, ConfirmsNoSessionButTheOneThatTheServiceKnows)

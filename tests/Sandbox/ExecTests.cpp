@@ -53,16 +53,17 @@ TEST(SandboxExec, EndsAsTheHostDoes)
 
 TEST(SandboxExec, GivesTheHostAServiceAndAMessenger)
 {
-    const auto output = expectEnd(
+    auto words =
         shell("env; python3 -c 'import os, urllib.request as web; print(web.urlopen(\"http://\""
               " + os.environ[\"PARLOQUIN_SERVICE_HOST\"] + \"/sandbox/health\").read())';"
               "gio mime x-scheme-handler/parlo; command -v parloquin-messenger; "
-              "parloquin-messenger x:"),
-        2); // the messenger's, of a bad link
+              "parloquin-messenger x:");
+    words.insert(words.begin(), { "/usr/bin/env", "QT_LOGGING_RULES=mine=true" });
+    const auto output = expectEnd(words, 2); // the messenger's, of a bad link
     for (const auto *part :
         { R"({"status":"running"})", "parloquin-messenger.desktop", MESSENGER_PROGRAM })
         EXPECT_TRUE(holds(output, part));
-    EXPECT_TRUE(valueOf("QT_LOGGING_RULES", output).starts_with("parloquin*=true")) << output;
+    EXPECT_EQ(valueOf("QT_LOGGING_RULES", output), "parloquin*=true;mine=true");
 
     const auto folders = valueOf("XDG_DATA_DIRS", output);
     const auto folder = folders.substr(0, folders.find(':'));
@@ -132,4 +133,29 @@ TEST(SandboxExec, MakesARouteWhereThereIsNoneOrTellsTheHostOfOne)
         command.insert(command.begin(), own.begin(), own.end());
         EXPECT_TRUE(holds(expectEnd(command, EXIT_SUCCESS, words), heard)) << words;
     }
+}
+
+TEST(SandboxModem, BringsEachCodeOnce)
+{
+    const Sandbox sandbox;
+    Process modem({ MODEM_PROGRAM, "--service", "127.0.0.1:" + std::to_string(sandbox.pagePort()),
+        "/usr/bin/python3", "-c", R"(
+import dbus, dbus.mainloop.glib
+from gi.repository import GLib
+dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+name, bus = "org.freedesktop.ModemManager1", dbus.SystemBus()
+bus.add_signal_receiver(lambda path, _: print(
+    path, bus.get_object(name, path).Get(f"{name}.Sms", "Text", dbus_interface=dbus.PROPERTIES_IFACE),
+    flush=True), "Added", f"{name}.Modem.Messaging")
+GLib.MainLoop().run())" });
+    for (const auto *count : { "1", "2", "3" }) {
+        sandbox.call("send-otp", { { "phoneNumber", "+905321234567" }, { "countryCode", "TR" } });
+        const std::string code = sandbox.get("/sandbox/codes/last")["code"];
+        const auto text = "Your code is " + code + ".\n\n@127.0.0.1 #" + code + '\n';
+        modem.waitForOutput(text);
+        EXPECT_EQ(modem.takeOutput(),
+            std::string("/org/freedesktop/ModemManager1/SMS/") + count + ' ' + text);
+    }
+    modem.signal(SIGTERM); // whereupon it ends what it started
+    EXPECT_EQ(modem.waitForEnd(), 128 + SIGTERM);
 }

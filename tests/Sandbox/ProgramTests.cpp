@@ -129,16 +129,11 @@ TEST(SandboxProgram, ReadsItsScenarioAgainWhenItChanges)
     EXPECT_TRUE(plays("333"));
 }
 
-TEST(SandboxProgram, SurvivesRequestsThatAreNone)
+TEST(SandboxProgram, SurvivesARequestThatIsNone)
 {
-    Sandbox sandbox;
-    const auto huge =
-        sandbox.client().Post("/v1.0/init", std::string(2 * 1024 * 1024, 'x'), "application/json");
-    if (huge) { // the service may hang up before it has read all
-        EXPECT_GE(huge->status, 400);
-    }
-    auto lengthy = sandbox.request("init", "{}");
-    lengthy.path = "/v1.0/" + std::string(8000, 'x');
-    EXPECT_EQ(sandbox.send(lengthy).status, 404);
+    const Sandbox sandbox;
+    auto client = sandbox.client(); // the service may hang up before it has read all
+    const auto huge = client.Post("/v1.0/init", std::string(2 << 20, 'x'), "application/json");
+    EXPECT_TRUE(!huge || huge->status >= 400);
     EXPECT_EQ(sandbox.call("country").metaStatus(), 200);
 }
