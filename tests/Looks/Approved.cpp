@@ -7,8 +7,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QTranslator>
 
-#include <sstream>
-
 namespace {
 
 constexpr int side = 5; // of a square, px

@@ -2,12 +2,8 @@
 #include "Looks/Walk.h"
 
 #include <QtCore/QtMath>
-#include <QtGui/QColor>
 #include <QtGui/QScreen>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
 
-#include <algorithm>
 #include <utility>
 
 namespace {

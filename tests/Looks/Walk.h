@@ -3,8 +3,6 @@
 #include "Screens/Container.h"
 #include "support/Widgets.h"
 
-#include <QtGui/QImage>
-
 /// \brief Takes a person's way through every screen of the kit, and stops at each to look.
 class Walk : public ContainerTest {
 public:

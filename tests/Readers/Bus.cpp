@@ -5,9 +5,6 @@
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QProcess>
-#include <QtCore/QTimer>
-
-#include <chrono>
 
 namespace {
 

@@ -8,8 +8,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
-#include <QtGui/QWindow>
-#include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>

@@ -4,7 +4,6 @@
 #include "support/DeveloperWords.h"
 #include "support/Widgets.h"
 
-#include <QtCore/QJsonObject>
 #include <QtCore/QThread>
 
 #include <atomic>

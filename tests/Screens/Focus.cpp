@@ -1,5 +1,4 @@
 // Where the keyboard is, in every kind of host, whatever happens; and what is the host's stays so.
-#include "Parloquin/Toolkit/Tappable.h"
 #include "Screens/Hosts.h"
 
 #include <QtWidgets/QScrollArea>

@@ -3,7 +3,6 @@
 #include "support/DeveloperWords.h"
 
 #include <QtCore/QTimer>
-#include <QtWidgets/QAbstractButton>
 
 namespace {
 

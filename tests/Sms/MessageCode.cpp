@@ -4,7 +4,6 @@
 
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QTranslator>
-#include <QtGui/QWindow>
 
 #include <string_view>
 

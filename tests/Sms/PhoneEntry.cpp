@@ -1,8 +1,6 @@
 #include "Sms/SmsRoad.h"
 
 #include <QtGui/QClipboard>
-#include <QtGui/QInputMethodEvent>
-#include <QtWidgets/QAbstractButton>
 
 namespace {
 

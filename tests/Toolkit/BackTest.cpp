@@ -118,6 +118,25 @@ TEST_F(Back, RepeatsAndReleasesGoWhereThePressWent)
     EXPECT_EQ(host.heard + host.released, 0);
 }
 
+// A host's dialog would press its button for the Enter.
+TEST_F(Back, AnEmptyTableKeepsItsKeys)
+{
+    present();
+    Countries none;
+    none.sections = 0;
+    top->table->setDataSource(&none);
+    top->table->reloadData();
+    top->table->setFocus(Qt::TabFocusReason);
+    for (const auto key : { Qt::Key_Down, Qt::Key_End, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space,
+             Qt::Key_PageUp, Qt::Key_A }) {
+        hands::key(key);
+        EXPECT_EQ(host.heard, 0) << key;
+    }
+    hands::key(Qt::Key_F5);
+    EXPECT_EQ(host.heard, 1);
+    controller.reset();
+}
+
 // X11 repeats by releases and presses, and Qt does not always tell that these are one key held.
 TEST_F(Back, AHeldKeyOfX11DoesWhatOnePressDoes)
 {

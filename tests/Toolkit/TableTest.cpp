@@ -289,32 +289,6 @@ TEST_F(Table, APauseBeginsTheLettersAnew)
     QGuiApplication::styleHints()->setKeyboardInputInterval(400);
 }
 
-// A host's dialog would press its button for the Enter.
-TEST_F(Table, KeepsItsKeysWhileItIsEmpty)
-{
-    class Host : public QWidget {
-    public:
-        QString keys;
-
-    protected:
-        void keyPressEvent(QKeyEvent *event) override
-        {
-            keys += QVariant::fromValue(Qt::Key(event->key())).toString();
-        }
-    } host;
-    source.sections = 0;
-    table = makeTable();
-    table->setParent(&host);
-    host.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&host));
-    focusByTab();
-    for (const auto key : { Qt::Key_Down, Qt::Key_End, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space,
-             Qt::Key_PageUp, Qt::Key_A, Qt::Key_Escape })
-        QTest::keyClick(host.windowHandle(), key);
-    EXPECT_EQ(host.keys, u"Key_Escape");
-    table.reset();
-}
-
 TEST_F(Table, ReloadKeepsThePlaceWhereItCan)
 {
     show();
