@@ -172,8 +172,10 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
             const QRect bare(side > 0 ? 0 : 389, 790, 1, 1);
             light.push_back(qGray(controller->grab(bare).toImage().pixel(0, 0)));
             hands::click(controller.get(), QPoint(50, 60)); // a field of both, where they rest
-            hands::key(Qt::Key_Return);
-            hands::key(Qt::Key_Space);
+            for (const auto key : { Qt::Key_Return, Qt::Key_Space }) {
+                if (!controller->isAtRest()) // by now, on a busy machine
+                    hands::key(key);
+            }
         }
         return controller->isAtRest();
     }));
