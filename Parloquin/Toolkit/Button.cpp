@@ -11,7 +11,7 @@
 namespace parloquin {
 
 namespace {
-constexpr int sideMargin = 12; // px between a coloured button's edge and its text
+constexpr int sideMargin = 12; // px between an offer's edge and its text
 constexpr int endMargin = 7; // px over and under a text of several lines
 constexpr int softHeight = 55; // px at least
 }
@@ -29,7 +29,7 @@ qreal Button::cornerRadius() const { return m_kind == Kind::link ? 0 : Style::co
 TextBlock Button::block(int width) const
 {
     return TextBlock::brokenAtSentence(
-        text(), m_face.font(), m_kind == Kind::link ? width : width - 2 * sideMargin);
+        text(), m_face.font(), m_kind == Kind::soft ? width - 2 * sideMargin : width);
 }
 
 int Button::heightForWidth(int width) const
