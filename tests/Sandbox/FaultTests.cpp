@@ -6,11 +6,8 @@
 
 namespace {
 /// How a connection ended, or that it did not. Closed: our half went with the other.
-enum class End { fin, closed, reset, quiet, endless };
-void PrintTo(End end, std::ostream *out)
-{
-    *out << std::array { "fin", "closed", "reset", "quiet", "endless" }.at(std::size_t(end));
-}
+using End = std::string_view;
+constexpr End fin = "fin", closed = "closed", reset = "reset", quiet = "quiet", endless = "endless";
 
 struct Row {
     const char *fault;
@@ -18,34 +15,33 @@ struct Row {
     /// Of "<bytes>;<bytes of the body beyond those promised>;<the first bytes, ~ for NUL>".
     const char *seen;
 };
-void PrintTo(const Row &row, std::ostream *out) { *out << row.fault; }
 
 const Row rows[] = {
-    { "close@request+300", End::closed, "^0;" },
-    { "reset@before", End::reset, "^0;" },
-    { "half-close@before", End::fin, "^0;" },
-    { "garbage@before+9", End::fin, "^9;none;" },
-    { "reset@head+20", End::reset, "^20;none;HTTP/1.1 200 OK" },
-    { "endless@head", End::endless, ";none;HTTP/1.1 200 [^]*xxx$" },
-    { "drip@body+3", End::quiet, ";-[0-9]{3};[^]*\r\n\r\n.{4}$" }, // the first at once
-    { "cut@body", End::fin, ";-[0-9]{3};" },
-    { "garbage@body+2", End::fin, ";0;[^]*\r\n\r\n\\{\"[^]*~" },
-    { "endless@body", End::endless, ";none;[^]*\r\n\r\n\\{\"data[^]*xxx$" },
-    { "close@after", End::closed, ";0;[^]*Connection: keep-alive\r\n" },
-    { "stall@after", End::quiet, ";0;" },
-    { "garbage@after+20", End::fin, ";20;" },
-    { "status:204", End::fin, ";0;HTTP/1.1 204 " },
-    { "redirect:308:http://a.example/b", End::fin, ";0;.* 308 [^]*\nLocation: http://a.example/b" },
-    { "length:+7", End::fin, ";-7;" },
-    { "length:none", End::fin, ";none;[^]*\r\n\r\n\\{\"data[^]*\\}$" },
-    { "length:twice", End::fin, ";0;[^]*Content-Length: [^]*Content-Length: " },
-    { "chunks:broken", End::fin, ";none;[^]*chunked[^]*\r\nno size\r\n" },
-    { "chunks:endless", End::endless, ";none;[^]*chunked[^]*\\}\r\n1000\r\nxxx" },
-    { "gzip:700", End::fin, ";0;[^]*Content-Encoding: gzip\r\n[^]*\xbc\x02~~$" }, // its last word
-    { "cookie", End::fin, ";0;[^]*\nSet-Cookie: " },
-    { "body:0", End::fin, ";0;[^]*\r\n\r\n$" },
-    { "body:700", End::fin, ";0;[^]*\r\n\r\nx{700}$" },
-    { "flag:on", End::fin, ";0;[^]*X-TRZ-Encrypted: 1\r\n[^]*\\{\"meta" },
+    { "close@request+300", closed, "^0;" },
+    { "reset@before", reset, "^0;" },
+    { "half-close@before", fin, "^0;" },
+    { "garbage@before+9", fin, "^9;none;" },
+    { "reset@head+20", reset, "^20;none;HTTP/1.1 200 OK" },
+    { "endless@head", endless, ";none;HTTP/1.1 200 [^]*xxx$" },
+    { "drip@body+3", quiet, ";-[0-9]{3};[^]*\r\n\r\n.{4}$" }, // the first at once
+    { "cut@body", fin, ";-[0-9]{3};" },
+    { "garbage@body+2", fin, ";0;[^]*\r\n\r\n\\{\"[^]*~" },
+    { "endless@body", endless, ";none;[^]*\r\n\r\n\\{\"data[^]*xxx$" },
+    { "close@after", closed, ";0;[^]*Connection: keep-alive\r\n" },
+    { "stall@after", quiet, ";0;" },
+    { "garbage@after+20", fin, ";20;" },
+    { "status:204", fin, ";0;HTTP/1.1 204 " },
+    { "redirect:308:http://a.example/b", fin, ";0;.* 308 [^]*\nLocation: http://a.example/b" },
+    { "length:+7", fin, ";-7;" },
+    { "length:none", fin, ";none;[^]*\r\n\r\n\\{\"data[^]*\\}$" },
+    { "length:twice", fin, ";0;[^]*Content-Length: [^]*Content-Length: " },
+    { "chunks:broken", fin, ";none;[^]*chunked[^]*\r\nno size\r\n" },
+    { "chunks:endless", endless, ";none;[^]*chunked[^]*\\}\r\n1000\r\nxxx" },
+    { "gzip:700", fin, ";0;[^]*Content-Encoding: gzip\r\n[^]*\xbc\x02~~$" }, // its last word
+    { "cookie", fin, ";0;[^]*\nSet-Cookie: " },
+    { "body:0", fin, ";0;[^]*\r\n\r\n$" },
+    { "body:700", fin, ";0;[^]*\r\n\r\nx{700}$" },
+    { "flag:on", fin, ";0;[^]*X-TRZ-Encrypted: 1\r\n[^]*\\{\"meta" },
 };
 
 /// A right call as it goes over the wire.
@@ -78,20 +74,20 @@ std::string seenBy(int port, const std::string &request, End &end)
 {
     auto sent = false;
     const auto socket = ask(port, request, &sent);
-    end = sent ? End::quiet : End::reset;
+    end = sent ? quiet : reset;
     std::string all;
     pollfd watched { socket, POLLIN, 0 };
-    while (end == End::quiet && ::poll(&watched, 1, all.empty() ? 2000 : 500) == 1) {
+    while (end == quiet && ::poll(&watched, 1, all.empty() ? 2000 : 500) == 1) {
         std::string bytes(65536, '\0');
         const auto count = ::recv(socket, bytes.data(), bytes.size(), 0);
         all += bytes.substr(0, std::max(count, 0L));
         if (count <= 0 || all.size() > 4000000)
-            end = count < 0 ? End::reset : count == 0 ? End::fin : End::endless;
+            end = count < 0 ? reset : count == 0 ? fin : endless;
     }
-    if (end == End::fin) { // a socket that is gone answers with a reset
+    if (end == fin) { // a socket that is gone answers with a reset
         ::send(socket, "x", 1, MSG_NOSIGNAL);
         watched.events = 0;
-        end = ::poll(&watched, 1, 300) == 1 ? End::closed : End::fin;
+        end = ::poll(&watched, 1, 300) == 1 ? closed : fin;
     }
     ::close(socket);
     std::smatch length;
@@ -116,7 +112,7 @@ TEST_P(SandboxFault, ShowsOnTheWire)
         EXPECT_EQ(sandbox.post("/sandbox/outcomes", outcomes)["status"], 200);
         return seenBy(sandbox.port(), request, end);
     };
-    auto end = End::quiet;
+    auto end = quiet;
     const auto seen =
         seenAfter({ { "start", { { { "fault", GetParam().fault } }, "success" } } }, end);
     EXPECT_TRUE(std::regex_search(seen, std::regex(GetParam().seen))) << seen;
@@ -124,7 +120,7 @@ TEST_P(SandboxFault, ShowsOnTheWire)
     sandbox.process().waitForOutput(std::string("fault ") + GetParam().fault);
 
     seenAfter({ { "connection", { { { "fault", "reset@accept" } } } } }, end);
-    EXPECT_EQ(end, End::reset);
+    EXPECT_EQ(end, reset);
     EXPECT_TRUE(holds(seenBy(sandbox.port(), request, end), ";0;")) << "only once";
     EXPECT_EQ(sandbox.get("/sandbox/requests")["start"], json({ { "posts", 2 }, { "faults", 1 } }));
 }

@@ -10,13 +10,14 @@ constexpr Header asJson { "Content-Type", "application/json" };
 constexpr Header asText { "Content-Type", "text/plain" };
 constexpr Header otherSite { "Sec-Fetch-Site", "cross-site" };
 
-const struct {
+struct Visit {
     const char *method;
     const char *path;
     std::vector<Header> headers;
     int status;
     const char *body = R"({"check":"limit"})";
-} visits[] = {
+};
+const Visit visits[] = {
     { "POST", "/sandbox/outcomes", { asText }, 200 }, // curl
     { "POST", "/sandbox/outcomes", { own, asJson }, 200 },
     { "GET", "/sandbox/journal",
@@ -39,30 +40,26 @@ const struct {
     { "GET", "/", { otherSite, { "Sec-Fetch-Mode", "navigate" }, { "Sec-Fetch-Dest", "iframe" } },
         403 },
 
-    { "GET", "/sandbox/journal", { { "Host", "evil.example:PAGE" } }, 421 },
     { "POST", "/sandbox/reset", { { "Host", "evil.example" } }, 421 },
     { "GET", "/sandbox/journal", { { "Host", "evil.example:PAGE" }, own }, 421 },
-    { "GET", "/sandbox/codes", { { "Host", "127.0.0.1.evil.example" } }, 421 },
-    { "GET", "/sandbox/codes", { { "Host", "127.0.1" } }, 421 },
-    { "GET", "/sandbox/codes", { { "Host", "192.168.0.1:PAGE" } }, 421 },
-    { "GET", "/sandbox/codes", { { "Host", "0.0.0.0:PAGE" } }, 421 },
-    { "GET", "/sandbox/codes", { { "Host", "localhost@evil.example" } }, 421 },
     { "GET", "/sandbox/codes", { { "Host", "127.0.0.1" }, { "Host", "evil.example" } }, 421 },
     { "GET", "/sandbox/nothing", { { "Host", "evil.example" } }, 421 },
-
-    // No file of the disk is served.
-    { "GET", "/../../../../etc/passwd", {}, 404 },
-    { "GET", "/%2e%2e/%2e%2e/etc/passwd", {}, 404 },
-    { "GET", "//etc/passwd", {}, 404 },
-    { "GET", "/sandbox/icons/../../etc/passwd", {}, 404 },
-    { "GET", "/sandbox/icons/..%2f..%2fetc%2fpasswd", {}, 404 },
 };
 }
 
 TEST(SandboxGuard, LetsOnlyItsOwnPageIn)
 {
     const Sandbox sandbox;
-    for (const auto &[method, path, headers, status, body] : visits) {
+    std::vector<Visit> all(std::begin(visits), std::end(visits));
+    for (const auto *host : { "evil.example:PAGE", "127.0.0.1.evil.example", "127.0.1",
+             "192.168.0.1:PAGE", "0.0.0.0:PAGE", "localhost@evil.example" })
+        all.push_back({ "GET", "/sandbox/codes", { { "Host", host } }, 421 });
+    // No file of the disk is served.
+    for (const auto *path :
+        { "/../../../../etc/passwd", "/%2e%2e/%2e%2e/etc/passwd", "//etc/passwd",
+            "/sandbox/icons/../../etc/passwd", "/sandbox/icons/..%2f..%2fetc%2fpasswd" })
+        all.push_back({ "GET", path, {}, 404 });
+    for (const auto &[method, path, headers, status, body] : all) {
         httplib::Request request;
         request.method = method;
         request.path = path;
