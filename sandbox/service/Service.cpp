@@ -198,9 +198,10 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
         envelopeOf(outcome.status, outcome.errorCode, outcome.message, exchange.language);
     envelope["result"] = std::move(result);
     for (const auto &key : outcome.without) {
-        envelope["result"].erase(key);
         if (key == "result")
             envelope.erase(key);
+        else if (envelope.contains("result"))
+            envelope["result"].erase(key);
     }
     exchange.verdict = Exchange::Verdict::accepted;
     exchange.reason = note;

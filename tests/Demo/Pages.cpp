@@ -1,6 +1,8 @@
 // The demo's own pages, with a hand on them.
 #include "BackEnd.h"
+#include "Card.h"
 #include "DemoWindow.h"
+#include "Look.h"
 #include "OutcomePage.h"
 #include "StartPage.h"
 #include "support/Hands.h"
@@ -105,6 +107,10 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     EXPECT_TRUE(texts.contains(u"1 min 1 s"_s)) << texts.join(u'|').toStdString();
     hands::click(partOf(page, "btnCopy"));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), id);
+    const auto said = [button = partOf(page, "btnCopy")] { return button->property("text"); };
+    EXPECT_EQ(said(), u"Copied"_s);
+    static_cast<void>(QTest::qWaitFor([&] { return said() == u"Copy"_s; }));
+    EXPECT_EQ(said(), u"Copy"_s) << said().toString().toStdString();
     const auto tap = [&](const char *button) {
         hands::click(partOf(page, button));
         return std::pair(int(done.size()), int(again.size()));
@@ -114,6 +120,19 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     page.showFailed(ParloquinSignals::UrlSchemeError, 61s);
     EXPECT_EQ(tap("btnDone"), std::pair(1, 2)) << "Try again";
     EXPECT_EQ(tap("btnAgain"), std::pair(2, 2)) << "Not now";
+}
+
+TEST(DemoCard, SetsItsLinesInWhereReadingBegins)
+{
+    demo::Card card(20);
+    card.setLayoutDirection(Qt::RightToLeft);
+    for (int row = 0; row < 2; ++row)
+        card.addRow(new QWidget, 30);
+    card.resize(100, 60);
+    card.show();
+    const QImage seen = card.grab().toImage();
+    const auto isLine = [&](int x) { return seen.pixelColor(x, 29) == demo::Look::cardLine; };
+    EXPECT_EQ(std::pair(isLine(18), isLine(81)), std::pair(true, false));
 }
 
 } // namespace

@@ -73,7 +73,7 @@ TEST_P(RefusedMessage, IsSaidAndCanBeSentAgain)
         EXPECT_TRUE(window->btnSend->hasFocus());
     }
     answer(202);
-    hands::hold(Qt::Key_Return); // once, however long
+    hands::hold(GetParam().status == 0 ? Qt::Key_Enter : Qt::Key_Return); // once, however long
     ASSERT_TRUE(isSent());
     EXPECT_EQ(shown("lblError"), QString()) << "of the refusals nothing stays";
     EXPECT_TRUE(QTest::qWaitFor([this] { return !window->isVisible(); })) << "it closes by itself";

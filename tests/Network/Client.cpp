@@ -12,7 +12,7 @@ namespace {
 
 QByteArray answerOf(const QByteArray &meta)
 {
-    return RawServer::http(200, "{\"meta\":{" + meta + "}}", "X-Twice: a\r\nX-Twice: b\r\n");
+    return RawServer::http(200, "{\"meta\":{" + meta + "}}", "X-Twice: a\r\nX-Twice: \"b\"\r\n");
 }
 
 TEST(ApiClient, TellsTransportFailuresApartInItsOrder)
@@ -179,7 +179,7 @@ Parloquin Request Start
 🤜🏻 Request Params: Optional("{\"reference\":\"ë\\\"\\/b\"}"))
 ** --------------- **)--"
         R"--( 
-✅ Response Header: ["X-Twice": "a, b", "Content-Length": "51", "Connection": "close"]
+✅ Response Header: ["X-Twice": "a, \"b\"", "Content-Length": "51", "Connection": "close"]
 ✅ Response:
 - meta:
   - requestId: nil

@@ -207,6 +207,17 @@ class Page(unittest.TestCase):
         self.becomes(lambda: len(self.all(".row")), 10)
         self.assertEqual(self.texts(".row .reason")[0], "Too many attempts. (as set)")
 
+        # One that is read while it is held back gets its answer, beneath the same lines.
+        self.sandbox.ask("outcomes", {"country": {"delayMs": 5000}})
+        threading.Thread(target=self.sandbox.call, args=("country", {})).start()
+        self.becomes(lambda: self.texts(".row .verdict")[0], "waiting")
+        self.see(1280, 400, "light")
+        self.all(".row")[0].click()
+        self.wait(lambda: "held back" in self.text("#detail"))
+        self.browser.execute_script("document.getElementById('detail').scrollTop = 40")
+        self.becomes(lambda: self.text("#detail .why"), "242 countries")
+        self.assertEqual(self.one("#detail").get_property("scrollTop"), 40)
+
         self.one("#search").send_keys("Istanbul")
         self.becomes(lambda: self.texts(".row .call"), ["init"])
         self.one("#search").clear()
@@ -302,11 +313,14 @@ class Page(unittest.TestCase):
         area = self.one("#scenario-text")
         self.wait(lambda: "parloquin-demo" in area.get_attribute("value"))
         change = "const a = document.getElementById('scenario-text'); a.value = a.value.replace(...arguments)"
-        for before, after, verdict in (('5', '"many"', "codes.attempts: expected a whole number"),
+        for before, after, verdict in (('5', 'many', "line "),
+                                       ('many', '"many"', "codes.attempts: expected a whole number"),
                                        ('"many"', '7', "Played from now on")):
             self.browser.execute_script(change, f'"attempts": {before}', f'"attempts": {after}')
             self.all("#scenario button")[1].click()
             self.wait(lambda: verdict in self.text("#scenario-verdict"))
+            if verdict == "line ":
+                self.assertIn('"attempts": many', self.browser.execute_script("return getSelection().toString()"))
         self.sandbox.call("send-otp", {"phoneNumber": "+905551112233", "countryCode": "TR"})
         self.assertEqual(self.sandbox.ask("codes/last")["attemptsLeft"], 7)
 

@@ -104,6 +104,13 @@ TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
     asked.signal(SIGTERM);
     EXPECT_EQ(asked.waitForEnd(), 5);
 
+    Process deaf(shell("trap 'echo no' TERM; echo ready; while :; do sleep 0.05; done"));
+    for (const auto *said : { "ready\n", "no\n" }) {
+        deaf.waitForOutput(said);
+        deaf.signal(SIGTERM);
+    }
+    EXPECT_EQ(deaf.waitForEnd(), 128 + SIGKILL) << "who asks twice means it";
+
     Process killed(waiting);
     const auto output = killed.waitForOutput("ready\n");
     killed.signal(SIGKILL);

@@ -44,7 +44,8 @@ TEST(SandboxOutcome, AnswersAsSet)
     } rows[] = {
         { "noReference", 200, "", "", "reference" },
         { "noResult", 200, "", "", "result" },
-        { { { "without", { "deeplink" } } }, 200, "", "", "deeplink" },
+        { { { "without", { "result", "deeplink" } } }, 200, "", "", "result" },
+        { { { "like", "noResult" }, { "without", { "deeplink" } } }, 200, "", "", "deeplink" },
         { { { "status", 201 } }, 201 },
         { "wrongCode", 400, "", "This code is not right." },
         { "limit", 429, "", "Too many attempts." },
@@ -62,7 +63,8 @@ TEST(SandboxOutcome, AnswersAsSet)
         EXPECT_EQ(reply.metaStatus(), status);
         EXPECT_EQ(reply.errorCode(), errorCode);
         EXPECT_EQ(reply.errorMessage(), message);
-        EXPECT_EQ(reply.envelope.contains("result"), status < 400 && outcome != "noResult");
+        EXPECT_EQ(
+            reply.envelope.contains("result"), status < 400 && lacks != std::string("result"));
         for (const auto *key : { "reference", "deeplink" })
             EXPECT_EQ(reply.result().contains(key),
                 !reply.result().is_null() && key != std::string(lacks));

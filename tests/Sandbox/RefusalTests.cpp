@@ -55,7 +55,7 @@ TEST(SandboxRefuses, WhatOneFaultSpoilsAndNothingElse)
         { "X-TRZ-Lang", "abcdefgh" },
         { "no X-TRZ-Lang" },
         { "Accept-Language", "tr" },
-        { "parameters", R"({"deviceName":"p","timezone":"UTC"})" },
+        { "parameters", R"({"deviceName":"p","timezone":"Etc\/GMT+3"})" },
 
         { "method", "GET", 404, "", "GET: expected POST" },
         { "method", "PUT", 404, "", "PUT: expected POST" },
