@@ -11,7 +11,7 @@
 namespace parloquin {
 
 namespace {
-constexpr int sideMargin = 12; // px between an offer's edge and its text
+constexpr int offerMargin = 12; // px between an offer's edge and its text
 constexpr int endMargin = 7; // px over and under a text of several lines
 constexpr int softHeight = 55; // px at least
 }
@@ -29,7 +29,7 @@ qreal Button::cornerRadius() const { return m_kind == Kind::link ? 0 : Style::co
 TextBlock Button::block(int width) const
 {
     return TextBlock::brokenAtSentence(
-        text(), m_face.font(), m_kind == Kind::soft ? width - 2 * sideMargin : width);
+        text(), m_face.font(), m_kind == Kind::soft ? width - 2 * offerMargin : width);
 }
 
 int Button::heightForWidth(int width) const

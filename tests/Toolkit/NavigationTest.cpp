@@ -171,10 +171,10 @@ TEST_P(Slides, LeadInFromTheTrailingSideAndOutToIt)
             lower.push_back(root->x() * side);
             const QRect bare(side > 0 ? 0 : 389, 790, 1, 1);
             light.push_back(qGray(controller->grab(bare).toImage().pixel(0, 0)));
-            hands::click(controller.get(), QPoint(50, 60)); // a field of both, where they rest
-            for (const auto key : { Qt::Key_Return, Qt::Key_Space }) {
-                if (!controller->isAtRest()) // by now, on a busy machine
-                    hands::key(key);
+            if (upper.size() == 1) { // and not late, when a busy machine has them at rest meanwhile
+                hands::click(controller.get(), QPoint(50, 60)); // a field of both, where they rest
+                hands::key(Qt::Key_Return);
+                hands::key(Qt::Key_Space);
             }
         }
         return controller->isAtRest();
