@@ -196,7 +196,7 @@ void HudManager::showActivityIndicator(QWidget *uiView)
         if (auto *const navigation = qobject_cast<NavigationController *>(uiView))
             navigation->letGo();
         container->setParent(uiView);
-        QWidget::setTabOrder(uiView, container); // where the host's Tab finds what it covers
+        lineUp(uiView);
         uiView->installEventFilter(this);
     }
     layOut();
@@ -243,6 +243,18 @@ void HudManager::removeFromSuperview()
     }
     m_focusBefore.clear();
     container->hide();
+}
+
+// Where the host's Tab finds what the veil covers: behind any part of that, as Qt lines nothing up
+// behind what takes no focus itself.
+void HudManager::lineUp(QWidget *uiView)
+{
+    for (auto *const part : uiView->findChildren<QWidget *>()) {
+        if (part != container && (part->focusPolicy() & Qt::TabFocus) != 0 && part->isVisible()) {
+            QWidget::setTabOrder(part, container);
+            return;
+        }
+    }
 }
 
 void HudManager::layOut()

@@ -39,6 +39,7 @@ private:
 
     void showActivityIndicator(QWidget *uiView);
     void removeFromSuperview();
+    void lineUp(QWidget *uiView);
     void layOut();
     void keepFocus(QWidget *now);
     void cover(QWidget *focused);

@@ -20,7 +20,7 @@ TEST(Verification, IsOneKitHoweverOftenItIsOpened)
     QQmlEngine engine;
     engine.addImportPath(QStringLiteral(IMPORT_PATH));
     QQmlComponent component(&engine);
-    component.setData("import Parloquin\nVerification { }", QUrl());
+    component.setData("import Parloquin\nVerification { property bool bound: active }", QUrl());
     std::unique_ptr<QObject> element(component.create());
     ASSERT_TRUE(element) << qPrintable(component.errorString());
     const QSignalSpy closed(element.get(), SIGNAL(closed()));
@@ -32,7 +32,9 @@ TEST(Verification, IsOneKitHoweverOftenItIsOpened)
     for (const int round : { 1, 2 }) {
         EXPECT_EQ(kitsAfter("open"), 1);
         EXPECT_EQ(kitsAfter("open"), 1) << "tapped twice, in round " << round;
+        EXPECT_TRUE(element->property("bound").toBool()) << "in round " << round;
         EXPECT_TRUE(QTest::qWaitFor([&] { return kitsAfter("close") == 0; }));
+        EXPECT_FALSE(element->property("bound").toBool()) << "in round " << round;
         EXPECT_EQ(closed.count(), round);
     }
 }

@@ -77,6 +77,7 @@ TEST_F(TableReaders, FindEveryRowInOrderUnderItsTitle)
             found.append(child->text(QAccessible::Name));
             ASSERT_EQ(list()->indexOfChild(child), item);
             ASSERT_EQ(child->state().offscreen, !child->rect().intersects(list()->rect())) << item;
+            ASSERT_EQ(child->state().checkable, child->state().checked) << item; // no box to tick
         }
         EXPECT_EQ(found, expected);
         for (const auto *cell : table->visibleCells()) {

@@ -69,11 +69,13 @@ TEST_P(Focus, IsWhereItWasWhenTheContainerComesBack)
         goAndComeBack();
         expectIt("back");
         container->window()->setEnabled(false);
+        QCoreApplication::processEvents();
         EXPECT_FALSE(QApplication::focusWidget());
         container->window()->setEnabled(true);
         expectIt("enabled");
     };
     hands::key(Qt::Key_Tab);
+    EXPECT_EQ(frame(visible("focusRing")), frame(visible("viewAlternativeKit")));
     expectBoth(u"viewAlternativeKit"_s);
     goToCode();
     hands::keys(u"4"_s);
@@ -156,13 +158,22 @@ TEST_F(InHost, LeavesTheWheelToAHostWhereNothingOfItsOwnScrolls)
     (new QVBoxLayout(&window))->addWidget(area);
     container->resize(390, 844);
     area->setWidget(container.get());
+    server.pause();
+    const auto *const bar = area->verticalScrollBar();
+    const auto turn = [&] {
+        window.resize(430, 500);
+        EXPECT_SOON(bar->maximum() > 0);
+        hands::wheel(container.get(), { 200, 300 }, {}, { 0, -120 });
+    };
+    ASSERT_TRUE(comesToFront(window) && waitForOverlay(true));
+    turn();
+    EXPECT_EQ(bar->value(), 0) << "over the overlay";
+    server.proceed();
     window.resize(430, 900);
     showWindow();
     goToNumber();
-    window.resize(430, 500);
-    ASSERT_SOON(area->verticalScrollBar()->maximum() > 0);
-    hands::wheel(container.get(), { 200, 300 }, {}, { 0, -120 });
-    EXPECT_GT(area->verticalScrollBar()->value(), 0);
+    turn();
+    EXPECT_GT(bar->value(), 0);
 }
 
 TEST_F(InHost, AWindowThatHasTheKeyboardItselfKeepsIt)

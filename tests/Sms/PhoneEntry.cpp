@@ -93,10 +93,17 @@ TEST_F(PhoneEntry, AFingerOnTheFieldTypesOrPastes)
 {
     hands::Finger finger;
     auto *field = part<QLineEdit>("txtPhoneNumber");
+    QApplication::clipboard()->setText(u"41 23"_s);
     for (int i = 0; i < 2; ++i) { // the second while the field is being edited
         finger.tap(field);
         EXPECT_TRUE(field->hasFocus()) << "tap " << i;
     }
+    const auto opens = [] { return QApplication::activePopupWidget() != nullptr; };
+    EXPECT_FALSE(QTest::qWaitFor(opens, 900)) << "a tap that was none of a long press";
+    finger.down(container.get(), QPoint(200, 700));
+    finger.drag({ 0, -60 });
+    finger.up();
+    EXPECT_TRUE(field->hasFocus()) << "a drag over the bare page";
     finger.tap(container.get(), QPoint(200, 700));
     EXPECT_TRUE(page()->hasFocus());
     field->setFocus(Qt::TabFocusReason);
@@ -115,7 +122,6 @@ TEST_F(PhoneEntry, AFingerOnTheFieldTypesOrPastes)
                 texts.append(button->text());
         return texts.join(u' ');
     };
-    QApplication::clipboard()->setText(u"41 23"_s);
     ASSERT_EQ(offers(), u"Paste");
     EXPECT_GE(menu->geometry().left(), 0);
     finger.tap(menu->findChild<QWidget *>(u"btnPaste"_s));
@@ -191,13 +197,16 @@ TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
 // An on-screen keyboard takes half of the window, or leaves hardly anything.
 TEST_F(PhoneEntry, WhatIsTypedInStaysInViewWhateverTheHeight)
 {
-    const auto seenIn = [this](std::initializer_list<int> heights, const char *name) {
+    const auto expectSeen = [this](const char *name) {
+        const QRect at = frame(name);
+        EXPECT_TRUE(QRect(0, 92, 390, container->height() - 92).contains(at))
+            << name << " in " << container->height() << ": " << at.top() << "-" << at.bottom();
+    };
+    const auto seenIn = [&](std::initializer_list<int> heights, const char *name) {
         for (const int height : heights) {
             container->resize(390, height);
             QCoreApplication::processEvents();
-            const QRect at = frame(name);
-            EXPECT_TRUE(QRect(0, 92, 390, height - 92).contains(at))
-                << name << " in " << height << ": " << at.top() << "-" << at.bottom();
+            expectSeen(name);
         }
     };
     const auto expectEnd = [this](const char *last) { // far down by the wheel
@@ -214,6 +223,9 @@ TEST_F(PhoneEntry, WhatIsTypedInStaysInViewWhateverTheHeight)
     goToCodeEntry();
     seenIn({ 422, 300 }, "txtCode0");
     seenIn({ 422, 300 }, "btnCheck");
+    part("btnCheck")->setFocus();
+    hands::key(Qt::Key_Tab);
+    expectSeen("btnTryAgain");
     expectEnd("btnTryAgain");
 }
 
