@@ -26,15 +26,14 @@ TEST(Verification, IsOneKitHoweverOftenItIsOpened)
     const QSignalSpy closed(element.get(), SIGNAL(closed()));
     const auto kitsAfter = [&element](const char *call) {
         QMetaObject::invokeMethod(element.get(), call);
+        EXPECT_EQ(element->property("bound").toBool(), element->property("active").toBool());
         return std::ranges::count_if(QApplication::topLevelWidgets(),
             [](QWidget *window) { return qobject_cast<ParloquinViewController *>(window); });
     };
     for (const int round : { 1, 2 }) {
         EXPECT_EQ(kitsAfter("open"), 1);
         EXPECT_EQ(kitsAfter("open"), 1) << "tapped twice, in round " << round;
-        EXPECT_TRUE(element->property("bound").toBool()) << "in round " << round;
         EXPECT_TRUE(QTest::qWaitFor([&] { return kitsAfter("close") == 0; }));
-        EXPECT_FALSE(element->property("bound").toBool()) << "in round " << round;
         EXPECT_EQ(closed.count(), round);
     }
 }

@@ -181,7 +181,10 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     };
     roll({ 0, -37 }, { 0, -120 });
     EXPECT_EQ(table->contentOffset(), 37);
+    hands::press(table.get(), middle(100)); // a row that the wheel takes from under the pointer
     roll({}, { 0, 120 });
+    hands::release(table.get(), middle(100));
+    EXPECT_TRUE(source.selected.isEmpty());
     EXPECT_EQ(table->contentOffset(), 0);
     roll({}, { 0, -1200000 });
     EXPECT_EQ(table->contentOffset(), sectionTop(26) - 600);
