@@ -74,11 +74,8 @@ bool isRepeat(const QKeyEvent &key)
 
 bool acts(const QKeyEvent &key, const QWidget &part)
 {
-    const QWidget *above = &part;
-    while (above && !qobject_cast<const NavigationController *>(above))
-        above = above->parentWidget();
-    const auto *stack = qobject_cast<const NavigationController *>(above);
-    return !isRepeat(key) && !(stack && stack->isSliding());
+    const auto *stack = NavigationController::above(part);
+    return !isRepeat(key) && (!stack || stack->takesPresses());
 }
 
 } // namespace parloquin::Keys

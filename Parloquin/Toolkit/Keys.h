@@ -30,7 +30,7 @@ namespace parloquin::Keys {
 /// A key that goes on being held, whether it is marked so or not; asks what watchHolds() has seen.
 [[nodiscard]] bool isRepeat(const QKeyEvent &key);
 /// Whether what this part of a screen does with a key is to be done: once, however long the key is
-/// held; and not while its screens slide, when a press is meant for the one that leaves.
+/// held, and only where the stack around it takes presses now.
 [[nodiscard]] bool acts(const QKeyEvent &key, const QWidget &part);
 /// Of what this window hears, from now on; none: of nothing.
 void watchHolds(QWindow *window);

@@ -12,6 +12,7 @@
 #include <QtWidgets/QScroller>
 
 #include <algorithm>
+#include <utility>
 
 namespace parloquin {
 
@@ -113,9 +114,9 @@ void NavigationController::Private::settleIn(Screen *screen, bool takesFocus, bo
 // Neither screen is where it seems to be until the motion ends, and nor is the bar's button.
 void NavigationController::Private::shieldWhileMoving() const
 {
-    const bool slides = slide->isRunning();
-    shield->setGeometry(slides ? controller->rect() : bar->geometry());
-    shield->setVisible(slides || lastPop.isActive());
+    const bool all = !controller->takesPresses();
+    shield->setGeometry(all ? controller->rect() : bar->geometry());
+    shield->setVisible(all || lastPop.isActive());
     shield->raise();
 }
 
@@ -178,12 +179,35 @@ QList<Screen *> NavigationController::viewControllers() const { return d->stack;
 
 NavigationBar &NavigationController::navigationBar() const { return *d->bar; }
 
-bool NavigationController::isSliding() const { return d->slide->isRunning(); }
+bool NavigationController::takesPresses() const { return !d->slide->isRunning() && !d->pressed; }
+
+NavigationController *NavigationController::above(const QWidget &part)
+{
+    auto *above = const_cast<QWidget *>(&part);
+    while (above && !qobject_cast<NavigationController *>(above))
+        above = above->parentWidget();
+    return static_cast<NavigationController *>(above);
+}
+
+// The overlay is laid, and a row's screen left, when the event loop turns. An app that was busy
+// gets the second of two quick presses before.
+void NavigationController::notePress(const QWidget &part)
+{
+    auto *const stack = above(part);
+    if (!stack || std::exchange(stack->d->pressed, true))
+        return;
+    stack->d->shieldWhileMoving();
+    const auto again = [stack] {
+        stack->d->pressed = false;
+        stack->d->shieldWhileMoving();
+    };
+    QMetaObject::invokeMethod(stack, again, Qt::QueuedConnection);
+}
 
 bool NavigationController::isAtRest() const
 {
     const auto scrolling = QScroller::activeScrollers();
-    return !d->slide->isRunning() && !d->lastPop.isActive()
+    return takesPresses() && !d->lastPop.isActive()
         && std::none_of(scrolling.cbegin(), scrolling.cend(), [this](const QScroller *scroller) {
                const auto *scrolled = qobject_cast<QWidget *>(scroller->target());
                return scrolled && isAncestorOf(scrolled);

@@ -36,8 +36,16 @@ public:
     [[nodiscard]] QList<Screen *> viewControllers() const;
     [[nodiscard]] NavigationBar &navigationBar() const;
 
-    [[nodiscard]] bool isSliding() const;
-    /// No slide, and no finger or its momentum scrolling a screen.
+    /// Whether what is pressed here does something: not while screens slide, when it is meant for
+    /// the one that leaves, nor while something that was pressed has yet to begin.
+    [[nodiscard]] bool takesPresses() const;
+    /// Something of a screen has been pressed.
+    /// \param part of a screen; without a controller above it nothing happens
+    static void notePress(const QWidget &part);
+    /// Around a part of a screen; null: none.
+    [[nodiscard]] static NavigationController *above(const QWidget &part);
+    /// No slide, nothing pressed that has yet to begin, and no finger or its momentum scrolling a
+    /// screen.
     [[nodiscard]] bool isAtRest() const;
 
     /// Gives the keyboard to this widget of a screen, unless the host has it or the screen is not

@@ -54,6 +54,7 @@ struct NavigationController::Private {
     QTimer lastPop; // runs for as long as a pop takes, also where the style shows no motion
     QSet<int> hostKeys; // held keys whose press the host got
     bool backButtonTaken = false;
+    bool pressed = false; // and what that leads to has not begun
     QList<Screen *> stack;
     QMargins insets;
     bool appeared = false;

@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/AccessibleTable.h"
 #include "Parloquin/Toolkit/Keys.h"
+#include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Scrolling.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableViewPrivate.h"
@@ -88,6 +89,7 @@ void TableView::Private::select(const IndexPath &path)
         return;
     setCurrent(path);
     updateStates();
+    NavigationController::notePress(*table);
     if (delegate)
         delegate->didSelectRow(*table, path); // last: it may close the screen
 }

@@ -2,6 +2,7 @@
 
 #include "Parloquin/Toolkit/Accessibility.h"
 #include "Parloquin/Toolkit/Keys.h"
+#include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtCore/QPointer>
@@ -26,6 +27,8 @@ Tappable::Tappable(QWidget *parent)
 {
     installAccessibility();
     setFocusPolicy(Qt::TabFocus);
+    connect(
+        this, &QAbstractButton::clicked, this, [this] { NavigationController::notePress(*this); });
     connect(this, &QAbstractButton::pressed, this, [this] { m_fade.setPressed(true); });
     connect(this, &QAbstractButton::released, this, [this] { m_fade.setPressed(false); });
 }

@@ -35,6 +35,15 @@ inline void click(const QWidget *widget, QPoint at, Qt::MouseButton button = Qt:
     QTest::mouseClick(there(widget)->window()->windowHandle(), button, {}, placeOf(widget, at));
 }
 inline void click(const QWidget *widget) { click(widget, middleOf(widget)); }
+/// Before the event loop turns.
+inline void clickAtOnce(const QWidget *widget)
+{
+    const QPoint at = placeOf(widget);
+    for (const auto type : { QEvent::MouseButtonPress, QEvent::MouseButtonRelease })
+        qt_handleMouseEvent(widget->window()->windowHandle(), at, widget->window()->mapToGlobal(at),
+            type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::LeftButton, type,
+            {}, static_cast<int>(++QTest::lastMouseTimestamp));
+}
 inline void press(const QWidget *widget, QPoint at)
 {
     QTest::mousePress(
