@@ -58,7 +58,9 @@ bool Process::readMore(std::chrono::milliseconds patience)
 
 std::string Process::waitForOutput(const std::string &text)
 {
-    while (m_output.find(text) == std::string::npos && readMore(20s)) { }
+    const auto deadline = std::chrono::steady_clock::now() + 20s; // however much it says
+    while (m_output.find(text) == std::string::npos && std::chrono::steady_clock::now() < deadline
+        && readMore(20s)) { }
     if (m_output.find(text) == std::string::npos)
         ADD_FAILURE() << "never said \"" << text << "\" but: " << m_output;
     return m_output;
