@@ -60,14 +60,15 @@ int serve(Scenario scenario, const Options &options)
         service.stop();
     });
     std::thread pages([&page] { page->run(); });
+    // Before it is said to listen: who hears of that may change the scenario at once.
+    std::optional<FileWatch> scenarioFile;
+    if (!options.scenarioFile.empty())
+        scenarioFile.emplace(options.scenarioFile, [&] { playAgain(sandbox, options); });
     std::cout << "parloquin-sandbox listens at 127.0.0.1:" << sandbox.port << std::endl;
     std::cout << "its page is at http://127.0.0.1:" << sandbox.pagePort << "/" << std::endl;
     if (options.weather.percent > 0)
         std::cout << "faults: " << options.weather.percent << " % of the calls, seed "
                   << options.weather.seed << std::endl;
-    std::optional<FileWatch> scenarioFile;
-    if (!options.scenarioFile.empty())
-        scenarioFile.emplace(options.scenarioFile, [&] { playAgain(sandbox, options); });
     service.run();
     scenarioFile.reset();
     pages.join();
