@@ -90,9 +90,8 @@ protected:
     /// Waits for it: pictures come, and the overlay turns.
     void expectApproved(const std::string &stop) const
     {
-        const QString name =
-            u"%1-%2.png"_s.arg(QString::fromStdString(GetParam().name))
-                .arg(QString::fromStdString(stop).remove(u',').replace(u' ', u'-'));
+        const QString name = u"%1-%2.png"_s.arg(QString::fromStdString(GetParam().name),
+            QString::fromStdString(stop).remove(u',').replace(u' ', u'-'));
         const QString taken = qEnvironmentVariable("PICTURES"); // here, for somebody to look at
         const QString file = (taken.isEmpty() ? QStringLiteral(APPROVED) : taken) + u'/' + name;
         if (!taken.isEmpty()) {

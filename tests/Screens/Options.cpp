@@ -5,7 +5,10 @@
 #include "support/Console.h"
 #include "support/Widgets.h"
 
+#include <QtWidgets/QApplication>
+
 #include <cstdlib>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -83,7 +86,7 @@ TEST(Delegate, IsTheLastOneSetAnywhere)
         auto last = std::make_shared<RecordingDelegate>();
         const std::weak_ptr watched = last;
         make()->setKitDelegate(std::move(last));
-        qApp->~QCoreApplication();
+        std::destroy_at(qobject_cast<QApplication *>(QCoreApplication::instance()));
         std::_Exit(watched.expired() ? 0 : 1);
     };
     EXPECT_EXIT(endTheApplication(), testing::ExitedWithCode(0), "") << "a delegate is left";
