@@ -36,7 +36,7 @@ CountryTableCell::CountryTableCell(QWidget *parent)
     lblPhoneCode->setFontSize(fontSize);
     lblPhoneCode->setTextColor(Style::secondInk);
     lblPhoneCode->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    lblPhoneCode->setShrinksToFit(true);
+    lblPhoneCode->setShrinksToFit(6);
 
     using parloquin::height; // not the cell's own
     using parloquin::width;

@@ -35,6 +35,7 @@ ThirdPartyKitTableCell::ThirdPartyKitTableCell(QWidget *parent)
     lblKitName->setObjectName(QStringLiteral("lblKitName"));
     lblKitName->setTextColor(Qt::white);
     lblKitName->setFontSize(20, QFont::Medium);
+    lblKitName->setFoldsToFit(11); // all begin alike, "Verify with": the end tells which app
     lblKitName->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     setAnchors();
 }

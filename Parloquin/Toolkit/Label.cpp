@@ -13,7 +13,16 @@
 namespace parloquin {
 
 namespace {
-constexpr int smallest = 6; // px, that a text shrinks to
+
+// Each line ends where a word of the text does, the last one with it.
+bool keepsWords(const TextBlock &block, const QString &text)
+{
+    QString lines;
+    for (const QString &line : block.lines())
+        lines += line + QLatin1Char(' ');
+    return lines.simplified() == text.simplified();
+}
+
 }
 
 Label::Label(QWidget *parent)
@@ -84,10 +93,16 @@ int Label::linesFor(int width) const
     return std::max(m_mostHeight / line, 1);
 }
 
-void Label::setShrinksToFit(bool shrinks)
+void Label::setShrinksToFit(int smallest)
 {
-    m_shrinks = shrinks;
+    m_smallest = smallest;
     update();
+}
+
+void Label::setFoldsToFit(int smallest)
+{
+    m_folds = true;
+    setShrinksToFit(smallest);
 }
 
 int Label::heightForWidth(int width) const
@@ -112,25 +127,31 @@ void Label::drawText(QPainter &painter, const QRect &place)
     painter.setPen(m_color);
     const Qt::Alignment alignment = QStyle::visualAlignment(layoutDirection(), m_alignment);
     const TextBlock &whole = m_drawn.of(m_text, face(), place.width(), linesFor(place.width()));
-    if (!m_shrinks || !whole.isElided()) {
+    if (m_smallest > 0 && whole.isElided())
+        fitted(place.size()).draw(painter, place, alignment);
+    else
         whole.draw(painter, place, alignment);
-        return;
-    }
-    auto drawn = face();
+}
+
+// Advances do not scale exactly with the size: step down until it fits. What never fits, a text of
+// any length, is not laid out at each size.
+TextBlock Label::fitted(QSize place) const
+{
+    QFont drawn = face();
     const int wanted = drawn.pixelSize();
     const auto shrunkTo = [&](int pixels) {
         drawn.setPixelSize(pixels);
-        return TextBlock(m_text, drawn, place.width(), m_lines);
+        const int fold = std::max(place.height() / Style::lineSpacing(drawn, m_text), 1);
+        return TextBlock(m_text, drawn, place.width(), m_folds ? fold : m_lines);
     };
-    TextBlock block = shrunkTo(smallest);
-    // Advances do not scale exactly with the size: step down until it fits. What never fits, a text
-    // of any length, is not laid out at each size.
-    if (!block.isElided()) {
-        block = shrunkTo(wanted - 1);
-        while (block.isElided())
-            block = shrunkTo(drawn.pixelSize() - 1);
-    }
-    block.draw(painter, place, alignment);
+    TextBlock block = shrunkTo(m_smallest);
+    if (block.isElided())
+        return block;
+    const bool wordsFit = keepsWords(block, m_text); // not so where a script knows no blanks
+    block = shrunkTo(wanted - 1);
+    while (block.isElided() || (wordsFit && !keepsWords(block, m_text)))
+        block = shrunkTo(drawn.pixelSize() - 1);
+    return block;
 }
 
 } // namespace parloquin

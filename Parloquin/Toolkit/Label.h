@@ -31,7 +31,11 @@ public:
     /// but for the first
     void setMostHeight(int height);
     /// Draws a text too wide for the label smaller instead of eliding it.
-    void setShrinksToFit(bool shrinks);
+    /// \param smallest px; what does not fit at this size either is elided
+    void setShrinksToFit(int smallest);
+    /// As setShrinksToFit, and on as many lines as the label's height holds; broken between words
+    /// where some size allows it.
+    void setFoldsToFit(int smallest);
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
     [[nodiscard]] int heightForWidth(int width) const override;
@@ -46,6 +50,7 @@ protected:
 
 private:
     [[nodiscard]] int linesFor(int width) const;
+    [[nodiscard]] TextBlock fitted(QSize place) const;
     [[nodiscard]] const QFont &face() const { return m_face.font(); }
 
     QString m_text;
@@ -55,7 +60,8 @@ private:
     Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     int m_lines = 1;
     int m_mostHeight = QWIDGETSIZE_MAX; // px
-    bool m_shrinks = false;
+    int m_smallest = 0; // px, that a text shrinks to; 0: it does not
+    bool m_folds = false;
 };
 
 } // namespace parloquin

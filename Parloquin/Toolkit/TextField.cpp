@@ -18,6 +18,7 @@ namespace parloquin {
 
 namespace {
 
+constexpr int smallestPlaceholder = 11; // px, that one shrinks to before it is elided
 constexpr int caretWidth = 2; // px
 constexpr int caretGap = 1; // px between a digit and the caret
 // Characters. A line edit lays all of its text out at every edit, and accents heaped on one letter
@@ -263,17 +264,21 @@ int TextField::topOf(const QFontMetrics &line) const { return (height() - line.h
 // lies between whole pixels.
 void TextField::drawLine(const QString &text, const QColor &color)
 {
-    const QFontMetrics line(m_face.font());
-    const QFontMetricsF metrics(m_face.font());
     // A placeholder makes room for the caret, which would cut its first letter.
     const int room = hasFocus() && !isReadOnly() ? caretWidth + caretGap : 0;
+    QFont font = m_face.font();
+    const auto fits = [&] { return QFontMetricsF(font).horizontalAdvance(text) <= width() - room; };
+    while (this->text().isEmpty() && font.pixelSize() > smallestPlaceholder && !fits())
+        font.setPixelSize(font.pixelSize() - 1);
+    const QFontMetrics line(font);
+    const QFontMetricsF metrics(font);
     const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - room);
     const qreal free = width() - metrics.horizontalAdvance(shown);
     const qreal x = alignment() & Qt::AlignRight ? free - room
         : alignment() & Qt::AlignHCenter         ? free / 2
                                                  : room;
     QPainter painter(this);
-    painter.setFont(m_face.font());
+    painter.setFont(font);
     painter.setPen(color);
     painter.setLayoutDirection(layoutDirection());
     painter.drawText(QPointF(x, topOf(line) + metrics.ascent()), shown);

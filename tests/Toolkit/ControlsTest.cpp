@@ -55,7 +55,7 @@ TEST(Label, ElidesShrinksAndKeepsItsSide)
     const QImage whole = label.grab().toImage();
     label.resize(53, 30);
     EXPECT_TRUE(label.grab().toImage() != whole.copy(0, 0, 53, 30)) << "cut, not elided";
-    label.setShrinksToFit(true);
+    label.setShrinksToFit(6);
     EXPECT_GT(inked(label).right(), 45) << "smaller, but whole";
 
     label.resize(300, 30);
@@ -67,6 +67,33 @@ TEST(Label, ElidesShrinksAndKeepsItsSide)
         return label.grab().toImage();
     };
     EXPECT_EQ(difference(drawn(u"رمز."_s), drawn(u"\u2067رمز.\u2069"_s)), "") << "by its full stop";
+}
+
+TEST(Label, FoldsAndShrinksOnlyWhatDoesNotFit)
+{
+    Label label;
+    label.setFontSize(20);
+    const auto drawn = [&label](const QString &text, int width) {
+        label.setText(text);
+        label.resize(width, 40);
+        return label.grab().toImage();
+    };
+    const QImage plain = drawn(u"Verify with app 12"_s, 300);
+    EXPECT_EQ(
+        difference(drawn(u"Verify with app 12"_s, 70), drawn(u"Verify with app 13"_s, 70)), "");
+    label.setFoldsToFit(11);
+    EXPECT_EQ(difference(drawn(u"Verify with app 12"_s, 300), plain), "");
+    EXPECT_NE(
+        difference(drawn(u"Verify with app 12"_s, 70), drawn(u"Verify with app 13"_s, 70)), "")
+        << "its end is cut";
+    EXPECT_GT(inked(label).height(), 20) << "on one line";
+    (void)drawn(u"Messengers"_s, 70);
+    EXPECT_LT(inked(label).height(), 20) << "broken within a word";
+    EXPECT_NE(
+        difference(drawn(u"MessengerWithNoBlank1"_s, 70), drawn(u"MessengerWithNoBlank2"_s, 70)),
+        "");
+    EXPECT_NE(
+        difference(drawn(u"التحقق عبر تطبيق أ"_s, 70), drawn(u"التحقق عبر تطبيق د"_s, 70)), "");
 }
 
 class ControlsPage : public Screen {
@@ -208,6 +235,10 @@ TEST(TextField, ShowsItsPlaceholderOnlyWhileNothingElseStandsThere)
         EXPECT_EQ(page.field->grab().toImage() != without, *typed == *composed)
             << typed << composed;
     }
+    page.other->setPlaceholderText(u"Number 1"_s);
+    const QImage first = page.other->grab().toImage();
+    page.other->setPlaceholderText(u"Number 2"_s);
+    EXPECT_TRUE(page.other->grab().toImage() != first) << "cut, where smaller it fits";
 }
 
 TEST(TextField, ADragThroughItIsNoLongPress)
