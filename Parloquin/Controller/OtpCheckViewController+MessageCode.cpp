@@ -34,7 +34,14 @@ void OtpCheckViewController::offerCode(const QString &code)
         QCoreApplication::translate("Parloquin", "Fill in %1 from your message").arg(code));
     orderMessageCode();
     btnMessageCode->show();
-    m_offer->say(btnMessageCode->text());
+    sayOffer();
+}
+
+// Readers stop what they say when the keyboard moves: the page and its first box come before.
+void OtpCheckViewController::sayOffer()
+{
+    if (m_isTold && !m_offeredCode.isEmpty())
+        m_offer->say(btnMessageCode->text());
 }
 
 // One step of the Tab key from where the person types, or will.

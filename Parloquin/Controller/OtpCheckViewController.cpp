@@ -41,6 +41,8 @@ void OtpCheckViewController::viewDidLoad()
         if (NavigationController *navigation = navigationController();
             navigation && txtCode.front())
             navigation->focus(txtCode.front());
+        m_isTold = true;
+        sayOffer();
     });
 }
 

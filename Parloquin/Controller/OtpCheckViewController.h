@@ -71,6 +71,7 @@ private:
 
     void listenForMessages();
     void offerCode(const QString &code);
+    void sayOffer();
     void setButtonMessageCode();
     void orderMessageCode();
     void fillCode();
@@ -90,6 +91,7 @@ private:
     ScrollView *m_page = nullptr;
     std::unique_ptr<IncomingMessages> m_messages; // while the screen is shown
     QString m_offeredCode;
+    bool m_isTold = false; // to readers: the page, and the box that has the keyboard
 };
 
 } // namespace parloquin

@@ -271,8 +271,18 @@ void HudManager::keepFocus(QWidget *now)
 {
     if (!container || !now || now == container)
         return;
-    if (container->parentWidget()->isAncestorOf(now))
-        cover(now);
+    if (!container->parentWidget()->isAncestorOf(now))
+        return;
+    cover(now);
+    // Qt tells readers of what is covered last, as it got the keyboard first: the veil is not
+    // heard.
+    const auto tell = [veil = container.data()] {
+        if (!veil->hasFocus())
+            return;
+        QAccessibleEvent event(veil, QAccessible::Focus);
+        QAccessible::updateAccessibility(&event);
+    };
+    QMetaObject::invokeMethod(container, tell, Qt::QueuedConnection);
 }
 
 // Like a popup: what has the focus now keeps its ring, its selection and its editing.

@@ -11,9 +11,13 @@ AccessibleField::AccessibleField(QLineEdit *field)
 
 QLineEdit *AccessibleField::field() const { return static_cast<QLineEdit *>(widget()); }
 
+// What is set up before it is first shown is no news. Of a caret that moved then, a reader that
+// lags behind would hear when the field has the keyboard, take that as known, and say nothing of
+// it.
 bool AccessibleField::isValid() const
 {
-    return AccessibleNode::isValid() && !field()->isReadOnly();
+    return AccessibleNode::isValid() && !field()->isReadOnly()
+        && field()->testAttribute(Qt::WA_WState_Created);
 }
 
 QString AccessibleField::text(QAccessible::Text kind) const

@@ -1,23 +1,8 @@
 // A table as a screen reader finds it: its list, its events, its actions.
+#include "Readers/Heard.h"
 #include "Toolkit/Countries.h"
 
-#include <QtGui/QAccessible>
-
 namespace {
-
-// What readers hear: "focus Aa land, +00".
-QStringList *heard = nullptr;
-
-void hear(QAccessibleEvent *event)
-{
-    const auto *interface = event->accessibleInterface();
-    if (!interface || !interface->isValid())
-        return;
-    const QString kind = event->type() == QAccessible::Focus ? u"focus "_s
-        : event->type() == QAccessible::TableModelChanged    ? u"rows "_s
-                                                             : u"0x%1 "_s.arg(event->type(), 0, 16);
-    heard->append(kind + interface->text(QAccessible::Name));
-}
 
 class TableReaders : public CountryTable {
 protected:

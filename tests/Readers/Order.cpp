@@ -1,0 +1,86 @@
+// What readers hear by itself, and what of it last: they stop what they say for what comes later.
+#include "Readers/Heard.h"
+#include "Screens/Hosts.h"
+#include "support/ModemBus.h"
+
+#include <thread>
+
+namespace {
+
+class Order : public InEveryHost {
+protected:
+    void SetUp() override
+    {
+        HostTest::SetUp();
+        EXPECT_TRUE(QTest::qWaitFor([] { return QAccessible::isActive(); })) << "no bus";
+        heard = &events;
+        QAccessible::installUpdateHandler(hear);
+    }
+    void TearDown() override
+    {
+        HostTest::TearDown();
+        QAccessible::installUpdateHandler(nullptr);
+    }
+    [[nodiscard]] QString lastFocus() const
+    {
+        const QStringList all = events.filter(QRegularExpression(u"^focus "_s));
+        return all.isEmpty() ? QString() : all.last();
+    }
+
+    QStringList events;
+};
+
+// Also when the host gives the keyboard to the container that the overlay covers.
+TEST_P(Order, NothingOfWhatTheOverlayCovers)
+{
+    server.pause();
+    HostTest::show(std::get<0>(GetParam()), std::get<1>(GetParam()));
+    ASSERT_TRUE(waitForOverlay(true));
+    container->setFocus();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(lastFocus(), u"focus Loading");
+    server.proceed();
+    ASSERT_TRUE(waitForOverlay(false));
+    EXPECT_SOON(lastFocus() == u"focus Verify with Parlo"_s) << lastFocus().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, Order, everyHost, byHost);
+
+class OrderOfACode : public Order { };
+
+// The message often comes while the page slides in.
+TEST_P(OrderOfACode, ThePageItsFirstBoxAndTheOffer)
+{
+    ModemBus modem;
+    modem.play("start bus; start service; await; modem 0 20801");
+    open();
+    goToCountries();
+    tap(row("tblCountries", 1, 0));
+    ASSERT_TRUE(seen("txtPhoneNumber"));
+    tap("txtPhoneNumber");
+    hands::keys(u"4123"_s);
+    const std::jthread sender([&modem](const std::stop_token &stop) {
+        for (int message = 0; !stop.stop_requested(); ++message)
+            modem.tell({ u"sms"_s, u"0"_s, QString::number(message), u"3"_s,
+                uR"(Code\n@127.0.0.1 #7K2)"_s });
+    });
+    for (bool early = false; !early && !HasFailure();) {
+        events.clear();
+        hands::key(Qt::Key_Return);
+        EXPECT_SOON(visible("btnMessageCode"));
+        early = !visible("txtCode0")->hasFocus();
+        EXPECT_SOON(events.contains(u"says Fill in 7K2 from your message"_s));
+        const QStringList order = events.filter(QRegularExpression(u"^(focus|caret|says) "_s));
+        EXPECT_EQ(order.join(u"; "_s).toStdString(),
+            "focus Loading; focus Phone number; focus SMS; focus Code, digit 1 of 3; says Fill in "
+            "7K2 from your message");
+        ASSERT_TRUE(seen("btnCheck"));
+        tap("btnBack");
+        ASSERT_TRUE(seen("txtPhoneNumber"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Hosts, OrderOfACode, testing::Values(std::make_tuple(Host::window, Qt::LeftToRight)), byHost);
+
+} // namespace
