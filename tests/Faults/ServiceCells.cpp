@@ -120,8 +120,8 @@ struct ShownTexts {
     QByteArray scene;
 };
 const ShownTexts shownTexts[] = {
-    { "init", "result.description", "apps 0 icon" }, // it fills the screen
-    { "init", "result.alternativeValidationDescription result.list[0].text", "apps 2 icon" },
+    { "init", "result.description result.alternativeValidationDescription result.list[0].text",
+        "apps 2 icon" },
     { "country", "result.list[0].title", "countries 15" },
     { "country", "result.list[0].phoneCode", "countries 16" },
 };
