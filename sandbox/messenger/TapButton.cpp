@@ -93,7 +93,8 @@ void TapButton::paintEvent(QPaintEvent *)
     painter.setPen(m_look.ink);
     painter.drawText(
         QRectF(mirrored ? left - 1 : left + glyphWidth + glyphGap, 0, textWidth + 1, height()),
-        Qt::AlignVCenter | (mirrored ? Qt::AlignRight : Qt::AlignLeft), text());
+        static_cast<int>((Qt::AlignVCenter | (mirrored ? Qt::AlignRight : Qt::AlignLeft)).toInt()),
+        text());
     paintRing(painter);
 }
 

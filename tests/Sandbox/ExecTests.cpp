@@ -158,7 +158,11 @@ GLib.MainLoop().run())" });
     for (const auto *count : { "1", "2", "3" }) {
         sandbox.call("send-otp", { { "phoneNumber", "+905321234567" }, { "countryCode", "TR" } });
         const std::string code = sandbox.get("/sandbox/codes/last")["code"];
-        const auto text = "Your code is " + code + ".\n\n@127.0.0.1 #" + code + '\n';
+        const auto text = std::string("Your code is ")
+                              .append(code)
+                              .append(".\n\n@127.0.0.1 #")
+                              .append(code)
+                              .append("\n");
         modem.waitForOutput(text);
         EXPECT_EQ(modem.takeOutput(),
             std::string("/org/freedesktop/ModemManager1/SMS/") + count + ' ' + text);
