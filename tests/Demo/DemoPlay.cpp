@@ -33,20 +33,12 @@ int bandsOf(const QImage &picture, int top)
 /// A screen that has not come to rest leaves a strip of the one before at an edge.
 bool hasSliver(const QImage &picture)
 {
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int i = 1; i < edge; ++i) {
-            const int right = picture.width() - 1;
-            if (picture.pixel(i, y) != picture.pixel(0, y)
-                || picture.pixel(right - i, y) != picture.pixel(right, y))
-                return true;
-        }
-    }
-    for (int x = 0; x < picture.width(); ++x) {
-        for (int i = 1; i < edge; ++i) {
-            if (picture.pixel(x, i) != picture.pixel(x, 0))
-                return true;
-        }
-    }
+    const int right = picture.width() - 1;
+    const auto column = [&](int x) { return picture.copy(x, 0, 1, picture.height()); };
+    const auto row = [&](int y) { return picture.copy(0, y, picture.width(), 1); };
+    for (int i = 1; i < edge; ++i)
+        if (column(i) != column(0) || column(right - i) != column(right) || row(i) != row(0))
+            return true;
     return false;
 }
 

@@ -10,6 +10,7 @@
 
 #include <QtGui/QClipboard>
 #include <QtTest/QSignalSpy>
+#include <QtWidgets/QAbstractButton>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -48,7 +49,7 @@ TEST(DemoStart, LetsOneVerifyOnlyWhileTheSandboxRuns)
     }
 }
 
-TEST(DemoWindow, GivesTheKitAllItsRoomAndIsBackWhenThatCloses)
+TEST(DemoWindow, GivesTheKitAllItsRoomAndTellsOfTheLatestTryAlone)
 {
     RawServer server;
     server.answer("/sandbox/health", RawServer::http(200, R"({"status":"running"})"));
@@ -63,8 +64,22 @@ TEST(DemoWindow, GivesTheKitAllItsRoomAndIsBackWhenThatCloses)
     const auto *const kit = window.findChild<ParloquinViewController *>();
     EXPECT_TRUE(QTest::qWaitFor([&] { return kit->size() == window.size(); }));
     hands::click(partOf(window, "btnClose"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.findChild<ParloquinViewController *>(); }));
+    const auto isBack = [&] { return !window.findChild<ParloquinViewController *>(); };
+    EXPECT_TRUE(QTest::qWaitFor(isBack));
     EXPECT_TRUE(verify->isVisible());
+
+    server.pause(); // what the back end says of the first try comes after the second
+    for (const bool isFirst : { true, false }) {
+        window.verify();
+        auto *const heard = window.findChild<ParloquinSignals *>();
+        isFirst ? heard->succeeded(u"s-1"_s) : heard->failed(ParloquinSignals::ServerError);
+        EXPECT_TRUE(QTest::qWaitFor(isBack));
+    }
+    server.proceed();
+    bool isOver = false;
+    window.backEnd().confirm(u"s-2"_s, [&](const QString &) { isOver = true; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isOver; }));
+    EXPECT_EQ(partOf(window, "lblOutcome")->property("text").toString(), u"No answer"_s);
 }
 
 TEST(DemoBackEnd, ConfirmsNoSessionButTheOneThatTheServiceKnows)
@@ -111,11 +126,17 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     EXPECT_EQ(said(), u"Copied"_s);
     static_cast<void>(QTest::qWaitFor([&] { return said() == u"Copy"_s; }));
     EXPECT_EQ(said(), u"Copy"_s) << said().toString().toStdString();
+    auto *const filled = page.findChild<QAbstractButton *>(u"btnDone"_s);
+    const auto colour = [&] { return filled->grab().toImage().pixelColor(20, 20).name(); };
+    QString released;
+    QObject::connect(filled, &QAbstractButton::released, [&] { released = colour(); });
     const auto tap = [&](const char *button) {
         hands::click(partOf(page, button));
         return std::pair(int(done.size()), int(again.size()));
     };
     EXPECT_EQ(tap("btnDone"), std::pair(1, 0));
+    EXPECT_EQ(released, demo::Look::pressedBlue.name()) << "it fades";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return colour() == demo::Look::blue.name(); }));
     EXPECT_EQ(tap("btnAgain"), std::pair(1, 1));
     page.showFailed(ParloquinSignals::UrlSchemeError, 61s);
     EXPECT_EQ(tap("btnDone"), std::pair(1, 2)) << "Try again";

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <future>
 #include <thread>
 
 using namespace parloquin;
@@ -242,6 +243,11 @@ TEST(SerialQueue, RunsInOrderOnItsOwnOrItsTargetsThread)
             SerialQueue queue(QStringLiteral("queue"), QualityOfService::background, given);
             target->sync([&] { EXPECT_EQ(queue.isCurrent(), given != nullptr); });
             queue.asyncAfter(std::chrono::hours(1), [&] { order.push_back(1000); });
+            const auto begun = std::chrono::steady_clock::now();
+            std::promise<std::chrono::steady_clock::duration> ran;
+            queue.asyncAfter(std::chrono::milliseconds(50),
+                [&] { ran.set_value(std::chrono::steady_clock::now() - begun); });
+            EXPECT_GE(ran.get_future().get() / std::chrono::milliseconds(1), 50);
             for (int i = 0; i < 100; ++i)
                 queue.async([&order, i] { order.push_back(i); });
             queue.sync([&] { queue.sync([&] { order.push_back(100); }); });

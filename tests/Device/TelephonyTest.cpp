@@ -93,6 +93,15 @@ TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
     }
 }
 
+TEST(Telephony, HearsOfASimThatIsPutInWhileItAsks)
+{
+    ModemBus bus;
+    bus.play("start bus; start plain-service; putWhileAsked 23201 26201; ask");
+    const auto country = [] { return Telephony::shared().isoCountryCode().value_or(QString()); };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return country() == QStringLiteral("de"); }, patience))
+        << country().toStdString() << ", not de";
+}
+
 TEST(OperatorCountry, IsFoundByItsCodes)
 {
     const char *const rows[][2] = {

@@ -95,7 +95,7 @@ TEST_P(SystemProxy, CarriesACallAndHearsNoMoreThanItHasTo)
     const GLibPointer<GTlsDatabase> certificates(
         g_tls_backend_get_default_database(g_tls_backend_get_default()));
     const qint64 before = mostMemory();
-    Get get(QString::fromLatin1(row.url));
+    Get get(QString::fromLatin1(row.url).replace(u'@', port(proxy)));
     EXPECT_EQ(get.outcome(), row.outcome);
     EXPECT_LT(mostMemory() - before, 16 * 1024);
     ASSERT_EQ(proxy.requests().size(), 1U);
@@ -119,6 +119,8 @@ const RawServer::Script refuses { RawServer::read(), RawServer::send(RawServer::
 const ProxyRow proxyRows[] = {
     { "Plain", "http_proxy=http://@", "http://icons.test/a?b", { RawServer::read(), wholeAnswer },
         "200 application/json 4", "GET http://icons.test/a?b HTTP/1.1\r\nHost: icons.test\r\n" },
+    { "NotForThisMachine", "http_proxy=http://@", "http://localhost:@/",
+        { RawServer::read(), wholeAnswer }, "200 application/json 4", "GET / HTTP/1.1\r\n" },
     { "PlainWithAName", "http_proxy=http://name:p%40ss@", "http://icons.test/", refuses,
         "407 application/json 0", "\r\n#\r\n" },
     { "Socks", "http_proxy=socks5://name:p%40ss@", "http://icons.test/",

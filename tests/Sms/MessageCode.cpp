@@ -133,6 +133,8 @@ TEST_F(MessageCode, IsTakenOnceFromWholeReceivedMessagesForThisHostAlone)
     send(bound(u"665"_s));
     EXPECT_TRUE(isShown(u"665"_s, 20000)); // so that the part that came before was looked at
     bus.tell({ u"complete"_s, u"parts"_s, bound(u"666"_s) });
+    EXPECT_TRUE(isShown(u"666"_s, 20000));
+    bus.tell({ u"complete"_s, u"parts"_s, bound(u"667"_s) }); // it was whole before
     bus.tell({ u"complete"_s, u"before"_s, bound(u"777"_s) });
     send(bound(u"888"_s));
     EXPECT_TRUE(isShown(u"888"_s, 20000));
