@@ -112,7 +112,8 @@ void ParloquinMainViewController::showEmptyLook()
 {
     if (requiredViewModel().listState.isAwaited())
         tblKits->setEmptyLook(QStringLiteral("icon-list-awaited"),
-            QCoreApplication::translate("Parloquin", "Loading the apps…"));
+            QCoreApplication::translate("Parloquin", "Loading the apps…"),
+            true); // the overlay is up meanwhile
     else
         tblKits->setEmptyLook(QStringLiteral("icon-list-empty"),
             QCoreApplication::translate("Parloquin", "No apps to show"));

@@ -53,13 +53,14 @@ EmptyLook::EmptyLook(QWidget *list)
     lblEmpty->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
 }
 
-bool EmptyLook::set(const QString &image, const QString &text)
+bool EmptyLook::set(const QString &image, const QString &text, bool isBesidePlate)
 {
     if (text == lblEmpty->text())
         return false;
     if (!text.isEmpty())
         imgEmpty->setImageNamed(image);
     lblEmpty->setText(text);
+    m_isBesidePlate = isBesidePlate;
     layOut();
     return true;
 }
@@ -74,7 +75,7 @@ bool EmptyLook::event(QEvent *event)
 }
 
 // Where the plate would cover it: higher up, else under the plate, else without its symbol. The
-// same with no overlay up, so that nothing moves when it comes or goes.
+// same before the overlay comes and when it has gone, so that it does not move by itself.
 void EmptyLook::layOut()
 {
     const int lineWidth = std::max(width() - 2 * sideMargin, 0);
@@ -85,9 +86,9 @@ void EmptyLook::layOut()
     const int above = plate - plateGap;
     const int below = plate + Style::plateSize + plateGap;
 
-    int top = usualTop;
+    int top = std::min(usualTop, std::max(height() - whole, 0) / 2);
     bool hasSymbol = true;
-    if (below > usualTop && above < usualTop + whole) {
+    if (m_isBesidePlate && below > usualTop && above < usualTop + whole) {
         if (above >= leastTop + whole) {
             top = above - whole;
         } else if (below + whole <= height()) {

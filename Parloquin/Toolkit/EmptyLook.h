@@ -9,7 +9,7 @@ class Label;
 
 /// \brief What a list shows in place of rows: a symbol over a line of text.
 ///
-/// Near the top, clear of the progress overlay's plate in the middle; transparent for the mouse.
+/// Near the top; transparent for the mouse.
 class EmptyLook : public Pane {
     Q_OBJECT
 public:
@@ -17,8 +17,9 @@ public:
 
     /// \param image one of the kit's own
     /// \param text empty: nothing is shown
+    /// \param isBesidePlate the progress overlay may be up: it keeps clear of the plate
     /// \return whether that is another look than before
-    bool set(const QString &image, const QString &text);
+    bool set(const QString &image, const QString &text, bool isBesidePlate);
     [[nodiscard]] QString text() const;
 
 protected:
@@ -29,6 +30,7 @@ private:
 
     ImageView *imgEmpty;
     Label *lblEmpty;
+    bool m_isBesidePlate = false;
 };
 
 } // namespace parloquin

@@ -317,9 +317,9 @@ void TableView::setSeparatorStyle(SeparatorStyle style)
     d->arrange();
 }
 
-void TableView::setEmptyLook(const QString &image, const QString &text)
+void TableView::setEmptyLook(const QString &image, const QString &text, bool isBesidePlate)
 {
-    if (!d->emptyLook->set(image, text) || d->geometry.items() > 0)
+    if (!d->emptyLook->set(image, text, isBesidePlate) || d->geometry.items() > 0)
         return;
     AccessibleTable::tellReload(*this);
 }

@@ -106,7 +106,8 @@ public:
     /// \brief What the table shows, and says to a reader, while it has no rows.
     /// \param image one of the kit's own
     /// \param text empty: nothing
-    void setEmptyLook(const QString &image, const QString &text);
+    /// \param isBesidePlate keeps clear of the progress overlay's plate
+    void setEmptyLook(const QString &image, const QString &text, bool isBesidePlate = false);
 
     /// \param make creates a new cell; called when none of this identifier waits for reuse
     void registerCell(const QString &identifier, std::function<TableCell *()> make);
