@@ -1,31 +1,20 @@
 #pragma once
 
+#include <QtCore/QDebug>
+
 #include <ostream>
 #include <type_traits>
 
-class QByteArray;
-class QColor;
-class QImage;
-class QJsonObject;
-class QJsonValue;
-class QPoint;
-class QRect;
-class QSize;
-class QString;
-class QUrl;
-
 // How a failed expectation shows Qt's values; seen by every test before its first line, so that
 // none shows bytes.
-void PrintTo(const QByteArray &value, std::ostream *out);
-void PrintTo(const QColor &value, std::ostream *out);
-void PrintTo(const QImage &value, std::ostream *out);
-void PrintTo(const QJsonObject &value, std::ostream *out);
-void PrintTo(const QJsonValue &value, std::ostream *out);
-void PrintTo(const QPoint &value, std::ostream *out);
-void PrintTo(const QRect &value, std::ostream *out);
-void PrintTo(const QSize &value, std::ostream *out);
-void PrintTo(const QString &value, std::ostream *out);
-void PrintTo(const QUrl &value, std::ostream *out);
+template <typename Value>
+requires std::is_class_v<Value> && requires(QDebug out, const Value &value) { out << value; }
+void PrintTo(const Value &value, std::ostream *out)
+{
+    QString text;
+    QDebug(&text).nospace() << value;
+    *out << text.toStdString();
+}
 
 /// The kit's enumerations, by the place of their case.
 template <typename Value>
