@@ -2,7 +2,6 @@
 #include "Parloquin/Extension/Encodable+Extension.h"
 #include "Parloquin/Extension/RawValues.h"
 #include "Parloquin/Extension/String+Extension.h"
-#include "Parloquin/Networking/Model/Base/BaseRequestHeaderModel.h"
 #include "Parloquin/Networking/Model/Base/BaseResponseModel.h"
 #include "Parloquin/Networking/Router/ApiModels.h"
 #include "Parloquin/Networking/Router/ApiRouter.h"
@@ -26,27 +25,11 @@ constexpr Read init = outcome<BaseResponseModel<InitResponseModel>>;
 constexpr Read start = outcome<BaseResponseModel<StartResponseModel>>;
 constexpr Read check = outcome<BaseResponseModel<CheckResponseModel>>;
 constexpr Read sendOtp = outcome<BaseResponseModel<SendOtpResponseModel>>;
-constexpr Read checkOtp = outcome<BaseResponseModel<CheckOtpResponseModel>>;
 constexpr Read country = outcome<BaseResponseModel<CountryResponseModel>>;
 
-const QByteArray kit = R"({"app":"parlo","appPackage":"parlo:\/\/","bgColour":"#12ab34",)"
-                       R"("icon":"http:\/\/x\/i.png","name":"Parlo","text":"Use Parlo",)"
-                       R"("textColour":"ffffff"})";
-const QByteArray wholeInit =
-    R"({"meta":{"errorCode":"403026","errorMessage":"m","httpStatusCode":404,"requestId":"r"},)"
-    R"("result":{"alternativeValidation":"otp","alternativeValidationDescription":"d",)"
-    R"("appPackageList":[{"package":"parlo:\/\/"},{}],"countryCode":"TR","description":"D",)"
-    R"("list":[)"
-    + kit + "," + kit
-    + R"(],"localizationList":[{"key":"k","value":"v"}],"validation":"3rdparty"}})";
 const QByteArray wholeStart =
     R"({"result":{"countryList":[{"countryCode":"TR","phoneCode":"+90","title":"T"}],)"
     R"("deeplink":"parlo:\/\/send","reference":"r","type":"t"}})";
-
-const QByteArray wholeHeader =
-    R"({"User-Agent":"a","X-TRZ-Client-Device-Id":"","X-TRZ-Client-Key":"","X-TRZ-Encrypted":"0",)"
-    R"("X-TRZ-Lang":"","X-TRZ-Os":"","X-TRZ-Req-Signature":"","X-TRZ-Req-Timestamp":"",)"
-    R"("X-TRZ-Sdk-Version":""})";
 
 TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
 {
@@ -55,17 +38,7 @@ TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
         QByteArray body, expected;
     } rows[] = {
         { init, "{}", "{}" },
-        { init, R"({"meta":null,"result":null})", "{}" },
-        { init, wholeInit, wholeInit },
         { start, wholeStart, wholeStart },
-        { init, R"({"result":{"list":[]}})", R"({"result":{"list":[]}})" },
-        { check, R"({"result":{"sessionId":null,"validationStatus":false}})",
-            R"({"result":{"validationStatus":false}})" },
-        { checkOtp, R"({"result":{"sessionId":"","validationStatus":true}})",
-            R"({"result":{"sessionId":"","validationStatus":true}})" },
-        { country,
-            R"({"result":{"list":[{"title":"\u00c5land"},{"title":"b"},{},{"title":"d"},{}]}})",
-            R"({"result":{"list":[{"title":"Åland"},{"title":"b"},{},{"title":"d"},{}]}})" },
         { sendOtp, R"({"x":[1,{"y":2.5}],"result":{"Reference":1,"reference":"r"}})",
             R"({"result":{"reference":"r"}})" },
         { sendOtp, R"({"result":{"\u0072eference":"r"}})", R"({"result":{"reference":"r"}})" },
@@ -73,31 +46,17 @@ TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
             R"({"result":{"reference":"b"}})" },
         { check, R"({"result":{"sessionId":"a"},"result":{"validationStatus":true}})",
             R"({"result":{"validationStatus":true}})" },
-        { sendOtp, R"({"result":{"reference":"a","reference":null}})", R"({"result":{}})" },
         { check, " \n\t{ } \r\n", "{}" },
-        { sendOtp, R"({"result":{"reference":"\ud83c\udf00"}})",
-            "{\"result\":{\"reference\":\"\U0001F300\"}}" },
-        { sendOtp, R"({"result":{"reference":"\ufeffr"}})",
-            "{\"result\":{\"reference\":\"\uFEFFr\"}}" },
         { sendOtp,
             R"({"x":[1e400,-340282366920938463463374607431768211456],"\"":0.1E+999,"result":{}})",
             R"({"result":{}})" },
         { outcome<CountryRequestModel>, R"({"countryCode":""})", R"({"countryCode":""})" },
-        { outcome<BaseRequestHeaderModel>, wholeHeader, wholeHeader },
         { init, R"({"meta":{"httpStatusCode":"200"}})", "meta.httpStatusCode: expected integer" },
-        { init, R"({"meta":{"httpStatusCode":200.5}})", "meta.httpStatusCode: expected integer" },
-        { init, R"({"meta":{"httpStatusCode":401}})", "meta.httpStatusCode: unknown value 401" },
-        { init, R"({"meta":{"httpStatusCode":413}})", "meta.httpStatusCode: unknown value 413" },
-        { init, R"({"meta":{"httpStatusCode":18446744073709551615}})",
-            "meta.httpStatusCode: unknown value 18446744073709551615" },
         { init, R"({"meta":{"httpStatusCode":4294967496}})",
             "meta.httpStatusCode: unknown value 4294967496" },
         { check, R"({"meta":{"errorCode":"403004"}})",
             R"(meta.errorCode: unknown value "403004")" },
-        { check, R"({"meta":{"errorCode":403001}})", "meta.errorCode: expected string" },
-        { check, R"({"meta":[]})", "meta: expected object" },
         { check, R"({"result":{},"result":1})", "result: expected object" },
-        { init, R"({"result":{"validation":"Otp"}})", R"(result.validation: unknown value "Otp")" },
         { init, R"({"result":{"list":{}}})", "result.list: expected array" },
         { init, R"({"result":{"list":[{},null]}})", "result.list[1]: expected object" },
         { check, R"({"result":{"validationStatus":1}})",
@@ -105,9 +64,7 @@ TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
         { country, R"({"result":{"list":[{"title":"a"},{"title":1.5}]}})",
             "result.list[1].title: expected string" },
         { outcome<CountryRequestModel>, "{}", "countryCode: missing" },
-        { outcome<CountryRequestModel>, R"({"countryCode":null})", "countryCode: expected string" },
         { check, "[]", "body: expected object" },
-        { init, R"({"meta":{"httpStatusCode":200e400}})", "meta.httpStatusCode: expected integer" },
     };
     for (const auto &[read, body, expected] : rows)
         EXPECT_EQ(read(body), expected) << body.left(200).constData();
@@ -123,8 +80,8 @@ TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
         R"({"x":)" + QByteArray(100000, '[') + QByteArray(100000, ']') + '}' };
     for (const QByteArray &body : others)
         EXPECT_TRUE(check(body).startsWith("body: no JSON")) << body.left(200).constData();
-    for (qsizetype size = 0; size < wholeInit.size(); ++size)
-        ASSERT_TRUE(init(wholeInit.first(size)).startsWith("body: no JSON")) << size;
+    for (qsizetype size = 0; size < wholeStart.size(); ++size)
+        ASSERT_TRUE(start(wholeStart.first(size)).startsWith("body: no JSON")) << size;
 }
 
 TEST(RawValue, IsExactlyOneOfItsTable)
@@ -137,19 +94,6 @@ TEST(RawValue, IsExactlyOneOfItsTable)
     EXPECT_EQ(fromRaw<HttpStatusCode>(404), HttpStatusCode::notFoundError);
     // Stored by index somewhere, this order must not change: 404 stands before 403.
     EXPECT_LT(HttpStatusCode::notFoundError, HttpStatusCode::forbiddenError);
-}
-
-TEST(Success, IsDecidedByTheStatusAlone)
-{
-    const std::pair<const char *, bool> rows[] = {
-        { "{}", false },
-        { R"({"meta":{},"result":{"sessionId":"s"}})", false },
-        { R"({"meta":{"httpStatusCode":200,"errorCode":"403002"}})", true },
-        { R"({"meta":{"httpStatusCode":201}})", true },
-        { R"({"meta":{"httpStatusCode":400},"result":{"sessionId":"s"}})", false },
-    };
-    for (const auto &[body, isSuccess] : rows)
-        EXPECT_EQ(decode<BaseResponseModel<CheckResponseModel>>(body)->isSuccess(), isSuccess);
 }
 
 TEST(Encoding, LeavesOutWhatIsEmptyAndKeepsWhatIsRequired)

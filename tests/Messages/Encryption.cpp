@@ -1,7 +1,6 @@
 #include "Parloquin/Extension/String+Extension.h"
 #include "Parloquin/Manager/EncryptManager.h"
 #include "Parloquin/Networking/Helper/ApiResponseHelper.h"
-#include "Parloquin/Platform/Crypto.h"
 #include "support/Console.h"
 
 #include <gtest/gtest.h>
@@ -97,15 +96,6 @@ TEST(Decryption, SaysTheSameWhateverFails)
             "\n\n[Parloquin]\n\u26A0\uFE0F\nDecrypt Error: 'The value cannot be decrypted'\n"
             "[Parloquin]\n\n\n")
             << value.constData();
-    }
-}
-
-TEST(Decryption, TakesNoOtherCharacterForADigit)
-{
-    for (qsizetype place = 0; place < 8; ++place) {
-        QByteArray text = "AAAAAAAA";
-        text[place] = '!';
-        EXPECT_EQ(Crypto::fromBase64(text), std::nullopt) << text.constData();
     }
 }
 

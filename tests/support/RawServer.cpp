@@ -156,8 +156,6 @@ void RawServer::Private::play(int fd, const Script &steps)
         case Step::Kind::hold:
             while (readRequest(fd, &pending)) { }
             break;
-        case Step::Kind::close:
-            return;
         case Step::Kind::reset:
             const linger now { 1, 0 };
             ::setsockopt(fd, SOL_SOCKET, SO_LINGER, &now, sizeof now);
@@ -237,12 +235,9 @@ void RawServer::play(Script script)
     d->script = std::move(script);
 }
 
-void RawServer::answer(const QByteArray &path, const QJsonObject &envelope, bool encrypt)
+void RawServer::answer(const QByteArray &path, const QJsonObject &envelope)
 {
-    answer(path,
-        encrypt ? http(
-            200, encrypted(envelope), "Content-Type: application/json\r\nX-TRZ-Encrypted: 1\r\n")
-                : http(200, parloquin::jsonText(envelope)));
+    answer(path, http(200, parloquin::jsonText(envelope)));
 }
 
 void RawServer::answer(const QByteArray &path, const QByteArray &httpAnswer)

@@ -40,12 +40,12 @@ struct RawRequest {
 class RawServer {
 public:
     struct Step {
-        enum class Kind { read, send, drip, hold, close, reset };
+        enum class Kind { read, send, drip, hold, reset };
         Kind kind;
         QByteArray bytes;
         std::chrono::milliseconds pace {};
     };
-    using Script = std::vector<Step>;
+    using Script = std::vector<Step>; ///< at whose end the connection closes
 
     // clang-format off
     static Step read() { return { Step::Kind::read, {} }; } ///< one whole request
@@ -53,7 +53,6 @@ public:
     static Step drip(QByteArray bytes, std::chrono::milliseconds pace) ///< a byte at a time
         { return { Step::Kind::drip, std::move(bytes), pace }; }
     static Step hold() { return { Step::Kind::hold, {} }; } ///< silent until the peer goes
-    static Step close() { return { Step::Kind::close, {} }; } ///< also the end of every script
     static Step reset() { return { Step::Kind::reset, {} }; } ///< closes by RST
     // clang-format on
 
@@ -68,7 +67,7 @@ public:
     void play(Script script);
 
     /// What a POST or GET of the path brings from now on: an envelope with status 200.
-    void answer(const QByteArray &path, const QJsonObject &envelope, bool encrypted = false);
+    void answer(const QByteArray &path, const QJsonObject &envelope);
     /// The same with any bytes, a whole HTTP answer: see http().
     void answer(const QByteArray &path, const QByteArray &httpAnswer);
     void pause();
