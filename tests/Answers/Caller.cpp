@@ -1,5 +1,6 @@
-// A host that sends every call to the service at argv[1], one after another, and ends. "whole"
-// behind it: with every field there is.
+// A host that sends every call to the service at argv[1], one after another, and ends. argv[2]
+// "whole": with every field there is; "return": it quits when a byte comes on standard input;
+// "exit": so too, but without returning from main().
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Request/Request.h"
 #include "Parloquin/Networking/Router/ApiModels.h"
@@ -7,6 +8,13 @@
 #include "support/ServiceEndpoint.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QSocketNotifier>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
 
 using namespace parloquin;
 
@@ -16,7 +24,10 @@ bool isWhole = false;
 
 void sendNext();
 
-constexpr auto next = [](const auto &) { onMain(sendNext); };
+constexpr auto next = [](const auto &) {
+    std::fputs("completed\n", stderr);
+    onMain(sendNext);
+};
 
 QString text(const char *utf8) { return QString::fromUtf8(utf8); }
 
@@ -64,8 +75,16 @@ void sendNext()
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    isWhole = argc > 2;
+    const std::string how = argc > 2 ? argv[2] : "";
+    isWhole = how == "whole";
     setServiceHost(QString::fromLocal8Bit(argv[1]));
+    QSocketNotifier told(STDIN_FILENO, QSocketNotifier::Read);
+    told.setEnabled(how == "return" || how == "exit");
+    QObject::connect(&told, &QSocketNotifier::activated, &app, [&how] {
+        if (how == "exit")
+            std::exit(0);
+        QCoreApplication::quit();
+    });
     onMain(sendNext);
     return QCoreApplication::exec();
 }

@@ -31,7 +31,7 @@ TEST_P(Quitting, EndsACallWithinASecondAndWithoutItsOutcome)
         service.replace(QStringLiteral("127.0.0.1"), QStringLiteral("service.test"));
     QProcess host;
     host.setStandardOutputFile(QProcess::nullDevice());
-    host.start(QStringLiteral(NETWORK_HOST), { service, QString::fromLatin1(how) });
+    host.start(QStringLiteral(CALLER), { service, QString::fromLatin1(how) });
     const std::size_t requests = hasAddress.value_or(true) ? 1 : 0;
     ASSERT_TRUE(requests == 0 || server.waitForRequests(1));
     ASSERT_TRUE(requests == 1 || QTest::qWaitFor([&] { return names->questions() > 0; }));
