@@ -1,8 +1,8 @@
 #include "Parloquin/Platform/Linux/LinkPortal.h"
 #include "support/ByName.h"
+#include "support/ModemBus.h"
 
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QProcess>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
@@ -11,7 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString portalName = u"org.freedesktop.portal.Desktop"_s;
 constexpr int startPatience = 20000; // ms
 
 struct PortalRow {
@@ -21,49 +20,15 @@ struct PortalRow {
     bool isSilent = false;
 };
 
-/// A session's bus with a portal on it.
-class PortalBus {
-public:
-    explicit PortalBus(const PortalRow &row)
-    {
-        m_bus.start(u"dbus-daemon"_s, { u"--session"_s, u"--nofork"_s, u"--print-address"_s });
-        EXPECT_TRUE(m_bus.waitForReadyRead(startPatience));
-        qputenv("DBUS_SESSION_BUS_ADDRESS", m_bus.readLine().trimmed());
-        const QString interface = u"org.freedesktop.portal.OpenURI"_s;
-        const QString path = u"/org/freedesktop/portal/desktop"_s;
-        m_portal.start(
-            u"/usr/bin/python3"_s, { u"-m"_s, u"dbusmock"_s, portalName, path, interface });
-        gdbus({ u"wait"_s, u"--session"_s, u"--timeout=20"_s, portalName });
-        if (row.code)
-            gdbus({ u"call"_s, u"--session"_s, u"--dest"_s, portalName, u"--object-path"_s, path,
-                u"--method"_s, u"org.freedesktop.DBus.Mock.AddMethod"_s, interface,
-                u"SchemeSupported"_s, u"sa{sv}"_s, u"b"_s, QString::fromLatin1(row.code) });
-    }
-    ~PortalBus()
-    {
-        for (QProcess *each : { &m_portal, &m_bus }) {
-            each->kill();
-            each->waitForFinished();
-        }
-    }
-    Q_DISABLE_COPY_MOVE(PortalBus)
-
-private:
-    static void gdbus(const QStringList &words)
-    {
-        EXPECT_EQ(QProcess::execute(u"gdbus"_s, words), 0);
-    }
-
-    QProcess m_bus;
-    QProcess m_portal;
-};
-
 class LinkPortalAnswer : public testing::TestWithParam<PortalRow> { };
 
 TEST_P(LinkPortalAnswer, IsHeardOrNotWaitedForTwice)
 {
     const PortalRow &row = GetParam();
-    const PortalBus bus(row);
+    ModemBus bus;
+    qputenv("DBUS_SESSION_BUS_ADDRESS", qgetenv("DBUS_SYSTEM_BUS_ADDRESS"));
+    bus.play("start bus; start portal");
+    bus.tell({ u"answers"_s, QString::fromLatin1(row.code) });
     QElapsedTimer time;
     time.start();
     EXPECT_EQ(parloquin::LinkPortal::handles(u"parlo"_s), row.handles);

@@ -49,21 +49,6 @@ TEST(TelephonyEnding, DoesNotHoldUpTheEndOfTheProgram)
     }
 }
 
-TEST(ModemService, AsksTheFirstModemWithASimOrWithout)
-{
-    const std::pair<const char *, std::optional<QString>> rows[] = {
-        { "bare 0", std::nullopt },
-        { "modem 0 23201", QStringLiteral("23201") },
-    };
-    for (const auto &[first, identifier] : rows) {
-        ModemBus bus;
-        bus.play(QByteArray("start bus; start service; await; ") + first + "; modem 1 26201");
-        ModemService service([] {});
-        ASSERT_TRUE(service.connect(nullptr));
-        EXPECT_EQ(service.operatorIdentifier(nullptr), identifier) << first;
-    }
-}
-
 TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
 {
     const struct {
@@ -72,11 +57,8 @@ TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
         std::optional<QString> identifier;
         bool isTold = true;
     } rows[] = {
-        { "modem 0 locked", "unlock 0 26201", QStringLiteral("26201") },
         { "modem 0 23201; sim 1 26201", "put 0 1", QStringLiteral("26201") },
-        { "modem 0 23201", "takeOut 0", {} },
-        { "await", "modem 0 26201", QStringLiteral("26201") },
-        { "modem 0 23201", "end service", {} },
+        { "bare 0", "modem 1 26201", {} }, // the first is asked, also without a SIM
         { "modem 0 23201", "strength 0 40", QStringLiteral("23201"), false },
     };
     for (const auto &[before, change, identifier, isTold] : rows) {

@@ -5,8 +5,10 @@
 #include "support/ModemBus.h"
 #include "support/OwnNetwork.h"
 
+#include <fcntl.h>
 #include <linux/netlink.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -21,6 +23,8 @@ constexpr int patience = 20000; // ms
 std::atomic<int> interruptions = 0;
 /// While this holds, what the kernel tells is not read.
 std::atomic<bool> isHeld = false;
+/// The next socket that something is read from breaks.
+std::atomic<bool> breaks = false;
 /// How often there was no room for it then.
 std::atomic<int> overruns = 0;
 
@@ -31,6 +35,11 @@ extern "C" ssize_t __real_recvmsg(int fd, msghdr *message, int flags); // NOLINT
 extern "C" ssize_t __wrap_recvmsg(int fd, msghdr *message, int flags) // NOLINT
 {
     isHeld.wait(true);
+    if (breaks.exchange(false)) {
+        const int none = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+        ::dup2(none, fd);
+        ::close(none);
+    }
     const ssize_t size = __real_recvmsg(fd, message, flags);
     if (size < 0 && errno == ENOBUFS)
         ++overruns;
@@ -56,21 +65,23 @@ struct Network {
     QByteArray restores;
     int interruptions = 0; ///< of the dumps that follow the break
     bool inSample = false;
+    bool breaksSocket = false;
 };
 const Network networks[] = {
     { "no default route", "route del default", route },
     { "loopback only", "link del d0", wired + route, 0, true },
-    { "cable unplugged", "link set d1 down", "link set d1 up" },
+    { "cable unplugged", "link set d1 down", "link set d1 up", 0, true },
     { "link taken down", "link set d0 down", "link set d0 up\n" + route },
     { "route that refuses", "route replace unreachable default",
         "route del unreachable default\n" + route },
-    { "IPv6 only", "addr del 10.9.0.2/24 dev d0",
-        "addr add fd00::2/64 dev d0 nodad\nroute add ::/0 via fd00::1" },
+    { "IPv6 only", "addr add fd00::2/64 dev d0 nodad\naddr del 10.9.0.2/24 dev d0",
+        "route add ::/0 via fd00::1", 0, true },
     { "modem only", "link set d1 down",
         QByteArray(modem) + "route add default via 10.8.0.1 metric 9" },
     { "netlink overrun", flaps + "route del default", route + flaps },
     { "interrupted dump", "route del default", route, 20 },
     { "dump interrupted for seconds", "route del default", route, 200 },
+    { "netlink broken", "route del default", route, 0, true, true },
 };
 
 /// Until the kit has taken what the kernel told it, whatever lay between.
@@ -103,6 +114,7 @@ Cell cut(const Network &row, const QByteArray &call, const QStringList &outcomes
         test.goTo(call);
         test.setOutcome(call, "success");
         interruptions = row.interruptions;
+        breaks = row.breaksSocket;
         change(test, row.breaks, false);
         EXPECT_EQ(interruptions, 0) << "not so often";
         test.makeAndWait(call);

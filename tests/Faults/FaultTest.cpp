@@ -140,18 +140,16 @@ bool FaultTest::send(const QString &message)
     const QString text = query.queryItemValue(u"text"_s, QUrl::FullyDecoded);
     const json body { { "app", "parlo" }, { "text", text.toStdString() } };
     const auto pause = yardstick.pause();
-    const auto answer = service.client().Post("/sandbox/messages", body.dump(), "application/json");
-    return answer && answer->status == 202;
+    return service.post("/sandbox/messages", body)["status"] == 202;
 }
 
 json FaultTest::askService(const std::string &path, const json &body)
 {
     const auto pause = yardstick.pause();
-    const auto answer = body.is_null()
-        ? service.client().Get(path)
-        : service.client().Post(path, body.dump(), "application/json");
-    EXPECT_TRUE(answer && answer->status / 100 == 2) << path << body;
-    return json::parse(answer ? answer->body : "{}", nullptr, false);
+    json answer = body.is_null() ? service.get(path) : service.post(path, body);
+    EXPECT_EQ(answer["status"].get<int>() / 100, 2) << path << body;
+    answer.erase("status");
+    return answer;
 }
 
 void FaultTest::setOutcome(const QByteArray &call, const json &outcome)

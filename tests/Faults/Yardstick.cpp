@@ -150,12 +150,6 @@ std::shared_ptr<void> Yardstick::pause()
     return { this, [](Yardstick *self) { self->beat(false); } };
 }
 
-void Yardstick::say(const QByteArray &line)
-{
-    const QByteArray text = line + '\n';
-    static_cast<void>(::write(realOutputs[0], text.constData(), static_cast<size_t>(text.size())));
-}
-
 QByteArray Yardstick::output()
 {
     QByteArray bytes(::lseek(capture, 0, SEEK_END), Qt::Uninitialized);

@@ -25,7 +25,6 @@ public:
 
     /// While this lives, holds of the main thread are the test's own.
     [[nodiscard]] std::shared_ptr<void> pause();
-    static void say(const QByteArray &line); ///< on the real output
 
     [[nodiscard]] static QByteArray output(); ///< so far
     /// Calls of the service that were made, and those whose completion has run, by the output.

@@ -9,7 +9,7 @@
 
 class QProcess;
 
-/// A system bus of the test's own, with a modem service made of mock objects.
+/// A bus of the test's own, the system's, with services made of mock objects.
 class ModemBus {
 public:
     ModemBus();

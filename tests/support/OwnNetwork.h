@@ -12,10 +12,13 @@ bool isInOwnNetwork();
 /// Runs commands of the network tool, one a line.
 bool ip(const QByteArray &lines);
 
-// A pair of links is a cable: its other end taken down unplugs it.
-constexpr char wired[] = "link add d0 type veth peer name d1\nlink set d1 up\n"
-                         "addr add 10.9.0.2/24 dev d0\n"
-                         "link set d0 up\n";
+// A pair of links is a cable: its other end taken down unplugs it. It gives itself no addresses,
+// whose news would come in between.
+constexpr char wired[] =
+    "link add d0 type veth peer name d1\n"
+    "link set d0 addrgenmode none\nlink set d1 addrgenmode none\nlink set d1 up\n"
+    "addr add 10.9.0.2/24 dev d0\n"
+    "link set d0 up\n";
 constexpr char modem[] = "link add wwan0 type veth peer name w1\nlink set w1 up\n"
                          "addr add 10.8.0.2/24 dev wwan0\n"
                          "link set wwan0 up\n";
