@@ -15,9 +15,8 @@ int main(int argc, char **argv)
 {
     const QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationDomain(qEnvironmentVariable("PROBE_DOMAIN"));
-    const QHash<QString, QString (*)()> finders { { u"zone"_s, Device::timeZone },
-        { u"identifier"_s, Device::identifierForVendor }, { u"version"_s, Device::systemVersion },
-        { u"name"_s, Device::name } };
+    const QHash<QString, QString (*)()> finders { { u"identifier"_s, Device::identifierForVendor },
+        { u"version"_s, Device::systemVersion }, { u"name"_s, Device::name } };
     const auto arguments = QCoreApplication::arguments().mid(1);
     for (const QString &name : arguments) {
         if (name == u"pause"_s) {

@@ -1,4 +1,3 @@
-#include "Parloquin/Platform/Linux/BinaryPropertyList.h"
 #include "support/ByName.h"
 #include "support/PropertyLists.h"
 
@@ -109,6 +108,9 @@ const ListRow listRows[] = {
     { "Binary", binary({ "\xD1\x01\x02", key, "\x55value" }), "value" },
     { "BinaryUtf16", binary({ "\xD1\x01\x02", key, QByteArray("\x61\x20\xAC", 3) }),
         "\xE2\x82\xAC" },
+    { "BinaryWithAList",
+        binary({ "\xD2\x01\x03\x02\x04", key, "\x51x", "\x51l", QByteArray("\xA2\x02\x02", 3) }),
+        "x" },
     { "EmptyText", dictionary("<key>key</key><string></string>"), "" },
     { "OtherKeys", dictionary("<key>k</key><string>x</string>"), absent },
     { "NoText", dictionary("<key>key</key><integer>7</integer>"), absent },
@@ -133,35 +135,5 @@ const ListRow listRows[] = {
     { "LinkToItself", {}, absent, "cannot be read", "rm $0; ln -s $0 $0" },
 };
 INSTANTIATE_TEST_SUITE_P(Files, PropertyList, testing::ValuesIn(listRows), byName);
-
-// Few bytes that unfold to more nodes than any memory holds.
-TEST(BinaryPropertyList, RefusesToUnfoldWithoutEnd)
-{
-    QList<QByteArray> doubling { "\xD1\x01\x02", key };
-    for (char next = 3; next < 40; ++next)
-        doubling << QByteArray("\xA2") + next + next;
-    doubling << "\x51x";
-    EXPECT_FALSE(parloquin::isPlainBinaryPropertyList(binary(doubling)));
-    doubling.remove(8, doubling.size() - 9);
-    doubling[7] = "\x51x";
-    EXPECT_TRUE(parloquin::isPlainBinaryPropertyList(binary(doubling)));
-}
-
-// Every byte of a list set to every value: never a read beyond its end (the sanitizer watches).
-TEST(BinaryPropertyList, SurvivesAnyByte)
-{
-    const QByteArray whole = binary(
-        { "\xD1\x01\x02", key, "\xA1\x03", QByteArray("\x5F\x10\x10", 3) + QByteArray(16, 'v') });
-    ASSERT_TRUE(parloquin::isPlainBinaryPropertyList(whole));
-    for (qsizetype i = 0; i < whole.size(); ++i) {
-        for (int value = 0; value < 256; ++value) {
-            QByteArray damaged = whole;
-            damaged[i] = static_cast<char>(value);
-            damaged.detach();
-            static_cast<void>(parloquin::isPlainBinaryPropertyList(damaged));
-        }
-        EXPECT_FALSE(parloquin::isPlainBinaryPropertyList(whole.left(i)));
-    }
-}
 
 } // namespace
