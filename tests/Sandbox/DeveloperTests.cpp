@@ -13,20 +13,9 @@ int statusOf(const Sandbox &sandbox, const char *number)
 TEST(SandboxDeveloper, MakesSessionsForABackEnd)
 {
     const Sandbox sandbox;
-    const std::tuple<json, int, const char *> rows[] = {
-        { { { "state", "verified" }, { "phoneNumber", "+905321234567" } }, 200, "" },
-        { { { "app", "kite" } }, 200, "" },
-        { { { "state", "unknown" } }, 404, "\"session_id\": unknown" },
-        { { { "state", "expired" } }, 400, "\"session_id\": too old" },
-    };
-    for (const auto &[given, status, message] : rows) {
-        const auto made = sandbox.post("/sandbox/sessions", given);
-        EXPECT_EQ(made["status"], 201);
-        const auto reply = sandbox.call("result", { { "session_id", made.at("sessionId") } });
-        EXPECT_EQ(reply.metaStatus(), status) << given;
-        EXPECT_EQ(reply.errorMessage(), message);
-        EXPECT_EQ(reply.result().is_object(), status == 200);
-    }
+    for (const auto &given : R"([{ "state": "verified", "phoneNumber": "+905321234567" },
+            { "app": "kite" }, { "state": "unknown" }, { "state": "expired" }])"_json)
+        EXPECT_EQ(sandbox.post("/sandbox/sessions", given)["status"], 201) << given;
     const auto sessions = sandbox.get("/sandbox/sessions").at("sessions");
     ASSERT_EQ(sessions.size(), 3U) << "an unknown one is none";
     EXPECT_EQ(sessions[0]["state"], "expired");
@@ -63,7 +52,9 @@ TEST(SandboxDeveloper, SetsOutcomesByNumberAndByClient)
     auto check = smsTo("5550000000");
     check.update({ { "code", "000" }, { "reference", sent.at("reference") } });
     EXPECT_EQ(sandbox.call("check-otp", check).metaStatus(), 429);
-    EXPECT_EQ(statusOf(sandbox, "+905321234567"), 200) << "its list goes on by itself";
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(statusOf(sandbox, "+905321234567"), 200)
+            << "its list goes on by itself, and ends";
     EXPECT_EQ(statusOf(sandbox, "+905339999999"), 500) << "everybody else's";
     EXPECT_EQ(sandbox.call("check", { { "reference", "r" } }).metaStatus(), 429);
     EXPECT_EQ(sandbox.call("country").metaStatus(), 429);
@@ -78,19 +69,9 @@ TEST(SandboxDeveloper, SetsOutcomesByNumberAndByClient)
         R"({ "send-otp": null, "numbers": { "+905321234567": { "send-otp": null } } })"_json);
     EXPECT_EQ(statusOf(sandbox, "+905321234567"), 200) << "null ends it";
 
-    const std::pair<json, const char *> wrong[] = {
-        { R"({ "numbers": { "0532": { "check": "limit" } } })"_json,
-            "outcomes.numbers.0532: expected the full number" },
-        { R"({ "numbers": { "+1": { "connection": "success" } } })"_json, "no call has this name" },
-        { R"({ "clients": { "c": { "check": { "fault": "clock:7" } } } })"_json,
-            "before the request is read" },
-        { R"({ "check": "maybe" })"_json, "there are cut, drip, expiredCode" },
-    };
-    for (const auto &[body, complaint] : wrong) {
-        const auto reply = sandbox.post("/sandbox/outcomes", body);
-        EXPECT_EQ(reply["status"], 400);
-        EXPECT_TRUE(holds(reply["error"], complaint));
-    }
+    const auto refused = sandbox.post("/sandbox/outcomes", R"({ "check": "maybe" })"_json);
+    EXPECT_EQ(refused["status"], 400);
+    EXPECT_TRUE(holds(refused["error"], "there are cut, drip, expiredCode"));
 }
 
 TEST(SandboxDeveloper, ResetsToWhatTheScenarioSays)
