@@ -10,12 +10,18 @@
 
 #include <memory>
 
-TEST(StubSystem, CarriesTheWholeKit)
+// As built for a real service it hears nothing of the environment but the proxy.
+TEST(StubSystem, CarriesTheWholeKitToWhereItWasBuiltToGo)
 {
+    const QByteArray built = PARLOQUIN_SERVICE_HOST;
+    const bool isReal = !built.startsWith("127.");
     RawServer server;
-    server.answer("/v1.0/init",
+    RawServer elsewhere;
+    server.answer(isReal ? "http://" + built + "/v1.0/init" : "/v1.0/init",
         RawServer::http(200, R"({"meta":{"httpStatusCode":200},"result":{"list":[{"app":"a"}]}})"));
-    qputenv("PARLOQUIN_SERVICE_HOST", server.hostAndPort().toUtf8());
+    qputenv("http_proxy", server.url({}).toUtf8());
+    qputenv("PARLOQUIN_SERVICE_HOST", (isReal ? elsewhere : server).hostAndPort().toUtf8());
+    qputenv("PARLOQUIN_ROUTE", isReal ? "none" : "default");
     const ParloquinOptions options(ParloquinEnvironment::debug, false,
         { QColor(Qt::blue), ParloquinStatusBarStyle::lightContent });
     const std::unique_ptr<ParloquinViewController> container(
@@ -27,6 +33,7 @@ TEST(StubSystem, CarriesTheWholeKit)
         return table ? table->visibleCells().size() : 0;
     };
     ASSERT_TRUE(QTest::qWaitFor([&rows] { return rows() == 1; }));
+    EXPECT_EQ(elsewhere.connections(), 0);
     const std::vector<RawRequest> requests = server.requests();
     ASSERT_EQ(requests.size(), 1U);
     EXPECT_EQ(requests[0].header("X-TRZ-Client-Key"), "stub");

@@ -1,27 +1,32 @@
 #!/usr/bin/python3
-"""Holds what the kit sends and what the sandbox answers against the description of the calls.
+"""Holds the documents of the server's side. Clients: the back ends of docs/backend.md run against a
+sandbox, and the test vectors are right. Description: what the kit sends and what the sandbox answers
+fits the description of the calls.
 
-Usage: description.py SANDBOX KIT_CALLER FOLDER_OF_CLIENTS DESCRIPTION
+Usage: documents.py SANDBOX KIT_CALLER FOLDER_OF_CLIENTS FOLDER_OF_DOCUMENTS Clients|Description
 """
 
+import base64
 import copy
 import json
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import unittest
 
 sys.path.append(str(pathlib.Path(__file__).parent.parent / "support"))
 from sandbox import SECRET, Sandbox  # noqa: E402
+import result as example  # noqa: E402
 
-PROGRAM, CALLER, CLIENTS, DESCRIPTION = sys.argv[1:5]
+PROGRAM, CALLER, CLIENTS, DOCUMENTS = sys.argv[1:5]
 NUMBER = {"phoneNumber": "+905321234567", "countryCode": "TR"}
 SCHEMES = {f"{name}:\\/\\/": "0" for name in ("hushbell", "kite", "murmur", "parlo", "wrenly")}
 
 
 def judged(messages):
-    done = subprocess.run([pathlib.Path(__file__).with_name("judge.pl"), DESCRIPTION], input=json.dumps(messages),
+    done = subprocess.run([pathlib.Path(__file__).with_name("judge.pl"), f"{DOCUMENTS}/service.openapi.yaml"], input=json.dumps(messages),
                           capture_output=True, text=True, timeout=60)
     if done.returncode:
         raise AssertionError(done.stderr)
@@ -63,6 +68,49 @@ def misspelt(value, path):
         if key in place:
             place[key + "x"] = place.pop(key)
     return changed
+
+
+def run(*command, given=None):
+    return subprocess.run(command, input=given, capture_output=True, timeout=30)
+
+
+class Clients(unittest.TestCase):
+    def test_say_who_is_verified(self):
+        sandbox = Sandbox(PROGRAM)
+        self.addCleanup(sandbox.close)
+        verified, unknown, expired = (
+            sandbox.ask("sessions", {"state": state})["sessionId"] for state in ("verified", "unknown", "expired"))
+        unknown_said, right = 'refused: "session_id": unknown', SECRET.hex()
+        for client, program in (("result.py", sys.executable), ("result.mjs", shutil.which("node") or "node")):
+            self.assertLess(len(pathlib.Path(CLIENTS, client).read_text().splitlines()), 40, client)
+            for session, secret, outcome, answer in (
+                    (verified, right, None, "verified"),
+                    (unknown, right, None, unknown_said),
+                    (expired, right, None, 'refused: "session_id": too old'),
+                    ("a/b\u00fc", right, None, unknown_said),  # a slash, and what is no ASCII
+                    (verified, right.replace("8", "9"), None, ".*(does not decrypt|no JSON object).*"),
+                    (verified, right, "noSessionId", "not verified"),
+                    (verified, right, "noResult", "not verified")):
+                sandbox.ask("outcomes", {"result": outcome})
+                done = run(program, f"{CLIENTS}/{client}", f"http://127.0.0.1:{sandbox.port}", "parloquin-demo", secret, session)
+                with self.subTest(client=client, outcome=outcome):
+                    self.assertRegex((done.stdout + done.stderr).decode().strip(), f"(?s)^{answer}$")
+                    self.assertEqual(done.returncode, "verified" not in answer)
+
+    def test_have_right_vectors(self):
+        vectors = json.loads(pathlib.Path(DOCUMENTS, "backend-vectors.json").read_text())
+        for vector in vectors["requests"]:
+            plain, body = vector["parameters"].encode(), vector["body"]["data"]
+            text = f"{vector['timestamp']}-{vector['parameters']}".replace("\\/", "/")
+            mac = base64.b64decode(vector["signature"])
+            self.assertEqual(text, vector["signedText"])
+            self.assertEqual(example.hmac.new(example.SIGNING_KEY, text.encode(), "sha256").digest(), mac)
+            self.assertEqual(example.encrypt(plain, bytes.fromhex(vectors["secret"])), body)
+            # Against another implementation of both.
+            self.assertEqual(run("openssl", "dgst", "-sha256", "-mac", "HMAC", "-macopt", f"hexkey:{example.SIGNING_KEY.hex()}",
+                                 "-binary", given=text.encode()).stdout, mac)
+            self.assertEqual(run("openssl", "enc", "-d", "-aes-256-ecb", "-K", vectors["secret"],
+                                 given=base64.b64decode(body)).stdout, plain)
 
 
 class Description(unittest.TestCase):
@@ -193,4 +241,4 @@ class Description(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1], verbosity=2)
+    unittest.main(argv=[sys.argv[0], *sys.argv[5:]], verbosity=2)
