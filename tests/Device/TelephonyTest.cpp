@@ -58,6 +58,8 @@ TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
         bool isTold = true;
     } rows[] = {
         { "modem 0 23201; sim 1 26201", "put 0 1", QStringLiteral("26201") },
+        { "modem 0 locked", "unlock 0 26201", QStringLiteral("26201") },
+        { "modem 0 23201", "end service", {} },
         { "bare 0", "modem 1 26201", {} }, // the first is asked, also without a SIM
         { "modem 0 23201", "strength 0 40", QStringLiteral("23201"), false },
     };
