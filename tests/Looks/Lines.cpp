@@ -17,14 +17,8 @@ protected:
         const qreal ratio = whole.devicePixelRatio();
         const QRectF at(frame(find(field)));
         const QImage image = whole.copy(QRectF(at.topLeft() * ratio, at.size() * ratio).toRect());
-        std::pair rows(image.height(), -1);
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y).blue() < 128) // not the caret
-                    rows = { std::min(rows.first, y), y };
-            }
-        }
-        return rows;
+        const QRect text = around(image, [](QRgb color) { return qBlue(color) < 128; }); // no caret
+        return { text.top(), text.bottom() };
     }
 
     /// A colour of the screens where this one is it but for a rounding; else this one.

@@ -25,18 +25,6 @@ TEST(Label, TakesTheSpacingOfItsLines)
     }
 }
 
-/// Around the pixels that are such.
-QRect around(const QImage &image, bool (*isSuch)(QRgb))
-{
-    QRect found;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            found |= isSuch(image.pixel(x, y)) ? QRect(x, y, 1, 1) : QRect();
-    }
-    EXPECT_FALSE(found.isEmpty()) << "nothing is drawn";
-    return found;
-}
-
 /// Where anything was drawn.
 QRect inked(QWidget &widget)
 {
@@ -47,53 +35,32 @@ QRect inked(QWidget &widget)
     return around(image, [](QRgb color) { return qGray(color) < 128; });
 }
 
-TEST(Label, ElidesShrinksAndKeepsItsSide)
+TEST(Label, KeepsAFullStopAtTheEndOfItsText)
 {
     Label label;
-    label.setText(u"+1 684 684 684"_s);
     label.resize(300, 30);
-    const QImage whole = label.grab().toImage();
-    label.resize(53, 30);
-    EXPECT_TRUE(label.grab().toImage() != whole.copy(0, 0, 53, 30)) << "cut, not elided";
-    label.setShrinksToFit(6);
-    EXPECT_GT(inked(label).right(), 45) << "smaller, but whole";
-
-    label.resize(300, 30);
-    EXPECT_LT(inked(label).left(), 10);
     label.setLayoutDirection(Qt::RightToLeft);
-    EXPECT_GT(inked(label).right(), 290) << "English stands at the leading edge, the right one";
     const auto drawn = [&label](const QString &text) {
         label.setText(text);
         return label.grab().toImage();
     };
-    EXPECT_EQ(difference(drawn(u"رمز."_s), drawn(u"\u2067رمز.\u2069"_s)), "") << "by its full stop";
+    EXPECT_EQ(difference(drawn(u"رمز."_s), drawn(u"\u2067رمز.\u2069"_s)), "");
 }
 
-TEST(Label, FoldsAndShrinksOnlyWhatDoesNotFit)
+TEST(Label, FoldsBetweenWordsAndShrinksTheRest)
 {
     Label label;
     label.setFontSize(20);
-    const auto drawn = [&label](const QString &text, int width) {
+    label.setFoldsToFit(11);
+    label.resize(70, 40);
+    const auto drawn = [&label](const QString &text) {
         label.setText(text);
-        label.resize(width, 40);
         return label.grab().toImage();
     };
-    const QImage plain = drawn(u"Verify with app 12"_s, 300);
-    EXPECT_EQ(
-        difference(drawn(u"Verify with app 12"_s, 70), drawn(u"Verify with app 13"_s, 70)), "");
-    label.setFoldsToFit(11);
-    EXPECT_EQ(difference(drawn(u"Verify with app 12"_s, 300), plain), "");
-    EXPECT_NE(
-        difference(drawn(u"Verify with app 12"_s, 70), drawn(u"Verify with app 13"_s, 70)), "")
-        << "its end is cut";
-    EXPECT_GT(inked(label).height(), 20) << "on one line";
-    (void)drawn(u"Messengers"_s, 70);
+    (void)drawn(u"Messengers"_s);
     EXPECT_LT(inked(label).height(), 20) << "broken within a word";
-    EXPECT_NE(
-        difference(drawn(u"MessengerWithNoBlank1"_s, 70), drawn(u"MessengerWithNoBlank2"_s, 70)),
-        "");
-    EXPECT_NE(
-        difference(drawn(u"التحقق عبر تطبيق أ"_s, 70), drawn(u"التحقق عبر تطبيق د"_s, 70)), "");
+    EXPECT_NE(difference(drawn(u"MessengerWithNoBlank1"_s), drawn(u"MessengerWithNoBlank2"_s)), "");
+    EXPECT_NE(difference(drawn(u"التحقق عبر تطبيق أ"_s), drawn(u"التحقق عبر تطبيق د"_s)), "");
 }
 
 class ControlsPage : public Screen {
@@ -129,12 +96,8 @@ TEST(FocusRing, GoesAroundWhatHasTheFocus)
 {
     ControlsPage page;
     page.field->setFocus(Qt::MouseFocusReason);
-    EXPECT_TRUE(page.ring->isVisible());
     page.resize(400, 700);
     EXPECT_EQ(page.ring->geometry(), QRect(16, 26, 368, 68)) << "the box, and follows it";
-    page.button->setFocus(Qt::MouseFocusReason);
-    EXPECT_FALSE(page.ring->isVisible()) << "a tap rings no button";
-    page.other->setFocus();
     page.button->setFocus(Qt::TabFocusReason);
     EXPECT_TRUE(page.ring->isVisible());
     delete page.button;
@@ -144,11 +107,9 @@ TEST(FocusRing, GoesAroundWhatHasTheFocus)
 TEST(Button, TellsTapsFromStrayingFingers)
 {
     ControlsPage page;
-    page.field->setFocus();
     const QSignalSpy clicks(page.button, &QAbstractButton::clicked);
     hands::click(page.button);
     EXPECT_EQ(clicks.size(), 1);
-    EXPECT_TRUE(page.field->hasFocus()) << "a tap leaves the keyboard open";
 
     hands::press(page.button, QPoint(20, 20));
     EXPECT_TRUE(page.button->isDown());
@@ -184,16 +145,14 @@ TEST(Button, ShowsAPressAtOnceAndFadesWhenLetGo)
     }
 }
 
-TEST(TextField, KeepsAPlusInFrontOnAPageFromRightToLeft)
+TEST(TextField, IsFoundByAMagnifierAndTurnsOnAPageFromRightToLeft)
 {
     ControlsPage page;
     page.setLayoutDirection(Qt::RightToLeft);
     page.field->setText(u"+47"_s);
-    EXPECT_EQ(page.field->layoutDirection(), Qt::LeftToRight);
-    EXPECT_TRUE(page.field->alignment() & Qt::AlignRight);
     const auto *const read = QAccessible::queryAccessibleInterface(page.field)->textInterface();
     const QPoint four = read->characterRect(1).center() - QPoint(2, 0); // its left half
-    EXPECT_EQ(read->offsetAtPoint(four), 1) << "for a reader's magnifier";
+    EXPECT_EQ(read->offsetAtPoint(four), 1);
     page.field->setText(u"رقم"_s);
     EXPECT_EQ(page.field->layoutDirection(), Qt::RightToLeft);
     page.setLayoutDirection(Qt::LeftToRight);
@@ -216,10 +175,6 @@ TEST(TextField, CaretStandsStillAndKeepsOffTheDigits)
     EXPECT_EQ(empty, QRect(0, empty.y(), 2, empty.height()));
     EXPECT_EQ(caret("88"), empty) << "not on the first digit";
     EXPECT_EQ(caret(""), empty) << "it blinks, asked to stand still";
-    page.setLayoutDirection(Qt::RightToLeft);
-    page.field->setText(u"12"_s);
-    page.field->clearFocus();
-    EXPECT_LT(inked(*page.field).right(), page.field->width() - 2);
 }
 
 TEST(TextField, ShowsItsPlaceholderOnlyWhileNothingElseStandsThere)
@@ -235,10 +190,6 @@ TEST(TextField, ShowsItsPlaceholderOnlyWhileNothingElseStandsThere)
         EXPECT_EQ(page.field->grab().toImage() != without, *typed == *composed)
             << typed << composed;
     }
-    page.other->setPlaceholderText(u"Number 1"_s);
-    const QImage first = page.other->grab().toImage();
-    page.other->setPlaceholderText(u"Number 2"_s);
-    EXPECT_TRUE(page.other->grab().toImage() != first) << "cut, where smaller it fits";
 }
 
 TEST(TextField, ADragThroughItIsNoLongPress)
@@ -253,25 +204,6 @@ TEST(TextField, ADragThroughItIsNoLongPress)
     hands::moveTo(page.other, { 50, 20 });
     EXPECT_EQ(timers(), 0) << "its menu comes all the same";
     EXPECT_EQ(page.other->selectedText(), u"412"_s);
-}
-
-TEST(TextField, OneThatOnlyShowsElidesItsEnd)
-{
-    ControlsPage page;
-    page.field->setUserInteractionEnabled(false);
-    const QRect beginning(page.field->mapTo(&page, QPoint()), QSize(60, 40));
-    const auto begun = [&page, &beginning](const QString &text) {
-        page.field->setText(text);
-        return page.grab(beginning).toImage();
-    };
-    EXPECT_EQ(
-        difference(begun(u"Belgium, a name too long for any field"_s), begun(u"Belgium"_s)), "");
-    EXPECT_LT(inked(*page.field).right(), page.field->width());
-    page.setLayoutDirection(Qt::RightToLeft);
-    for (const QString &text : { u"Belgium"_s, u"بلجيكا"_s }) {
-        page.field->setText(text);
-        EXPECT_GE(inked(*page.field).right(), page.field->width() - 3) << text.toStdString();
-    }
 }
 
 TEST(ImageView, StopsOverAnUnknownName)

@@ -13,14 +13,25 @@ protected:
     }
 };
 
-TEST_P(Navigation, LifeCycleInOrder)
+TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEndAndEachIsToldInOrder)
 {
     EXPECT_TRUE(calls.isEmpty()) << "nothing loads before the container is shown";
     ASSERT_TRUE(comesToFront(*controller));
-    auto *second = push(u"second"_s);
+    const QPointer<Page> second(push(u"second"_s));
     EXPECT_EQ(second->navigationController(), controller.get());
+    EXPECT_SOON(!root->isVisible());
+    EXPECT_EQ(second->geometry(), QRect(0, 0, 390, 800 - NavigationBar::barHeight));
+    EXPECT_EQ(title(), u"second"_s);
+    const auto buttons = controller->findChildren<BarButtonItem *>();
+    EXPECT_EQ(std::ranges::count_if(buttons, &QWidget::isVisible), 2) << "another's stays there";
+
     pop();
     EXPECT_EQ(second->navigationController(), nullptr);
+    EXPECT_SOON(second.isNull()) << "a popped screen is deleted once it is out";
+    EXPECT_TRUE(root->isVisible());
+    EXPECT_EQ(root->pos(), QPoint());
+    EXPECT_EQ(title(), u"root"_s);
+    EXPECT_SOON(controller->findChildren<BarButtonItem *>().size() == 2);
     pop(); // the root stays
     controller->hide();
     controller->show();
@@ -29,24 +40,6 @@ TEST_P(Navigation, LifeCycleInOrder)
         u"root load, root appear, second load, root disappear, second appear, second disappear, "
         "root appear, root disappear, root appear, "_s))
         << qPrintable(calls);
-}
-
-TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEnd)
-{
-    ASSERT_TRUE(comesToFront(*controller));
-    const QPointer<Page> second(push(u"second"_s));
-    EXPECT_SOON(!root->isVisible());
-    EXPECT_EQ(second->geometry(), QRect(0, 0, 390, 800 - NavigationBar::barHeight));
-    EXPECT_EQ(title(), u"second"_s);
-    const auto buttons = controller->findChildren<BarButtonItem *>();
-    EXPECT_EQ(std::ranges::count_if(buttons, &QWidget::isVisible), 2) << "another's stays there";
-
-    pop();
-    EXPECT_SOON(second.isNull()) << "a popped screen is deleted once it is out";
-    EXPECT_TRUE(root->isVisible());
-    EXPECT_EQ(root->pos(), QPoint());
-    EXPECT_EQ(title(), u"root"_s);
-    EXPECT_SOON(controller->findChildren<BarButtonItem *>().size() == 2);
 }
 
 TEST_P(Navigation, RapidPushesAndPopsEndWhereTheyShould)

@@ -3,6 +3,8 @@
 #include <QtGui/QColor>
 #include <QtGui/QImage>
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <sstream>
 #include <string>
@@ -31,4 +33,16 @@ inline std::string difference(const QImage &seen, const QImage &expected, int ro
         }
     }
     return count == 0 ? std::string() : text.str() + std::to_string(count);
+}
+
+/// Around the pixels that are such.
+inline QRect around(const QImage &image, bool (*isSuch)(QRgb))
+{
+    QRect found;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            found |= isSuch(image.pixel(x, y)) ? QRect(x, y, 1, 1) : QRect();
+    }
+    EXPECT_FALSE(found.isEmpty()) << "nothing is drawn";
+    return found;
 }
