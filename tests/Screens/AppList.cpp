@@ -9,38 +9,11 @@ namespace {
 
 class AppList : public ContainerTest {
 protected:
-    void present(const QByteArray &init)
-    {
-        answer("/v1.0/init", init);
-        presentLoaded();
-    }
-
     template <class T> [[nodiscard]] T *part(int at, const char *name) const
     {
         return row("tblKits", 0, at)->findChild<T *>(QLatin1String(name));
     }
 };
-
-// Neither the spinner's plate nor the words under it are read through the other.
-TEST_F(AppList, SaysThatItWaitsBesideTheOverlaysPlate)
-{
-    server.pause();
-    ContainerTest::present();
-    ASSERT_TRUE(waitForOverlay(true));
-    for (const QSize size : { QSize(195, 422), QSize(320, 400) }) {
-        SCOPED_TRACE(std::to_string(size.width()) + " x " + std::to_string(size.height()));
-        container->resize(size);
-        QCoreApplication::sendPostedEvents();
-        const QRect plate = frame(find("loadingView"));
-        const QRect line = frame(find("lblEmpty"));
-        EXPECT_FALSE(line.isEmpty());
-        EXPECT_TRUE(frame(find("tblKits")).contains(line));
-        EXPECT_FALSE(plate.intersects(line)) << line.top() << '-' << line.bottom();
-        EXPECT_TRUE(!find("imgEmpty")->isVisible() || !plate.intersects(frame(find("imgEmpty"))));
-    }
-    server.proceed();
-    ASSERT_TRUE(waitForOverlay(false));
-}
 
 // Far down and back: a row's widget is another row's by then.
 TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
@@ -61,7 +34,8 @@ TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
             list += R"(,"icon":")" + server.url(u"/"_s).toLatin1() + name + '"';
         list += "},";
     }
-    present(R"({"result":{"list":[)" + list.chopped(1) + "]}}");
+    answer("/v1.0/init", R"({"result":{"list":[)" + list.chopped(1) + "]}}");
+    presentLoaded();
     auto *const table = find<TableView>("tblKits");
     hands::press(row("tblKits", 0, 1)); // a press that is scrolled away
     for (const int place : { 0, 1, 2, 7, 5000, 9999, 9990, 5003, 4, 0 }) {
@@ -102,7 +76,7 @@ TEST_F(AppList, TellsAutomationWhenItIsAtRest)
         list += R"({"text":"Row"},)";
     answer("/v1.0/init",
         R"({"result":{"alternativeValidation":"otp","list":[)" + list.chopped(1) + "]}}");
-    ContainerTest::present();
+    present();
     EXPECT_TRUE(waitForOverlay(true));
     EXPECT_FALSE(isAtRest());
     ASSERT_TRUE(settle(1));
@@ -119,26 +93,6 @@ TEST_F(AppList, TellsAutomationWhenItIsAtRest)
     EXPECT_FALSE(isAtRest());
     EXPECT_TRUE(rests());
     EXPECT_FALSE(find("tblKits")->isVisible()) << "the slide is over";
-}
-
-TEST_F(AppList, PushesALongDescriptionsTableDownWithoutOverlap)
-{
-    present(R"({"result":{"description":")" + QByteArray("Some words that wrap. ").repeated(12)
-        + R"(","list":[{"text":"An app whose name is much longer than its row is wide, by far",
-            "bgColour":"#12345","textColour":"nonsensical"}]}})");
-    const auto textHeight = [this] {
-        const QRect text = frame(find("lblDescription"));
-        EXPECT_EQ(frame(find("tblKits")).top(), text.top() + text.height() + 30);
-        EXPECT_EQ(frame(find("tblKits")).top() + find("tblKits")->height(), 739);
-        return text.height();
-    };
-    const int high = textHeight();
-    EXPECT_GT(high, 60);
-    EXPECT_EQ(part<Label>(0, "lblKitName")->width(), 265);
-    EXPECT_EQ(part<View>(0, "viewBack")->backgroundColor(), QColor(1, 1, 0, 1)) << "of no colour";
-    EXPECT_EQ(part<Label>(0, "lblKitName")->textColor(), QColor(1, 1, 0, 1));
-    container->resize(700, 844);
-    EXPECT_LT(textHeight(), high) << "wider, it needs fewer lines";
 }
 
 } // namespace

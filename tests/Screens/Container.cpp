@@ -215,6 +215,50 @@ testing::AssertionResult ContainerTest::waitForOutcomes(int count) const
         << "told: " << told().join(u", "_s).toStdString();
 }
 
+void ContainerTest::openPicker() const
+{
+    tap("viewCountryBack");
+    ASSERT_TRUE(seen("tblCountries"));
+}
+
+void ContainerTest::choose(const QString &title) const
+{
+    const QWidget *row = nullptr;
+    const auto isThere = [&] {
+        const auto *table = qobject_cast<parloquin::TableView *>(visible("tblCountries"));
+        for (const auto *cell : table->visibleCells())
+            row = titleOf(cell) == title ? cell : row;
+        return row != nullptr;
+    };
+    ASSERT_TRUE(QTest::qWaitFor(isThere)) << title.toStdString();
+    tap(row);
+    ASSERT_TRUE(seen("btnContinue"));
+}
+
+void ContainerTest::pick(const QString &title) const
+{
+    openPicker();
+    choose(title);
+}
+
+void ContainerTest::enterNumber(const QString &number) const
+{
+    tap("txtPhoneNumber");
+    type(number);
+}
+
+void ContainerTest::goToCode(QWidget *other) const
+{
+    pick(u"Norway"_s);
+    enterNumber(u"41234567"_s);
+    hands::key(Qt::Key_Return);
+    if (other)
+        other->setFocus();
+    ASSERT_TRUE(seen("btnCheck"));
+    const auto begins = [this] { return visible("txtCode0")->hasFocus(); };
+    ASSERT_EQ(QTest::qWaitFor(begins, other ? 500 : 5000), !other) << "code entry's keyboard";
+}
+
 void ContainerTest::comeBack()
 {
     Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);

@@ -71,6 +71,16 @@ public:
     static void tap(const QWidget *widget) { hands::click(widget); }
     void tap(const char *name) const { tap(visible(name)); }
     void tapRow(int row) const { tap(this->row("tblKits", 0, row)); }
+    /// As an input method does.
+    static void type(const QString &text) { hands::commit(text); }
+    // The steps of the road by SMS from phone entry on, each by hand and eye.
+    void openPicker() const;
+    void choose(const QString &title) const;
+    void pick(const QString &title) const; ///< both
+    void enterNumber(const QString &number) const;
+    /// Norway, 41234567.
+    /// \param other of a host; it takes the keyboard while the number is sent
+    void goToCode(QWidget *other = nullptr) const;
     /// The app leaves for another and comes back.
     static void comeBack();
 
@@ -93,6 +103,14 @@ protected:
     void SetUp() override;
     void TearDown() override { container.reset(); }
 };
+
+/// Of a label, a button or a field.
+inline QString textOf(const QWidget *widget) { return widget->property("text").toString(); }
+/// Of a country's row.
+inline QString titleOf(const QWidget *cell)
+{
+    return textOf(cell->findChild<QWidget *>(QStringLiteral("lblTitle")));
+}
 
 /// One app that the device has, one it has not, one without a link; with the road by SMS.
 inline const QByteArray threeApps = R"({"meta":{"httpStatusCode":200},"result":{

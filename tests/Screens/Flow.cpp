@@ -1,4 +1,5 @@
-// The road by messaging app, from the first request to the outcome.
+// The road by messaging app, from the first request to the outcome, and containers that go on it.
+// What those leave behind while calls are out: tests/Faults.
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Screens/Container.h"
 #include "support/DeveloperWords.h"
@@ -42,6 +43,9 @@ TEST_F(Flow, LeadsFromTheListToASessionId)
     EXPECT_EQ(handlerArguments(), QStringList(u"parlo://send?text=a%20b%22%27%24(x)&to=c"_s));
     EXPECT_EQ(delegate->outcomes(), QStringList());
 
+    // The session id alone decides.
+    answer("/v1.0/check", R"({"meta":{"httpStatusCode":500},
+        "result":{"sessionId":"S-1","validationStatus":false}})");
     std::atomic<bool> isOnMain = true;
     delegate->whenTold = [&] { isOnMain = QThread::currentThread() == qApp->thread(); };
     comeBack();
@@ -57,6 +61,11 @@ TEST_F(Flow, LeadsFromTheListToASessionId)
     EXPECT_EQ(start.value(u"installedApps"_s).toString(),
         uR"({"kite:\/\/":"0","not a url":"0","parlo:\/\/":"1"})"_s);
     EXPECT_EQ(requests[2].parameters(), QJsonObject({ { u"reference"_s, u"R-1"_s } }));
+
+    answer("/v1.0/check", R"({"result":{"validationStatus":true}})");
+    comeBack();
+    ASSERT_TRUE(waitForOutcomes(2));
+    EXPECT_EQ(delegate->outcomes().constLast(), u"failed 0"_s);
 }
 
 struct SecondStart {
@@ -131,24 +140,6 @@ const SecondStart secondStarts[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Rows, SecondStarts, testing::ValuesIn(secondStarts), byName);
 
-TEST_F(Flow, DecidesByTheSessionIdAlone)
-{
-    const std::pair<const char *, QString> answers[] = {
-        { R"({"result":{"sessionId":"S","validationStatus":false}})", u"succeeded S"_s },
-        { R"({"meta":{"httpStatusCode":500},"result":{"sessionId":"S"}})", u"succeeded S"_s },
-        { R"({"result":{"validationStatus":true}})", u"failed 0"_s },
-    };
-    presentStarted();
-    for (const auto &[json, outcome] : answers) {
-        answer("/v1.0/check", json);
-        const auto before = server.requests().size();
-        comeBack();
-        ASSERT_TRUE(settle(before + 1));
-        EXPECT_EQ(delegate->outcomes().constLast(), outcome) << json;
-    }
-    EXPECT_EQ(delegate->outcomes().size(), 3);
-}
-
 TEST_F(Flow, FillsTheScreenWithWhatCame)
 {
     const QString none = u"No apps to show"_s;
@@ -204,6 +195,58 @@ TEST_F(Flow, TellsTheDeveloperThatNobodyListens)
     ASSERT_TRUE(settle(3));
     EXPECT_EQ(developer.heard(), QStringList(u"an outcome reaches nobody: no delegate is set"_s));
     EXPECT_EQ(delegate->outcomes(), QStringList());
+}
+
+using Lifetime = Flow;
+
+// Such a call fails at once, within the event that made it; that of the first screen after show().
+TEST_F(Lifetime, DeletesItselfOverAMissingNetwork)
+{
+    bool mayGo = true;
+    delegate->whenTold = [&] {
+        EXPECT_EQ(QThread::currentThread(), qApp->thread());
+        EXPECT_TRUE(mayGo) << "told within show()";
+        if (mayGo)
+            container.reset();
+    };
+    auto &isReachable = ApiSessionHelper::shared().isNetworkReachable;
+    for (const bool isStarted : { false, true }) {
+        isReachable = true;
+        const auto before = server.requests().size();
+        present();
+        ASSERT_TRUE(settle(before + 1));
+        if (isStarted) {
+            tapRow(0);
+            ASSERT_TRUE(settle(before + 2));
+        }
+        isReachable = false;
+        isStarted ? comeBack() : tapRow(0);
+        EXPECT_SOON(!container);
+        comeBack(); // nobody is left to ask
+    }
+    const int connections = server.connections();
+    mayGo = false;
+    present();
+    mayGo = true;
+    EXPECT_SOON(!container);
+    EXPECT_EQ(server.connections(), connections);
+    EXPECT_EQ(delegate->outcomes().join(u','), u"failed 1,failed 1,failed 1");
+}
+
+TEST_F(Lifetime, ClosesByItsButtonAndOpensAgainAsItWas)
+{
+    presentLoaded();
+    tap("btnClose");
+    EXPECT_FALSE(container->isVisible());
+    container->show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(find<TableView>("tblKits")->visibleCells().size(), 3);
+    EXPECT_EQ(container->findChildren<BarButtonItem *>(u"btnClose"_s).size(), 1);
+    EXPECT_FALSE(overlayIsUp());
+    tap("btnClose");
+    EXPECT_FALSE(container->isVisible());
+    EXPECT_EQ(delegate->outcomes(), QStringList());
+    EXPECT_EQ(paths(), QList<QByteArray>({ "/v1.0/init" }));
 }
 
 } // namespace

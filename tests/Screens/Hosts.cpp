@@ -91,33 +91,10 @@ void HostTest::move(QWidget *window)
     EXPECT_TRUE(comesToFront(*container->window()));
 }
 
-void HostTest::goToNumber()
+void HostTest::goToNumber() const
 {
     tap("viewAlternativeKit");
     ASSERT_TRUE(seen("viewCountryBack"));
-}
-
-void HostTest::goToCountries()
-{
-    goToNumber();
-    tap("viewCountryBack");
-    (void)row("tblCountries", 1, 0);
-    ASSERT_TRUE(seen("tblCountries"));
-}
-
-void HostTest::goToCode(QWidget *other)
-{
-    goToCountries();
-    tap(row("tblCountries", 1, 0));
-    ASSERT_TRUE(seen("txtPhoneNumber"));
-    tap("txtPhoneNumber");
-    hands::keys(u"4123"_s);
-    hands::key(Qt::Key_Return);
-    if (other)
-        other->setFocus();
-    ASSERT_TRUE(seen("btnCheck"));
-    const auto begins = [this] { return visible("txtCode0")->hasFocus(); };
-    ASSERT_EQ(QTest::qWaitFor(begins, other ? 500 : 5000), !other) << "code entry's keyboard";
 }
 
 QString HostTest::focusName() const

@@ -24,11 +24,7 @@ protected:
     /// Into another window, as with a dock that floats; null: back to where it was.
     void move(QWidget *window);
 
-    // The steps of the road by SMS, by the mouse.
-    void goToNumber();
-    void goToCountries();
-    /// \param other of the host; it takes the keyboard while the number is sent
-    void goToCode(QWidget *other = nullptr);
+    void goToNumber() const; ///< from the apps
 
     /// With the keyboard where it is: somewhere in the kit, always.
     [[nodiscard]] QString focusName() const;

@@ -5,7 +5,6 @@
 #include "Screens/Container.h"
 #include "support/Widgets.h"
 
-#include <QtGui/QAccessible>
 #include <QtGui/QShortcut>
 #include <QtWidgets/QGraphicsOpacityEffect>
 
@@ -61,8 +60,6 @@ TEST_F(Overlay, CoversTheNavigationControllerAndFollowsItsSize)
         EXPECT_EQ(veil()->parentWidget(), navigation);
         EXPECT_EQ(veil()->geometry(), navigation->rect());
     }
-    EXPECT_EQ(veil()->accessibleName(), u"Loading"_s);
-    EXPECT_TRUE(QAccessible::queryAccessibleInterface(veil())->state().busy);
 }
 
 TEST_F(Overlay, ComesAndGoesInTheOrderOfCallsFromAnyThread)

@@ -49,7 +49,7 @@ protected:
         bus.play("start bus; start service; await; modem 0 20801; modem 1 26201");
         bus.tell({ u"sms"_s, u"0"_s, u"before"_s, u"3"_s, bound(u"old"_s) });
         on("check-otp", ok(R"({"sessionId":"s-1"})"));
-        goToCodeEntry();
+        goToCode();
         QCoreApplication::installTranslator(&offers);
     }
 

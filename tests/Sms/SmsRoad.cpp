@@ -64,46 +64,6 @@ void SmsRoad::paste(const QString &text)
     hands::key(Qt::Key_V, Qt::ControlModifier);
 }
 
-void SmsRoad::openPicker()
-{
-    tap("viewCountryBack");
-    ASSERT_SOON(visible("tblCountries"));
-}
-
-void SmsRoad::choose(const QString &title)
-{
-    QWidget *row = nullptr;
-    const auto isThere = [&] {
-        for (TableCell *cell : part<TableView>("tblCountries")->visibleCells())
-            row = titleOf(cell) == title ? cell : row;
-        return row != nullptr;
-    };
-    ASSERT_SOON(isThere()) << title.toStdString();
-    hands::click(row);
-    ASSERT_TRUE(seen("btnContinue"));
-}
-
-void SmsRoad::pick(const QString &title)
-{
-    openPicker();
-    choose(title);
-}
-
-void SmsRoad::enterNumber(const QString &number)
-{
-    tap("txtPhoneNumber");
-    type(number);
-}
-
-void SmsRoad::goToCodeEntry()
-{
-    pick(u"Norway"_s);
-    enterNumber(u"41234567"_s);
-    tap("btnContinue");
-    ASSERT_TRUE(seen("btnCheck"));
-    ASSERT_SOON(part("txtCode0")->hasFocus());
-}
-
 void SmsRoad::goBack()
 {
     tap("btnBack");

@@ -7,19 +7,10 @@
 QByteArray ok(const QByteArray &result);
 /// The service hangs up instead of answering.
 inline const QByteArray dropped;
-/// Of a label, a button or a field.
-inline QString textOf(const QWidget *widget) { return widget->property("text").toString(); }
-/// Of a country's row.
-inline QString titleOf(const QWidget *cell)
-{
-    return textOf(cell->findChild<QWidget *>(QStringLiteral("lblTitle")));
-}
 
 /// \brief A phone of 390 x 844 with a status area of 44, phone entry open on an empty root screen.
 class SmsRoad : public ContainerTest {
 public:
-    /// As an input method does.
-    static void type(const QString &text) { hands::commit(text); }
     static void paste(const QString &text);
 
     /// What a call, as "send-otp", brings from now on.
@@ -45,13 +36,7 @@ public:
     [[nodiscard]] bool isTold() const { return waitForOutcomes(1); }
     [[nodiscard]] QStringList told() const { return delegate->outcomes(); }
 
-    // The steps of the road, each by hand and eye.
-    void openPicker();
-    void choose(const QString &title);
-    void pick(const QString &title); ///< both
-    void enterNumber(const QString &number);
-    void goToCodeEntry(); // Norway, 41234567, reference "ref-1"
-    void goBack(); ///< from there
+    void goBack(); ///< from code entry
     /// Texts of the code's boxes, the focused one in brackets.
     QString boxes() const;
 
