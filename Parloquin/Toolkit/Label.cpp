@@ -96,6 +96,7 @@ int Label::linesFor(int width) const
 void Label::setShrinksToFit(int smallest)
 {
     m_smallest = smallest;
+    m_drawn = {};
     update();
 }
 
@@ -126,11 +127,12 @@ void Label::drawText(QPainter &painter, const QRect &place)
 {
     painter.setPen(m_color);
     const Qt::Alignment alignment = QStyle::visualAlignment(layoutDirection(), m_alignment);
-    const TextBlock &whole = m_drawn.of(m_text, face(), place.width(), linesFor(place.width()));
-    if (m_smallest > 0 && whole.isElided())
-        fitted(place.size()).draw(painter, place, alignment);
-    else
-        whole.draw(painter, place, alignment);
+    const int lines = linesFor(place.width());
+    const auto layOut = [&] {
+        TextBlock whole(m_text, face(), place.width(), lines);
+        return m_smallest > 0 && whole.isElided() ? fitted(place.size()) : whole;
+    };
+    m_drawn.of(m_text, face(), place.size(), lines, layOut).draw(painter, place, alignment);
 }
 
 // Advances do not scale exactly with the size: step down until it fits. What never fits, a text of

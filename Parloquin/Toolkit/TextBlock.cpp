@@ -161,14 +161,19 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
 
 const TextBlock &KeptTextBlock::of(const QString &text, const QFont &font, int width, int lines)
 {
-    if (!m_block || text != m_text || font != m_font || width != m_width || lines != m_lines) {
-        m_text = text;
-        m_font = font;
-        m_width = width;
-        m_lines = lines;
-        m_block.emplace(text, font, width, lines);
-    }
-    return *m_block;
+    return of(
+        text, font, QSize(width, 0), lines, [&] { return TextBlock(text, font, width, lines); });
+}
+
+bool KeptTextBlock::isOther(const QString &text, const QFont &font, QSize place, int lines)
+{
+    if (m_block && text == m_text && font == m_font && place == m_place && lines == m_lines)
+        return false;
+    m_text = text;
+    m_font = font;
+    m_place = place;
+    m_lines = lines;
+    return true;
 }
 
 } // namespace parloquin

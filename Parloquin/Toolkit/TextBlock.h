@@ -50,11 +50,22 @@ private:
 class KeptTextBlock {
 public:
     const TextBlock &of(const QString &text, const QFont &font, int width, int lines);
+    /// \param layOut makes it for the place, in whatever way; the same for all calls
+    template <class LayOut>
+    const TextBlock &of(
+        const QString &text, const QFont &font, QSize place, int lines, const LayOut &layOut)
+    {
+        if (isOther(text, font, place, lines))
+            m_block.emplace(layOut());
+        return *m_block;
+    }
 
 private:
+    bool isOther(const QString &text, const QFont &font, QSize place, int lines);
+
     QString m_text;
     QFont m_font;
-    int m_width = 0;
+    QSize m_place;
     int m_lines = 0;
     std::optional<TextBlock> m_block;
 };
