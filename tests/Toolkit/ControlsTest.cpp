@@ -61,6 +61,9 @@ TEST(Label, FoldsBetweenWordsAndShrinksTheRest)
     EXPECT_LT(inked(label).height(), 20) << "broken within a word";
     EXPECT_NE(difference(drawn(u"MessengerWithNoBlank1"_s), drawn(u"MessengerWithNoBlank2"_s)), "");
     EXPECT_NE(difference(drawn(u"التحقق عبر تطبيق أ"_s), drawn(u"التحقق عبر تطبيق د"_s)), "");
+    const int folded = inked(label).width();
+    label.resize(300, 40);
+    EXPECT_GT(inked(label).width(), folded) << "as it was in less room";
 }
 
 class ControlsPage : public Screen {
