@@ -131,16 +131,17 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     QString released;
     QObject::connect(filled, &QAbstractButton::released, [&] { released = colour(); });
     const auto tap = [&](const char *button) {
+        const QString title = partOf(page, button)->property("text").toString();
         hands::click(partOf(page, button));
-        return std::pair(int(done.size()), int(again.size()));
+        return std::tuple(title, int(done.size()), int(again.size()));
     };
-    EXPECT_EQ(tap("btnDone"), std::pair(1, 0));
+    EXPECT_EQ(tap("btnDone"), std::tuple(u"Done"_s, 1, 0));
     EXPECT_EQ(released, demo::Look::pressedBlue.name()) << "it fades";
     EXPECT_TRUE(QTest::qWaitFor([&] { return colour() == demo::Look::blue.name(); }));
-    EXPECT_EQ(tap("btnAgain"), std::pair(1, 1));
+    EXPECT_EQ(tap("btnAgain"), std::tuple(u"Verify again"_s, 1, 1));
     page.showFailed(ParloquinSignals::UrlSchemeError, 61s);
-    EXPECT_EQ(tap("btnDone"), std::pair(1, 2)) << "Try again";
-    EXPECT_EQ(tap("btnAgain"), std::pair(2, 2)) << "Not now";
+    EXPECT_EQ(tap("btnDone"), std::tuple(u"Try again"_s, 1, 2));
+    EXPECT_EQ(tap("btnAgain"), std::tuple(u"Not now"_s, 2, 2));
 }
 
 TEST(DemoCard, SetsItsLinesInWhereReadingBegins)

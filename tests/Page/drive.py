@@ -208,6 +208,11 @@ class Page(unittest.TestCase):
         self.becomes(lambda: self.text("#detail .why"), "242 countries")
         self.assertEqual(self.one("#detail").get_property("scrollTop"), 40)
 
+        self.browser.execute_script(
+            "URL.createObjectURL = (blob) => { blob.text().then((text) => { window.saved = text; }); return 'data:,'; }")
+        self.one("#export").click()
+        self.assertIn('"parameters"', self.wait(lambda: self.browser.execute_script("return window.saved")))
+
         self.one("#search").send_keys("Istanbul")
         self.becomes(lambda: self.texts(".row .call"), ["init"])
         self.one("#search").clear()
@@ -253,7 +258,8 @@ class Page(unittest.TestCase):
         own = {"status": 400, "message": "Mine."}
         ask = self.sandbox.ask
         ask("outcomes", {"init": {"like": "limit", "delayMs": 250}, "start": ["silence", "success"], "check": own,
-                         "country": {"fault": "cookie"}, "numbers": {"+905321234567": {"send-otp": "expiredCode"}}})
+                         "country": {"fault": "cookie"}, "numbers": {"+905321234567": {"send-otp": "expiredCode"}},
+                         "clients": {"parloquin-demo": {"init": "limit"}}})
         # Also where an answer takes longer than the pause between two questions.
         self.late(1200)
         self.one("#tab-outcomes").click()

@@ -22,6 +22,7 @@ TEST(SandboxScenario, NamesTheFieldAtFault)
     const std::pair<const char *, const char *> fields[] = {
         { R"("clockToleranceSeconds":1e400)", "number overflow" },
         { R"("app":[])", "app: unknown field" },
+        { R"("codes":{"attempt":5})", "codes.attempt: unknown field" },
         { R"("apps":[{"app":"a","name":"A"},{"app":5}])", "apps[1].app: expected text" },
         { R"("apps":[{"app":"a","name":"A"},{"app":"a","name":"B"}])",
             "apps[1].app: \"a\" stands" },

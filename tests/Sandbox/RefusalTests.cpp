@@ -78,6 +78,7 @@ TEST(SandboxRefuses, WhatOneFaultSpoilsAndNothingElse)
         { "X-TRZ-Sdk-Version", "1.0.0", 400, "", "X-TRZ-Sdk-Version" },
         { "X-TRZ-Client-Device-Id", "6f9619ff-8b86-d011-b42d-00c04fc964ff", 400, "", "Device-Id" },
         { "X-TRZ-Client-Device-Id", "6F9619FF-8B86-D011-B42D-00C04FC964F", 400, "", "Device-Id" },
+        { "X-TRZ-Client-Device-Id", "6F9619FG-8B86-D011-B42D-00C04FC964FF", 400, "", "Device-Id" },
         { "X-TRZ-Client-Device-Id", "6F9619FF-8B86-D011-B42D0-0C04FC964FF", 400, "", "Device-Id" },
         { "X-TRZ-Lang", "en_GB", 400, "", "X-TRZ-Lang" },
         { "X-TRZ-Lang", "e", 400, "", "X-TRZ-Lang" },

@@ -123,6 +123,7 @@ TEST(SandboxRoad, BySmsGivesASessionForTheRightCode)
     EXPECT_EQ(check("5321234568", code).metaStatus(), 400);
     const auto session = check("532 123 45 67", code).sessionId();
     EXPECT_TRUE(std::regex_match(session, uuid)) << session;
+    EXPECT_EQ(check("532 123 45 67", code).sessionId(), session) << "the same code again";
     EXPECT_EQ(sandbox.get("/sandbox/codes/last")["sessionId"], session);
     const auto confirmed = sandbox.get("/sandbox/sessions/" + session);
     EXPECT_EQ(confirmed.at("method"), "otp");

@@ -5,6 +5,7 @@
 
 #include <Parloquin/Parloquin.h>
 #include <Parloquin/TestKit/Heard.h>
+#include <Parloquin/TestKit/Http.h>
 #include <Parloquin/TestKit/Person.h>
 #include <Parloquin/TestKit/Sandbox.h>
 #include <gtest/gtest.h>
@@ -60,6 +61,8 @@ TEST_F(SignIn, ByMessage)
     EXPECT_TRUE(sandbox.confirms(heard->sessionId()));
     EXPECT_EQ(sandbox.sessions().at(0)[u"app"_s], u"kite"_s);
     EXPECT_FALSE(sandbox.confirms(u"another"_s));
+    (void)http(sandbox.host(), "/sandbox/sessions", R"({"state":"expired"})");
+    EXPECT_FALSE(sandbox.confirms(sandbox.sessions().at(0)[u"sessionId"_s].toString()));
 }
 
 TEST_F(SignIn, ByCodeInAWindowOfTheApp)

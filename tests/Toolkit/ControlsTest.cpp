@@ -156,6 +156,7 @@ TEST(TextField, IsFoundByAMagnifierAndTurnsOnAPageFromRightToLeft)
     const auto *const read = QAccessible::queryAccessibleInterface(page.field)->textInterface();
     const QPoint four = read->characterRect(1).center() - QPoint(2, 0); // its left half
     EXPECT_EQ(read->offsetAtPoint(four), 1);
+    EXPECT_EQ(read->text(1, 2), u"4"_s) << "digit by digit";
     page.field->setText(u"رقم"_s);
     EXPECT_EQ(page.field->layoutDirection(), Qt::RightToLeft);
     page.setLayoutDirection(Qt::LeftToRight);
