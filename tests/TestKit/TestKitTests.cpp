@@ -92,6 +92,8 @@ TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)
     const auto *const prefix = container->findChild<QWidget *>(u"txtCountryCode"_s);
     EXPECT_STREQ(qPrintable(prefix->property("text").toString()), "+1");
     EXPECT_EQ(heard->count(), 2);
+    heard->verificationDidFail(ParloquinError::serverError);
+    EXPECT_FALSE(heard->failure(ParloquinError::authorizationError)) << "it is another";
 }
 
 TEST_F(SignIn, WithoutANetwork)
