@@ -78,6 +78,11 @@ void CountryTableCell::setSelectedState(bool selected)
     iconTick->setVisible(selected);
 }
 
+void CountryTableCell::resizeEvent(QResizeEvent *)
+{
+    lblTitle->setFoldsToFit(width() < Style::narrowPage ? Style::smallestText : 0);
+}
+
 void CountryTableCell::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);

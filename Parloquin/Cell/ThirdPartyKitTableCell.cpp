@@ -35,7 +35,7 @@ ThirdPartyKitTableCell::ThirdPartyKitTableCell(QWidget *parent)
     lblKitName->setObjectName(QStringLiteral("lblKitName"));
     lblKitName->setTextColor(Qt::white);
     lblKitName->setFontSize(20, QFont::Medium);
-    lblKitName->setFoldsToFit(11); // all begin alike, "Verify with": the end tells which app
+    lblKitName->setFoldsToFit(Style::smallestText); // all begin alike: the end tells which app
     lblKitName->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     setAnchors();
 }

@@ -19,6 +19,8 @@ namespace {
 constexpr int kitRowHeight = 80; // px, as all here
 constexpr int descriptionMargin = 30; // over and under it
 constexpr int panelHeight = 105;
+constexpr int panelTitleHeight = 20; // of one line
+constexpr int panelTitleRoom = 35; // down to what stands under it
 
 } // namespace
 
@@ -81,6 +83,10 @@ void ParloquinMainViewController::setAlternativePanel()
     lblAlternateKitTitle->setTextColor(Style::grey);
     lblAlternateKitTitle->setText(
         QCoreApplication::translate("Parloquin", "Don't use any of these apps?"));
+    lblAlternateKitTitle->setNumberOfLines(0);
+    lblAlternateKitTitle->setLeastHeight(panelTitleHeight);
+    lblAlternateKitTitle->setMostHeight(panelTitleRoom);
+    lblAlternateKitTitle->setShrinksToFit(Style::smallestText);
     lblAlternateKitTitle->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
 
     iconSms = new ImageView(viewAlternativeKit);
@@ -123,9 +129,12 @@ void ParloquinMainViewController::showEmptyLook()
 void ParloquinMainViewController::resizeEvent(QResizeEvent *event)
 {
     BaseViewController::resizeEvent(event);
-    if (lblDescription)
-        lblDescription->setMostHeight(
-            event->size().height() - 2 * descriptionMargin - kitRowHeight - panelHeight);
+    if (!lblDescription)
+        return;
+    lblDescription->setMostHeight(
+        event->size().height() - 2 * descriptionMargin - kitRowHeight - panelHeight);
+    lblAlternateKitDesc->setFoldsToFit(
+        event->size().width() < Style::narrowPage ? Style::smallestText : 0);
 }
 
 // clang-format off
@@ -168,7 +177,6 @@ void ParloquinMainViewController::setAnchorsForAlternativePanel()
         leading(lblAlternateKitTitle)  == leading(viewAlternativeKit) + 25,
         trailing(lblAlternateKitTitle) == trailing(viewAlternativeKit) - 25,
         top(lblAlternateKitTitle)      == top(viewAlternativeKit) + 15,
-        height(lblAlternateKitTitle)   == 20,
 
         leading(iconSms)               == leading(viewAlternativeKit) + 25,
         bottom(iconSms)                == bottom(viewAlternativeKit) - 25,

@@ -1,23 +1,23 @@
 #include "Parloquin/Toolkit/AccessibleField.h"
 
-#include <QtWidgets/QLineEdit>
+#include "Parloquin/Toolkit/TextField.h"
 
 namespace parloquin {
 
-AccessibleField::AccessibleField(QLineEdit *field)
+AccessibleField::AccessibleField(TextField *field)
     : AccessibleNode(field, QAccessible::EditableText)
 {
 }
 
-QLineEdit *AccessibleField::field() const { return static_cast<QLineEdit *>(widget()); }
+TextField *AccessibleField::field() const { return static_cast<TextField *>(widget()); }
 
 // What is set up before it is first shown is no news. Of a caret that moved then, a reader that
 // lags behind would hear when the field has the keyboard, take that as known, and say nothing of
-// it.
+// it. Nor is what Tab selects, which is said with the field.
 bool AccessibleField::isValid() const
 {
     return AccessibleNode::isValid() && !field()->isReadOnly()
-        && field()->testAttribute(Qt::WA_WState_Created);
+        && field()->testAttribute(Qt::WA_WState_Created) && !field()->isChangingFocus();
 }
 
 QString AccessibleField::text(QAccessible::Text kind) const

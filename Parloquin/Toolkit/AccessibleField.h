@@ -2,9 +2,9 @@
 
 #include "Parloquin/Toolkit/AccessibleNode.h"
 
-class QLineEdit;
-
 namespace parloquin {
+
+class TextField;
 
 /// \brief A field to type in. One that only shows a text is told by what stands around it.
 ///
@@ -13,7 +13,7 @@ class AccessibleField : public AccessibleNode,
                         public QAccessibleTextInterface,
                         public QAccessibleEditableTextInterface {
 public:
-    explicit AccessibleField(QLineEdit *field);
+    explicit AccessibleField(TextField *field);
 
     [[nodiscard]] bool isValid() const override;
     [[nodiscard]] QString text(QAccessible::Text kind) const override;
@@ -40,7 +40,7 @@ public:
     void replaceText(int start, int end, const QString &text) override;
 
 private:
-    [[nodiscard]] QLineEdit *field() const;
+    [[nodiscard]] TextField *field() const;
 };
 
 } // namespace parloquin

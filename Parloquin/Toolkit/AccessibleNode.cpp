@@ -145,6 +145,13 @@ bool AccessibleNode::isReached() const
     }
 }
 
+// Readers know of no slide: they find the screen that comes alone.
+bool AccessibleNode::takesPress() const
+{
+    const auto *navigation = ancestor<NavigationController>(widget());
+    return isReached() && !(navigation && navigation->awaitsPress());
+}
+
 QString AccessibleLabel::text(QAccessible::Text kind) const
 {
     const auto *label = qobject_cast<Label *>(widget());
@@ -168,12 +175,10 @@ QStringList AccessibleButton::actionNames() const
 
 void AccessibleButton::doAction(const QString &name)
 {
-    if (!isReached())
-        return;
-    if (name == pressAction())
-        qobject_cast<Tappable *>(widget())->click();
-    else
+    if (name != pressAction() && isReached())
         AccessibleNode::doAction(name);
+    else if (name == pressAction() && takesPress())
+        qobject_cast<Tappable *>(widget())->click();
 }
 
 } // namespace parloquin

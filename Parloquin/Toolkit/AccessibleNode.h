@@ -28,6 +28,8 @@ protected:
     /// Whether a walk from the top comes here. What a reader still remembers of a page that has
     /// gone, or that lies under a veil, is not to be pressed.
     [[nodiscard]] bool isReached() const;
+    /// And whether a press of it would be the first since the event loop turned.
+    [[nodiscard]] bool takesPress() const;
 
 private:
     [[nodiscard]] QList<QWidget *> nodesBelow() const;

@@ -198,7 +198,7 @@ void AccessibleTable::forgetItems()
 
 void AccessibleTable::press(const IndexPath &path)
 {
-    if (!isReached())
+    if (!takesPress())
         return;
     table().d->reveal(path); // a chosen row is one that can be seen
     table().d->select(path);

@@ -7,6 +7,7 @@
 #include <QtCore/QScopedValueRollback>
 #include <QtGui/QFocusEvent>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QMdiSubWindow>
 
 namespace parloquin {
 
@@ -112,8 +113,10 @@ bool KeyboardFocus::isOurs() const
 {
     const auto *window = m_stack->window();
     const auto *focused = window->focusWidget();
-    // A window that takes no focus has it for want of anyone; a host's canvas means it.
-    const bool unclaimed = focused == window && window->focusPolicy() == Qt::NoFocus;
+    // A window that takes no focus has it for want of anyone, as a sub window around us; a host's
+    // canvas means it.
+    const bool unclaimed = (focused == window && window->focusPolicy() == Qt::NoFocus)
+        || (qobject_cast<const QMdiSubWindow *>(focused) && focused->isAncestorOf(m_stack));
     return !focused || unclaimed || m_stack->isAncestorOf(focused);
 }
 

@@ -12,19 +12,6 @@
 
 namespace parloquin {
 
-namespace {
-
-// Each line ends where a word of the text does, the last one with it.
-bool keepsWords(const TextBlock &block, const QString &text)
-{
-    QString lines;
-    for (const QString &line : block.lines())
-        lines += line + QLatin1Char(' ');
-    return lines.simplified() == text.simplified();
-}
-
-}
-
 Label::Label(QWidget *parent)
     : Pane(parent)
     , m_face(17, QFont::Normal)
@@ -73,6 +60,12 @@ void Label::setNumberOfLines(int lines)
     update();
 }
 
+void Label::setLeastHeight(int height)
+{
+    m_leastHeight = height;
+    updateGeometry();
+}
+
 void Label::setMostHeight(int height)
 {
     if (height == m_mostHeight)
@@ -102,13 +95,13 @@ void Label::setShrinksToFit(int smallest)
 
 void Label::setFoldsToFit(int smallest)
 {
-    m_folds = true;
+    m_folds = smallest > 0;
     setShrinksToFit(smallest);
 }
 
 int Label::heightForWidth(int width) const
 {
-    return TextBlock(m_text, face(), width, linesFor(width)).height();
+    return std::max(TextBlock(m_text, face(), width, linesFor(width)).height(), m_leastHeight);
 }
 
 QSize Label::sizeHint() const
@@ -130,30 +123,11 @@ void Label::drawText(QPainter &painter, const QRect &place)
     const int lines = linesFor(place.width());
     const auto layOut = [&] {
         TextBlock whole(m_text, face(), place.width(), lines);
-        return m_smallest > 0 && whole.isElided() ? fitted(place.size()) : whole;
+        return m_smallest > 0 && whole.isElided()
+            ? TextBlock::shrunk(m_text, face(), place.size(), m_folds ? 0 : m_lines, m_smallest)
+            : whole;
     };
     m_drawn.of(m_text, face(), place.size(), lines, layOut).draw(painter, place, alignment);
-}
-
-// Advances do not scale exactly with the size: step down until it fits. What never fits, a text of
-// any length, is not laid out at each size.
-TextBlock Label::fitted(QSize place) const
-{
-    QFont drawn = face();
-    const int wanted = drawn.pixelSize();
-    const auto shrunkTo = [&](int pixels) {
-        drawn.setPixelSize(pixels);
-        const int fold = std::max(place.height() / Style::lineSpacing(drawn, m_text), 1);
-        return TextBlock(m_text, drawn, place.width(), m_folds ? fold : m_lines);
-    };
-    TextBlock block = shrunkTo(m_smallest);
-    if (block.isElided())
-        return block;
-    const bool wordsFit = keepsWords(block, m_text); // not so where a script knows no blanks
-    block = shrunkTo(wanted - 1);
-    while (block.isElided() || (wordsFit && !keepsWords(block, m_text)))
-        block = shrunkTo(drawn.pixelSize() - 1);
-    return block;
 }
 
 } // namespace parloquin

@@ -27,6 +27,8 @@ public:
     void setAlignment(Qt::Alignment alignment);
     /// 0: as many as the text needs; else elided on the last line.
     void setNumberOfLines(int lines);
+    /// \param height px, also of a label without a text; no height is set for it at first
+    void setLeastHeight(int height);
     /// \param height px; a text of as many lines as it needs is elided where they would be higher,
     /// but for the first
     void setMostHeight(int height);
@@ -34,7 +36,7 @@ public:
     /// \param smallest px; what does not fit at this size either is elided
     void setShrinksToFit(int smallest);
     /// As setShrinksToFit, and on as many lines as the label's height holds; broken between words
-    /// where some size allows it.
+    /// where some size allows it. 0: it does not.
     void setFoldsToFit(int smallest);
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }
@@ -50,7 +52,6 @@ protected:
 
 private:
     [[nodiscard]] int linesFor(int width) const;
-    [[nodiscard]] TextBlock fitted(QSize place) const;
     [[nodiscard]] const QFont &face() const { return m_face.font(); }
 
     QString m_text;
@@ -59,6 +60,7 @@ private:
     QColor m_color;
     Qt::Alignment m_alignment = Qt::AlignLeading | Qt::AlignVCenter;
     int m_lines = 1;
+    int m_leastHeight = 0; // px
     int m_mostHeight = QWIDGETSIZE_MAX; // px
     int m_smallest = 0; // px, that a text shrinks to; 0: it does not
     bool m_folds = false;

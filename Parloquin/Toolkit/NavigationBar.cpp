@@ -83,7 +83,7 @@ struct NavigationBar::Private {
         title->setFontSize(17, QFont::Bold);
         title->setTextColor(Qt::white);
         title->setAlignment(Qt::AlignCenter);
-        title->setShrinksToFit(11);
+        title->setShrinksToFit(Style::smallestText);
     }
 
     // Takes in the item's buttons, and its title.

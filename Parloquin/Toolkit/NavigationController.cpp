@@ -181,9 +181,11 @@ NavigationBar &NavigationController::navigationBar() const { return *d->bar; }
 
 bool NavigationController::takesPresses() const { return !d->slide->isRunning() && !d->pressed; }
 
+bool NavigationController::awaitsPress() const { return d->pressed; }
+
 NavigationController *NavigationController::above(const QWidget &part)
 {
-    auto *above = const_cast<QWidget *>(&part);
+    auto *above = part.parentWidget();
     while (above && !qobject_cast<NavigationController *>(above))
         above = above->parentWidget();
     return static_cast<NavigationController *>(above);

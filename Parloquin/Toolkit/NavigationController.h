@@ -39,6 +39,8 @@ public:
     /// Whether what is pressed here does something: not while screens slide, when it is meant for
     /// the one that leaves, nor while something that was pressed has yet to begin.
     [[nodiscard]] bool takesPresses() const;
+    /// Whether something that was pressed has yet to begin.
+    [[nodiscard]] bool awaitsPress() const;
     /// Something of a screen has been pressed.
     /// \param part of a screen; without a controller above it nothing happens
     static void notePress(const QWidget &part);

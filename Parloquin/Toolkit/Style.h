@@ -24,6 +24,8 @@ inline constexpr QColor headerInk { 0x3c, 0x40, 0x58 };
 
 inline constexpr qreal cornerRadius = 6; // px, of buttons, boxes and coloured rows
 inline constexpr int plateSize = 80; // px, of the overlay's plate, amid the container
+inline constexpr int smallestText = 11; // px, that what is too long shrinks to
+inline constexpr int narrowPage = 280; // px; none is narrower at the scale it was made for
 inline constexpr int strayDistance = 10; // px a finger may move and still tap
 
 inline constexpr std::chrono::milliseconds push { 320 };

@@ -36,6 +36,15 @@ QString withoutEndingBlanks(QString text)
     return text;
 }
 
+// Each line ends where a word of the text does, the last one with it.
+bool keepsWords(const TextBlock &block, const QString &text)
+{
+    QString lines;
+    for (const QString &line : block.lines())
+        lines += line + QLatin1Char(' ');
+    return lines.simplified() == text.simplified();
+}
+
 }
 
 TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int lines)
@@ -83,6 +92,27 @@ TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int li
             break; // a break at the text's end would begin one line more
     }
     layout.endLayout();
+}
+
+// Advances do not scale exactly with the size: step down until it fits. What never fits, a text of
+// any length, is not laid out at each size.
+TextBlock TextBlock::shrunk(
+    const QString &text, const QFont &font, QSize place, int lines, int smallest)
+{
+    QFont drawn = font;
+    const auto shrunkTo = [&](int pixels) {
+        drawn.setPixelSize(pixels);
+        const int fold = std::max(place.height() / Style::lineSpacing(drawn, text), 1);
+        return TextBlock(text, drawn, place.width(), lines > 0 ? lines : fold);
+    };
+    TextBlock block = shrunkTo(smallest);
+    if (block.isElided())
+        return block;
+    const bool wordsFit = keepsWords(block, text); // not so where a script knows no blanks
+    block = shrunkTo(font.pixelSize() - 1);
+    while (block.isElided() || (wordsFit && !keepsWords(block, text)))
+        block = shrunkTo(drawn.pixelSize() - 1);
+    return block;
 }
 
 TextBlock TextBlock::brokenAtSentence(const QString &text, const QFont &font, qreal width)

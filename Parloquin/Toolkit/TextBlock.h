@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QRectF>
+#include <QtCore/QSize>
 #include <QtCore/QString>
 #include <QtGui/QFont>
 
@@ -21,6 +22,12 @@ class TextBlock {
 public:
     /// \param lines how many at most; 0: as many as the text needs
     TextBlock(const QString &text, const QFont &font, qreal width, int lines);
+
+    /// At the largest smaller size at which it fits its place; elided at the smallest, if need be.
+    ///
+    /// \param lines 0: as many as the height holds, broken between words where some size allows it
+    static TextBlock shrunk(
+        const QString &text, const QFont &font, QSize place, int lines, int smallest);
 
     /// Breaks two-line texts after their first sentence where both halves fit.
     static TextBlock brokenAtSentence(const QString &text, const QFont &font, qreal width);

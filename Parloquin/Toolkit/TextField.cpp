@@ -3,6 +3,7 @@
 #include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TextBlock.h"
 
 #include <QtCore/QScopedValueRollback>
 #include <QtGui/QFocusEvent>
@@ -18,7 +19,6 @@ namespace parloquin {
 
 namespace {
 
-constexpr int smallestPlaceholder = 11; // px, that one shrinks to before it is elided
 constexpr int caretWidth = 2; // px
 constexpr int caretGap = 1; // px between a digit and the caret
 // Characters. A line edit lays all of its text out at every edit, and accents heaped on one letter
@@ -157,7 +157,10 @@ void TextField::setUserInteractionEnabled(bool enabled)
 
 void TextField::focusInEvent(QFocusEvent *event)
 {
-    QLineEdit::focusInEvent(event);
+    {
+        const QScopedValueRollback guard(m_changingFocus, true);
+        QLineEdit::focusInEvent(event);
+    }
     restartCaret();
     if (!std::exchange(m_editing, true))
         Q_EMIT beganEditing();
@@ -170,7 +173,10 @@ void TextField::focusOutEvent(QFocusEvent *event)
     QFocusEvent toMenu(QEvent::FocusOut, Qt::PopupFocusReason);
     if (popup && popup->parentWidget() == this)
         event = &toMenu;
-    QLineEdit::focusOutEvent(event);
+    {
+        const QScopedValueRollback guard(m_changingFocus, true);
+        QLineEdit::focusOutEvent(event);
+    }
     m_blink.stop();
     m_caretShown = false;
     if (event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason)
@@ -261,15 +267,25 @@ int TextField::topOf(const QFontMetrics &line) const { return (height() - line.h
 
 // A line edit scrolls a long text to its end and keeps room for a caret at the right. A text that
 // is only shown begins at its beginning and stands at the edge; on the line edit's base line, which
-// lies between whole pixels.
+// lies between whole pixels. A placeholder shrinks, and then folds, before it is elided.
 void TextField::drawLine(const QString &text, const QColor &color)
 {
     // A placeholder makes room for the caret, which would cut its first letter.
     const int room = hasFocus() && !isReadOnly() ? caretWidth + caretGap : 0;
     QFont font = m_face.font();
     const auto fits = [&] { return QFontMetricsF(font).horizontalAdvance(text) <= width() - room; };
-    while (this->text().isEmpty() && font.pixelSize() > smallestPlaceholder && !fits())
+    const bool isPlaceholder = this->text().isEmpty();
+    while (isPlaceholder && font.pixelSize() > Style::smallestText && !fits())
         font.setPixelSize(font.pixelSize() - 1);
+    QPainter painter(this);
+    painter.setPen(color);
+    if (isPlaceholder && !fits()) {
+        const bool atRight = alignment() & Qt::AlignRight;
+        const QRect place = rect().adjusted(atRight ? 0 : room, 0, atRight ? -room : 0, 0);
+        TextBlock::shrunk(text, m_face.font(), place.size(), 0, Style::smallestText)
+            .draw(painter, place, alignment());
+        return;
+    }
     const QFontMetrics line(font);
     const QFontMetricsF metrics(font);
     const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - room);
@@ -277,9 +293,7 @@ void TextField::drawLine(const QString &text, const QColor &color)
     const qreal x = alignment() & Qt::AlignRight ? free - room
         : alignment() & Qt::AlignHCenter         ? free / 2
                                                  : room;
-    QPainter painter(this);
     painter.setFont(font);
-    painter.setPen(color);
     painter.setLayoutDirection(layoutDirection());
     painter.drawText(QPointF(x, topOf(line) + metrics.ascent()), shown);
 }

@@ -32,6 +32,8 @@ public:
     void setReturnKey(Qt::EnterKeyType key);
     /// Off: shows a text only, elided where too long; no focus, transparent for the mouse.
     void setUserInteractionEnabled(bool enabled);
+    /// Whether it is just given the keyboard, or leaves it, and selects accordingly.
+    [[nodiscard]] bool isChangingFocus() const { return m_changingFocus; }
     void letGo() override;
     [[nodiscard]] qreal cornerRadius() const { return m_radius; }
     [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
@@ -77,6 +79,7 @@ private:
     QBasicTimer m_hold; // runs while a press may become a long one
     QPointF m_pressedAt;
     bool m_strayed = false;
+    bool m_changingFocus = false;
     bool m_editing = false; // also while a menu, or another window, has the keyboard
     bool m_dressing = false;
     bool m_caretShown = false;

@@ -45,6 +45,11 @@ TEST_P(OrderOfACode, ThePageItsFirstBoxAndTheOffer)
     goToNumber();
     pick(u"Norway"_s);
     enterNumber(u"4123"_s);
+    Heard::events.clear();
+    for (const auto key : { Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Backtab, Qt::Key_Tab })
+        hands::key(key); // which selects, and no more need be said of it
+    EXPECT_EQ(Heard::events.join(u"; "_s).toStdString(),
+        "focus Send SMS; focus Phone number; focus Country, Norway; focus Phone number");
     const std::jthread sender([&modem](const std::stop_token &stop) {
         for (int message = 0; !stop.stop_requested(); ++message)
             modem.tell({ u"sms"_s, u"0"_s, QString::number(message), u"3"_s,

@@ -82,6 +82,7 @@ protected:
     }
     void press(const QString &what) const
     {
+        QCoreApplication::processEvents(); // as between any two calls of another process
         if (auto *found = await(what))
             found->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     }

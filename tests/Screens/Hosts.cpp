@@ -1,7 +1,11 @@
 #include "Screens/Hosts.h"
 
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QDockWidget>
+#include <QtWidgets/QMainWindow>
+#include <QtWidgets/QMdiArea>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QVBoxLayout>
 
@@ -30,6 +34,30 @@ protected:
     void mouseReleaseEvent(QMouseEvent *) override { ++reached; }
 };
 
+/// \return what holds the container, to stand behind the dialog's tab
+QWidget *hold(Host host, QWidget *container)
+{
+    if (host == Host::mdi) {
+        auto *const area = new QMdiArea;
+        area->setFixedSize(430, 900);
+        area->setActiveSubWindow(area->addSubWindow(container));
+        return area;
+    }
+    if (host == Host::dock || host == Host::floatingDock) {
+        auto *const main = new QMainWindow(nullptr, Qt::Widget);
+        auto *const dock = new QDockWidget(main);
+        dock->setWidget(container);
+        main->addDockWidget(Qt::LeftDockWidgetArea, dock);
+        dock->setFloating(host == Host::floatingDock);
+        return main;
+    }
+    auto *const area = new QScrollArea;
+    area->setMinimumSize(430, 880);
+    area->setWidgetResizable(host == Host::resizingScrollArea);
+    area->setWidget(container);
+    return area;
+}
+
 HostTest::HostTest() = default;
 HostTest::~HostTest() = default;
 
@@ -54,7 +82,8 @@ void HostTest::show(Host host, Qt::LayoutDirection direction)
     container->setKitDelegate(delegate);
     if (host != Host::window) {
         around = std::make_unique<Around>();
-        around->pages->setCurrentIndex(around->pages->addTab(container.get(), u"Kit"_s));
+        holder = host == Host::dialog ? container.get() : hold(host, container.get());
+        around->pages->setCurrentIndex(around->pages->addTab(holder, u"Kit"_s));
         container->setFocus(); // the host's button was there first
     }
     ASSERT_TRUE(comesToFront(*container->window()));
@@ -71,7 +100,7 @@ void HostTest::goAndComeBack()
     if (around) {
         around->pages->setCurrentIndex(0);
         EXPECT_FALSE(container->isAncestorOf(QApplication::focusWidget()));
-        around->pages->setCurrentWidget(container.get());
+        around->pages->setCurrentWidget(holder);
     } else {
         QWidget other; // comes to the front meanwhile
         container->hide();

@@ -3,8 +3,8 @@
 #include "Screens/Container.h"
 #include "support/Widgets.h"
 
-/// What the container is shown in: by itself, or behind a tab of a dialog with a default button.
-enum class Host { window, dialog };
+/// What the container is shown in: itself, or behind a tab of a dialog with a default button.
+enum class Host { window, dialog, mdi, dock, floatingDock, scrollArea, resizingScrollArea };
 
 class Around;
 
@@ -30,6 +30,7 @@ protected:
     [[nodiscard]] QString focusName() const;
 
     std::unique_ptr<Around> around; ///< none: a window of its own
+    QWidget *holder = nullptr; ///< of the container, behind the dialog's tab
 };
 
 /// In every host, from either side.

@@ -2,7 +2,6 @@
 #include "Toolkit/Stack.h"
 
 #include <QtGui/QShortcut>
-#include <QtWidgets/QScrollArea>
 
 namespace {
 
@@ -293,24 +292,6 @@ INSTANTIATE_TEST_SUITE_P(
         return std::string(std::get<0>(row.param) ? "RightToLeft" : "LeftToRight")
             + (std::get<1>(row.param) ? "Table" : "Page");
     });
-
-// A host's scroll area takes the focus wherever it is clicked, unless what has it is under there.
-TEST(KeyboardFocus, StaysUnderATapInAHostThatTakesItByClick)
-{
-    QScrollArea area;
-    auto *page = new Page({});
-    auto *controller = new NavigationController(page);
-    area.setWidget(controller);
-    controller->resize(390, 700);
-    area.resize(420, 720);
-    ASSERT_TRUE(comesToFront(area));
-    controller->setFocus();
-    EXPECT_TRUE(page->button->hasFocus()) << "the first control";
-    page->table->setFocus();
-    hands::click(controller, QPoint(300, 100));
-    hands::click(page->button);
-    EXPECT_TRUE(page->table->hasFocus());
-}
 
 TEST_F(Back, NothingRingsWhereAHostHidesWhatHadTheKeyboard)
 {

@@ -168,9 +168,9 @@ TEST(TextField, CaretStandsStillAndKeepsOffTheDigits)
     QApplication::setCursorFlashTime(0);
     ControlsPage page;
     page.field->setFocus();
-    const auto caret = [&page](const char *typed) {
+    const auto caret = [&page](const char *typed, int before = 0) {
         page.field->setText(QLatin1String(typed));
-        page.field->setCursorPosition(0);
+        page.field->setCursorPosition(before);
         QCoreApplication::processEvents();
         const QRect at(page.field->mapTo(&page, QPoint()), page.field->size());
         return around(page.grab(at).toImage(), [](QRgb color) { return color == qRgb(0, 0, 255); });
@@ -178,6 +178,7 @@ TEST(TextField, CaretStandsStillAndKeepsOffTheDigits)
     const QRect empty = caret("");
     EXPECT_EQ(empty, QRect(0, empty.y(), 2, empty.height()));
     EXPECT_EQ(caret("88"), empty) << "not on the first digit";
+    EXPECT_EQ(caret("88", 1).x(), caret("8", 1).x() - 2) << "amid the gap";
     EXPECT_EQ(caret(""), empty) << "it blinks, asked to stand still";
 }
 

@@ -94,7 +94,7 @@ TEST(NavigationBar, GivesItsTitleTheRoomThatTheButtonsLeave)
         const int taken = button->sizeHint().width();
         ASSERT_GT(taken, 88);
         bar.setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
-        const auto *label = bar.findChild<Label *>(u"lblTitle"_s);
+        auto *const label = bar.findChild<Label *>(u"lblTitle"_s);
         item.setTitle(u"A title"_s);
         bar.show(&item, false);
         bar.show(); // hidden it would put off what a size brings
@@ -108,6 +108,10 @@ TEST(NavigationBar, GivesItsTitleTheRoomThatTheButtonsLeave)
                 expected.moveLeft(width - place.x() - place.width());
             EXPECT_EQ(label->geometry(), expected) << width << (mirrored ? " mirrored" : "");
         }
+        bar.resize(taken + 16 + wanted * 4 / 5, 48);
+        const QImage drawn = label->grab().toImage();
+        item.setTitle(u"A titlf"_s);
+        EXPECT_TRUE(label->grab().toImage() != drawn) << "cut, where smaller it fits";
     }
 }
 
