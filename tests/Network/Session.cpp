@@ -95,13 +95,18 @@ TEST(UrlSession, KeepsNoCallWaitingBehindSlowPictures)
     server.play({ RawServer::read(), RawServer::hold() });
     std::vector<std::unique_ptr<Get>> pictures;
     for (int i = 0; i < 20; ++i) {
-        pictures.push_back(std::make_unique<Get>(server.url(u"/"_s)));
+        pictures.push_back(std::make_unique<Get>(server.url(u"/%1"_s.arg(i))));
         pictures.back()->task->resume();
     }
     ASSERT_TRUE(server.waitForRequests(6));
     Get(server.url(u"/call"_s), 1000, "POST").task->resume();
     EXPECT_TRUE(QTest::qWaitFor([&] { return server.posts() == 1; }));
     EXPECT_EQ(server.connections(), 7) << "pictures beyond six wait";
+    for (std::size_t next = 6; next < 9; ++next) { // whose turn it is once one has ended
+        pictures[next - 6]->task->cancel();
+        ASSERT_TRUE(server.waitForRequests(next + 2));
+        EXPECT_EQ(server.requests().back().path(), '/' + QByteArray::number(next));
+    }
 }
 
 struct End {

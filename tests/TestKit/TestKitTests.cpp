@@ -160,6 +160,9 @@ TEST_F(SignIn, TellsAStepThatCannotBeDone)
     cover.show();
     expectComplaint({ "btnClose is covered" }, [this] { return person().closes(); });
     cover.hide();
+    container->setEnabled(false);
+    expectComplaint({ "no btnClose to tap" }, [this] { return person().closes(); });
+    container->setEnabled(true);
     EXPECT_TRUE(person().closes());
     EXPECT_EQ(person().screen(), Person::Screen::none);
     EXPECT_EQ(heard->count(), 0);
