@@ -1,4 +1,6 @@
 #include "Parloquin/Toolkit/Anchors.h"
+#include "Parloquin/Toolkit/Style.h"
+#include "Parloquin/Toolkit/TappableView.h"
 #include "support/Widgets.h"
 
 #include <QtCore/QAbstractEventDispatcher>
@@ -148,6 +150,27 @@ TEST(Button, ShowsAPressAtOnceAndFadesWhenLetGo)
     }
 }
 
+TEST(Tappables, LookPressedWhileTheyAre)
+{
+    ControlsPage page;
+    BarButtonItem item(u"Back"_s, u"btnBack"_s, &page);
+    item.setTintColor(Style::ink); // on a white page
+    Button soft(Button::Kind::soft, u"Again"_s, &page);
+    TappableView panel(&page);
+    for (auto *each : std::initializer_list<Tappable *> { page.button, &item, &soft, &panel }) {
+        each->setGeometry(20, 184, 100, 48);
+        each->show(); // above those before it
+        const auto tone = [each] {
+            const auto all = each->grab().toImage().scaledToHeight(1, Qt::SmoothTransformation);
+            return all.pixelColor(all.width() / 2, 0).name();
+        };
+        const QString resting = tone();
+        hands::press(each);
+        EXPECT_NE(tone(), resting) << each->metaObject()->className();
+        hands::release(each);
+    }
+}
+
 TEST(TextField, IsFoundByAMagnifierAndTurnsOnAPageFromRightToLeft)
 {
     ControlsPage page;
@@ -213,6 +236,9 @@ TEST(TextField, ADragThroughItIsNoLongPress)
     hands::moveTo(page.other, { 50, 20 });
     EXPECT_EQ(timers(), 0) << "its menu comes all the same";
     EXPECT_EQ(page.other->selectedText(), u"412"_s);
+    const QColor ground = page.other->grab().toImage().pixelColor(3, 19); // above the first digit
+    EXPECT_EQ(ground.name(), Style::softBlue.name());
+    EXPECT_GT(inked(*page.other).width(), 20) << "the digits, with the caret behind them";
 }
 
 TEST(ImageView, StopsOverAnUnknownName)
