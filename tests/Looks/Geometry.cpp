@@ -14,17 +14,13 @@ struct Framed {
 const Framed frames[] = {
     { "app list", "lblDescription", { 25, 122, 340, 20 } },
     { "app list", "tblKits", { 0, 172, 390, 567 } },
-    { "app list", "ThirdPartyKitTableCell", { 0, 172, 390, 80 } },
     { "app list", "lblKitName", { 85, 192, 265, 40 } },
-    { "app list", "viewAlternativeKit", { 0, 739, 390, 105 } },
     { "app list", "lblAlternateKitDesc", { 65, 789, 285, 30 } },
     { "phone entry", "txtCountryName", { 35, 132, 303, 40 } },
     { "phone entry", "txtCountryCode", { 35, 212, 90, 40 } },
     { "phone entry", "txtPhoneNumber", { 125, 212, 235, 40 } },
-    { "country picker", "tblCountries", { 0, 92, 390, 752 } },
     { "country picker", "CountryTableCell", { 0, 120, 366, 44 } }, // beside the letters
     { "country picker", "lblPhoneCode", { 298, 127, 53, 30 } },
-    { "code entry", "txtCode1", { 168, 152, 54, 54 } },
     { "code entry", "btnTryAgain", { 15, 332, 360, 44 } },
 };
 

@@ -42,26 +42,6 @@ TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEndAndEachIsToldInOrder)
         << qPrintable(calls);
 }
 
-TEST_P(Navigation, RapidPushesAndPopsEndWhereTheyShould)
-{
-    ASSERT_TRUE(comesToFront(*controller));
-    QList<QPointer<Page>> pages;
-    for (int round = 0; round < 5; ++round) {
-        for (int page = 0; page < 3; ++page) {
-            pages.append(push(QString::number(round * 3 + page)));
-        }
-        QCoreApplication::processEvents();
-        pop();
-        pop();
-    }
-    EXPECT_EQ(depth(), 6);
-    EXPECT_EQ(controller->topViewController()->objectName(), u"12"_s);
-    EXPECT_SOON(
-        std::count_if(pages.begin(), pages.end(), [](auto &p) { return !p.isNull(); }) == 5);
-    for (auto *screen : controller->viewControllers())
-        EXPECT_EQ(screen->isVisible(), screen == controller->topViewController());
-}
-
 TEST_P(Navigation, ABackButtonHasRoomForAFingerAndMayGo)
 {
     ASSERT_TRUE(comesToFront(*controller));
