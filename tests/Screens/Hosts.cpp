@@ -40,6 +40,7 @@ QWidget *hold(Host host, QWidget *container)
     if (host == Host::mdi) {
         auto *const area = new QMdiArea;
         area->setFixedSize(430, 900);
+        area->addSubWindow(new QLineEdit);
         area->setActiveSubWindow(area->addSubWindow(container));
         return area;
     }
