@@ -241,7 +241,8 @@ struct Pair {
     QByteArray call; ///< that Enter makes meanwhile; empty: it leads to the next screen
 };
 
-class Together : public HostTest, public testing::WithParamInterface<std::tuple<Pair, bool>> {
+class Together : public HostTest,
+                 public testing::WithParamInterface<std::tuple<Pair, std::string>> {
 protected:
     /// Where it stands, with the keyboard on it; what it asks for finds no answer yet.
     QWidget *reach(const Pair &pair)
@@ -275,40 +276,37 @@ protected:
     }
 };
 
-TEST_P(Together, AFingerOnAButtonAndEnterDoTheThingOnce)
+// An app that was busy gets those "AtOnce" before what the first one led to is seen.
+TEST_P(Together, PressesDoTheThingOnce)
 {
-    const auto &[pair, byTouch] = GetParam();
-    QWidget *const under = reach(pair);
-    hands::Finger finger;
-    byTouch ? finger.down(under, under->rect().center()) : hands::press(under);
-    hands::key(Qt::Key_Return);
-    ASSERT_TRUE(pair.call.isEmpty() || waitForOverlay(true));
-    byTouch ? finger.up() : hands::release(under);
-    expectOnce(pair, pair.call == "/v1.0/start" ? 0 : 1);
-}
-
-// An app that was busy gets both at once, before what the first one led to is seen.
-TEST_P(Together, TwoQuickPressesDoTheThingOnce)
-{
-    const auto &[pair, byMouse] = GetParam();
+    const auto &[pair, way] = GetParam();
     QWidget *const under = reach(pair);
     auto *const read =
         QAccessible::queryAccessibleInterface(QApplication::focusWidget())->focusChild();
-    for (int i = 0; i < 2; ++i)
-        byMouse ? hands::clickAtOnce(under) : hands::hold(Qt::Key_Return, 0);
-    read->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    hands::Finger finger;
+    if (way == "Touched") {
+        finger.down(under, under->rect().center());
+    } else if (way == "Pressed") {
+        hands::press(under);
+    } else {
+        hands::clickAtOnce(under);
+        hands::clickAtOnce(under);
+        read->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+    hands::key(Qt::Key_Return);
     ASSERT_TRUE(pair.call.isEmpty() || waitForOverlay(true));
+    if (way == "Touched")
+        finger.up();
+    else if (way == "Pressed")
+        hands::release(under);
     expectOnce(pair, pair.call == "/v1.0/start" ? 0 : 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Pairs, Together,
     testing::Combine(testing::Values(Pair { "ThirdPartyKitTableCell", "/v1.0/start" },
                          Pair { "viewAlternativeKit", "" }, Pair { "btnCheck", "/v1.0/check-otp" }),
-        testing::Bool()),
-    [](const auto &row) {
-        return std::get<0>(row.param).name
-            + std::string(std::get<1>(row.param) ? "Touched" : "Pressed");
-    });
+        testing::Values("Pressed", "Touched", "AtOnce")),
+    [](const auto &row) { return std::get<0>(row.param).name + std::get<1>(row.param); });
 
 TEST_F(HostTest, SpaceHeldOnAButtonMeansNothingOnceItIsCovered)
 {
