@@ -21,7 +21,7 @@ bool Heard::waits(std::optional<ParloquinError> wanted, std::chrono::millisecond
             outcome.error
                 ? qPrintable(QStringLiteral("failure %1").arg(static_cast<int>(*outcome.error)))
                 : "success");
-    else
+    else if (!wanted)
         m_sessionId = outcome.sessionId;
     return outcome.error == wanted;
 }
