@@ -149,6 +149,7 @@ QWidget *StartPage::makeStatus()
 {
     auto *row = new QWidget(this);
     m_dot = new Disc(8, Look::waiting, {}, row);
+    m_dot->setObjectName(QStringLiteral("imgStatus"));
     m_status = new Text({ 13, QFont::Normal, Look::secondInk, 22 }, row);
     m_status->setObjectName(QStringLiteral("lblStatus"));
     m_status->setText(tr("Looking for the sandbox"));

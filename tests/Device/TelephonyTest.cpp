@@ -60,6 +60,8 @@ TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
         { "modem 0 23201; sim 1 26201", "put 0 1", QStringLiteral("26201") },
         { "modem 0 locked", "unlock 0 26201", QStringLiteral("26201") },
         { "modem 0 23201", "end service", {} },
+        { "modem 0 23201", "end bus; start bus; start service; modem 0 26201",
+            QStringLiteral("26201"), false },
         { "bare 0", "modem 1 26201", {} }, // the first is asked, also without a SIM
         { "modem 0 23201", "strength 0 40", QStringLiteral("23201"), false },
     };
@@ -71,6 +73,7 @@ TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
         ASSERT_TRUE(service.connect(nullptr));
         (void)service.operatorIdentifier(nullptr); // by then the bus knows what is listened for
         bus.play(change);
+        EXPECT_TRUE(service.connect(nullptr)); // anew, where the bus is another
         EXPECT_EQ(service.operatorIdentifier(nullptr), identifier) << change.constData();
         EXPECT_EQ(QTest::qWaitFor([&] { return isHeard.load(); }, isTold ? patience : 0), isTold)
             << change.constData();
