@@ -79,6 +79,7 @@ TEST_P(Focus, IsWhereItWasWhenTheContainerComesBack)
         expectIt("enabled");
     };
     hands::key(Qt::Key_Tab);
+    container->setFocus(); // the host, to what has it already
     EXPECT_EQ(frame(visible("focusRing")), frame(visible("viewAlternativeKit")));
     expectBoth(u"viewAlternativeKit"_s);
     goToNumber();
