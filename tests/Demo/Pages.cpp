@@ -71,11 +71,15 @@ TEST(DemoWindow, GivesTheKitAllItsRoomAndTellsOfTheLatestTryAlone)
     EXPECT_TRUE(QTest::qWaitFor(isBack));
     EXPECT_TRUE(verify->isVisible());
 
+    QElapsedTimer latest;
+    qint64 took = 0; // s
     server.pause(); // what the back end says of the first try comes after the second
     for (const bool isFirst : { true, false }) {
+        latest.start();
         window.verify();
         auto *const heard = window.findChild<ParloquinSignals *>();
         isFirst ? heard->succeeded(u"s-1"_s) : heard->failed(ParloquinSignals::ServerError);
+        took = latest.elapsed() / 1000;
         EXPECT_TRUE(QTest::qWaitFor([&] { return isBack() && twoSeconds.hasExpired(); }));
     }
     server.proceed();
@@ -83,10 +87,11 @@ TEST(DemoWindow, GivesTheKitAllItsRoomAndTellsOfTheLatestTryAlone)
     window.backEnd().confirm(u"s-2"_s, [&](const QString &) { isOver = true; });
     EXPECT_TRUE(QTest::qWaitFor([&] { return isOver; }));
     EXPECT_EQ(partOf(window, "lblOutcome")->property("text").toString(), u"No answer"_s);
-    const auto parts = window.findChildren<QWidget *>();
-    EXPECT_TRUE(std::any_of(parts.begin(), parts.end(), [](const QWidget *part) {
-        return part->property("text") == u"1 second"_s;
-    })) << "counted from an earlier try";
+    for (const QWidget *part : window.findChildren<QWidget *>()) {
+        const QString text = part->property("text").toString();
+        EXPECT_TRUE(!text.contains(u" second"_s) || text.section(u' ', 0, 0).toInt() <= took + 1)
+            << text.toStdString() << ", counted from an earlier try";
+    }
 }
 
 TEST(DemoBackEnd, ConfirmsNoSessionButTheOneThatTheServiceKnows)
