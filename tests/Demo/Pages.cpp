@@ -78,7 +78,10 @@ TEST(DemoWindow, GivesTheKitAllItsRoomAndTellsOfTheLatestTryAlone)
         latest.start();
         window.verify();
         auto *const heard = window.findChild<ParloquinSignals *>();
-        isFirst ? heard->succeeded(u"s-1"_s) : heard->failed(ParloquinSignals::ServerError);
+        if (isFirst)
+            Q_EMIT heard->succeeded(u"s-1"_s);
+        else
+            Q_EMIT heard->failed(ParloquinSignals::ServerError);
         took = latest.elapsed() / 1000;
         EXPECT_TRUE(QTest::qWaitFor([&] { return isBack() && twoSeconds.hasExpired(); }));
     }
@@ -138,9 +141,9 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     EXPECT_EQ(said(), u"Copied"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return said() == u"Copy"_s; }));
     auto *const filled = page.findChild<QAbstractButton *>(u"btnDone"_s);
-    const auto colour = [&] { return filled->grab().toImage().pixelColor(20, 20).name(); };
+    const auto colour = [=] { return filled->grab().toImage().pixelColor(20, 20).name(); };
     QString released;
-    QObject::connect(filled, &QAbstractButton::released, [&] { released = colour(); });
+    QObject::connect(filled, &QAbstractButton::released, [=, at = &released] { *at = colour(); });
     const auto tap = [&](const char *button) {
         const QString title = partOf(page, button)->property("text").toString();
         hands::click(partOf(page, button));
