@@ -78,10 +78,8 @@ TEST(DemoWindow, GivesTheKitAllItsRoomAndTellsOfTheLatestTryAlone)
         latest.start();
         window.verify();
         auto *const heard = window.findChild<ParloquinSignals *>();
-        if (isFirst)
-            Q_EMIT heard->succeeded(u"s-1"_s);
-        else
-            Q_EMIT heard->failed(ParloquinSignals::ServerError);
+        isFirst ? Q_EMIT heard->succeeded(u"s-1"_s)
+                : Q_EMIT heard->failed(ParloquinSignals::ServerError);
         took = latest.elapsed() / 1000;
         EXPECT_TRUE(QTest::qWaitFor([&] { return isBack() && twoSeconds.hasExpired(); }));
     }

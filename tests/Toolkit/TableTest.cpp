@@ -43,8 +43,6 @@ TEST_F(Table, HeadersStickAndPushEachOtherOff)
     EXPECT_TRUE(shadow->isVisible());
     table->setContentOffset(458);
     EXPECT_EQ(headersInView(), u"A -18, B 10, C 478");
-    table->scrollToRow({ 5, 3 }, false);
-    EXPECT_EQ(table->cellForRow({ 5, 3 })->y(), headerHeight) << "right below its header";
 }
 
 TEST_F(Table, TheIndexJumpsByTapAndByDrag)
@@ -52,7 +50,6 @@ TEST_F(Table, TheIndexJumpsByTapAndByDrag)
     show();
     auto *index = table->findChild<TableIndex *>();
     ASSERT_TRUE(index && index->isVisible());
-    EXPECT_TRUE(index->text().startsWith(u"A\nB\nC"_s));
     constexpr int top = (600 - 26 * 20) / 2;
     for (const bool mirrored : { false, true }) {
         SCOPED_TRACE(mirrored ? "right to left" : "left to right");
