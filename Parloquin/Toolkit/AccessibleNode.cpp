@@ -13,15 +13,6 @@ namespace parloquin {
 
 namespace {
 
-template <class T> T *ancestor(const QWidget *widget)
-{
-    for (QWidget *above = widget->parentWidget(); above; above = above->parentWidget()) {
-        if (auto *found = qobject_cast<T *>(above))
-            return found;
-    }
-    return nullptr;
-}
-
 // Said as a whole: its parts are not in the tree.
 bool isWhole(const QWidget *widget)
 {
@@ -48,7 +39,7 @@ bool isAbsent(const QWidget *widget)
         return label->text().isEmpty();
     if (!qobject_cast<const Screen *>(widget))
         return false;
-    const auto *navigation = ancestor<NavigationController>(widget);
+    const auto *navigation = NavigationController::above(*widget);
     return navigation && navigation->topViewController() != widget;
 }
 
@@ -148,7 +139,7 @@ bool AccessibleNode::isReached() const
 // Readers know of no slide: they find the screen that comes alone.
 bool AccessibleNode::takesPress() const
 {
-    const auto *navigation = ancestor<NavigationController>(widget());
+    const auto *navigation = NavigationController::above(*widget());
     return isReached() && !(navigation && navigation->awaitsPress());
 }
 
