@@ -46,10 +46,16 @@ void EditMenu::open(QLineEdit *field, bool byKeys)
         return;
     }
     menu->mirror();
+    // Over what it acts on, however wide the field is. (Of an empty field Qt does not know where.)
+    QRect over = field->rect();
+    if (field->hasSelectedText()) {
+        over &= field->inputMethodQuery(Qt::ImCursorRectangle).toRect()
+            | field->inputMethodQuery(Qt::ImAnchorRectangle).toRect();
+    }
     const QRect around(field->mapToGlobal(QPoint()), field->size());
     const QRect room = field->screen()->availableGeometry();
     QRect place({}, QSize(menu->m_width, NavigationBar::barHeight));
-    place.moveCenter(around.center());
+    place.moveCenter(field->mapToGlobal(over.center()));
     place.moveBottom(around.top() - gap);
     if (place.top() < room.top())
         place.moveTop(around.bottom() + gap);

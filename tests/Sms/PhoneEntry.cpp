@@ -187,6 +187,8 @@ TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
     ASSERT_SOON(QGuiApplication::focusWindow());
     hands::key(Qt::Key_Left, Qt::ShiftModifier);
     hands::menuKey();
+    ASSERT_NE(menu(), nullptr);
+    EXPECT_LT(menu()->geometry().center().x(), field->mapToGlobal(QPoint(60, 0)).x()) << "over it";
     hands::key(Qt::Key_Return); // cuts what was selected and no more
     EXPECT_EQ(field->text(), u"412");
     EXPECT_EQ(QApplication::clipboard()->text(), u"3");
