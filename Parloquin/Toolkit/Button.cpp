@@ -49,7 +49,7 @@ void Button::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_kind != Kind::link) {
-        auto press = Style::pressTint;
+        auto press = m_kind == Kind::filled ? Style::pressTint : Style::softPressTint;
         press.setAlphaF(press.alphaF() * static_cast<float>(pressStrength()));
         painter.setPen(Qt::NoPen);
         for (const auto &color :

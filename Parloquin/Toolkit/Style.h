@@ -12,6 +12,7 @@ namespace parloquin::Style {
 
 inline constexpr QColor blue { 0, 0, 255 };
 inline constexpr QColor softBlue { 0xe4, 0xe6, 0xff };
+inline constexpr QColor selection { 0xbc, 0xc4, 0xff }; // behind a field's text
 inline constexpr QColor ink { 0x11, 0x13, 0x22 };
 inline constexpr QColor secondInk { 0x4a, 0x4f, 0x66 };
 inline constexpr QColor placeholder { 0x6b, 0x70, 0x85 };
@@ -19,6 +20,7 @@ inline constexpr QColor grey { 0x80, 0x80, 0x80 };
 inline constexpr QColor hairline { 0xd3, 0xd6, 0xe2 };
 inline constexpr QColor pressedRow { 0xe9, 0xea, 0xff };
 inline constexpr QColor pressTint { 0, 0, 0, 51 }; // over what is coloured: a fifth of black
+inline constexpr QColor softPressTint { 0, 0, 255, 51 }; // over soft blue, which black greys
 inline constexpr QColor headerBackground { 0xf1, 0xf2, 0xf8 };
 inline constexpr QColor headerInk { 0x3c, 0x40, 0x58 };
 

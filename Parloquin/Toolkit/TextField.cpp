@@ -46,7 +46,7 @@ QString ownSheet(const QFont &font)
                "font-size: %4px; font-weight: %5; font-style: normal; text-decoration: none;"
                "letter-spacing: 0px; word-spacing: 0px; font-family: ")
                .arg(QWIDGETSIZE_MAX)
-               .arg(Style::ink.name(), Style::softBlue.name())
+               .arg(Style::ink.name(), Style::selection.name())
                .arg(font.pixelSize())
                .arg(font.weight())
         + families.join(QLatin1Char(',')) + QLatin1String(" }");

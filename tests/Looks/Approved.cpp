@@ -191,6 +191,7 @@ void Approved::takeFurther()
     ASSERT_TRUE(seen("viewCountryBack"));
     tap("txtPhoneNumber");
     hands::keys(u"41234567"_s);
+    hands::key(Qt::Key_A, Qt::ControlModifier);
     hands::press(visible("btnContinue"));
     expectApproved("phone entry, pressed");
     hands::release(visible("btnContinue"));

@@ -19,7 +19,9 @@ protected:
 TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
 {
     constexpr int count = 10000;
-    const auto color = [](int row) { return QColor(row % 256, 40 + row / 256, 200); };
+    const auto color = [](int row) {
+        return row == 1 ? QColor(17, 17, 17) : QColor(row % 256, 40 + row / 256, 200);
+    };
     const auto hasIcon = [](int row) { return row % 3 != 1; };
     QByteArray list;
     for (int row = 0; row < count; ++row) {
@@ -46,7 +48,7 @@ TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
             SCOPED_TRACE("row " + std::to_string(row) + " at " + std::to_string(place));
             EXPECT_EQ(part<Label>(row, "lblKitName")->text(), u"Row %1"_s.arg(row));
             EXPECT_EQ(part<View>(row, "viewBack")->backgroundColor().name(),
-                (row == 1 && each->isPressed() ? color(row).darker(125) : color(row)).name());
+                (row == 1 && each->isPressed() ? QColor(65, 65, 65) : color(row)).name());
             const auto *icon = part<ImageView>(row, "imgKitIcon");
             const auto shows = [&] {
                 return icon->image().isNull() ? QColor() : icon->image().pixelColor(0, 0);
