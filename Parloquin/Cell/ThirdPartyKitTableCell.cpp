@@ -18,7 +18,7 @@ namespace parloquin {
 namespace {
 
 constexpr qreal pressDepth = 0.2; // as the tint over what else is coloured
-constexpr int darkest = 0x40; // of the brightest channel; what is darker shows no darkening
+constexpr int tooDark = 0x40; // of the brightest channel: what is darker shows no darkening
 
 } // namespace
 
@@ -90,7 +90,7 @@ void ThirdPartyKitTableCell::stateChanged()
 void ThirdPartyKitTableCell::showBackground()
 {
     const qreal press = pressDepth * pressStrength();
-    const int other = m_color.value() < darkest ? 0xff : 0;
+    const int other = m_color.value() < tooDark ? 0xff : 0;
     const auto mixed = [=](int channel) { return qRound(channel + (other - channel) * press); };
     const QColor color(
         mixed(m_color.red()), mixed(m_color.green()), mixed(m_color.blue()), m_color.alpha());
