@@ -3,6 +3,7 @@
 #include "Card.h"
 #include "HostButton.h"
 #include "Look.h"
+#include "ScrollPage.h"
 #include "SvgPicture.h"
 #include "Text.h"
 
@@ -72,8 +73,10 @@ OutcomePage::OutcomePage(QWidget *parent)
     above->addWidget(m_title);
     above->addSpacing(8);
     above->addWidget(m_words);
-    above->addSpacerItem(new QSpacerItem(0, 35, QSizePolicy::Minimum, QSizePolicy::Maximum));
+    above->addSpacing(12);
+    above->addSpacerItem(new QSpacerItem(0, 23, QSizePolicy::Minimum, QSizePolicy::Maximum));
     above->addWidget(m_cardPlace);
+    above->addStretch(1);
 
     auto *below = new QVBoxLayout;
     const int side = Look::pageMargin - HostButton::ringMargin;
@@ -86,9 +89,8 @@ OutcomePage::OutcomePage(QWidget *parent)
     auto *page = new QVBoxLayout(this);
     page->setContentsMargins(0, 0, 0, 0);
     page->setSpacing(0);
-    page->addLayout(above);
+    page->addWidget(new ScrollPage(above, this), 1);
     page->addSpacerItem(new QSpacerItem(0, 12, QSizePolicy::Minimum, QSizePolicy::Maximum));
-    page->addStretch(1);
     page->addLayout(below);
 
     // After a success leaving is the first choice, after a failure another try.

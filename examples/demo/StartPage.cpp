@@ -4,6 +4,7 @@
 #include "Card.h"
 #include "HostButton.h"
 #include "Look.h"
+#include "ScrollPage.h"
 #include "SvgPicture.h"
 #include "Text.h"
 
@@ -85,8 +86,10 @@ StartPage::StartPage(BackEnd &backEnd, QWidget *parent)
     above->addWidget(title);
     above->addSpacing(8);
     above->addWidget(words);
-    above->addSpacerItem(new QSpacerItem(0, 36, QSizePolicy::Minimum, QSizePolicy::Maximum));
+    above->addSpacing(12);
+    above->addSpacerItem(new QSpacerItem(0, 24, QSizePolicy::Minimum, QSizePolicy::Maximum));
     above->addWidget(makeSteps());
+    above->addStretch(1);
 
     auto *below = new QVBoxLayout;
     const int side = Look::pageMargin - HostButton::ringMargin;
@@ -100,8 +103,7 @@ StartPage::StartPage(BackEnd &backEnd, QWidget *parent)
     auto *page = new QVBoxLayout(this);
     page->setContentsMargins(0, 0, 0, 0);
     page->setSpacing(0);
-    page->addLayout(above);
-    page->addStretch(1);
+    page->addWidget(new ScrollPage(above, this), 1);
     page->addLayout(below);
 
     connect(m_verify, &QAbstractButton::clicked, this, &StartPage::verifyTapped);

@@ -124,13 +124,15 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     demo::OutcomePage page;
     const QSignalSpy done(&page, &demo::OutcomePage::doneTapped);
     const QSignalSpy again(&page, &demo::OutcomePage::againTapped);
-    page.resize(390, 844);
+    page.resize(320, 480);
     page.QWidget::show();
     const QString id = u"6f9619ff-8b86-d011-b42d-00c04fc964ff"_s;
     page.showVerified(id, 61s);
-    QCoreApplication::processEvents(); // the card finds its place
+    const auto parts = page.findChildren<QWidget *>();
+    const auto isWhole = [](auto *it) { return it->height() >= it->heightForWidth(it->width()); };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return std::ranges::all_of(parts, isWhole); }));
     QStringList texts;
-    for (const QWidget *part : page.findChildren<QWidget *>())
+    for (const QWidget *part : parts)
         texts += part->property("text").toString();
     EXPECT_TRUE(texts.contains(u"1 min 1 s"_s)) << texts.join(u'|').toStdString();
     hands::click(partOf(page, "btnCopy"));

@@ -192,7 +192,7 @@ No password, about half a minute.</source>
     </message>
     <message>
         <source>Sandbox is not running, start it with ./demo</source>
-        <translation>خدمة التجربة لا تعمل، شغّلها بالأمر ./demo</translation>
+        <translation>خدمة التجربة لا تعمل، شغّلها بالأمر &#x200e;./demo</translation>
     </message>
 </context>
 </TS>
