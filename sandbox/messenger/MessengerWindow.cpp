@@ -188,6 +188,7 @@ void MessengerWindow::keyPressEvent(QKeyEvent *event)
 
 void MessengerWindow::send()
 {
+    setFocus(Qt::OtherFocusReason); // else it would go on, as by a Tab, and Close would ring
     btnSend->setEnabled(false); // one tap, one message
     m_lblError->hide();
     m_lblEmpty->hide();

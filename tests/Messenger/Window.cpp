@@ -64,6 +64,7 @@ TEST_P(RefusedMessage, IsSaidAndCanBeSentAgain)
     for (int time = 1; time <= 2; ++time) {
         hands::click(window->btnSend);
         EXPECT_FALSE(window->btnSend->isEnabled()) << "one tap, one message";
+        EXPECT_FALSE(window->btnClose->hasFocus()) << "it rings, as after a Tab";
         EXPECT_EQ(shown("lblState"), u"Sending");
         ASSERT_TRUE(QTest::qWaitFor([this] { return !shown("lblError").isEmpty(); })) << time;
         EXPECT_TRUE(shown("lblError").contains(QLatin1String(GetParam().complaint)))
