@@ -64,7 +64,7 @@ TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int li
         m_isElided = m_layouts[0]->lineAt(0).naturalTextWidth() > width;
         if (m_isElided) {
             m_layouts.clear();
-            source = QFontMetricsF(font).elidedText(source, Qt::ElideRight, width);
+            source = elided(source, font, width);
         }
         m_lines.push_back(source);
         return;
@@ -82,7 +82,7 @@ TextBlock::TextBlock(const QString &text, const QFont &font, qreal width, int li
         if (last && (more || line.naturalTextWidth() > width)) {
             auto rest = source.mid(start);
             rest.replace(QChar::LineSeparator, QLatin1Char(' '));
-            m_lines.push_back(QFontMetricsF(font).elidedText(rest, Qt::ElideRight, width));
+            m_lines.push_back(elided(rest, font, width));
             m_isElided = true;
             break;
         }
@@ -131,6 +131,13 @@ TextBlock TextBlock::brokenAtSentence(const QString &text, const QFont &font, qr
         return block.m_lines.size() == 2 ? block : greedy;
     }
     return greedy;
+}
+
+QString TextBlock::elided(const QString &text, const QFont &font, qreal width)
+{
+    const QString cut = QFontMetricsF(font).elidedText(text, Qt::ElideRight, width);
+    const auto dots = std::ranges::mismatch(cut, text).in1 - cut.begin();
+    return withoutEndingBlanks(cut.left(dots)) + cut.mid(dots);
 }
 
 int TextBlock::height() const { return static_cast<int>(m_lines.size()) * m_spacing; }

@@ -32,6 +32,9 @@ public:
     /// Breaks two-line texts after their first sentence where both halves fit.
     static TextBlock brokenAtSentence(const QString &text, const QFont &font, qreal width);
 
+    /// A line cut to the width, no blank before its dots; as it is where it fits.
+    [[nodiscard]] static QString elided(const QString &text, const QFont &font, qreal width);
+
     [[nodiscard]] int height() const;
     [[nodiscard]] qreal naturalWidth() const;
     [[nodiscard]] const std::vector<QString> &lines() const { return m_lines; }

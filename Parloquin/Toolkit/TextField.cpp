@@ -21,6 +21,7 @@ namespace {
 
 constexpr int caretWidth = 2; // px
 constexpr int caretGap = 1; // px between a digit and the caret
+constexpr int smallestFolded = 8; // px; only at twice the scale is a field so narrow
 // Characters. A line edit lays all of its text out at every edit, and accents heaped on one letter
 // take it a second for the 32767 of its own limit.
 constexpr int mostTyped = 1024;
@@ -143,6 +144,8 @@ QVariant TextField::inputMethodQuery(Qt::InputMethodQuery query) const
 {
     if (query == Qt::ImEnterKeyType)
         return m_returnKey;
+    if (query == Qt::ImCursorRectangle && isCentred())
+        return caret();
     return QLineEdit::inputMethodQuery(query);
 }
 
@@ -231,68 +234,92 @@ void TextField::paintEvent(QPaintEvent *event)
         QPainter painter(this);
         DevicePixels::drawFrame(painter, rect(), m_borderWidth, m_radius, m_borderColor);
     }
-    if (text().isEmpty() && !m_composing)
+    if (text().isEmpty() && !m_composing) {
+        drawCaret(); // under the placeholder, whose first letter it touches
         drawLine(placeholderText(), Style::placeholder);
-    else if (isReadOnly())
+        return;
+    }
+    if (isReadOnly() || isCentred())
         drawLine(text(), Style::ink);
     else
         QLineEdit::paintEvent(event);
-    if (m_caretShown && hasFocus() && !isReadOnly()) {
-        QPainter painter(this);
-        DevicePixels::drawBar(painter, caret(), Style::blue);
-    }
+    drawCaret();
+}
+
+void TextField::drawCaret()
+{
+    if (!m_caretShown || !hasFocus() || isReadOnly())
+        return;
+    QPainter painter(this);
+    DevicePixels::drawBar(painter, caret(), Style::blue);
 }
 
 // Behind the last digit the caret keeps off it a little; elsewhere it parts two, in the gap they
 // leave. In an empty field, whose cursor a line edit places only where it paints its text, it
 // stands where the first one will: at the edge, or in the middle.
-QRect TextField::caret() const
+QRectF TextField::caret() const
 {
-    const int free = std::max(width() - caretWidth, 0);
+    const qreal free = std::max(width() - caretWidth, 0);
+    const QFontMetrics line(m_face.font());
     if (!text().isEmpty() || m_composing) {
-        const QRect cursor = cursorRect();
         const bool isLast = m_composing || cursorPosition() == text().size();
         const int off = isLast ? caretGap : -caretWidth / 2;
-        const int x = std::clamp(cursor.x() + cursorSlack + off, 0, free);
-        return { x, cursor.y(), caretWidth, cursor.height() };
+        const QRectF cursor = isCentred()
+            ? QRectF(leftOf(cursorPosition()), topOf(line), 0, cursorRect().height())
+            : QRectF(cursorRect()).translated(cursorSlack, 0);
+        return { std::clamp(cursor.x() + off, 0.0, free), cursor.y(), caretWidth, cursor.height() };
     }
-    const QFontMetrics line(m_face.font());
-    const int x = alignment() & Qt::AlignRight ? free
-        : alignment() & Qt::AlignHCenter       ? free / 2
-                                               : 0;
-    return { x, topOf(line), caretWidth, cursorRect().height() };
+    const qreal x = alignment() & Qt::AlignRight ? free
+        : alignment() & Qt::AlignHCenter         ? free / 2
+                                                 : 0;
+    return { x, qreal(topOf(line)), caretWidth, qreal(cursorRect().height()) };
 }
 
 int TextField::topOf(const QFontMetrics &line) const { return (height() - line.height() + 1) / 2; }
+
+// A line edit puts a centred text up to two pixels beside the middle.
+bool TextField::isCentred() const
+{
+    return (alignment() & Qt::AlignHCenter) && !m_composing && leftOf(0) >= 0;
+}
+
+qreal TextField::leftOf(int character) const
+{
+    const QFontMetricsF metrics(m_face.font());
+    return (width() - metrics.horizontalAdvance(text())) / 2
+        + metrics.horizontalAdvance(text(), character);
+}
 
 // A line edit scrolls a long text to its end and keeps room for a caret at the right. A text that
 // is only shown begins at its beginning and stands at the edge; on the line edit's base line, which
 // lies between whole pixels. A placeholder shrinks, and then folds, before it is elided.
 void TextField::drawLine(const QString &text, const QColor &color)
 {
-    // A placeholder makes room for the caret, which would cut its first letter.
-    const int room = hasFocus() && !isReadOnly() ? caretWidth + caretGap : 0;
     QFont font = m_face.font();
-    const auto fits = [&] { return QFontMetricsF(font).horizontalAdvance(text) <= width() - room; };
+    const auto fits = [&] { return QFontMetricsF(font).horizontalAdvance(text) <= width(); };
     const bool isPlaceholder = this->text().isEmpty();
     while (isPlaceholder && font.pixelSize() > Style::smallestText && !fits())
         font.setPixelSize(font.pixelSize() - 1);
     QPainter painter(this);
-    painter.setPen(color);
     if (isPlaceholder && !fits()) {
-        const bool atRight = alignment() & Qt::AlignRight;
-        const QRect place = rect().adjusted(atRight ? 0 : room, 0, atRight ? -room : 0, 0);
-        TextBlock::shrunk(text, m_face.font(), place.size(), 0, Style::smallestText)
-            .draw(painter, place, alignment());
+        painter.setPen(color);
+        TextBlock::shrunk(text, m_face.font(), size(), 0, smallestFolded)
+            .draw(painter, rect(), alignment());
         return;
     }
     const QFontMetrics line(font);
     const QFontMetricsF metrics(font);
-    const auto shown = metrics.elidedText(text, Qt::ElideRight, width() - room);
+    if (hasSelectedText()) {
+        const qreal left = leftOf(selectionStart());
+        painter.fillRect(QRectF(left, topOf(line), leftOf(selectionEnd()) - left, line.height()),
+            Style::softBlue);
+    }
+    painter.setPen(color);
+    const auto shown = TextBlock::elided(text, font, width());
     const qreal free = width() - metrics.horizontalAdvance(shown);
-    const qreal x = alignment() & Qt::AlignRight ? free - room
+    const qreal x = alignment() & Qt::AlignRight ? free
         : alignment() & Qt::AlignHCenter         ? free / 2
-                                                 : room;
+                                                 : 0;
     painter.setFont(font);
     painter.setLayoutDirection(layoutDirection());
     painter.drawText(QPointF(x, topOf(line) + metrics.ascent()), shown);

@@ -65,8 +65,13 @@ private:
     void followDirection();
     void watchParent();
     void restartCaret();
-    [[nodiscard]] QRect caret() const;
+    [[nodiscard]] QRectF caret() const;
     [[nodiscard]] int topOf(const QFontMetrics &line) const;
+    /// Typed, and drawn in the very middle.
+    [[nodiscard]] bool isCentred() const;
+    /// Of a character of a centred text.
+    [[nodiscard]] qreal leftOf(int character) const;
+    void drawCaret();
     void drawLine(const QString &text, const QColor &color);
     void openMenu(bool byKeys);
 

@@ -100,6 +100,7 @@ void Walk::toTheCode(const Stop &stop)
     stop("code entry");
     hands::keys(u"7k"_s);
     stop("code entry, filled");
+    hands::key(Qt::Key_Home); // selects what is in the box
     // As when a message has come.
     auto *offer = find<Button>("btnMessageCode");
     ASSERT_NE(offer, nullptr);
