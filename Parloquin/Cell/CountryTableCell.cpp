@@ -85,13 +85,10 @@ void CountryTableCell::resizeEvent(QResizeEvent *)
 
 void CountryTableCell::paintEvent(QPaintEvent *)
 {
+    if (!hasKeyboardFocus()) // the table shows a press, and the lines between the rows
+        return;
     QPainter painter(this);
-    // Nothing at rest: the page is white, and the table draws the lines between the rows on it.
-    painter.setOpacity(pressStrength());
-    painter.fillRect(rect(), Style::pressedRow);
-    painter.setOpacity(1);
-    if (hasKeyboardFocus())
-        FocusRing::paint(painter, rect(), 0, true, Style::blue);
+    FocusRing::paint(painter, rect(), 0, true, Style::blue);
 }
 
 } // namespace parloquin

@@ -5,6 +5,7 @@
 #include "Parloquin/Toolkit/Accessibility.h"
 #include "Parloquin/Toolkit/AccessibleNode.h"
 #include "Parloquin/Toolkit/ActivityIndicator.h"
+#include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationController.h"
 #include "Parloquin/Toolkit/Pane.h"
@@ -139,10 +140,8 @@ protected:
     void paintEvent(QPaintEvent *) override
     {
         QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor::fromRgbF(68 / 255.0F, 68 / 255.0F, 68 / 255.0F, 0.7F));
-        painter.drawRoundedRect(rect(), plateRadius, plateRadius);
+        DevicePixels::fillBox(painter, rect(), plateRadius,
+            QColor::fromRgbF(68 / 255.0F, 68 / 255.0F, 68 / 255.0F, 0.7F));
     }
 };
 

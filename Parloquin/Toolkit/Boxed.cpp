@@ -8,12 +8,8 @@ namespace parloquin {
 
 void BoxLook::paintGround(QPainter &painter, const QRect &box, const QColor &color) const
 {
-    if (!color.isValid() || color.alpha() == 0)
-        return;
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawRoundedRect(box, radius, radius);
+    if (color.isValid() && color.alpha() > 0)
+        DevicePixels::fillBox(painter, box, radius, color);
 }
 
 void BoxLook::paintFrame(QPainter &painter, const QRect &box) const

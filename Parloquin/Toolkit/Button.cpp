@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/Button.h"
 
+#include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextBlock.h"
 
@@ -47,16 +48,11 @@ QSize Button::sizeHint() const
 void Button::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     if (m_kind != Kind::link) {
         auto press = m_kind == Kind::filled ? Style::pressTint : Style::softPressTint;
         press.setAlphaF(press.alphaF() * static_cast<float>(pressStrength()));
-        painter.setPen(Qt::NoPen);
-        for (const auto &color :
-            { m_kind == Kind::filled ? Style::blue : Style::softBlue, press }) {
-            painter.setBrush(color);
-            painter.drawRoundedRect(rect(), Style::cornerRadius, Style::cornerRadius);
-        }
+        for (const auto &color : { m_kind == Kind::filled ? Style::blue : Style::softBlue, press })
+            DevicePixels::fillBox(painter, rect(), Style::cornerRadius, color);
     }
     painter.setPen(m_kind == Kind::filled ? QColor(Qt::white) : Style::blue);
     block(width()).draw(painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter);

@@ -42,6 +42,14 @@ void drawBar(QPainter &painter, const QRectF &box, const QColor &color)
     painter.fillRect(fromPixels(painter, bar), color);
 }
 
+void fillBox(QPainter &painter, const QRectF &box, qreal radius, const QColor &color)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(fromPixels(painter, pixelsOf(painter, box)), radius, radius);
+}
+
 void drawFrame(QPainter &painter, const QRectF &box, qreal width, qreal radius, const QColor &color)
 {
     const qreal ratio = painter.deviceTransform().m11();

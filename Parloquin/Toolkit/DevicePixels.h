@@ -16,6 +16,8 @@ void drawHairline(QPainter &painter, const QRectF &box, Qt::Edge edge, const QCo
 /// The box, but no wider than it is wherever it stands: between whole ratios its edges might round
 /// to one device pixel more.
 void drawBar(QPainter &painter, const QRectF &box, const QColor &color);
+/// A rounded box, as large as its frame would be.
+void fillBox(QPainter &painter, const QRectF &box, qreal radius, const QColor &color);
 /// \brief A rounded frame inside of the box.
 /// \param width px, drawn as the nearest number of device pixels; below 1 as a hairline
 /// \param radius of the box, px

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int symbolSize = 40; // px, as all here
 constexpr int symbolGap = 12; // under the symbol
-constexpr int plateGap = 8; // to the overlay's plate
+constexpr int plateGap = 12; // to the overlay's plate
 constexpr int sideMargin = 25;
 constexpr int leastTop = 8;
 constexpr int usualTop = 48;
@@ -74,8 +74,8 @@ bool EmptyLook::event(QEvent *event)
     return Pane::event(event);
 }
 
-// Where the plate would cover it: higher up, else under the plate, else without its symbol. The
-// same before the overlay comes and when it has gone, so that it does not move by itself.
+// Where the plate would cover it: higher up, else its line under the plate, whose spinner is symbol
+// enough.
 void EmptyLook::layOut()
 {
     const int lineWidth = std::max(width() - 2 * sideMargin, 0);
@@ -89,14 +89,9 @@ void EmptyLook::layOut()
     int top = std::min(usualTop, std::max(height() - whole, 0) / 2);
     bool hasSymbol = true;
     if (m_isBesidePlate && below > usualTop && above < usualTop + whole) {
-        if (above >= leastTop + whole) {
-            top = above - whole;
-        } else if (below + whole <= height()) {
-            top = below;
-        } else {
-            hasSymbol = false;
-            top = above >= leastTop + lineHeight ? std::min(above - lineHeight, usualTop) : below;
-        }
+        hasSymbol = above >= leastTop + whole;
+        const bool isUnder = !hasSymbol && below + lineHeight <= height();
+        top = isUnder ? below : std::max(above - (hasSymbol ? whole : lineHeight), leastTop);
     }
     imgEmpty->setVisible(hasSymbol && !text().isEmpty());
     imgEmpty->setGeometry((width() - symbolSize) / 2, top, symbolSize, symbolSize);

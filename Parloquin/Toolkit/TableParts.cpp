@@ -37,27 +37,6 @@ void TableHeader::paintEvent(QPaintEvent *)
     drawText(painter, rect().adjusted(textMargin, 0, -textMargin, 0));
 }
 
-TableLines::TableLines(QWidget *table)
-    : Pane(table)
-{
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-}
-
-void TableLines::setLines(const QList<QLineF> &lines)
-{
-    m_lines = lines;
-    update();
-}
-
-void TableLines::paintEvent(QPaintEvent *)
-{
-    QPainter painter(this);
-    for (const auto &line : m_lines) {
-        DevicePixels::drawHairline(painter, QRectF(line.x1(), line.y1() - 1, line.dx(), 1),
-            Qt::BottomEdge, Style::hairline);
-    }
-}
-
 TableShadow::TableShadow(QWidget *table)
     : Pane(table)
 {
@@ -182,10 +161,7 @@ void TableThumb::showFor(int offset, int content)
 void TableThumb::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(17, 19, 34, 89));
-    painter.drawRoundedRect(rect(), thumbWidth / 2.0, thumbWidth / 2.0);
+    DevicePixels::fillBox(painter, rect(), thumbWidth / 2.0, QColor(17, 19, 34, 89));
 }
 
 } // namespace parloquin

@@ -2,8 +2,6 @@
 
 #include "Parloquin/Toolkit/Label.h"
 
-#include <QtCore/QLineF>
-#include <QtCore/QList>
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
 
@@ -19,22 +17,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-};
-
-/// \brief The lines between a table's rows, over them: a cell may fill its whole ground.
-class TableLines : public Pane {
-    Q_OBJECT
-public:
-    explicit TableLines(QWidget *table);
-
-    /// \param lines the bottom edge of each row that has one, px
-    void setLines(const QList<QLineF> &lines);
-
-protected:
-    void paintEvent(QPaintEvent *event) override;
-
-private:
-    QList<QLineF> m_lines;
 };
 
 /// \brief What the stuck header throws on the rows that slide under it.

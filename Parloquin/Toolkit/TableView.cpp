@@ -3,16 +3,19 @@
 #include "Parloquin/Platform/Fatal.h"
 #include "Parloquin/Toolkit/Accessibility.h"
 #include "Parloquin/Toolkit/AccessibleTable.h"
+#include "Parloquin/Toolkit/DevicePixels.h"
 #include "Parloquin/Toolkit/EmptyLook.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableViewPrivate.h"
 
 #include <QtCore/QEvent>
 #include <QtCore/QScopedValueRollback>
+#include <QtGui/QPainter>
 #include <QtGui/QShowEvent>
 #include <QtWidgets/QScroller>
 
 #include <algorithm>
+#include <iterator>
 
 namespace parloquin {
 
@@ -23,7 +26,6 @@ constexpr int jumpTime = 250; // ms
 
 TableView::Private::Private(TableView *owner)
     : table(owner)
-    , lines(new TableLines(owner))
     , shadow(new TableShadow(owner))
     , index(new TableIndex(owner))
     , thumb(new TableThumb(owner))
@@ -89,7 +91,6 @@ void TableView::Private::arrange()
         return;
     const QScopedValueRollback guard(arranging, true);
     placeCells();
-    placeLines();
     placeHeaders();
     if (hasIndex) {
         const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
@@ -98,6 +99,7 @@ void TableView::Private::arrange()
         index->raise();
     }
     updateStates();
+    table->update();
 }
 
 void TableView::Private::recycle(TableCell *cell)
@@ -145,23 +147,29 @@ void TableView::Private::placeCells()
     }
 }
 
-void TableView::Private::placeLines()
+// A plain row's press reaches both edges of the table, also beside an index; the lines between the
+// rows end where its contents do, and give way to it.
+void TableView::Private::paintGround(QPainter &painter) const
 {
-    QList<QLineF> bottoms;
-    const bool mirrored = table->layoutDirection() == Qt::RightToLeft;
-    for (const auto &[key, cell] : cells) {
+    const int from = table->layoutDirection() == Qt::RightToLeft ? table->width() - contentWidth()
+                                                                 : separatorMargin;
+    for (auto it = cells.begin(); it != cells.end(); ++it) {
+        const auto &[key, cell] = *it;
+        const QRect row(0, cell->y(), table->width(), rowHeight);
+        qreal strength = cell->pressStrength();
+        painter.setOpacity(strength);
+        if (strength > 0)
+            painter.fillRect(row, Style::pressedRow);
         // None under a section's last row: what follows is a header or nothing.
         if (key.second == geometry.sections()[static_cast<std::size_t>(key.first)].rows - 1)
             continue;
-        const QRect row = cell->geometry();
-        const int from = mirrored ? row.left() : row.left() + separatorMargin;
-        const int to = mirrored ? row.right() + 1 - separatorMargin : row.right() + 1;
-        bottoms.append(QLineF(from, row.bottom() + 1, to, row.bottom() + 1));
+        if (const auto next = std::next(it); next != cells.end())
+            strength = std::max(strength, next->second->pressStrength());
+        painter.setOpacity(1 - strength);
+        DevicePixels::drawHairline(painter,
+            QRectF(from, row.top(), contentWidth() - separatorMargin, row.height()), Qt::BottomEdge,
+            Style::hairline);
     }
-    lines->setGeometry(table->rect());
-    lines->setLines(bottoms);
-    lines->setVisible(separators == SeparatorStyle::singleLine);
-    lines->raise();
 }
 
 int TableView::Private::headerTop(const TableGeometry::Section &section) const
@@ -314,7 +322,7 @@ void TableView::setRowHeight(int height)
 void TableView::setSeparatorStyle(SeparatorStyle style)
 {
     d->separators = style;
-    d->arrange();
+    update();
 }
 
 void TableView::setEmptyLook(const QString &image, const QString &text, bool isBesidePlate)
@@ -369,6 +377,13 @@ void TableView::setContentOffset(int offset)
 {
     d->motion.stop();
     d->setOffset(offset);
+}
+
+void TableView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    if (d->separators == SeparatorStyle::singleLine)
+        d->paintGround(painter);
 }
 
 void TableView::resizeEvent(QResizeEvent *)

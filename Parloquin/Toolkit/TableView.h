@@ -42,6 +42,7 @@ protected:
 private:
     friend class TableView;
     void setState(bool pressed, bool focused);
+    void showStrength();
 
     PressFade m_fade;
     QString m_identifier;
@@ -94,6 +95,7 @@ public:
 class TableView : public Pane, public Holdable {
     Q_OBJECT
 public:
+    /// With lines the table shows a press too; a row without shows its own.
     enum class SeparatorStyle { none, singleLine };
 
     explicit TableView(QWidget *parent = nullptr);
@@ -132,6 +134,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

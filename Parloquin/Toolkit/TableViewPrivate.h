@@ -14,6 +14,7 @@
 #include <utility>
 
 class QKeyEvent;
+class QPainter;
 class QTouchEvent;
 
 namespace parloquin {
@@ -31,7 +32,7 @@ struct TableView::Private {
     [[nodiscard]] int contentWidth() const;
     void arrange();
     void placeCells();
-    void placeLines();
+    void paintGround(QPainter &painter) const;
     void placeHeaders();
     void recycle(TableCell *cell);
     void scrollTo(const IndexPath &path, bool animated);
@@ -74,7 +75,6 @@ struct TableView::Private {
     QHash<QString, QList<TableCell *>> waiting;
     std::map<Key, TableCell *> cells;
     QList<TableHeader *> headers;
-    TableLines *lines;
     TableShadow *shadow;
     TableIndex *index;
     TableThumb *thumb;

@@ -70,6 +70,7 @@ TEST_F(Lines, CoverWholePixelsOfTheDevice)
         } else if (stop == "phone entry") {
             EXPECT_EQ(met(now, { 28, 110 }, { 28, 280 }), black.repeated(4)) << "boxes";
             EXPECT_EQ(met(now, { 10, 135 }, { 380, 135 }), black.repeated(2)) << "sides";
+            EXPECT_EQ(met(now, { 40, 280 }, { 40, 360 }).count(u'#'), 1) << "a button's edges";
         } else if (stop == "country picker") {
             // N has two rows: one line between them, and the one under the header.
             const QString lines = met(now, { 300, 93 }, { 300, 700 });

@@ -32,6 +32,8 @@ void Walk::presentWaiting(const Stop &stop)
     present(page);
     if (page)
         container->setContentsMargins(6, 44, 6, 6); // beside the pages its own ground shows
+    else if (size.width() > size.height())
+        container->setContentsMargins({}); // a desktop has no status area
     container->resize(size);
     ASSERT_TRUE(QTest::qWaitForWindowActive(container->window()));
     ASSERT_TRUE(waitForOverlay(true));
