@@ -146,6 +146,10 @@ QVariant TextField::inputMethodQuery(Qt::InputMethodQuery query) const
         return m_returnKey;
     if (query == Qt::ImCursorRectangle && isCentred())
         return caret();
+    if (query == Qt::ImAnchorRectangle && isCentred()) {
+        const int anchor = QLineEdit::inputMethodQuery(Qt::ImAnchorPosition).toInt();
+        return caret().translated(leftOf(anchor) - leftOf(cursorPosition()), 0);
+    }
     return QLineEdit::inputMethodQuery(query);
 }
 
@@ -312,7 +316,7 @@ void TextField::drawLine(const QString &text, const QColor &color)
     if (hasSelectedText()) {
         const qreal left = leftOf(selectionStart());
         painter.fillRect(QRectF(left, topOf(line), leftOf(selectionEnd()) - left, line.height()),
-            Style::softBlue);
+            Style::selection);
     }
     painter.setPen(color);
     const auto shown = TextBlock::elided(text, font, width());
