@@ -41,11 +41,10 @@ void EditMenu::open(QLineEdit *field, bool byKeys)
         menu->add(translated(QT_TRANSLATE_NOOP("Parloquin", "Paste")), QStringLiteral("btnPaste"),
             [field] { field->paste(); });
     }
-    if (menu->m_width == 0) {
+    if (menu->findChildren<BarButtonItem *>().isEmpty()) {
         delete menu;
         return;
     }
-    menu->mirror();
     // Over what it acts on, however wide the field is. (Of an empty field Qt does not know where.)
     QRect over = field->rect();
     if (field->hasSelectedText()) {
@@ -53,8 +52,8 @@ void EditMenu::open(QLineEdit *field, bool byKeys)
             | field->inputMethodQuery(Qt::ImAnchorRectangle).toRect();
     }
     const QRect around(field->mapToGlobal(QPoint()), field->size());
-    const QRect room = field->screen()->availableGeometry();
-    QRect place({}, QSize(menu->m_width, NavigationBar::barHeight));
+    const QRect room = field->screen()->availableGeometry() & field->window()->geometry();
+    QRect place({}, menu->arrange(room.width()));
     place.moveCenter(field->mapToGlobal(over.center()));
     place.moveBottom(around.top() - gap);
     if (place.top() < room.top())
@@ -85,20 +84,32 @@ QAccessibleInterface *EditMenu::makeAccessible()
 void EditMenu::add(const QString &title, const QString &name, std::function<void()> action)
 {
     auto *button = new BarButtonItem(title, name, this);
-    const QSize size = button->sizeHint();
-    button->setGeometry({ { m_width, 0 }, size });
-    m_width += size.width();
     connect(button, &QAbstractButton::clicked, m_field, [this, action = std::move(action)] {
         close(); // first: the field has the keyboard again when its text changes
         action();
     });
 }
 
-void EditMenu::mirror()
+// In a row; where that has no room, as on a small phone in German, in a column.
+QSize EditMenu::arrange(int room)
 {
-    const QRect whole(0, 0, m_width, NavigationBar::barHeight);
-    for (auto *button : findChildren<BarButtonItem *>())
-        button->setGeometry(QStyle::visualRect(layoutDirection(), whole, button->geometry()));
+    const auto entries = findChildren<BarButtonItem *>();
+    int all = 0;
+    int widest = 0;
+    for (const auto *entry : entries) {
+        all += entry->sizeHint().width();
+        widest = std::max(widest, entry->sizeHint().width());
+    }
+    const bool isColumn = all > room;
+    const int rows = isColumn ? static_cast<int>(entries.size()) : 1;
+    const QRect whole(0, 0, isColumn ? widest : all, rows * NavigationBar::barHeight);
+    QPoint at;
+    for (auto *entry : entries) {
+        const QSize size(isColumn ? widest : entry->sizeHint().width(), NavigationBar::barHeight);
+        entry->setGeometry(QStyle::visualRect(layoutDirection(), whole, { at, size }));
+        at += isColumn ? QPoint(0, size.height()) : QPoint(size.width(), 0);
+    }
+    return whole.size();
 }
 
 void EditMenu::paintEvent(QPaintEvent *)

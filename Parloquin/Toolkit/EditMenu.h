@@ -31,10 +31,11 @@ protected:
 private:
     explicit EditMenu(QLineEdit *field);
     void add(const QString &title, const QString &name, std::function<void()> action);
-    void mirror();
+    /// \param room px, of the width
+    /// \return how large it is then
+    QSize arrange(int room);
 
     QLineEdit *m_field;
-    int m_width = 0; // px so far
 };
 
 } // namespace parloquin
