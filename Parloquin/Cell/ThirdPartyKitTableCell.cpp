@@ -19,6 +19,7 @@ namespace {
 
 constexpr qreal pressDepth = 0.2; // as the tint over what else is coloured
 constexpr int tooDark = 0x40; // of the brightest channel: what is darker shows no darkening
+constexpr int tooPale = 0xe6; // as grey: what is paler hardly differs from the page
 
 } // namespace
 
@@ -69,6 +70,7 @@ void ThirdPartyKitTableCell::configure(const ThirdPartyKitModel &kit)
 {
     m_color = colorFromHexString(kit.bgColour.value_or(QStringLiteral("0000ff")));
     showBackground();
+    viewBack->setBorder(qGray(m_color.rgb()) > tooPale ? 0.5 : 0, Style::grey);
     lblKitName->setTextColor(colorFromHexString(kit.textColour.value_or(QStringLiteral("ffffff"))));
     lblKitName->setText(kit.text.value_or(QString()));
 
