@@ -27,6 +27,8 @@ Button::Button(Kind kind, const QString &title, QWidget *parent)
 
 qreal Button::cornerRadius() const { return m_kind == Kind::link ? 0 : Style::cornerRadius; }
 
+int Button::lineHeight() const { return Style::lineSpacing(m_face.font(), text()); }
+
 TextBlock Button::block(int width) const
 {
     return TextBlock::brokenAtSentence(

@@ -21,6 +21,7 @@ public:
 
     Button(Kind kind, const QString &title, QWidget *parent);
 
+    [[nodiscard]] int lineHeight() const; // px, of its text
     [[nodiscard]] qreal cornerRadius() const;
 
     [[nodiscard]] bool hasHeightForWidth() const override { return true; }

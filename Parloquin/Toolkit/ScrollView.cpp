@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/ScrollView.h"
 
+#include "Parloquin/Toolkit/Button.h"
 #include "Parloquin/Toolkit/Finger.h"
 #include "Parloquin/Toolkit/Scrolling.h"
 
@@ -101,7 +102,7 @@ void ScrollView::resizeEvent(QResizeEvent *)
     revealFocus();
 }
 
-int ScrollView::maxOffset() const { return std::max(m_least - height(), 0); }
+int ScrollView::maxOffset() const { return std::max(m_least - height() - m_spared, 0); }
 
 void ScrollView::setOffset(int offset)
 {
@@ -112,9 +113,20 @@ void ScrollView::setOffset(int offset)
 void ScrollView::fitParent()
 {
     QRect place = parentWidget()->rect();
-    if (m_cover && m_cover->isVisibleTo(parentWidget()))
-        place.setBottom(std::min(place.bottom(), m_cover->y() - 1));
+    const bool isCovered = m_cover && m_cover->isVisibleTo(parentWidget());
+    m_spared = isCovered ? cutLine(m_cover->y()) : 0;
+    if (isCovered)
+        place.setBottom(std::min(place.bottom(), m_cover->y() - 1 - m_spared));
     setGeometry(place);
+}
+
+// Of the last text's line, if it would be cut at this height: it shows whole or, at first, not at
+// all.
+int ScrollView::cutLine(int end) const
+{
+    const auto *const link = qobject_cast<const Button *>(m_last);
+    const int inside = link ? end - link->mapTo(parentWidget(), QPoint()).y() : 0;
+    return inside > 0 && inside < link->height() ? inside % link->lineHeight() : 0;
 }
 
 void ScrollView::fitContent()

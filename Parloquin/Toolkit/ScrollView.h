@@ -42,6 +42,7 @@ private:
     void setOffset(int offset);
     [[nodiscard]] int maxOffset() const;
     void fitParent();
+    [[nodiscard]] int cutLine(int end) const;
     void fitContent();
     void revealFocus();
     void reveal(const QWidget *widget);
@@ -53,6 +54,7 @@ private:
     int m_margin = 0;
     int m_least = 0; // px that the form is high
     int m_offset = 0; // px scrolled
+    int m_spared = 0; // px over the cover that stay free
 };
 
 } // namespace parloquin

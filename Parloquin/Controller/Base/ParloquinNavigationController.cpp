@@ -31,16 +31,6 @@ public:
     {
         return widget()->isWindow() ? QAccessible::Window : QAccessible::Pane;
     }
-
-    [[nodiscard]] QString text(QAccessible::Text kind) const override
-    {
-        // Within a window the first screen says it: readers would read the name, and all that
-        // stands there, twice. One that the host has given stays.
-        const QString text = AccessibleNode::text(kind);
-        const bool said = kind == QAccessible::Name && !widget()->isWindow()
-            && text == QCoreApplication::translate("Parloquin", "Parloquin");
-        return said ? QString() : text;
-    }
 };
 
 } // namespace
@@ -57,8 +47,8 @@ ParloquinNavigationController::~ParloquinNavigationController() = default;
 
 void ParloquinNavigationController::setup()
 {
+    // A reader says it as the window's name. Within a host's window it needs none but the screen's.
     setWindowTitle(QCoreApplication::translate("Parloquin", "Parloquin"));
-    setAccessibleName(QCoreApplication::translate("Parloquin", "Parloquin"));
     setAccessibleDescription(QCoreApplication::translate("Parloquin", "Phone number verification"));
     resize(sizeHint());
     setFocusProxy(m_navigation);
