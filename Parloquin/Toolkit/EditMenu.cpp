@@ -52,7 +52,10 @@ void EditMenu::open(QLineEdit *field, bool byKeys)
             | field->inputMethodQuery(Qt::ImAnchorRectangle).toRect();
     }
     const QRect around(field->mapToGlobal(QPoint()), field->size());
-    const QRect room = field->screen()->availableGeometry() & field->window()->geometry();
+    // Not every desktop says where a window is, and so it may seem to be off the screen.
+    const QRect window = field->window()->geometry();
+    const QRect seen = field->screen()->availableGeometry() & window;
+    const QRect room = seen.isEmpty() ? window : seen;
     QRect place({}, menu->arrange(room.width()));
     place.moveCenter(field->mapToGlobal(over.center()));
     place.moveBottom(around.top() - gap);
