@@ -60,8 +60,8 @@ function line(call) {
   form.fill = (list = []) => {
     const [first = 'success'] = list;
     const { like = 'success', delayMs = '', fault: spoilt = '', ...rest } = typeof first === 'string' ? { like: first } : first;
-    kept = rest;
     const isOther = Object.keys(rest).length > 0;
+    kept = like === 'success' ? rest : { like, ...rest };
     outcome.querySelector('.other')?.remove();
     if (isOther) outcome.append(el('option', { class: 'other' }, other));
     outcome.value = isOther ? other : like;

@@ -52,7 +52,7 @@ std::optional<long long> numberIn(std::string_view text)
 {
     long long number = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (text.empty() || result.ec != std::errc() || result.ptr != text.data() + text.size())
+    if (result.ec != std::errc() || result.ptr != text.data() + text.size())
         return std::nullopt;
     return number;
 }

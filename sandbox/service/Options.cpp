@@ -12,7 +12,7 @@ template <typename Number> bool isNumber(std::string_view text, Number &number)
 {
     const auto *end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, number);
-    return !text.empty() && result.ec == std::errc() && result.ptr == end;
+    return result.ec == std::errc() && result.ptr == end;
 }
 
 bool isPort(const std::string &text, int &port)

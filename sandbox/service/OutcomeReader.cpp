@@ -146,6 +146,7 @@ void readCalls(const ScenarioReader &reader, const std::string &whose, OutcomeLi
             continue;
         for (const auto &item : value.isList() ? value.items() : std::vector { value }) {
             list.push_back(readOutcome(item));
+            list.back().said = item.json();
             expectPlayable(call, list.back(), item);
             // Whose a request is stands in it, and its age is judged before it is read.
             const auto &fault = list.back().fault;
@@ -155,48 +156,6 @@ void readCalls(const ScenarioReader &reader, const std::string &whose, OutcomeLi
         if (list.empty())
             value.fail("an empty list; null says that nothing is set");
     }
-}
-
-/// \return the common outcome that \p outcome is but for its delay and fault; else "success"
-std::string nameOf(const Outcome &outcome)
-{
-    for (const auto &[name, common] : commonOutcomes())
-        if (outcome.status == common.status && outcome.message == common.message
-            && outcome.errorCode.empty() && outcome.without == common.without && !outcome.plain
-            && (!common.fault || common.fault.text == outcome.fault.text) && name != "success")
-            return name;
-    return "success";
-}
-
-nlohmann::json jsonOf(const Outcome &outcome)
-{
-    auto object = nlohmann::json::object();
-    const auto name = nameOf(outcome);
-    if (name != "success") {
-        if (outcome.delay.count() > 0)
-            object["delayMs"] = outcome.delay.count();
-        if (outcome.fault && !commonOutcomes().at(name).fault)
-            object["fault"] = outcome.fault.text;
-        if (object.empty())
-            return name;
-        object["like"] = name;
-        return object;
-    }
-    if (outcome.status != Outcome().status)
-        object["status"] = outcome.status;
-    if (!outcome.errorCode.empty())
-        object["errorCode"] = outcome.errorCode;
-    if (!outcome.message.empty())
-        object["message"] = outcome.message;
-    if (!outcome.without.empty())
-        object["without"] = outcome.without;
-    if (outcome.delay.count() > 0)
-        object["delayMs"] = outcome.delay.count();
-    if (outcome.plain)
-        object["plain"] = true;
-    if (outcome.fault)
-        object["fault"] = outcome.fault.text;
-    return object.empty() ? nlohmann::json("success") : object;
 }
 }
 
@@ -237,7 +196,7 @@ nlohmann::json jsonOf(const OutcomeLists &lists)
             ? result
             : result[key.whose.substr(0, blank) + "s"][key.whose.substr(blank + 1)];
         for (const auto &outcome : list)
-            calls[key.call].push_back(jsonOf(outcome));
+            calls[key.call].push_back(nlohmann::json::parse(outcome.said));
     }
     return result;
 }

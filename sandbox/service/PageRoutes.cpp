@@ -21,22 +21,17 @@ const char *typeOf(const std::string &name)
 
 void routePage(Routes &routes)
 {
-    routes.get(
-        "/([a-z-]*(\\.[a-z]+)?)", [](const httplib::Request &request, httplib::Response &response) {
-            const auto name =
-                request.matches[1].length() == 0 ? "index.html" : request.matches[1].str();
-            for (const auto &file : pageFiles())
-                if (file.name == name) {
-                    response.set_header("Content-Security-Policy", policy);
-                    response.set_header("X-Content-Type-Options", "nosniff");
-                    response.set_header("Cross-Origin-Resource-Policy", "same-origin");
-                    response.set_header("Cross-Origin-Opener-Policy", "same-origin");
-                    response.set_header("Referrer-Policy", "no-referrer");
-                    response.set_header("Cache-Control", "no-store");
-                    return response.set_content(file.text, typeOf(name));
-                }
-            answerError(response, 404, "no such page");
-        });
+    for (const auto &file : pageFiles())
+        routes.get(file.name == "index.html" ? "/" : "/" + file.name,
+            [&file](const httplib::Request &, httplib::Response &response) {
+                response.set_header("Content-Security-Policy", policy);
+                response.set_header("X-Content-Type-Options", "nosniff");
+                response.set_header("Cross-Origin-Resource-Policy", "same-origin");
+                response.set_header("Cross-Origin-Opener-Policy", "same-origin");
+                response.set_header("Referrer-Policy", "no-referrer");
+                response.set_header("Cache-Control", "no-store");
+                response.set_content(file.text, typeOf(file.name));
+            });
 }
 
 }

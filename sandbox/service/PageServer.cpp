@@ -2,8 +2,6 @@
 
 #include "sandbox/service/Routes.h"
 
-#include <thread>
-
 namespace sandbox {
 
 PageServer::PageServer(Sandbox &sandbox)
@@ -39,12 +37,6 @@ bool PageServer::bind(int port)
 
 void PageServer::run() { m_server.listen_after_bind(); }
 
-void PageServer::stop()
-{
-    // The library forgets a stop that comes before it serves.
-    for (int tries = 0; !m_server.is_running() && tries < 100; ++tries)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    m_server.stop();
-}
+void PageServer::stop() { stopServing(m_server); }
 
 }

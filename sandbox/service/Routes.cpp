@@ -1,6 +1,7 @@
 #include "sandbox/service/Routes.h"
 
 #include <algorithm>
+#include <thread>
 
 namespace sandbox {
 namespace {
@@ -105,6 +106,14 @@ void Routes::any(const std::string &pattern, const Handler &handler)
     m_server.Patch(pattern, guarded(handler));
     m_server.Delete(pattern, guarded(handler));
     m_server.Options(pattern, guarded(handler));
+}
+
+void stopServing(httplib::Server &server)
+{
+    // The library forgets a stop that comes before it serves.
+    for (int tries = 0; !server.is_running() && tries < 100; ++tries)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    server.stop();
 }
 
 void answer(httplib::Response &response, int status, const json &body)

@@ -36,6 +36,9 @@ private:
 /// not. \param pagePort of the one page that may ask
 std::optional<Refusal> faultOfOrigin(const httplib::Request &request, int pagePort);
 
+/// Also a server that is about to begin.
+void stopServing(httplib::Server &server);
+
 void answer(httplib::Response &response, int status, const nlohmann::json &body);
 void answerError(httplib::Response &response, int status, const std::string &error);
 

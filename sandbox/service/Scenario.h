@@ -69,6 +69,7 @@ struct Outcome {
     std::chrono::milliseconds delay {};
     bool plain = false; ///< not encrypted
     Fault fault;
+    std::string said; ///< as it was set, in JSON
 
     bool refuses() const { return status >= 400; }
 };

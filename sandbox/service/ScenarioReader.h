@@ -31,6 +31,7 @@ public:
     bool isNull() const { return m_value.is_null(); }
     bool isText() const { return m_value.is_string(); }
     bool isList() const { return m_value.is_array(); }
+    std::string json() const { return m_value.dump(); }
     std::string text() const;
     std::string nonEmptyText() const;
     /// Nothing for null and for a missing key.

@@ -80,10 +80,7 @@ void Service::run()
 void Service::stop()
 {
     m_front.stop();
-    // The library forgets a stop that comes before it serves.
-    for (int tries = 0; !m_server.is_running() && tries < 100; ++tries)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    m_server.stop();
+    stopServing(m_server);
 }
 
 void Service::routeCalls()

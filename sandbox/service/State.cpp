@@ -10,7 +10,7 @@ namespace {
 constexpr auto codeLetters = "23456789ABCDEFGHJKLMNPQRSTUVWXYZ";
 constexpr auto codeMark = "{code}";
 
-constexpr std::size_t mostOfEach = 10000;
+constexpr std::size_t mostOfEach = 1000;
 
 template <typename Item> void add(std::deque<Item> &list, Item item)
 {

@@ -24,9 +24,53 @@ TEST(SandboxDeveloper, MakesSessionsForABackEnd)
     EXPECT_EQ(sessions[2]["phoneNumber"], "+905321234567");
     EXPECT_EQ(sessions[2]["method"], "otp");
 
-    for (const auto &wrong :
-        R"([{ "state": "lost" }, { "phoneNumber": "532" }, { "number": "+90532" }, []])"_json)
-        EXPECT_EQ(sandbox.post("/sandbox/sessions", wrong)["status"], 400) << wrong;
+    for (int i = 0; i < 1000; ++i)
+        sandbox.post("/sandbox/sessions", R"({ "app": "wrenly" })"_json);
+    const auto kept = sandbox.get("/sandbox/sessions").at("sessions");
+    EXPECT_EQ(std::pair(kept.size(), kept.back()["app"]), std::pair(1000UL, json("wrenly")))
+        << "the oldest go";
+}
+
+TEST(SandboxDeveloper, IsToldByAnswerAndConsoleWhatBecameOfACall)
+{
+    Sandbox sandbox;
+    // Nothing behind the error: the console says that it refused for that reason.
+    for (const auto &columns : rowsOf(R"(
+400 sessions {"state":"lost"} => state: expected verified, expired or unknown => quiet
+400 sessions {"phoneNumber":"532"} => phoneNumber: expected a plus and digits => quiet
+400 sessions {"phoneNumber":5} => phoneNumber: expected a plus and digits => quiet
+400 sessions {"app":5} => app: expected text => quiet
+400 sessions {"number":"+9"} => number: unknown field; there are state, phoneNumber and app => quiet
+400 sessions [] => expected an object => quiet
+201 sessions {"state":"unknown"} =>  => session     made: unknown
+201 sessions {} =>  => session     made: verified
+404 sessions/7 => no such session => session     unknown
+404 codes/last => no code was sent => quiet
+404 codes/905 => no code was sent to this number => code        none was sent to this number
+400 messages 7 => expected the texts "app" and "text"
+400 messages {"app":"a","text":7} => expected the texts "app" and "text"
+400 messages {"app":"a","text":"b","from":"532"} => "from": expected a plus and digits
+404 messages {"app":"a","text":"b"} => no verification waits for this message
+400 outcomes 7 => outcomes: expected an object
+200 outcomes {"check":"limit"} =>  => outcomes    set
+200 scenario {"keys":{"client":"c","secret":"64"}} =>  => scenario    set by a call; no file was changed
+200 reset {} =>  => reset       all that happened is forgotten
+404 nothing => GET /sandbox/nothing: no such call; sandbox/README.md lists them => quiet
+)")) {
+        std::istringstream call(columns[0]);
+        std::string path, body;
+        int status = 0;
+        call >> status >> path >> body;
+        body = std::regex_replace(body, std::regex("64"), std::string(64, '8'));
+        path = "/sandbox/" + path;
+        sandbox.process().takeOutput();
+        const auto answer =
+            body.empty() ? sandbox.get(path) : sandbox.post(path, json::parse(body));
+        EXPECT_EQ(answer["status"], status) << columns[0];
+        EXPECT_EQ(answer.value("error", ""), columns[1]);
+        const auto said = columns.size() < 3 ? "refused: " + columns[1] : columns[2];
+        sandbox.process().waitForOutput(said == "quiet" ? "" : said);
+    }
 }
 
 TEST(SandboxDeveloper, KeepsEachFaultOfTheCommandLine)

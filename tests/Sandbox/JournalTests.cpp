@@ -99,6 +99,12 @@ TEST(SandboxJournal, HoldsEachExchangeDecrypted)
 TEST(SandboxJournal, GivesACurlLineThatSendsTheSameAgain)
 {
     const Sandbox sandbox;
+    sandbox.client().Post("/v1.0/it's", { { "X-TRZ-Lang", "it's" } }, "it's", "text/it's");
+    auto strange = lastOf(sandbox);
+    expectEnd(
+        { "/bin/sh", "-c", sandbox.get("/sandbox/journal/" + strange["id"].dump())["curl"] }, 0);
+    for (const auto *part : { "target", "body" })
+        EXPECT_EQ(lastOf(sandbox)["request"][part], strange["request"][part]);
     sandbox.call("start", { { "app", "it's" } });
     const auto id = lastOf(sandbox)["id"].get<int>();
     const auto whole = sandbox.get("/sandbox/journal/" + std::to_string(id));

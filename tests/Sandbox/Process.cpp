@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -109,6 +110,23 @@ testing::AssertionResult holds(const std::string &text, const std::string &part)
     return text.find(part) != std::string::npos
         ? testing::AssertionSuccess()
         : testing::AssertionFailure() << "no \"" << part << "\" in: " << text;
+}
+
+std::vector<std::vector<std::string>> rowsOf(const std::string &table)
+{
+    const std::string arrow = " => ";
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines >> std::ws, line);) {
+        auto &row = rows.emplace_back();
+        std::size_t begin = 0;
+        for (auto end = line.find(arrow); end != line.npos; end = line.find(arrow, begin)) {
+            row.push_back(line.substr(begin, end - begin));
+            begin = end + arrow.size();
+        }
+        row.push_back(line.substr(begin));
+    }
+    return rows;
 }
 
 std::string expectEnd(const std::vector<std::string> &words, int code, const std::string &part)

@@ -6,50 +6,75 @@ namespace {
 constexpr auto keysText = R"("keys":{"client":"c","secret":
     "8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e"})";
 
-std::string beside(const char *fields) { return "{" + std::string(keysText) + "," + fields + "}"; }
+std::string beside(const std::string &fields)
+{
+    return "{" + std::string(keysText) + "," + fields + "}";
+}
 }
 
 TEST(SandboxScenario, NamesTheFieldAtFault)
 {
-    const std::pair<std::string, const char *> whole[] = {
-        { "{\n\"keys\": }", "line 2" },
-        { "[]", "scenario: expected an object" },
-        { R"({"keys":{"client":"c"}})", "keys.secret: missing" },
-        { R"({"keys":{"client":7,"secret":")" + std::string(64, '8') + "\"}}",
-            "keys.client: expected text" },
-        { R"({"keys":{"client":"c","secret":"8f2d"}})", "keys.secret: expected 64 hexadecimal" },
-    };
-    const std::pair<const char *, const char *> fields[] = {
-        { R"("clockToleranceSeconds":1e400)", "number overflow" },
-        { R"("app":[])", "app: unknown field" },
-        { R"("codes":{"attempt":5})", "codes.attempt: unknown field" },
-        { R"("apps":[{"app":"a","name":"A"},{"app":5}])", "apps[1].app: expected text" },
-        { R"("apps":[{"app":"a","name":"A"},{"app":"a","name":"B"}])",
-            "apps[1].app: \"a\" stands" },
-        { R"("texts":{"message":"hello"})", "texts.message: expected" },
-        { R"("countries":[{"countryCode":"TR","title":"T","phoneCode":"90"}])",
-            "countries[0].phoneCode: expected" },
-        { R"("outcomes":{"begin":"success"})", "outcomes.begin: no call" },
-        { R"("outcomes":{"check":["success","maybe"]})", "outcomes.check[1]: no outcome" },
-        { R"("outcomes":{"check":{"status":413}})", "outcomes.check.status: expected" },
-        { R"("outcomes":{"check":["success",{"fault":"reset@lunch"}]})",
-            "outcomes.check[1].fault: \"reset@lunch\": no moment" },
-        { R"("outcomes":{"check":{"fault":"reset@accept"}})", "check: the call is not known" },
-        { R"("outcomes":{"numbers":{"0532":{"check":"limit"}}})",
-            "0532: expected the full number" },
-        { R"("outcomes":{"numbers":{"+1":{"connection":"success"}}})", "no call has this name" },
-        { R"("outcomes":{"clients":{"c":{"check":{"fault":"clock:7"}}}})",
-            "before the request is" },
-        { R"("outcomes":{"check":{"plain":true,"fault":"key:wrong"}})", "check: this fault needs" },
-    };
-    std::vector<std::pair<std::string, std::string>> rows(std::begin(whole), std::end(whole));
-    for (const auto &[text, complaint] : fields)
-        rows.emplace_back(beside(text), complaint);
-    for (const auto &[text, complaint] : rows) {
-        const TemporaryFile file(text);
-        const auto output = expectEnd({ SANDBOX_PROGRAM, "--port", "0", "--scenario", file.path() },
-            EXIT_FAILURE, file.path() + ": ");
-        EXPECT_TRUE(holds(output, complaint));
+    const Sandbox sandbox;
+    // A scenario, or with a plus what stands beside the keys, or with a @ a fault.
+    for (const auto &columns : rowsOf(R"(
+{"keys": } => line 1
+[] => scenario: expected an object
+{"text":7} => text: unknown field
+{"keys":7} => keys: expected an object
+{"keys":{"client":"c"}} => keys.secret: missing
+{"keys":{"client":"c","secret":"8f2d"}} => keys.secret: expected 64 hexadecimal digits
++"clockToleranceSeconds":1e400 => number overflow
++"clockToleranceSeconds":1.5 => clockToleranceSeconds: expected a whole number from 1 to 86400
++"validation":"OTP" => validation: no validation method
++"app":[] => app: unknown field
++"codes":{"attempt":5} => codes.attempt: unknown field
++"codes":{"fixed":"12"} => codes.fixed: expected three characters
++"codes":{"alphabet":""} => codes.alphabet: empty
++"apps":7 => apps: expected a list
++"apps":[{"app":"a","name":"A"},{"app":5}] => apps[1].app: expected text
++"apps":[{"app":"a","name":"A"},{"app":"a","name":"B"}] => apps[1].app: "a" stands twice
++"apps":[{"app":"a","name":"A","appPackage":"a:"}] => apps[0].appPackage: expected a URL scheme
++"apps":[{"app":"a","name":"A","bgColour":"12abEg"}] => apps[0].bgColour: expected six hexadecimal
++"texts":{"message":{"de":"hello"}} => texts.message.de: expected a text with {code} in it
++"texts":{"recipient":{}} => texts.recipient: no text in any language
++"texts":{"recipient":{"DE":"a"}} => texts.recipient.DE: expected a language by its lower-case code
++"countries":[{"countryCode":"TR","title":"T","phoneCode":"90"}] => countries[0].phoneCode: expected a
++"outcomes":{"begin":"limit"} => begin: no call has this name; there are init, start, check, send-otp,
++"outcomes":{"begin":"limit"} => country, connection, icon
++"outcomes":{"check":7} => outcomes.check: expected an object
++"outcomes":{"check":[]} => outcomes.check: an empty list; null says that
++"outcomes":{"check":["success","maybe"]} => outcomes.check[1]: no outcome has this name; there are cut
++"outcomes":{"check":{"status":413}} => check.status: expected 200, 201, 400, 403, 404, 429 or 500
++"outcomes":{"check":{"errorCode":"403004"}} => check.errorCode: expected 403001, 403002, 403003 or 4
++"outcomes":{"check":{"plain":1}} => outcomes.check.plain: expected true or false
++"outcomes":{"check":{"plain":true,"fault":"key:wrong"}} => check: this fault needs an answer that is
++"outcomes":{"check":{"fault":"reset@accept"}} => outcomes.check: the call is not known on accept; fa
++"outcomes":{"connection":"limit"} => outcomes.connection: a connection takes "success" and faults @a
++"outcomes":{"icon":"limit"} => outcomes.icon: a picture takes delays and the faults of wire and HTTP
++"outcomes":{"numbers":{"0532":{"check":"limit"}}} => numbers.0532: expected the full number: a plus
++"outcomes":{"numbers":{"+1":{"connection":"limit"}}} => numbers.+1.connection: no call has this name
++"outcomes":{"clients":{"c":{"check":{"fault":"clock:7"}}}} => clients.c.check: this fault comes before
+@x => no fault; there are EFFECT@MOMENT, status, redirect, length, chunks, gzip, cookie
+@x@body => no effect has this name; there are close, reset, half-close, stall, drip, cut
+@reset@lunch => no moment has this name; there are accept, request, before, head, body
+@drip@after => nothing of an answer is left to drip; there are before, head, body
+@cut@head => no length was promised yet, or all was sent; there is body
+@reset@after+1 => after has no bytes to count
+@reset@body+x => expected a number of bytes behind the plus
+@redirect:309:/ => expected N:URL, N from 301 to 308
+@length:0 => expected +N, -N, none or twice
+)")) {
+        auto given = columns[0];
+        auto complaint = columns[1];
+        if (given[0] == '@') {
+            complaint = "check.fault: \"" + given.substr(1) + "\": " + complaint;
+            given = R"(+"outcomes":{"check":{"fault":")" + given.substr(1) + "\"}}";
+        }
+        if (given[0] == '+')
+            given = beside(given.substr(1));
+        const auto answer = sandbox.post("/sandbox/scenario/check", { { "text", given } });
+        EXPECT_EQ(answer["status"], 400) << given;
+        EXPECT_TRUE(holds(answer.value("error", ""), complaint));
     }
 }
 
@@ -101,14 +126,20 @@ TEST(SandboxProgram, TellsWhatItIsAndWhatItDoesNotUnderstand)
         { { "--port", "0", "--page", taken }, EXIT_FAILURE, "choose another with --page" },
         { { "--port", taken }, EXIT_FAILURE,
             "port " + taken + " of 127.0.0.1: Address already in use" },
-        { { "--port", "x" }, 2, "--port: expected" },
+        { { "--port", "x" }, 2, "--port: expected a number from 0 to 65535" },
         { { "--port", "65536" }, 2, "--port: expected" },
+        { { "--page", "-1" }, 2, "--page: expected a number from 0 to 65535" },
+        { { "--page" }, 2, "--page: expected" },
+        { { "--check" }, 2, "--check: expected a file" },
         { { "--scenario", "/nowhere.json" }, EXIT_FAILURE, "/nowhere.json: No such file" },
         { { "--scenario" }, 2, "--scenario: expected a file" },
         { { "--fault", "check:cookie" }, 2, "--fault: expected CALL=FAULT" },
         { { "--fault", "check=gzip:many" }, EXIT_FAILURE,
             "--fault.check[0].fault: \"gzip:many\": expected a" },
-        { { "--faults", "101:7" }, 2, "--faults: expected PERCENT:SEED" },
+        { { "--faults", "101:7" }, 2, "--faults: expected PERCENT:SEED, such as 20:7" },
+        { { "--faults", "20" }, 2, "--faults: expected" },
+        { { "--faults", ":7" }, 2, "--faults: expected" },
+        { { "--faults", "20:7x" }, 2, "--faults: expected" },
         { { "--prot", "1" }, 2, "--prot: unknown option" },
         { { "--port", "0", "listen" }, 2, "listen: unknown command" },
     };
@@ -142,6 +173,17 @@ TEST(SandboxProgram, ReadsItsScenarioAgainWhenItChanges)
     std::filesystem::rename(file.path() + ".new", file.path());
     program.waitForOutput("read again");
     EXPECT_TRUE(plays("333"));
+}
+
+TEST(SandboxProgram, EndsAtOnceEvenIfToldSoBeforeItServes)
+{
+    Process early({ "/usr/bin/python3", "-c", R"(if True:
+        import os, signal, sys
+        signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGTERM])
+        os.kill(os.getpid(), signal.SIGTERM)
+        os.execv(sys.argv[1], sys.argv[1:]))",
+        SANDBOX_PROGRAM, "--port", "0", "--page", "0" });
+    EXPECT_EQ(early.waitForEnd(5s), 0);
 }
 
 TEST(SandboxProgram, SurvivesARequestThatIsNone)
