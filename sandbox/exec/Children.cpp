@@ -40,10 +40,10 @@ std::vector<pid_t> childrenOfThis()
 }
 
 /// In the new process, where only simple calls are safe. Returns what went wrong.
-int become(const Children::Start &program, char *const *words, pid_t parent)
+int become(const Children::Start &program, bool inFront, char *const *words, pid_t parent)
 {
     setpgid(0, 0);
-    if (program.inFront && tcgetpgrp(STDIN_FILENO) >= 0)
+    if (inFront)
         tcsetpgrp(STDIN_FILENO, getpid());
     const auto none = sigset_t {};
     sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -60,7 +60,7 @@ int become(const Children::Start &program, char *const *words, pid_t parent)
 }
 
 Children::Children()
-    : m_group(tcgetpgrp(STDIN_FILENO))
+    : m_isInFront(tcgetpgrp(STDIN_FILENO) == getpgrp())
 {
     const auto set = watched();
     sigprocmask(SIG_BLOCK, &set, nullptr);
@@ -88,7 +88,7 @@ pid_t Children::start(const Start &program)
     const auto parent = getpid();
     const auto child = fork();
     if (child == 0) {
-        const int fault = become(program, words.data(), parent);
+        const int fault = become(program, program.inFront && m_isInFront, words.data(), parent);
         static_cast<void>(!write(pipe[1], &fault, sizeof fault));
         _exit(signalled - 1);
     }
@@ -128,8 +128,10 @@ int Children::wait(
             return -1;
         signalfd_siginfo came {};
         while (read(m_signals, &came, sizeof came) == sizeof came) {
-            if (came.ssi_signo != SIGCHLD)
-                kill(-program, m_asked++ == 0 ? static_cast<int>(came.ssi_signo) : SIGKILL);
+            if (came.ssi_signo == SIGCHLD)
+                continue;
+            kill(-program, m_asked++ == 0 ? static_cast<int>(came.ssi_signo) : SIGKILL);
+            kill(-program, SIGCONT); // behind others it may have been stopped
         }
     }
     return status;
@@ -152,8 +154,8 @@ void Children::endAll()
         while (read(m_signals, &came, sizeof came) == sizeof came) { }
         reap(0, status);
     }
-    if (m_group > 0 && tcgetpgrp(STDIN_FILENO) != m_group)
-        tcsetpgrp(STDIN_FILENO, m_group);
+    if (m_isInFront)
+        tcsetpgrp(STDIN_FILENO, getpgrp());
 }
 
 }

@@ -43,7 +43,7 @@ private:
 
     int m_signals; // a descriptor
     int m_asked = 0; // signals to end so far
-    pid_t m_group; // in front before
+    bool m_isInFront; // of the terminal, as what a shell runs in the background is not
 };
 
 }

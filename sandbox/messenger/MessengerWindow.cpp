@@ -182,8 +182,6 @@ void MessengerWindow::keyPressEvent(QKeyEvent *event)
         close();
     else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         btnSend->click();
-    else
-        QWidget::keyPressEvent(event);
 }
 
 void MessengerWindow::send()

@@ -89,6 +89,49 @@ TEST(SandboxExec, SaysWhenTheUsersSettingsGoFirst)
     EXPECT_FALSE(holds(output, "parlo: links")) << output;
 }
 
+// Whoever is not in front fails to read, or is stopped.
+TEST(SandboxExec, GivesTheTerminalToAHostThatIsInFrontAndTakesItBack)
+{
+    const TemporaryFile said;
+    const auto own = shell("echo up; read line; echo host=$line");
+    std::vector<std::string> words { "/usr/bin/python3", "-c", R"(if True:
+        import os, pty, sys
+        pid, terminal = pty.fork()
+        if pid == 0:
+            os.execv(sys.argv[1], sys.argv[1:])
+        os.write(terminal, b"one\ntwo\nthree\n")
+        try:
+            while data := os.read(terminal, 9999):
+                os.write(1, data)
+        except OSError:  # so a terminal ends
+            pass)",
+        "/bin/bash", "-c", R"("$@"; read line; echo after=$line
+            set -m; "$@" >$0 & until grep -q up $0; do :; done; read line; echo beside=$line
+            kill %1; wait %1; echo ended=$?)",
+        said.path() };
+    words.insert(words.end(), own.begin(), own.end());
+    const auto output = expectEnd(words, EXIT_SUCCESS);
+    for (const auto *part : { "host=one", "after=two", "beside=three", "ended=143" })
+        EXPECT_TRUE(holds(output, part));
+}
+
+TEST(SandboxExec, FindsTheMessengerBesideItselfOrInThePath)
+{
+    const TemporaryFile alone;
+    std::filesystem::copy_file(
+        SANDBOX_PROGRAM, alone.path(), std::filesystem::copy_options::overwrite_existing);
+    auto words = exec({ "/bin/true" });
+    words[0] = alone.path();
+    const auto folder = std::filesystem::path(MESSENGER_PROGRAM).parent_path().string();
+    for (const auto &[path, code, said] :
+        { std::tuple("/nowhere", EXIT_FAILURE, "no parloquin-messenger"),
+            { folder.c_str(), EXIT_SUCCESS, "listens" } }) {
+        auto command = words;
+        command.insert(command.begin(), { "/usr/bin/env", std::string("PATH=") + path });
+        expectEnd(command, code, said);
+    }
+}
+
 TEST(SandboxExec, EndsWhatTheHostLeavesBehind)
 {
     const auto output = expectEnd(shell("setsid sleep 1000 & echo left=$!"), EXIT_SUCCESS, "left=");

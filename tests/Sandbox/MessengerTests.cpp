@@ -46,6 +46,12 @@ TEST(Messenger, RefusesLinksThatAreNotItsOwn)
     for (const auto &[link, complaint] : links)
         expectEnd({ MESSENGER_PROGRAM, link }, 2, complaint);
     expectEnd({ MESSENGER_PROGRAM }, 2, "expected one link");
+    expectEnd({ MESSENGER_PROGRAM, "--sent" }, 2, "sent");
+    EXPECT_TRUE(
+        holds(expectEnd({ MESSENGER_PROGRAM, "--help" }, 0, "--picture <FILE.png>"), "LINK"));
+    Process drawing(
+        { MESSENGER_PROGRAM, "--picture", "/nowhere/a.png", "parlo://send?app=parlo&to=a&text=b" });
+    drawing.waitForOutput("parloquin-messenger: /nowhere/a.png: cannot be written");
     for (const auto *service : { "", "127.0.0.1", "http://127.0.0.1:1", "me@127.0.0.1:1",
              "127.0.0.1:1/x", "127.0.0.1:1?x", "127.0.0.1:x" })
         expectEnd({ MESSENGER_PROGRAM, "--service", service, "parlo://send" }, 2,

@@ -38,7 +38,7 @@ private:
 /// A file that goes with the test.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const std::string &text);
+    explicit TemporaryFile(const std::string &text = {});
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile &) = delete;
     TemporaryFile &operator=(const TemporaryFile &) = delete;
