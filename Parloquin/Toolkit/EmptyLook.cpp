@@ -16,7 +16,7 @@ namespace {
 
 constexpr int symbolSize = 40; // px, as all here
 constexpr int symbolGap = 12; // under the symbol
-constexpr int plateGap = 12; // to the overlay's plate
+constexpr int plateGap = 10; // to the overlay's plate
 constexpr int sideMargin = 25;
 constexpr int leastTop = 8;
 constexpr int usualTop = 48;
@@ -90,8 +90,9 @@ void EmptyLook::layOut()
     bool hasSymbol = true;
     if (m_isBesidePlate && below > usualTop && above < usualTop + whole) {
         hasSymbol = above >= leastTop + whole;
-        const bool isUnder = !hasSymbol && below + lineHeight <= height();
-        top = isUnder ? below : std::max(above - (hasSymbol ? whole : lineHeight), leastTop);
+        const int high = hasSymbol ? whole : lineHeight;
+        const bool isUnder = !hasSymbol && below + high <= height();
+        top = isUnder || above < leastTop + high ? below : above - high;
     }
     imgEmpty->setVisible(hasSymbol && !text().isEmpty());
     imgEmpty->setGeometry((width() - symbolSize) / 2, top, symbolSize, symbolSize);
