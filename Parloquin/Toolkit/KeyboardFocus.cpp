@@ -76,11 +76,29 @@ void KeyboardFocus::follow(QWidget *focused)
         Q_EMIT left();
         return;
     }
+    watchFrame();
     // What else lies in the stack covers it for a while and has nothing to give back.
     if (m_stage->isAncestorOf(focused) || m_bar->isAncestorOf(focused)) {
         m_last = focused;
         m_stack->setFocusProxy(focused);
     }
+}
+
+// A sub window that becomes active again gives the keyboard away by how its frame got it last: by
+// Tab, however long ago, and the first control or the last has it, not the one that had it.
+void KeyboardFocus::watchFrame()
+{
+    auto *around = m_stack->parentWidget();
+    while (around && !qobject_cast<QMdiSubWindow *>(around))
+        around = around->parentWidget();
+    auto *const frame = static_cast<QMdiSubWindow *>(around);
+    if (!frame || frame == m_frame)
+        return;
+    m_frame = frame;
+    connect(frame, &QMdiSubWindow::aboutToActivate, this, [frame] {
+        QFocusEvent anew(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+        QCoreApplication::sendEvent(frame, &anew);
+    });
 }
 
 // Disabled with all of the host's window, or deleted, what had the keyboard leaves it to nobody.

@@ -3,6 +3,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 
+class QMdiSubWindow;
 class QWidget;
 
 namespace parloquin {
@@ -47,6 +48,7 @@ Q_SIGNALS:
 
 private:
     void follow(QWidget *focused);
+    void watchFrame();
     void hush(const QWidget *before, QWidget *focused);
     void reclaim();
     [[nodiscard]] static QWidget *target(Screen *screen);
@@ -54,6 +56,7 @@ private:
     QWidget *m_stack;
     QWidget *m_stage;
     QWidget *m_bar;
+    QPointer<QMdiSubWindow> m_frame; // around the stack
     QPointer<Screen> m_screen; // in view
     QPointer<QWidget> m_last; // what had the focus, or gets it first
     bool m_holds = false; // the keyboard, or was the last in its window that did

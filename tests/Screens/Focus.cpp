@@ -3,6 +3,8 @@
 
 #include <QtGui/QAccessible>
 #include <QtWidgets/QDockWidget>
+#include <QtWidgets/QMdiArea>
+#include <QtWidgets/QMdiSubWindow>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QVBoxLayout>
@@ -195,6 +197,47 @@ TEST_F(InHost, StandsInTheOrderThatAHostGivesIt)
     goToNumber();
     goToCode(first);
     EXPECT_TRUE(first->hasFocus());
+}
+
+TEST_F(InHost, HasItsPlaceAgainInASubWindowThatComesToTheFront)
+{
+    auto *const area = new QMdiArea;
+    (new QVBoxLayout(&window))->addWidget(area);
+    area->setFixedSize(450, 960);
+    auto *const page = new QWidget;
+    auto *const column = new QVBoxLayout(page);
+    auto *const own = new QLineEdit; // the host's
+    column->addWidget(own);
+    auto *const other = new QLineEdit;
+    area->addSubWindow(other);
+    auto *const frame = area->addSubWindow(page);
+    container.reset(Parloquin().viewControllerForLogin());
+    column->addWidget(container.get());
+    const auto turn = [] { // to the other sub window, as a person does
+        hands::keyDown(Qt::Key_Control);
+        hands::key(Qt::Key_Tab, Qt::ControlModifier);
+        hands::keyUp(Qt::Key_Control);
+    };
+    showWindow();
+    hands::key(Qt::Key_Tab);
+    EXPECT_EQ(focusName(), u"tblKits");
+    hands::click(own);
+    turn();
+    EXPECT_TRUE(other->hasFocus());
+    turn();
+    EXPECT_TRUE(own->hasFocus());
+    visible("viewAlternativeKit")->setFocus(Qt::TabFocusReason);
+    roundOf(*container, Qt::Key_Backtab); // over the frame
+    turn();
+    EXPECT_TRUE(other->hasFocus());
+    turn();
+    EXPECT_EQ(focusName(), u"viewAlternativeKit");
+    goToNumber();
+    tap("txtPhoneNumber");
+    turn();
+    EXPECT_TRUE(other->hasFocus());
+    hands::click(frame, QPoint(200, 12));
+    EXPECT_EQ(focusName(), u"txtPhoneNumber");
 }
 
 TEST_F(InHost, LeavesTheWheelToAHostWhereNothingOfItsOwnScrolls)
