@@ -27,6 +27,7 @@ TEST_P(LinkPortalAnswer, IsHeardOrNotWaitedForTwice)
     const PortalRow &row = GetParam();
     ModemBus bus;
     qputenv("DBUS_SESSION_BUS_ADDRESS", qgetenv("DBUS_SYSTEM_BUS_ADDRESS"));
+    EXPECT_FALSE(parloquin::LinkPortal::handles(u"parlo"_s)) << "without a bus";
     bus.play("start bus; start portal");
     bus.tell({ u"answers"_s, QString::fromLatin1(row.code) });
     QElapsedTimer time;

@@ -101,6 +101,12 @@ constexpr char broken[] = "broken binary";
 constexpr char noFile[] = "no regular file";
 const QByteArray good = dictionary("<key>key</key><string>x</string>");
 const QByteArray key = "\x53key";
+/// What there are more than fifteen of is counted apart.
+QByteArray inLongList(const QByteArray &last)
+{
+    return binary({ "\xD2\x01\x03\x02\x04", key, "\x51x", "\x51l",
+        "\xAF\x10\x10" + QByteArray("\x02").repeated(15) + last });
+}
 const ListRow listRows[] = {
     { "NoFile", {}, absent, "", "rm $0" },
     { "Xml", dictionary("<key>key</key><string>a &amp; \xC3\xA9</string>"), "a & \xC3\xA9" },
@@ -111,6 +117,7 @@ const ListRow listRows[] = {
     { "BinaryWithAList",
         binary({ "\xD2\x01\x03\x02\x04", key, "\x51x", "\x51l", QByteArray("\xA2\x02\x02", 3) }),
         "x" },
+    { "BinaryWithALongList", inLongList("\x02"), "x" },
     { "EmptyText", dictionary("<key>key</key><string></string>"), "" },
     { "OtherKeys", dictionary("<key>k</key><string>x</string>"), absent },
     { "NoText", dictionary("<key>key</key><integer>7</integer>"), absent },
@@ -129,6 +136,8 @@ const ListRow listRows[] = {
     { "BinaryCut", binary({ "\xD1\x01\x02", key, "\x55value" }).chopped(1), absent, broken },
     { "BinaryHeaderOnly", "bplist00", absent, broken },
     { "Cyclic", binary({ "\xD1\x01\x02", key, QByteArray("\xA1\x00", 2) }), absent, broken },
+    { "CyclicAfterFifteen", inLongList("\x04"), absent, broken },
+    { "CountOfNoNumber", binary({ "\xD1\x01\x02", key, "\x5F\x50\x01x" }), absent, broken },
     { "Pipe", {}, absent, noFile, "rm $0; mkfifo $0" },
     { "Folder", {}, absent, noFile, "rm $0; mkdir $0" },
     { "Device", {}, absent, noFile, "ln -sf /dev/zero $0" },

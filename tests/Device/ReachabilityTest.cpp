@@ -237,6 +237,7 @@ TEST(Reachability, MayEndInItsOwnCallback)
 TEST(SerialQueue, RunsInOrderOnItsOwnOrItsTargetsThread)
 {
     const auto target = std::make_shared<SerialQueue>(QStringLiteral("target"));
+    target->asyncAfter(std::chrono::hours(1), [] {}); // goes with it alone
     for (const auto &given : { std::shared_ptr<SerialQueue>(), target }) {
         std::vector<int> order;
         {

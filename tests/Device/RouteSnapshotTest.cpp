@@ -85,6 +85,7 @@ TEST(RouteMessages, AreTakenByTheirOwnLengths)
         { "not from the kernel", whole, Progress::more, 0, 4711 },
         { "of another request", link(up) + otherRequest + done(), Progress::done },
         { "interrupted", interrupted + route + done(), Progress::interrupted, reachable },
+        { "overrun", message(NLMSG_OVERRUN) + whole, Progress::interrupted, reachable },
         { "kernel busy", error(-EBUSY), Progress::interrupted },
         { "kernel refuses", error(-EPERM), Progress::failed },
         { "ends with code", done(-ENOMEM), Progress::failed },

@@ -6,6 +6,7 @@
 #include "support/OwnNetwork.h"
 
 #include <fcntl.h>
+#include <libmnl/libmnl.h>
 #include <linux/netlink.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -25,6 +26,8 @@ std::atomic<int> interruptions = 0;
 std::atomic<bool> isHeld = false;
 /// The next socket that something is read from breaks.
 std::atomic<bool> breaks = false;
+/// And then the next watch is refused, and the first look at the network after that.
+std::atomic<int> binds = 0;
 /// How often there was no room for it then.
 std::atomic<int> overruns = 0;
 
@@ -36,6 +39,7 @@ extern "C" ssize_t __wrap_recvmsg(int fd, msghdr *message, int flags) // NOLINT
 {
     isHeld.wait(true);
     if (breaks.exchange(false)) {
+        binds = 3;
         const int none = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
         ::dup2(none, fd);
         ::close(none);
@@ -51,6 +55,14 @@ extern "C" ssize_t __wrap_recvmsg(int fd, msghdr *message, int flags) // NOLINT
         --interruptions;
     }
     return size;
+}
+
+extern "C" int __real_mnl_socket_bind(mnl_socket *socket, unsigned groups, pid_t pid); // NOLINT
+extern "C" int __wrap_mnl_socket_bind(mnl_socket *socket, unsigned groups, pid_t pid) // NOLINT
+{
+    const bool isRefused = binds > 0 && binds-- != 2;
+    errno = EACCES;
+    return isRefused ? -1 : __real_mnl_socket_bind(socket, groups, pid);
 }
 
 namespace {

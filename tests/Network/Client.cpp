@@ -20,9 +20,9 @@ TEST(ApiClient, TellsTransportFailuresApartInItsOrder)
     const QByteArray data = "x";
     const UrlResponse response { 200, {}, {} };
     const UrlResponse unreadable { 200, { { "X-\xff", "1" } }, {} };
-    const auto error = [](int code) { return TransportError { code, u"why\r\n"_s }; };
+    const auto error = [](int code) { return TransportError { code, u"why\r\n\t\0"_s }; };
     const char *const why = "[Parloquin]\n⚠️\n*Server Error \n"
-                            "- Error: Optional(\"why\\r\\n\"), \n- Path: send-otp\n";
+                            "- Error: Optional(\"why\\r\\n\\t\\0\"), \n- Path: send-otp\n";
     const struct {
         std::optional<QByteArray> data;
         std::optional<UrlResponse> response;

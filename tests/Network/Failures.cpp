@@ -81,6 +81,7 @@ std::vector<Weather> weathers()
             { "HeadWithoutEnd", reads({ S::send(okLine + padded("X: {}", 66000)), S::hold() }) },
             { "InterimHeadsWithoutEnd",
                 sent([] { return QByteArray("HTTP/1.1 102 Processing\r\n\r\n").repeated(3000); }) },
+            { "FoldedFieldFirst", answered(okLine + " 1\r\n\r\n" + success) },
             { "FieldWithoutName", answered(okLine + ": 1\r\n\r\n") },
             { "NulInAField", answered(okLine + "X: a" + QByteArray(1, '\0') + "\r\n\r\n{}") },
             { "CarriageReturnInAField", answered(okLine + "X: a\rX-TRZ-Encrypted: 1\r\n\r\n{}") },

@@ -64,7 +64,7 @@ private:
         const bool isCounted = kind >= 0x4 && kind != 0x8;
         if (isCounted && count == 0x0f) { // the count stands behind, as an integer object
             const auto size = number(at, 1, m_table);
-            if (!size || (*size >> 4) != 0x1 || (*size & 0x0f) > 3)
+            if (!size || (*size >> 4) != 0x1)
                 return false;
             const quint64 width = 1ULL << (*size & 0x0f);
             const auto value = number(at + 1, width, m_table);

@@ -12,7 +12,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -25,7 +24,7 @@ namespace parloquin {
 
 namespace {
 
-constexpr size_t sizeLimit = 65536; // bytes; a list is a few hundred
+constexpr qint64 sizeLimit = 65536; // bytes; a list is a few hundred
 
 /// Why a list cannot be read. The empty fault: there is none.
 using Fault = QString;
@@ -88,23 +87,13 @@ Contents readFile(const QString &program, const QString &path)
     const bool knowsOwn = ::stat(QFile::encodeName(program).constData(), &own) == 0;
     if (info.st_uid != 0 && info.st_uid != ::geteuid() && !(knowsOwn && info.st_uid == own.st_uid))
         return QStringLiteral("belongs to another user; give it to the owner of the program");
-    if (static_cast<size_t>(info.st_size) > sizeLimit)
-        return oversized();
 
-    QByteArray bytes;
-    std::array<char, 4096> block {};
-    for (;;) {
-        const ssize_t count = ::read(file.get(), block.data(), block.size());
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return QStringLiteral("cannot be read (%1)").arg(systemText(errno));
-        if (count == 0)
-            return bytes;
-        bytes.append(block.data(), count);
-        if (static_cast<size_t>(bytes.size()) > sizeLimit) // it grew since it was measured
-            return oversized();
-    }
+    QFile opened;
+    static_cast<void>(opened.open(file.get(), QIODevice::ReadOnly));
+    const QByteArray bytes = opened.read(sizeLimit + 1);
+    if (opened.error() != QFileDevice::NoError)
+        return QStringLiteral("cannot be read (%1)").arg(opened.errorString());
+    return bytes.size() > sizeLimit ? oversized() : Contents(bytes);
 }
 
 Contents readResource(const QString &path)
@@ -112,7 +101,7 @@ Contents readResource(const QString &path)
     const QResource resource(path);
     if (!resource.isValid())
         return Fault();
-    if (static_cast<size_t>(resource.uncompressedSize()) > sizeLimit)
+    if (resource.uncompressedSize() > sizeLimit)
         return oversized();
     return resource.uncompressedData();
 }

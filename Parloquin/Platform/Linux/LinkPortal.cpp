@@ -86,8 +86,6 @@ bool handles(const QString &scheme)
         g_main_context_iteration(context.get(), TRUE);
     if (g_cancellable_is_cancelled(question.cancelled.get()))
         silent = { address.get(), QDeadlineTimer(rest) };
-    if (question.bus)
-        g_dbus_connection_close_sync(question.bus.get(), nullptr, nullptr);
     g_main_context_pop_thread_default(context.get());
     return *question.answer;
 }

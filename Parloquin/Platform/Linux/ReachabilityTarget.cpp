@@ -43,7 +43,6 @@ Socket openSocket(unsigned groups, int flags)
 struct Datagram {
     ssize_t size = -1; // below 0: errno says why
     quint32 sender = 0; // port; the kernel's is 0
-    bool isCut = false;
 };
 
 template <std::size_t Capacity>
@@ -61,7 +60,6 @@ Datagram receive(const Socket &socket, std::array<char, Capacity> &buffer)
         datagram.size = ::recvmsg(mnl_socket_get_fd(socket.get()), &message, 0);
     } while (datagram.size < 0 && errno == EINTR);
     datagram.sender = from.nl_pid;
-    datagram.isCut = (message.msg_flags & MSG_TRUNC) != 0;
     return datagram;
 }
 
@@ -81,12 +79,8 @@ RouteSnapshot::Progress dump(
     alignas(nlmsghdr) std::array<char, 65536> buffer; // the kernel fills at most half of it
     for (;;) {
         const Datagram datagram = receive(socket, buffer);
-        if (datagram.size < 0 && errno == ENOBUFS)
-            return RouteSnapshot::Progress::interrupted;
-        if (datagram.size < 0 || datagram.isCut) {
-            errno = datagram.isCut ? EMSGSIZE : errno;
+        if (datagram.size < 0)
             return RouteSnapshot::Progress::failed;
-        }
         errno = EBADMSG;
         const auto progress = snapshot.take(
             buffer.data(), static_cast<std::size_t>(datagram.size), datagram.sender, sequence);
@@ -116,7 +110,6 @@ std::optional<ReachabilityFlags> readFlags()
         if (progress == RouteSnapshot::Progress::failed)
             return std::nullopt;
     }
-    errno = EAGAIN;
     return std::nullopt;
 }
 
