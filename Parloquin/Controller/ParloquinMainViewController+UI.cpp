@@ -103,7 +103,6 @@ void ParloquinMainViewController::setAlternativePanel()
     lblAlternateKitDesc->setObjectName(QStringLiteral("lblAlternateKitDesc"));
     lblAlternateKitDesc->setFontSize(14);
     lblAlternateKitDesc->setTextColor(Style::ink);
-    lblAlternateKitDesc->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
 }
 
 void ParloquinMainViewController::setTableBinding()

@@ -293,12 +293,8 @@ void HudManager::cover(QWidget *focused)
 
 bool HudManager::eventFilter(QObject *watched, QEvent *event)
 {
-    if (container && watched == container->parentWidget()) {
-        if (event->type() == QEvent::Resize)
-            layOut();
-        else if (event->type() == QEvent::ChildAdded)
-            container->raise();
-    }
+    if (container && watched == container->parentWidget() && event->type() == QEvent::Resize)
+        layOut();
     return QObject::eventFilter(watched, event);
 }
 

@@ -54,21 +54,6 @@ std::optional<qreal> heightForWidth(const QWidget *item, const AnchorSolver::Pla
     return item->heightForWidth(static_cast<int>(std::floor(*place.horizontal[size] + tolerance)));
 }
 
-std::optional<qreal> hinted(int length)
-{
-    return length < 0 ? std::nullopt : std::optional<qreal>(length);
-}
-
-std::optional<qreal> hintedWidth(const QWidget *item, const AnchorSolver::Place &)
-{
-    return hinted(item->sizeHint().width());
-}
-
-std::optional<qreal> hintedHeight(const QWidget *item, const AnchorSolver::Place &)
-{
-    return item->hasHeightForWidth() ? std::nullopt : hinted(item->sizeHint().height());
-}
-
 [[noreturn]] void contradiction(const QWidget *item, qreal is, qreal other)
 {
     fatal(QStringLiteral("anchors: %1 is given two places (%2 and %3); drop a row of its table")
@@ -106,7 +91,7 @@ const QHash<QWidget *, AnchorSolver::Place> &AnchorSolver::solve()
 {
     while (spread()) { }
     while (askTexts()) { }
-    checkComplete();
+    check();
     return m_places;
 }
 
@@ -120,16 +105,13 @@ std::optional<qreal> *AnchorSolver::slot(const detail::Expression &expression)
 bool AnchorSolver::assign(const detail::Expression &expression, qreal value)
 {
     auto *known = slot(expression);
-    if (*known) {
-        if (std::abs(**known - value) > tolerance)
-            contradiction(expression.item, **known, value);
+    if (*known)
         return false;
-    }
     *known = value;
     return true;
 }
 
-bool AnchorSolver::complete(QWidget *item, Axis &axis)
+bool AnchorSolver::complete(Axis &axis)
 {
     const auto &[from, to, middle, length] = axis;
     Axis found;
@@ -149,11 +131,8 @@ bool AnchorSolver::complete(QWidget *item, Axis &axis)
         return false;
 
     bool changed = false;
-    for (std::size_t index = 0; index < axis.size(); ++index) {
-        if (axis[index] && std::abs(*axis[index] - *found[index]) > tolerance)
-            contradiction(item, *axis[index], *found[index]);
-        changed |= !axis[index];
-    }
+    for (const auto &known : axis)
+        changed |= !known;
     axis = found;
     return changed;
 }
@@ -172,33 +151,25 @@ bool AnchorSolver::spread()
         }
     }
     for (auto *item : std::as_const(m_items)) {
-        changed |= complete(item, m_places[item].horizontal);
-        changed |= complete(item, m_places[item].vertical);
+        changed |= complete(m_places[item].horizontal);
+        changed |= complete(m_places[item].vertical);
     }
     return changed;
 }
 
-// Whoever has one kind of answer is asked in the same round, so that the order of rows says
-// nothing.
+// Whoever has an answer is asked in the same round, so that the order of rows says nothing.
 bool AnchorSolver::askTexts()
-{
-    return askEach(&Place::vertical, heightForWidth) || askEach(&Place::horizontal, hintedWidth)
-        || askEach(&Place::vertical, hintedHeight);
-}
-
-bool AnchorSolver::askEach(
-    Axis Place::*axis, std::optional<qreal> (*ask)(const QWidget *, const Place &))
 {
     QList<std::pair<QWidget *, qreal>> answers;
     for (auto *item : std::as_const(m_items)) {
         const auto &place = m_places[item];
-        if ((place.*axis)[size])
+        if (place.vertical[size])
             continue; // laying a text out takes long
-        if (const auto answer = ask(item, place))
+        if (const auto answer = heightForWidth(item, place))
             answers.append({ item, *answer });
     }
     for (const auto &[item, answer] : std::as_const(answers)) {
-        auto &length = (m_places[item].*axis)[size];
+        auto &length = m_places[item].vertical[size];
         if (length) {
             fatal(QStringLiteral("anchors: rows tie the size of %1 to another text's; fix one of "
                                  "the two by a row")
@@ -210,7 +181,7 @@ bool AnchorSolver::askEach(
     return !answers.isEmpty();
 }
 
-void AnchorSolver::checkComplete() const
+void AnchorSolver::check()
 {
     for (auto *item : m_items) {
         const auto &place = m_places[item];
@@ -222,6 +193,13 @@ void AnchorSolver::checkComplete() const
                   .arg(nameOf(item),
                       across ? QStringLiteral("from side to side")
                              : QStringLiteral("from top to bottom")));
+    }
+    for (const auto &row : m_rows) {
+        const qreal is = slot(row.left)->value_or(0) + row.left.constant;
+        const qreal other =
+            row.right.constant + (row.right.item ? slot(row.right)->value_or(0) : 0);
+        if (std::abs(is - other) > tolerance)
+            contradiction(row.left.item, is, other);
     }
 }
 

@@ -34,11 +34,10 @@ public:
 private:
     std::optional<qreal> *slot(const detail::Expression &expression);
     bool assign(const detail::Expression &expression, qreal value);
-    bool complete(QWidget *item, Axis &axis);
+    bool complete(Axis &axis);
     bool spread();
     bool askTexts();
-    bool askEach(Axis Place::*axis, std::optional<qreal> (*ask)(const QWidget *, const Place &));
-    void checkComplete() const;
+    void check();
 
     QWidget *m_root;
     const QList<Constraint> &m_rows;

@@ -137,8 +137,6 @@ void EditMenu::keyPressEvent(QKeyEvent *event)
 {
     if (Keys::isBack(*event))
         close();
-    else
-        QWidget::keyPressEvent(event);
 }
 
 } // namespace parloquin

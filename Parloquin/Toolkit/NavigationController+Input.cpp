@@ -27,9 +27,7 @@ bool NavigationController::Private::takes(const QKeyEvent &key, bool pressIsOurs
 {
     if (Keys::isRepeat(key))
         return !hostKeys.contains(key.key());
-    if (pressIsOurs)
-        hostKeys.remove(key.key());
-    else
+    if (!pressIsOurs)
         hostKeys.insert(key.key());
     return pressIsOurs;
 }
@@ -93,7 +91,7 @@ void NavigationController::Private::releaseFinger(bool cancelled)
     if (!dragged || !slide->isFollowing())
         return;
     if (goes) {
-        auto *from = stack.takeLast();
+        auto *from = take();
         change(from, top(), false, true);
     } else {
         slide->giveUp(Style::duration(controller, Style::pop));

@@ -52,7 +52,13 @@ void NavigationController::Private::adopt(Screen *screen) const
     screen->setGeometry(stage->rect());
 }
 
-// The life cycle may push or pop itself; the caller then finds another screen on top.
+Screen *NavigationController::Private::take()
+{
+    auto *screen = stack.takeLast();
+    screen->m_navigationController = nullptr;
+    return screen;
+}
+
 void NavigationController::Private::change(Screen *from, Screen *to, bool push, bool animated)
 {
     // What the finger or a key still holds meant a screen that leaves.
@@ -60,7 +66,6 @@ void NavigationController::Private::change(Screen *from, Screen *to, bool push, 
     Holdable::letGoWithin(*controller);
     const bool ours = keyboard->isOurs();
     const QPointer<Screen> leaving(from);
-    const QPointer<Screen> coming(to);
     const bool rings = keyboard->leave(from);
     if (ours)
         keyboard->park();
@@ -68,14 +73,7 @@ void NavigationController::Private::change(Screen *from, Screen *to, bool push, 
     to->loadViewIfNeeded();
     if (leaving)
         from->viewWillDisappear(animated);
-    if (!push && leaving)
-        from->m_navigationController = nullptr;
-    if (coming && top() == to)
-        to->viewWillAppear(animated);
-    if (!coming || top() != to) {
-        drop(leaving, !push);
-        return;
-    }
+    to->viewWillAppear(animated);
     bar->show(&to->navigationItem(), animated);
     to->setGeometry(stage->rect());
     to->show();
@@ -125,10 +123,6 @@ void NavigationController::Private::drop(const QPointer<Screen> &screen, bool po
 {
     if (!screen || screen == top())
         return;
-    // Hiding what has the keyboard would move it on unasked.
-    auto *focused = controller->window()->focusWidget();
-    if (focused && (focused == screen || screen->isAncestorOf(focused)))
-        keyboard->enter(top(), false);
     screen->hide();
     if (popped)
         screen->deleteLater();
@@ -164,13 +158,11 @@ void NavigationController::popViewController(bool animated)
     if (d->stack.size() < 2)
         return;
     d->slide->finish();
-    auto *from = d->stack.takeLast();
-    if (d->appeared) {
+    auto *from = d->take();
+    if (d->appeared)
         d->change(from, d->top(), false, animated);
-        return;
-    }
-    from->m_navigationController = nullptr;
-    d->drop(from, true);
+    else
+        d->drop(from, true);
 }
 
 Screen *NavigationController::topViewController() const { return d->top(); }
@@ -234,8 +226,6 @@ void NavigationController::showEvent(QShowEvent *event)
     auto *screen = d->top();
     screen->loadViewIfNeeded();
     screen->viewWillAppear(false);
-    if (d->top() != screen || !d->appeared)
-        return; // it went on at once
     d->bar->show(&screen->navigationItem(), false);
     screen->show();
     // Where there is more in the window, Qt or the host says what begins with the keyboard.
@@ -250,7 +240,7 @@ void NavigationController::showEvent(QShowEvent *event)
 void NavigationController::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
-    if (event->spontaneous() || !d->appeared)
+    if (event->spontaneous())
         return;
     d->slide->finish();
     d->appeared = false;

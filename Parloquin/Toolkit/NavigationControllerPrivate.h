@@ -25,6 +25,7 @@ struct NavigationController::Private {
     [[nodiscard]] Screen *top() const { return stack.isEmpty() ? nullptr : stack.last(); }
     void arrange() const;
     void adopt(Screen *screen) const;
+    [[nodiscard]] Screen *take();
     void change(Screen *from, Screen *to, bool push, bool animated);
     void settleIn(Screen *screen, bool takesFocus, bool rings) const;
     void shieldWhileMoving() const;

@@ -176,8 +176,6 @@ void TextBlock::draw(QPainter &painter, const QRectF &rect, Qt::Alignment alignm
     qreal y = rect.top();
     if (alignment & Qt::AlignVCenter)
         y += (rect.height() - height()) / 2;
-    else if (alignment & Qt::AlignBottom)
-        y += rect.height() - height();
 
     const QFontMetricsF metrics(m_font);
     for (std::size_t i = 0; i < m_lines.size(); ++i) {

@@ -9,10 +9,6 @@
 
 namespace parloquin {
 
-namespace {
-constexpr int longPress = 700; // ms
-}
-
 void TextField::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
@@ -38,7 +34,7 @@ void TextField::mousePressEvent(QMouseEvent *event)
     }
     m_pressedAt = event->position();
     m_strayed = false;
-    m_hold.start(longPress, this);
+    m_hold.start();
     if (isFinger(*event)) {
         event->ignore();
         return;
@@ -86,20 +82,8 @@ void TextField::mouseDoubleClickEvent(QMouseEvent *event)
 {
     if (isFinger(*event))
         mousePressEvent(event); // a tap like the one before, or the beginning of a long press
-    else if (event->button() == Qt::LeftButton)
-        QLineEdit::mouseDoubleClickEvent(event);
     else
-        event->ignore();
-}
-
-void TextField::timerEvent(QTimerEvent *event)
-{
-    if (event->timerId() != m_hold.timerId()) {
-        QLineEdit::timerEvent(event);
-        return;
-    }
-    letGo(); // lifting the finger means nothing any more
-    openMenu(false);
+        QLineEdit::mouseDoubleClickEvent(event);
 }
 
 void TextField::contextMenuEvent(QContextMenuEvent *event)

@@ -28,6 +28,8 @@ constexpr int mostTyped = 1024;
 
 // px that a line edit keeps to itself beside its text, at both ends
 constexpr int lineEditMargin = 2;
+constexpr int longPress = 700; // ms
+
 // px that Qt widens a cursor's rectangle by at the left, to repaint safely
 constexpr int cursorSlack = 5;
 
@@ -90,8 +92,6 @@ TextField::TextField(QWidget *parent)
     setStyle(style);
     setFrame(false);
     setMaxLength(mostTyped);
-    // The text is to begin at the edge.
-    setTextMargins(-lineEditMargin, 0, -lineEditMargin, 0);
     setFocusPolicy(Qt::TabFocus); // what a press means is found out below
     setAttribute(Qt::WA_MacShowFocusRect, false);
     dress();
@@ -105,7 +105,14 @@ TextField::TextField(QWidget *parent)
         restartCaret();
         followDirection();
     });
-    watchParent();
+    m_hold.setSingleShot(true);
+    m_hold.setInterval(longPress);
+    connect(&m_hold, &QTimer::timeout, this, [this] {
+        letGo(); // lifting the finger means nothing any more
+        openMenu(false);
+    });
+    parent->installEventFilter(this);
+    followDirection();
     QInputMethodEvent none;
     TextField::inputMethodEvent(&none); // hides the cursor
 }
@@ -158,7 +165,7 @@ void TextField::setUserInteractionEnabled(bool enabled)
     setReadOnly(!enabled);
     setFocusPolicy(enabled ? Qt::TabFocus : Qt::NoFocus);
     setAttribute(Qt::WA_TransparentForMouseEvents, !enabled);
-    if (!enabled && hasFocus() && parentWidget())
+    if (!enabled && hasFocus())
         parentWidget()->setFocus(Qt::OtherFocusReason); // the keys still go somewhere
 }
 
@@ -337,49 +344,30 @@ bool TextField::event(QEvent *event)
         return true;
     }
     const bool handled = QLineEdit::event(event);
-    switch (event->type()) {
-    case QEvent::ParentChange:
-        watchParent();
-        break;
-    case QEvent::FontChange: // the application's family may be another now
-        if (!m_dressing)
-            dress();
-        break;
-    default:
-        break;
-    }
+    if (event->type() == QEvent::FontChange && !m_dressing)
+        dress(); // the application's family may be another now
     return handled;
 }
 
 bool TextField::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_watchedParent && event->type() == QEvent::LayoutDirectionChange)
+    if (watched == parentWidget() && event->type() == QEvent::LayoutDirectionChange)
         followDirection();
     return QLineEdit::eventFilter(watched, event);
-}
-
-void TextField::watchParent()
-{
-    if (m_watchedParent)
-        m_watchedParent->removeEventFilter(this);
-    m_watchedParent = parentWidget();
-    if (m_watchedParent)
-        m_watchedParent->installEventFilter(this);
-    followDirection();
 }
 
 // A line edit takes its text's direction and its text's side from one setting. Here the text has
 // its own direction (a plus stays in front of its digits), and the page decides the side.
 void TextField::followDirection()
 {
-    const bool page = m_watchedParent ? m_watchedParent->layoutDirection() == Qt::RightToLeft
-                                      : QGuiApplication::isRightToLeft();
+    const bool page = parentWidget()->layoutDirection() == Qt::RightToLeft;
     const auto shown = text().isEmpty() ? placeholderText() : text();
     setLayoutDirection(shown.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     if (alignment() & Qt::AlignHCenter)
         return;
     setAlignment((page ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute | Qt::AlignVCenter);
-    // Else the caret would reach over the right edge and be pushed back onto the last digit.
+    // The text is to begin at the edge; but at the right the caret would reach over it and be
+    // pushed back onto the last digit.
     const int right = page && !isReadOnly() ? caretGap : 0;
     setTextMargins(-lineEditMargin, 0, right - lineEditMargin, 0);
 }

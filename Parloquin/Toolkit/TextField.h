@@ -3,9 +3,7 @@
 #include "Parloquin/Toolkit/Holdable.h"
 #include "Parloquin/Toolkit/Typeface.h"
 
-#include <QtCore/QBasicTimer>
 #include <QtCore/QPointF>
-#include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtWidgets/QLineEdit>
 
@@ -20,7 +18,7 @@ namespace parloquin {
 class TextField : public QLineEdit, public Holdable {
     Q_OBJECT
 public:
-    explicit TextField(QWidget *parent = nullptr);
+    explicit TextField(QWidget *parent);
 
     void setFontSize(int pixels, QFont::Weight weight = QFont::Normal);
     void setPlaceholderText(const QString &text);
@@ -55,7 +53,6 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
-    void timerEvent(QTimerEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -63,7 +60,6 @@ protected:
 private:
     void dress();
     void followDirection();
-    void watchParent();
     void restartCaret();
     [[nodiscard]] QRectF caret() const;
     [[nodiscard]] int topOf(const QFontMetrics &line) const;
@@ -81,7 +77,7 @@ private:
     qreal m_radius = 0;
     Qt::EnterKeyType m_returnKey = Qt::EnterKeyDefault;
     QTimer m_blink;
-    QBasicTimer m_hold; // runs while a press may become a long one
+    QTimer m_hold { this }; // runs while a press may become a long one
     QPointF m_pressedAt;
     bool m_strayed = false;
     bool m_changingFocus = false;
@@ -89,7 +85,6 @@ private:
     bool m_dressing = false;
     bool m_caretShown = false;
     bool m_composing = false; // an input method shows what it has not committed yet
-    QPointer<QWidget> m_watchedParent;
 };
 
 } // namespace parloquin

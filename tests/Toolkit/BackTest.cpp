@@ -89,6 +89,7 @@ const Way ways[] = {
     { "AltLeft", [](auto &) { hands::key(Qt::Key_Left, Qt::AltModifier); } },
     { "MouseOnTable", [](auto &kit) { hands::click(&kit, QPoint(200, 400), Qt::BackButton); } },
     { "MouseOnButton", [](auto &kit) { hands::click(&kit, QPoint(150, 90), Qt::BackButton); } },
+    { "MouseOnField", [](auto &kit) { hands::click(&kit, QPoint(20, 60), Qt::BackButton); } },
     { "Finger", [](auto &kit) { hands::Finger().tap(&kit, QPoint(20, 20)); }, false },
 };
 
@@ -302,6 +303,13 @@ TEST_F(Back, NothingRingsWhereAHostHidesWhatHadTheKeyboard)
     EXPECT_FALSE(top->button->hasKeyboardFocus());
     hands::key(Qt::Key_Tab);
     EXPECT_TRUE(top->table->hasKeyboardFocus());
+    auto *const back = top->navigationItem().leftBarButtonItem();
+    back->setFocus(Qt::TabFocusReason);
+    field->show();
+    field->setFocus();
+    delete back;
+    controller->setFocus();
+    EXPECT_TRUE(top->button->hasFocus()) << "what had the keyboard before is gone";
 }
 
 } // namespace

@@ -33,12 +33,16 @@ TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEndAndEachIsToldInOrder)
     EXPECT_EQ(title(), u"root"_s);
     EXPECT_SOON(controller->findChildren<BarButtonItem *>().size() == 2);
     pop(); // the root stays
-    controller->hide();
+    const QPointer<Page> third(push(u"third"_s));
+    controller->hide(); // by the host, as a press leads back
+    pop();
+    EXPECT_EQ(third->navigationController(), nullptr);
     controller->show();
+    EXPECT_SOON(third.isNull());
     controller.reset();
     EXPECT_TRUE(calls.startsWith(
         u"root load, root appear, second load, root disappear, second appear, second disappear, "
-        "root appear, root disappear, root appear, "_s))
+        "root appear, third load, root disappear, third appear, third disappear, root appear, "_s))
         << qPrintable(calls);
 }
 
