@@ -40,13 +40,13 @@ bool AutoPlayer::waitQuietlyFor(
     QTimer look;
     bool came = false;
     connect(&look, &QTimer::timeout, &loop, [&] {
-        came = m_window && m_window->isVisible() && come();
-        if (came || deadline.hasExpired() || !m_window || !m_window->isVisible())
+        came = m_window.isVisible() && come();
+        if (came || deadline.hasExpired() || !m_window.isVisible())
             loop.quit();
     });
     look.start(glance);
     loop.exec();
-    if (!came && (!m_window || !m_window->isVisible()))
+    if (!came && !m_window.isVisible())
         return fail(tr("the window was closed while waiting: %1").arg(what));
     if (!came)
         return fail(tr("not within %1 s: %2").arg(double(patience.count()) / 1000).arg(what));
@@ -64,10 +64,8 @@ bool AutoPlayer::waitFor(
 
 bool AutoPlayer::fail(const QString &why)
 {
-    std::fprintf(
-        stderr, "demo: FAILED on the road by %s: %s\n", qPrintable(m_road), qPrintable(why));
-    if (m_window)
-        frame().save(QDir(m_pictures).filePath(QStringLiteral("failed-here.png")));
+    std::fprintf(stderr, "demo: FAILED: %s\n", qPrintable(why));
+    frame().save(QDir(m_pictures).filePath(QStringLiteral("failed-here.png")));
     return false;
 }
 
@@ -79,10 +77,10 @@ void AutoPlayer::step(const QString &words) const
 
 QWidget *AutoPlayer::visible(const QString &name) const
 {
-    const auto found = m_window->findChildren<QWidget *>(name);
+    const auto found = m_window.findChildren<QWidget *>(name);
     for (QWidget *widget : found) {
         // Of two screens that slide, the one in the middle of the window is meant.
-        if (widget->isVisible() && m_window->rect().contains(middleOf(widget)))
+        if (widget->isVisible() && m_window.rect().contains(middleOf(widget)))
             return widget;
     }
     return nullptr;
@@ -104,7 +102,7 @@ AutoPlayer::Condition AutoPlayer::focused(const QString &name) const
 QWidget *AutoPlayer::visibleWithText(
     const QString &cell, const QString &part, const QString &text) const
 {
-    const auto cells = m_window->findChildren<QWidget *>(cell);
+    const auto cells = m_window.findChildren<QWidget *>(cell);
     for (QWidget *candidate : cells) {
         const auto *label = candidate->findChild<QWidget *>(part);
         if (!candidate->isVisible() || !label)
@@ -117,7 +115,7 @@ QWidget *AutoPlayer::visibleWithText(
         const auto words = [](const QString &line) {
             return QLatin1Char(' ') + line + QLatin1Char(' ');
         };
-        if (words(shown).contains(words(text)) && inView && m_window->rect().contains(middle))
+        if (words(shown).contains(words(text)) && inView && m_window.rect().contains(middle))
             return candidate;
     }
     return nullptr;
@@ -125,7 +123,7 @@ QWidget *AutoPlayer::visibleWithText(
 
 QPoint AutoPlayer::middleOf(const QWidget *widget) const
 {
-    return widget->mapTo(m_window.data(), widget->rect().center());
+    return widget->mapTo(&m_window, widget->rect().center());
 }
 
 bool AutoPlayer::see(const QString &name, QWidget *&found)
@@ -142,14 +140,14 @@ bool AutoPlayer::tap(const QString &name, const QString &effect, const Condition
     QWidget *target = nullptr;
     if (!see(name, target))
         return false;
-    QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, middleOf(target));
+    QTest::mouseClick(m_window.windowHandle(), Qt::LeftButton, {}, middleOf(target));
     step(tr("tapped %1").arg(name));
     return waitFor(effect, come);
 }
 
 void AutoPlayer::turnWheel(QWidget *target, int eighths)
 {
-    QWindow *window = m_window->windowHandle();
+    QWindow *window = m_window.windowHandle();
     const QPoint at = middleOf(target);
     QWheelEvent turn(at, window->mapToGlobal(at), {}, QPoint(0, eighths), Qt::NoButton, {},
         Qt::NoScrollPhase, false);
@@ -161,7 +159,7 @@ void AutoPlayer::turnWheel(QWidget *target, int eighths)
 bool AutoPlayer::type(const QString &name, const QString &text)
 {
     for (const QChar letter : text)
-        QTest::sendKeyEvent(QTest::Click, m_window->windowHandle(), Qt::Key(letter.unicode()),
+        QTest::sendKeyEvent(QTest::Click, m_window.windowHandle(), Qt::Key(letter.unicode()),
             letter, Qt::NoModifier);
     return waitFor(tr("typed %1").arg(text), [this, name, text] {
         const QWidget *field = visible(name);
@@ -169,9 +167,9 @@ bool AutoPlayer::type(const QString &name, const QString &text)
     });
 }
 
-QImage AutoPlayer::frame() const { return m_window->grab().toImage(); }
+QImage AutoPlayer::frame() const { return m_window.grab().toImage(); }
 
-bool AutoPlayer::isAtRest() const { return m_window->isAtRest(); }
+bool AutoPlayer::isAtRest() const { return m_window.isAtRest(); }
 
 // For a picture: the host's buttons still fade when nothing slides any more.
 bool AutoPlayer::settled()
@@ -184,11 +182,11 @@ bool AutoPlayer::iconsShown() const
 {
     const QImage image = frame();
     const qreal ratio = image.devicePixelRatio();
-    const auto icons = m_window->findChildren<QWidget *>(QStringLiteral("imgKitIcon"));
+    const auto icons = m_window.findChildren<QWidget *>(QStringLiteral("imgKitIcon"));
     return std::all_of(icons.begin(), icons.end(), [&](const QWidget *icon) {
         if (!icon->isVisible())
             return true;
-        const QRectF place(icon->mapTo(m_window.data(), QPoint()), icon->size());
+        const QRectF place(icon->mapTo(&m_window, QPoint()), icon->size());
         const QImage part =
             image.copy(QRectF(place.topLeft() * ratio, place.size() * ratio).toAlignedRect());
         // An icon that is not there leaves its place in the one colour of the row.

@@ -34,7 +34,7 @@ QString wrongFor(QString code)
 } // namespace
 
 AutoPlayer::AutoPlayer(DemoWindow &window, QString pictures, std::chrono::milliseconds leisure)
-    : m_window(&window)
+    : m_window(window)
     , m_pictures(std::move(pictures))
     , m_leisure(leisure)
 {
@@ -54,7 +54,6 @@ bool AutoPlayer::play()
 
 bool AutoPlayer::playMessaging()
 {
-    m_road = QStringLiteral("messaging app");
     if (!presentKit())
         return false;
 
@@ -70,7 +69,7 @@ bool AutoPlayer::playMessaging()
         || !picture(QStringLiteral("app-list")))
         return false;
 
-    QWindow *target = m_window->windowHandle();
+    QWindow *target = m_window.windowHandle();
     QTest::mousePress(target, Qt::LeftButton, {}, middleOf(row));
     if (!picture(QStringLiteral("app-list-pressed")))
         return false;
@@ -91,7 +90,6 @@ bool AutoPlayer::playMessaging()
 
 bool AutoPlayer::playSms()
 {
-    m_road = QStringLiteral("SMS code");
     QString code;
     const auto check = [this] {
         return tap(QStringLiteral("btnCheck"), tr("the host has heard of it"),
@@ -130,7 +128,7 @@ bool AutoPlayer::askForCode(QString &code)
     const auto asked = std::make_shared<Asked>();
     const auto codeCame = [asked, this] {
         if (asked->code.isEmpty() && !std::exchange(asked->waiting, true)) {
-            m_window->backEnd().askCode(
+            m_window.backEnd().askCode(
                 phoneCode().mid(1) + number(), [asked](const QString &answer) {
                     *asked = { answer, false };
                 });
@@ -181,7 +179,7 @@ bool AutoPlayer::pickCountry()
     if (!waitFor(tr("the country with %1 is in view").arg(phoneCode()), findRow, 20s)
         || !picture(QStringLiteral("country-picker-scrolled")))
         return false;
-    QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, middleOf(row));
+    QTest::mouseClick(m_window.windowHandle(), Qt::LeftButton, {}, middleOf(row));
 
     QWidget *shown = nullptr;
     return see(QStringLiteral("txtCountryCode"), shown)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtCore/QObject>
-#include <QtCore/QPointer>
 #include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtGui/QImage>
@@ -73,11 +72,10 @@ private:
     [[nodiscard]] QPoint middleOf(const QWidget *widget) const;
     [[nodiscard]] QImage frame() const;
 
-    QPointer<DemoWindow> m_window;
+    DemoWindow &m_window;
     QString m_pictures;
     std::chrono::milliseconds m_leisure;
     int m_number = 0; // of the next picture
-    QString m_road;
     bool m_left = false; // another program came to the front
     QImage m_frame; // the last one looked at
     QSet<QString> m_pictured;

@@ -1,6 +1,5 @@
 #include "Text.h"
 
-#include <QtCore/QEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QTextLayout>
 
@@ -31,12 +30,6 @@ void Text::setText(const QString &text)
     m_text = text;
     setAccessibleName(text);
     updateGeometry();
-    update();
-}
-
-void Text::setColor(const QColor &color)
-{
-    m_style.color = color;
     update();
 }
 
@@ -100,13 +93,6 @@ void Text::paintEvent(QPaintEvent *)
     QTextLayout layout;
     const int height = lay(layout, width());
     layout.draw(&painter, QPointF(0, (this->height() - height) / 2.0));
-}
-
-void Text::changeEvent(QEvent *event)
-{
-    if (event->type() == QEvent::LayoutDirectionChange)
-        update();
-    QWidget::changeEvent(event);
 }
 
 } // namespace demo

@@ -29,7 +29,6 @@ public:
 
     [[nodiscard]] QString text() const { return m_text; }
     void setText(const QString &text);
-    void setColor(const QColor &color);
     /// Stands at the trailing edge: values of a table.
     void setTrailing(bool trailing);
 
@@ -40,7 +39,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void changeEvent(QEvent *event) override;
 
 private:
     int lay(QTextLayout &layout, int width) const;

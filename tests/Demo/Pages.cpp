@@ -1,13 +1,16 @@
 // The demo's own pages, with a hand on them.
+#include "AutoPlayer.h"
 #include "BackEnd.h"
 #include "Card.h"
 #include "DemoWindow.h"
 #include "Look.h"
 #include "OutcomePage.h"
+#include "Recorder.h"
 #include "StartPage.h"
 #include "support/Hands.h"
 #include "support/RawServer.h"
 
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QClipboard>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QAbstractButton>
@@ -131,10 +134,14 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     const auto parts = page.findChildren<QWidget *>();
     const auto isWhole = [](auto *it) { return it->height() >= it->heightForWidth(it->width()); };
     EXPECT_TRUE(QTest::qWaitFor([&] { return std::ranges::all_of(parts, isWhole); }));
-    QStringList texts;
-    for (const QWidget *part : parts)
-        texts += part->property("text").toString();
-    EXPECT_TRUE(texts.contains(u"1 min 1 s"_s)) << texts.join(u'|').toStdString();
+    const auto expectTexts = [&page](const QStringList &texts) {
+        QStringList seen;
+        for (const QWidget *part : page.findChildren<QWidget *>())
+            seen += part->property("text").toString();
+        for (const QString &text : texts)
+            EXPECT_TRUE(seen.contains(text)) << qPrintable(seen.join(u'|'));
+    };
+    expectTexts({ u"Number verified"_s, u"Confirmed by"_s, u"1 min 1 s"_s });
     hands::click(partOf(page, "btnCopy"));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), id);
     const auto said = [button = partOf(page, "btnCopy")] { return button->property("text"); };
@@ -149,6 +156,16 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
         hands::click(partOf(page, button));
         return std::tuple(title, int(done.size()), int(again.size()));
     };
+    const auto ring = [=] { // at the edge, and nothing between it and the button
+        const QImage seen = filled->grab().toImage();
+        const auto isBlue = [&](int x) { return seen.pixelColor(x, 30) == demo::Look::blue; };
+        return std::pair(isBlue(1), isBlue(3));
+    };
+    ASSERT_TRUE(comesToFront(page));
+    EXPECT_EQ(ring(), std::pair(false, false));
+    for (int tabs = 0; tabs < 3 && !filled->hasFocus(); ++tabs)
+        hands::key(Qt::Key_Tab);
+    EXPECT_EQ(ring(), std::pair(true, false)) << "for who steers by keys";
     EXPECT_EQ(tap("btnDone"), std::tuple(u"Done"_s, 1, 0));
     EXPECT_EQ(released, demo::Look::pressedBlue.name()) << "it fades";
     EXPECT_TRUE(QTest::qWaitFor([&] { return colour() == demo::Look::blue.name(); }));
@@ -156,6 +173,51 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     page.showFailed(ParloquinSignals::UrlSchemeError, 61s);
     EXPECT_EQ(tap("btnDone"), std::tuple(u"Try again"_s, 1, 2));
     EXPECT_EQ(tap("btnAgain"), std::tuple(u"Not now"_s, 2, 2));
+    page.showNotConfirmed(u"Why."_s, 61s);
+    expectTexts({ u"Not confirmed"_s, u"Why."_s, u"Back end"_s, u"1 min 1 s"_s });
+}
+
+TEST(DemoRecorder, KeepsEachFrameByHowLongItStood)
+{
+    const QTemporaryDir folder;
+    const auto kept = [&] { return QDir(folder.path()).entryList(QDir::Files, QDir::Name); };
+    QWidget window;
+    window.show();
+    QElapsedTimer all;
+    all.start();
+    qint64 first = 0;
+    {
+        const demo::Recorder recorder(window, folder.path());
+        int tint = 0;
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            if (kept().isEmpty())
+                window.setPalette(QColor(++tint % 256, 0, 0));
+            return !kept().isEmpty();
+        }));
+        first = all.elapsed();
+        EXPECT_FALSE(QTest::qWaitFor([&] { return kept().size() > 1; }, 400)) << "it stands still";
+    }
+    ASSERT_EQ(kept().size(), 2) << qPrintable(kept().join(u' '));
+    const auto stood = [&](int at) { return kept().at(at).mid(6).chopped(4).toInt(); };
+    EXPECT_TRUE(kept().at(0).startsWith(u"00001-"_s) && stood(0) >= 80 && stood(0) <= first);
+    EXPECT_TRUE(kept().at(1).startsWith(u"00002-"_s) && stood(1) >= 300);
+    EXPECT_EQ(QImage(folder.filePath(kept().at(1))).width(), 260);
+}
+
+TEST(DemoPlayer, SaysAtOnceWhatFailsAndLeavesAPicture)
+{
+    const QTemporaryDir folder;
+    demo::DemoWindow window;
+    window.show();
+    demo::AutoPlayer player(window, folder.path(), 0ms);
+    QTimer::singleShot(0, &window, &QWidget::close);
+    const QDeadlineTimer soon(15000);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(player.play());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "demo: FAILED: the window was closed while waiting: the host's window is in front\n");
+    EXPECT_FALSE(soon.hasExpired());
+    EXPECT_FALSE(QImage(folder.filePath(u"failed-here.png"_s)).isNull());
 }
 
 TEST(DemoCard, SetsItsLinesInWhereReadingBegins)

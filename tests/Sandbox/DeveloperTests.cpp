@@ -54,6 +54,7 @@ TEST(SandboxDeveloper, IsToldByAnswerAndConsoleWhatBecameOfACall)
 400 outcomes 7 => outcomes: expected an object
 200 outcomes {"check":"limit"} =>  => outcomes    set
 200 scenario {"keys":{"client":"c","secret":"64"}} =>  => scenario    set by a call; no file was changed
+400 scenario/check {"text":7} => text: unknown field => quiet
 200 reset {} =>  => reset       all that happened is forgotten
 404 nothing => GET /sandbox/nothing: no such call; sandbox/README.md lists them => quiet
 )")) {

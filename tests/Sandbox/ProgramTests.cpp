@@ -19,7 +19,6 @@ TEST(SandboxScenario, NamesTheFieldAtFault)
     for (const auto &columns : rowsOf(R"(
 {"keys": } => line 1
 [] => scenario: expected an object
-{"text":7} => text: unknown field
 {"keys":7} => keys: expected an object
 {"keys":{"client":"c"}} => keys.secret: missing
 {"keys":{"client":"c","secret":"8f2d"}} => keys.secret: expected 64 hexadecimal digits

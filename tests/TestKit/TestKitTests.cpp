@@ -92,7 +92,9 @@ TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)
     EXPECT_EQ(container->findChild<QWidget *>(u"txtCountryCode"_s)->property("text"), u"+1"_s);
     EXPECT_EQ(heard->count(), 2);
     heard->verificationDidFail(ParloquinError::serverError);
-    EXPECT_FALSE(heard->failure(ParloquinError::authorizationError)) << "it is another";
+    expectComplaint({ "another outcome came: failure" },
+        [this] { return heard->failure(ParloquinError::authorizationError); });
+    expectComplaint({ "no outcome in 10 ms" }, [this] { return heard->success(10ms); });
     heard->verificationDidFail(ParloquinError::serverError);
     EXPECT_TRUE(heard->failure(ParloquinError::serverError));
     EXPECT_TRUE(sandbox.confirms(heard->sessionId())) << "still that of the success";
@@ -147,6 +149,16 @@ TEST(Sandbox, SteersTheKitNoLongerThanItLives)
 TEST_F(SignIn, HasOneSandboxAtATime)
 {
     EXPECT_DEATH({ const Sandbox another; }, "make one at a time");
+}
+
+TEST(Sandbox, SaysWhatItCannotDo)
+{
+    EXPECT_DEATH(Sandbox(u"/nowhere"_s), "TestKit: /nowhere does not start: .*No such file");
+    EXPECT_DEATH(Sandbox().answers(u"begin"_s, u"limit"_s),
+        "the sandbox refused /sandbox/outcomes .400.: .*no call has this name");
+    const QTemporaryDir longer(QDir::tempPath() + u'/' + QString(100, u'x'));
+    qputenv("TMPDIR", longer.path().toLocal8Bit()); // than a socket's name may be
+    EXPECT_DEATH(Sandbox(), "TestKit: cannot listen at ");
 }
 
 TEST_F(SignIn, TellsAStepThatCannotBeDone)
