@@ -19,7 +19,7 @@ protected:
 TEST_F(AppList, EachRowShowsItsOwnWhereverItsWidgetHasBeen)
 {
     constexpr int count = 10000;
-    const auto color = [](int row) { return QColor(row == 1 ? 0x111111 : 0x102030 + 97 * row); };
+    const auto color = [](int row) { return QColor(row == 1 ? 0x111111 : 0x28c8 + 97 * row); };
     const auto hasIcon = [](int row) { return row % 3 != 1; };
     QByteArray list;
     for (int row = 0; row < count; ++row) {
