@@ -10,8 +10,8 @@ namespace parloquin {
 ///
 /// Horizontal edges, vertical edges and sizes are types of their own, so that
 /// `top(a) == leading(b)` does not compile. Leading and trailing follow the layout direction.
-/// Lengths are device-independent pixels. A widget whose height (or width) no row fixes takes the
-/// one its text asks for (heightForWidth).
+/// Lengths are device-independent pixels. A widget whose height no row fixes takes the one
+/// that its text asks for (heightForWidth).
 class HorizontalAnchor;
 class VerticalAnchor;
 class Dimension;
