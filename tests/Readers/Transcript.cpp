@@ -1,0 +1,519 @@
+// What everyone is told on both roads, step by step: the person, by eye, by a reader and on the
+// screen's keyboard; the service, the delegate, the host and its log. Held against Transcript.txt,
+// which somebody read; TRANSCRIPT=approve takes it anew, to be read as git shows what has changed.
+#include "Screens/Container.h"
+#include "support/DeveloperWords.h"
+#include "support/ModemBus.h"
+#include "support/Widgets.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QLibraryInfo>
+#include <QtCore/QMetaEnum>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QScopeGuard>
+#include <QtGui/QAccessible>
+#include <QtGui/QScreen>
+#include <QtGui/QShortcut>
+
+namespace {
+
+using Steps = QList<std::pair<QString, QStringList>>; // name, lines
+
+template <class E> QString nameOf(E value)
+{
+    const auto all = QMetaEnum::fromType<E>();
+    const auto number = static_cast<int>(value);
+    return all.isFlag() ? QString::fromLatin1(all.valueToKeys(number))
+                        : QString::fromLatin1(all.valueToKey(number));
+}
+
+QString statesOf(QAccessible::State state)
+{
+    const std::pair<bool, const char *> all[] = { { state.focusable != 0, "focusable" },
+        { state.focused != 0, "focused" }, { state.selectable != 0, "selectable" },
+        { state.selected != 0, "selected" }, { state.checkable != 0, "checkable" },
+        { state.checked != 0, "checked" }, { state.disabled != 0, "disabled" },
+        { state.invisible != 0, "invisible" }, { state.offscreen != 0, "offscreen" },
+        { state.busy != 0, "busy" }, { state.readOnly != 0, "read only" },
+        { state.editable != 0, "editable" }, { state.hasPopup != 0, "has popup" },
+        { state.defaultButton != 0, "default" }, { state.modal != 0, "modal" } };
+    QString text;
+    for (const auto &[isSet, name] : all)
+        text += isSet ? u", "_s + QLatin1String(name) : QString();
+    return text;
+}
+
+class Transcript : public ContainerTest, public testing::WithParamInterface<Qt::LayoutDirection> {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// One thing that somebody does, and all that comes of it.
+    /// \param sends so many requests; while the server waits, they are waited for alone
+    /// \param until seen at last
+    void step(
+        const QString &name, const std::function<void()> &act, size_t sends = 0,
+        const std::function<bool()> &until = [] { return true; });
+    void open();
+    void messagingRoad();
+    void phoneEntry();
+    void codeEntry();
+    void hosts();
+    void hold();
+    void proceed();
+    void key(const QString &name, Qt::Key key, size_t sends = 0)
+    {
+        step(
+            name, [key] { hands::key(key); }, sends);
+    }
+    void tapped(
+        const QString &name, const char *widget, size_t sends = 0,
+        const std::function<bool()> &until = [] { return true; })
+    {
+        step(
+            name, [=, this] { tap(widget); }, sends, until);
+    }
+    [[nodiscard]] std::function<bool()> told(int count) const
+    {
+        return [=, this] { return delegate->outcomes().size() >= count; };
+    }
+
+    static inline QStringList heard;
+    QWidget page;
+    ModemBus modem;
+    Steps steps;
+
+private:
+    static void hear(QAccessibleEvent *event);
+    [[nodiscard]] QString frameOf(QRect global) const;
+    void read(QAccessibleInterface *node, int depth, QStringList &lines) const;
+    [[nodiscard]] QStringList state() const;
+    [[nodiscard]] QStringList said(const std::string &printed);
+    void expectDrawn(const QString &name) const;
+
+    const DeveloperWords m_words;
+    QStringList m_state;
+    size_t m_sent = 0;
+    qsizetype m_told = 0;
+    qsizetype m_worded = 0;
+    bool m_waits = false; // the server
+    bool m_moves = false; // under a finger
+    int m_messages = 0;
+};
+
+void Transcript::SetUp()
+{
+    ContainerTest::SetUp();
+    QApplication::setStyle(new ParloquinTest::PacedStyle(0));
+    QApplication::setCursorFlashTime(0);
+    QApplication::setFont(QFont(u"Noto Sans"_s));
+    QApplication::setLayoutDirection(GetParam());
+    answerBothRoads();
+    modem.play("start bus; start service; await; modem 0 20801");
+    EXPECT_TRUE(QTest::qWaitFor([] { return QAccessible::isActive(); })) << "no bus";
+    QAccessible::installUpdateHandler(hear);
+    auto *const own = new QShortcut(Qt::Key_Escape, &page);
+    QObject::connect(own, &QShortcut::activated, [] { heard << u"the host's own Escape"_s; });
+}
+
+void Transcript::TearDown()
+{
+    QAccessible::installUpdateHandler(nullptr);
+    container->setParent(nullptr);
+    ContainerTest::TearDown();
+}
+
+void Transcript::hear(QAccessibleEvent *event)
+{
+    const auto *const node = event->accessibleInterface();
+    if (!node || !node->isValid())
+        return;
+    const bool isSaid = node->role() == QAccessible::Notification;
+    const QHash<int, QString> kinds { { QAccessible::Focus, u"focus"_s },
+        { QAccessible::Alert, u"alert"_s }, { QAccessible::TableModelChanged, u"other rows"_s },
+        { QAccessible::NameChanged, u"name"_s }, { QAccessible::SelectionAdd, u"selected"_s },
+        { QAccessible::ObjectShow, isSaid ? u"says"_s : QString() },
+        { QAccessible::ObjectHide, isSaid ? u"takes back"_s : QString() } };
+    const QString line = kinds.value(event->type()) + u' ' + node->text(QAccessible::Name);
+    if (!line.startsWith(u' ') && !heard.endsWith(line)) // a message may come twice
+        heard << line;
+}
+
+// Mirrored where all is: both directions read alike.
+QString Transcript::frameOf(QRect global) const
+{
+    QRect frame(container->mapFromGlobal(global.topLeft()), global.size());
+    if (GetParam() == Qt::RightToLeft)
+        frame.moveLeft(container->width() - frame.x() - frame.width());
+    return u" at %1,%2 %3x%4"_s.arg(frame.x())
+        .arg(frame.y())
+        .arg(frame.width())
+        .arg(frame.height());
+}
+
+void Transcript::read(QAccessibleInterface *node, int depth, QStringList &lines) const
+{
+    const auto *const widget = qobject_cast<QWidget *>(node->object());
+    const auto state = node->state();
+    QString line = QString(2 * depth, u' ') + nameOf(node->role()) + u" \""_s
+        + node->text(QAccessible::Name) + u'"';
+    const std::pair<QAccessible::Text, QString> texts[] = { { QAccessible::Description, u"more"_s },
+        { QAccessible::Value, u"value"_s }, { QAccessible::Help, u"help"_s } };
+    for (const auto &[kind, name] : texts) {
+        if (const QString text = node->text(kind); !text.isEmpty())
+            line += u" %1 \"%2\""_s.arg(name, text);
+    }
+    line += statesOf(state);
+    if (auto *actions = node->actionInterface(); actions && !actions->actionNames().isEmpty())
+        line += u" ["_s + actions->actionNames().join(u", "_s) + u']';
+    if (widget && widget->cursor().shape() != Qt::ArrowCursor)
+        line += u' ' + nameOf(widget->cursor().shape());
+    if (node->role() != QAccessible::StaticText) // letters differ, frames of what is touched do not
+        line += frameOf(node->rect());
+    if (const auto *table = qobject_cast<const TableView *>(widget)) {
+        QStringList cells; // also those that are left over
+        for (const auto *cell : table->findChildren<TableCell *>()) {
+            if (cell->isVisible())
+                cells << frameOf({ cell->mapToGlobal(QPoint()), cell->size() });
+        }
+        cells.sort();
+        line += u" shows"_s + cells.join(QString());
+    }
+    lines << line;
+    for (int i = 0; i < node->childCount(); ++i)
+        read(node->child(i), depth + 1, lines);
+}
+
+QStringList Transcript::state() const
+{
+    QStringList lines;
+    if (!container->isVisible())
+        return { u"the kit is closed"_s };
+    read(QAccessible::queryAccessibleInterface(container.get()), 0, lines);
+    for (const auto *label : container->findChildren<Label *>()) {
+        if (qobject_cast<NavigationBar *>(label->parentWidget()) && label->isVisible())
+            lines << u"title "_s + label->text();
+    }
+    const auto *const focused = QApplication::focusWidget();
+    lines << u"keyboard at "_s + (focused ? focused->objectName() : u"nothing"_s);
+    const auto of = [focused](auto query) { return focused->inputMethodQuery(query).toInt(); };
+    if (focused && focused->inputMethodQuery(Qt::ImEnabled).toBool()) {
+        lines.last() += u", the screen's "_s + nameOf(Qt::InputMethodHints(of(Qt::ImHints))) + u' '
+            + nameOf(Qt::EnterKeyType(of(Qt::ImEnterKeyType)))
+            + u" %1-%2"_s.arg(of(Qt::ImAnchorPosition)).arg(of(Qt::ImCursorPosition));
+    }
+    return lines;
+}
+
+// Without what no two runs have alike.
+QStringList Transcript::said(const std::string &printed)
+{
+    QString text = QString::fromStdString(printed);
+    static const QRegularExpression dates(u"Start Date: ([^\\]]+)\\].*?End Date: ([^\\]]+)\\]"_s,
+        QRegularExpression::DotMatchesEverythingOption);
+    for (auto all = dates.globalMatch(text); all.hasNext();) {
+        const auto each = all.next();
+        EXPECT_LE(each.captured(1), each.captured(2)) << "ended before it began";
+    }
+    const std::pair<const char *, const char *> masks[] = {
+        { R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)", "<date>" }, { R"(\b\d{13}\b)", "<time>" },
+        { R"(127\.0\.0\.1:\d+)", "<host>" }, { R"([A-Za-z0-9+/=]{40,})", "<signature>" },
+        { R"([0-9A-F]{8}(-[0-9A-F]{4,12}){4})", "<device>" },
+        { R"((deviceName|timezone|X-TRZ-Lang|X-TRZ-Sdk-Version)(\W+)[^",}]*)", R"(\1\2*)" }
+    };
+    for (const auto &[pattern, mask] : masks)
+        text.replace(QRegularExpression(QLatin1String(pattern)), QLatin1String(mask));
+    return text.split(u'\n', Qt::SkipEmptyParts);
+}
+
+// Nothing asks for a repaint in between but the events that are there.
+void Transcript::expectDrawn(const QString &name) const
+{
+    QWidget *const window = container->window();
+    QImage seen;
+    QImage fresh;
+    const auto isDrawn = [&] {
+        QCoreApplication::sendPostedEvents();
+        seen = window->screen()
+                   ->grabWindow(window->winId())
+                   .toImage()
+                   .convertToFormat(QImage::Format_RGB32);
+        fresh = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        return seen == fresh;
+    };
+    if (QTest::qWaitFor(isDrawn, 1000))
+        return;
+    for (int y = 0; y < fresh.height(); ++y) {
+        for (int x = 0; x < fresh.width(); ++x) {
+            if (!seen.valid(x, y) || seen.pixel(x, y) != fresh.pixel(x, y)) {
+                const auto *there = window->childAt(x, y);
+                ADD_FAILURE() << name.toStdString() << ": what is seen at " << x << ',' << y
+                              << " is not what is there: "
+                              << (there ? there->objectName().toStdString() : "the window");
+                return;
+            }
+        }
+    }
+}
+
+void Transcript::step(const QString &name, const std::function<void()> &act, size_t sends,
+    const std::function<bool()> &until)
+{
+    if (HasFailure()) // a walk that went wrong ends there
+        return;
+    SCOPED_TRACE(name.toStdString());
+    heard.clear();
+    testing::internal::CaptureStdout();
+    auto shown = qScopeGuard([this] { // what failed is said there, too
+        if (HasFailure())
+            std::cout << testing::internal::GetCapturedStdout() << std::flush;
+    });
+    act();
+    (void)QTest::qWaitFor([&] { return server.requests().size() >= m_sent + sends; });
+    QCoreApplication::sendPostedEvents(); // the request may be there before its overlay is
+    if (m_waits)
+        (void)waitForOverlay(true);
+    else
+        (void)(waitForOverlay(false) && drainSession() && (m_moves || rests()));
+    EXPECT_TRUE(QTest::qWaitFor(until)) << "was not seen";
+    QCoreApplication::processEvents();
+    if (HasFailure())
+        return;
+    shown.dismiss();
+    const std::string printed = testing::internal::GetCapturedStdout();
+    QStringList lines;
+    const auto requests = server.requests();
+    for (; m_sent < requests.size(); ++m_sent) {
+        const RawRequest &each = requests[m_sent];
+        const QByteArray text = each.body.isEmpty()
+            ? ""
+            : QJsonDocument(each.parameters()).toJson(QJsonDocument::Compact);
+        lines << said("sent " + (each.method() + ' ' + each.path() + ' ' + text).toStdString());
+    }
+    for (const QStringList told = delegate->outcomes(); m_told < told.size(); ++m_told)
+        lines << u"told "_s + told.at(m_told);
+    for (const QStringList words = m_words.heard(); m_worded < words.size(); ++m_worded)
+        lines << u"developer "_s + said(words.at(m_worded).toStdString()).join(u' ');
+    for (const QString &each : said(printed))
+        lines << u"log "_s + each;
+    for (const QString &each : std::as_const(heard))
+        lines << u"heard "_s + each;
+    const QStringList now = state();
+    lines << (now == m_state ? QStringList(u"as it was"_s) : now);
+    m_state = now;
+    steps.append({ name, lines });
+    expectDrawn(name);
+}
+
+void Transcript::hold()
+{
+    server.pause();
+    m_waits = true;
+}
+
+void Transcript::proceed()
+{
+    m_waits = false;
+    server.proceed();
+}
+
+void Transcript::open()
+{
+    step(
+        u"the kit opens"_s,
+        [this] {
+            hold();
+            present(&page);
+            container->setContentsMargins(0, 44, 0, 0);
+            container->setFocus();
+            EXPECT_TRUE(comesToFront(page));
+        },
+        1);
+}
+
+// clang-format off
+void Transcript::messagingRoad()
+{
+    const auto isStarted = [] { return !handlerArguments().isEmpty(); };
+    step(u"its apps come"_s, [this] { proceed(); });
+    key(u"Escape, which is the host's here"_s, Qt::Key_Escape);
+    step(u"an app pressed"_s, [this] { hands::press(row("tblKits", 0, 1)); });
+    step(u"drawn off it"_s, [this] { hands::moveTo(row("tblKits", 0, 1), { 0, -160 }); });
+    step(u"and let go"_s, [this] { hands::release(row("tblKits", 0, 1), { 0, -160 }); });
+    key(u"Down"_s, Qt::Key_Down);
+    for (const QString &each : { u"Tab"_s, u"Tab to Close"_s, u"Tab around"_s })
+        key(each, Qt::Key_Tab);
+    step(u"the first app"_s, [this] { hold(); tapRow(0); }, 1);
+    step(u"its link comes"_s, [this] { proceed(); }, 0, isStarted);
+    step(u"back from it"_s, [] { comeBack(); }, 1, told(1));
+    step(u"back once more"_s, [] { comeBack(); }, 1, told(2));
+    answer("/v1.0/check", R"({"meta":{"httpStatusCode":400}})");
+    step(u"the first app again"_s, [this] { tapRow(0); }, 1, isStarted);
+    step(u"back from it, refused"_s, [] { comeBack(); }, 1, told(3));
+    step(u"an app that is not there"_s, [this] { tapRow(1); });
+    answer("/v1.0/start", R"({"result":{"deeplink":"nobody://send","reference":"R-3"}})");
+    step(u"a link that nobody takes"_s, [this] { tapRow(0); }, 1);
+    answer("/v1.0/start", "[]");
+    step(u"a start that fails"_s, [this] { tapRow(0); }, 1, told(4));
+}
+
+void Transcript::phoneEntry()
+{
+    const QByteArray refused = R"({"meta":{"httpStatusCode":400}})";
+    answer("/v1.0/send-otp", refused);
+    tapped(u"the way by SMS"_s, "viewAlternativeKit");
+    tapped(u"Send of nothing"_s, "btnContinue");
+    step(u"the countries, awaited"_s, [this] { server.pause(); tap("viewCountryBack"); }, 1);
+    step(u"the countries come"_s, [this] { server.proceed(); (void)row("tblCountries", 1, 0); });
+    key(u"Down in them"_s, Qt::Key_Down);
+    key(u"Tab to Back"_s, Qt::Key_Tab);
+    key(u"Tab to the list"_s, Qt::Key_Tab);
+    key(u"N"_s, Qt::Key_N);
+    key(u"no choice"_s, Qt::Key_Escape);
+    for (const QString &each : { u"Norway"_s, u"Chad"_s, u"Norway again"_s })
+        step(each, [&] { pick(each.section(u' ', 0, 0)); }, 1);
+    answer("/v1.0/country", R"({"result":{}})");
+    step(u"no countries"_s, [this] { openPicker(); }, 1, [this] { return visible("lblEmpty") && textOf(visible("lblEmpty")).startsWith(u"No"_s); });
+    tapped(u"back from none"_s, "btnClose");
+    tapped(u"in the number"_s, "txtPhoneNumber");
+    step(u"a number"_s, [] { hands::keys(u"41234567"_s); });
+    step(u"all of it selected"_s, [] { hands::key(Qt::Key_A, Qt::ControlModifier); });
+    step(u"a tap beside it"_s, [this] { hands::click(container.get(), { 195, 700 }); });
+    key(u"Enter beside the field, refused"_s, Qt::Key_Return, 1);
+    answer("/v1.0/send-otp", "[]");
+    tapped(u"Send, not answered"_s, "btnContinue", 1);
+    answer("/v1.0/send-otp", R"({"result":{"reference":"R-4"}})");
+    step(u"Send"_s, [this] { hold(); tap("btnContinue"); }, 1);
+}
+
+void Transcript::codeEntry()
+{
+    const auto begins = [this] { return visible("txtCode0") && visible("txtCode0")->hasFocus(); };
+    const auto offer = [this] {
+        do // nobody knows when the kit has begun to listen
+            modem.tell({ u"sms"_s, u"0"_s, QString::number(++m_messages), u"3"_s,
+                uR"(Code\n@127.0.0.1 #7K2)"_s });
+        while (!QTest::qWaitFor([this] { return visible("btnMessageCode"); }, 300) && m_messages < 60);
+    };
+    step(u"the code's page"_s, [this] { proceed(); }, 0, begins);
+    step(u"a code is offered"_s, offer);
+    tapped(u"back from the offer"_s, "btnBack");
+    tapped(u"Send again"_s, "btnContinue", 1, begins);
+    step(u"a character"_s, [] { hands::keys(u"4"_s); });
+    key(u"back to it"_s, Qt::Key_Backtab);
+    step(u"a code is offered again"_s, offer);
+    tapped(u"it is taken"_s, "btnMessageCode");
+    answer("/v1.0/check-otp", R"({"meta":{"httpStatusCode":400}})");
+    step(u"Check, awaited"_s, [this] { hold(); hands::key(Qt::Key_Return); }, 1);
+    step(u"refused"_s, [this] { proceed(); }, 0, told(5));
+    answer("/v1.0/check-otp", "[]");
+    tapped(u"Check, not answered"_s, "btnCheck", 1, told(6));
+    answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
+    step(u"another code"_s, [this] { tap("txtCode0"); hands::keys(u"471"_s); });
+    tapped(u"Check"_s, "btnCheck", 1, told(7));
+    step(u"all emptied"_s, [] { hands::keys(u"\b\b\b\b"_s); });
+    tapped(u"Check of none"_s, "btnCheck");
+    tapped(u"no code came"_s, "btnTryAgain");
+    tapped(u"back to the number"_s, "btnBack");
+}
+
+void Transcript::hosts()
+{
+    step(u"in the number again"_s, [this] { tap("txtPhoneNumber"); hands::key(Qt::Key_End); });
+    step(u"the host shuts its window"_s, [this] { page.setEnabled(false); });
+    step(u"and opens it"_s, [this] { page.setEnabled(true); });
+    step(u"the host hides the kit"_s, [this] { container->hide(); });
+    step(u"and shows it"_s, [this] { container->show(); });
+    step(u"narrow and low"_s, [this] { container->resize(195, 422); });
+    step(u"on its side"_s, [this] { container->resize(844, 390); });
+    step(u"upright"_s, [this] { container->resize(390, 844); });
+    m_moves = true;
+    hands::Finger finger;
+    const int way = GetParam() == Qt::LeftToRight ? 1 : -1;
+    step(u"drawn from the edge"_s, [&] { finger.down(container.get(), { way == 1 ? 4 : 386, 300 }); finger.drag({ way * 240, 0 }); });
+    step(u"and half back"_s, [&] { finger.drag({ way * -120, 0 }); });
+    m_moves = false;
+    step(u"and let go of"_s, [&] { finger.drag({ way * -100, 0 }); finger.up(); });
+    tapped(u"Back"_s, "btnBack");
+    tapped(u"Close"_s, "btnClose");
+    const auto again = [this] { container->setParent(nullptr); present(&page); };
+    answer("/v1.0/init", R"({"result":{}})");
+    step(u"another kit, of nothing"_s, again, 1);
+    QFile icon(QStringLiteral(ICON));
+    ASSERT_TRUE(icon.open(QIODevice::ReadOnly));
+    server.answer("/icon.png", RawServer::http(200, icon.readAll(), "Content-Type: image/png\r\n"));
+    answer("/v1.0/init", uR"({"result":{"list":[{"app":"a","text":"Verify with A","icon":"%1"}]}})"_s.arg(server.url(u"/icon.png"_s)).toUtf8());
+    step(u"another, with a picture"_s, again, 2);
+}
+// clang-format on
+
+/// \return where the steps begin that differ; in brief
+QString differences(const Steps &seen, const Steps &approved)
+{
+    for (qsizetype i = 0; i < std::max(seen.size(), approved.size()); ++i) {
+        const auto [name, lines] = seen.value(i);
+        const auto [approvedName, approvedLines] = approved.value(i);
+        if (name != approvedName)
+            return u"step \"%1\" in place of \"%2\""_s.arg(name, approvedName);
+        for (qsizetype k = 0; k < std::max(lines.size(), approvedLines.size()); ++k) {
+            if (lines.value(k) != approvedLines.value(k))
+                return u"%1, line %2:\n  %3\nin place of\n  %4"_s.arg(name, QString::number(k + 1),
+                    lines.value(k, u"(no more)"_s), approvedLines.value(k, u"(no more)"_s));
+        }
+    }
+    return {};
+}
+
+void saveSteps(const QString &path, const Steps &steps)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
+    for (const auto &[name, lines] : steps)
+        file.write((u"# "_s + name + u'\n' + lines.join(u'\n') + u"\n\n"_s).toUtf8());
+}
+Steps stepsIn(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+    Steps steps;
+    const QString text = QString::fromUtf8(file.readAll());
+    for (const QString &each : text.split(u"\n\n"_s, Qt::SkipEmptyParts)) {
+        const QStringList lines = each.split(u'\n');
+        steps.append({ lines.first().mid(2), lines.mid(1) });
+    }
+    return steps;
+}
+
+/// Without what readers are told by Qt itself, where that is another than when it was approved.
+Steps ofAnyQt(Steps steps)
+{
+    static const QRegularExpression ours(u"^(sent|told|developer|log|title|keyboard) "_s);
+    if (QLibraryInfo::version().minorVersion() != 4) {
+        for (auto &[name, lines] : steps)
+            lines = lines.filter(ours);
+    }
+    return steps;
+}
+
+TEST_P(Transcript, IsTheApprovedOne)
+{
+    const auto written = qScopeGuard([this] { saveSteps(u"Transcript.seen.txt"_s, steps); });
+    open();
+    messagingRoad();
+    phoneEntry();
+    codeEntry();
+    hosts();
+    const QString file = QStringLiteral(APPROVED "/Transcript.txt"); // of both directions
+    if (GetParam() == Qt::LeftToRight && qEnvironmentVariable("TRANSCRIPT") == u"approve")
+        saveSteps(file, steps);
+    EXPECT_EQ(differences(ofAnyQt(steps), ofAnyQt(stepsIn(file))).toStdString(), "")
+        << "see Transcript.seen.txt here; TRANSCRIPT=approve takes it for the approved one";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Directions, Transcript, testing::Values(Qt::LeftToRight, Qt::RightToLeft), [](const auto &row) {
+        return std::string(row.param == Qt::LeftToRight ? "LeftToRight" : "RightToLeft");
+    });
+
+} // namespace
