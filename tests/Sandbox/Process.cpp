@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -114,18 +115,12 @@ testing::AssertionResult holds(const std::string &text, const std::string &part)
 
 std::vector<std::vector<std::string>> rowsOf(const std::string &table)
 {
-    const std::string arrow = " => ";
+    const std::regex arrow(" => ");
     std::vector<std::vector<std::string>> rows;
     std::istringstream lines(table);
-    for (std::string line; std::getline(lines >> std::ws, line);) {
-        auto &row = rows.emplace_back();
-        std::size_t begin = 0;
-        for (auto end = line.find(arrow); end != line.npos; end = line.find(arrow, begin)) {
-            row.push_back(line.substr(begin, end - begin));
-            begin = end + arrow.size();
-        }
-        row.push_back(line.substr(begin));
-    }
+    for (std::string line; std::getline(lines >> std::ws, line);)
+        rows.emplace_back(std::sregex_token_iterator(line.begin(), line.end(), arrow, -1),
+            std::sregex_token_iterator());
     return rows;
 }
 
