@@ -480,8 +480,8 @@ TEST(SandboxTranscript, IsAsApproved)
     std::string step;
     std::string now;
     const auto compare = [&] {
-        EXPECT_EQ(approved, now) << "  at " << step << "\n  If that is meant: APPROVE=" << path
-                                 << " SandboxTests --gtest_filter='SandboxTranscript.*'";
+        EXPECT_EQ(approved, now) << "  at " << step << "\n  If that is meant, once more with"
+                                 << " TRANSCRIPT=approve in the environment";
     };
     for (std::string each; std::getline(file, each);) {
         const auto isStep = each.starts_with("$ ");
@@ -499,6 +499,7 @@ TEST(SandboxTranscript, IsAsApproved)
     }
     compare();
     written += now;
-    if (const auto *target = std::getenv("APPROVE"))
-        std::ofstream(target) << written;
+    if (const auto *wish = std::getenv("TRANSCRIPT");
+        wish != nullptr && wish == std::string("approve"))
+        std::ofstream(path) << written;
 }
