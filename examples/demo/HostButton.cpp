@@ -88,6 +88,14 @@ void HostButton::focusInEvent(QFocusEvent *event)
     QAbstractButton::focusInEvent(event);
 }
 
+bool HostButton::focusNextPrevChild(bool next)
+{
+    const bool found = QAbstractButton::focusNextPrevChild(next);
+    m_ring |= hasFocus(); // it may be the only one on its page
+    update();
+    return found;
+}
+
 void HostButton::focusOutEvent(QFocusEvent *event)
 {
     m_ring = false;

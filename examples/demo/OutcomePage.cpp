@@ -42,7 +42,8 @@ QString lasting(std::chrono::seconds taken)
         return OutcomePage::tr("1 second");
     if (seconds < 60)
         return OutcomePage::tr("%1 seconds").arg(QLocale().toString(seconds));
-    return OutcomePage::tr("%1 min %2 s").arg(seconds / 60).arg(seconds % 60);
+    return OutcomePage::tr("%1 min %2 s")
+        .arg(QLocale().toString(seconds / 60), QLocale().toString(seconds % 60));
 }
 
 } // namespace
@@ -61,6 +62,8 @@ OutcomePage::OutcomePage(QWidget *parent)
     setAutoFillBackground(true);
     m_title->setObjectName(QStringLiteral("lblOutcome"));
     m_words->setObjectName(QStringLiteral("lblOutcomeWords"));
+    m_picture->setObjectName(QStringLiteral("imgOutcome"));
+    m_cardPlace->setObjectName(QStringLiteral("cardOutcome"));
     auto *place = new QVBoxLayout(m_cardPlace);
     place->setContentsMargins(0, 0, 0, 0);
 

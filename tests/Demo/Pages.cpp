@@ -1,7 +1,6 @@
 // The demo's own pages, with a hand on them.
 #include "AutoPlayer.h"
 #include "BackEnd.h"
-#include "Card.h"
 #include "DemoWindow.h"
 #include "Look.h"
 #include "OutcomePage.h"
@@ -49,8 +48,6 @@ TEST(DemoStart, LetsOneVerifyOnlyWhileTheSandboxRuns)
             << status->property("text").toString().toStdString() << " is not " << qPrintable(said);
         hands::click(partOf(page, "btnVerify"));
         EXPECT_EQ(taps.size(), counted);
-        EXPECT_EQ(partOf(page, "imgStatus")->grab().toImage().pixelColor(4, 4),
-            said == none ? demo::Look::fault : demo::Look::success);
     }
 }
 
@@ -68,7 +65,7 @@ TEST(DemoWindow, GivesTheKitAllItsRoomAndTellsOfTheLatestTryAlone)
     EXPECT_TRUE(QTest::qWaitFor([&] { return !verify->isVisible() && window.isAtRest(); }));
     window.resize(window.size() - QSize(40, 80));
     const auto *const kit = window.findChild<ParloquinViewController *>();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return kit->size() == window.size(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return kit->geometry() == window.rect(); }));
     hands::click(partOf(window, "btnClose"));
     const auto isBack = [&] { return !window.findChild<ParloquinViewController *>(); };
     EXPECT_TRUE(QTest::qWaitFor(isBack));
@@ -218,19 +215,6 @@ TEST(DemoPlayer, SaysAtOnceWhatFailsAndLeavesAPicture)
         "demo: FAILED: the window was closed while waiting: the host's window is in front\n");
     EXPECT_FALSE(soon.hasExpired());
     EXPECT_FALSE(QImage(folder.filePath(u"failed-here.png"_s)).isNull());
-}
-
-TEST(DemoCard, SetsItsLinesInWhereReadingBegins)
-{
-    demo::Card card(20);
-    card.setLayoutDirection(Qt::RightToLeft);
-    for (int row = 0; row < 2; ++row)
-        card.addRow(new QWidget, 30);
-    card.resize(100, 60);
-    card.show();
-    const QImage seen = card.grab().toImage();
-    const auto isLine = [&](int x) { return seen.pixelColor(x, 29) == demo::Look::cardLine; };
-    EXPECT_EQ(std::pair(isLine(18), isLine(81)), std::pair(true, false));
 }
 
 } // namespace

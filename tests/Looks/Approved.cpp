@@ -1,55 +1,12 @@
-// Every screen, in states that a person reaches, against the pictures in approved/, which somebody
-// looked at: whatever is drawn otherwise is seen here. tests/Looks/approve takes them anew,
-// tests/Looks/gallery in other sizes and at other ratios, to be looked at.
+// Every screen, in states that a person reaches, against the approved pictures. tests/Looks/gallery
+// takes them in other sizes and at other ratios, to be looked at.
 #include "Looks/Walk.h"
+#include "support/Approved.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QTranslator>
 
 namespace {
-
-constexpr int side = 5; // of a square, px
-/// Of 255, the mean of a square: letters stray so far from one Qt to the next, a line that is a
-/// pixel off strays further.
-constexpr int tolerance = 16;
-
-/// \return how far a square is from the other's, 0 to 255; of one colour in both, any difference
-/// counts
-int distance(const QImage &seen, const QImage &approved, const QRect &square)
-{
-    int sum = 0;
-    bool flat = true;
-    for (int y = square.top(); y <= square.bottom(); ++y) {
-        for (int x = square.left(); x <= square.right(); ++x) {
-            const QRgb a = seen.pixel(x, y);
-            const QRgb b = approved.pixel(x, y);
-            sum += std::max({ std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                std::abs(qBlue(a) - qBlue(b)) });
-            flat &= a == seen.pixel(square.topLeft()) && b == approved.pixel(square.topLeft());
-        }
-    }
-    const int mean = sum / (square.width() * square.height());
-    return flat && mean > 2 ? mean + tolerance : mean;
-}
-
-/// \return how many squares differ, and how the first one does; nothing where none does
-std::string strayed(const QImage &seen, const QImage &approved)
-{
-    if (seen.size() != approved.size())
-        return difference(seen, approved);
-    int count = 0;
-    std::ostringstream text;
-    for (int y = 0; y < seen.height(); y += side) {
-        for (int x = 0; x < seen.width(); x += side) {
-            const QRect square = QRect(x, y, side, side) & seen.rect();
-            if (distance(seen, approved, square) > tolerance && count++ == 0)
-                text << "the square from " << x << ',' << y << " is otherwise ("
-                     << difference(seen.copy(square), approved.copy(square), 2) << "), of squares ";
-        }
-    }
-    return count == 0 ? std::string() : text.str() + std::to_string(count);
-}
 
 struct Kind {
     std::string name;
@@ -87,25 +44,9 @@ protected:
         }
     }
 
-    /// Waits for it: pictures come, and the overlay turns.
     void expectApproved(const std::string &stop) const
     {
-        const QString name = u"%1-%2.png"_s.arg(QString::fromStdString(GetParam().name),
-            QString::fromStdString(stop).remove(u',').replace(u' ', u'-'));
-        const QString taken = qEnvironmentVariable("PICTURES"); // here, for somebody to look at
-        const QString file = (taken.isEmpty() ? QStringLiteral(APPROVED) : taken) + u'/' + name;
-        if (!taken.isEmpty()) {
-            QTest::qWait(200);
-            ASSERT_TRUE(picture().convertToFormat(QImage::Format_RGB32).save(file))
-                << qPrintable(file);
-            return;
-        }
-        const QImage approved(file);
-        if (QTest::qWaitFor([&] { return strayed(picture(), approved).empty(); }, 2000))
-            return;
-        picture().save(name);
-        ADD_FAILURE() << stop << ": " << strayed(picture(), approved) << "; see "
-                      << qPrintable(QDir().absoluteFilePath(name)) << " and " << qPrintable(file);
+        approved::expect(GetParam().name + '-' + stop, [this] { return picture(); });
     }
 
     void answerMuch();

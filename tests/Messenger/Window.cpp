@@ -1,4 +1,3 @@
-#include "sandbox/messenger/AppLook.h"
 #include "sandbox/messenger/DeepLink.h"
 #include "sandbox/messenger/MessengerWindow.h"
 #include "sandbox/messenger/TapButton.h"
@@ -140,19 +139,6 @@ TEST_F(Window, SaysInAnotherLanguageAllButTheNames)
         left.removeIf([](const QString &text) { return text.contains(u"AB2C-3D4E"_s); });
         EXPECT_EQ(left, (QSet<QString> { {}, u"Parlo"_s, u"Verification service"_s })) << language;
     }
-}
-
-TEST(TapButton, FliesAheadOfItsTextWhicheverWayThatIsRead)
-{
-    int begins[2]; // px from the side where reading begins
-    for (const bool isRightToLeft : { false, true }) {
-        TapButton button(TapButton::Kind::solid, { {}, {}, Qt::black, Qt::white }, u"Send"_s, {});
-        button.setLayoutDirection(isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
-        const QImage seen = button.grab().toImage().mirrored(isRightToLeft, false);
-        int &x = begins[isRightToLeft ? 1 : 0] = 0;
-        while (seen.rect().contains(++x, 27) && seen.pixelColor(x, 27).lightness() < 128) { }
-    }
-    EXPECT_NEAR(begins[1], begins[0], 1);
 }
 
 TEST_F(Window, ClosesAtOnceEvenWhileItSends)

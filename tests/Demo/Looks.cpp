@@ -1,0 +1,157 @@
+// The demo's pages in each state and language against the approved pictures, and how its sheets
+// move.
+#include "DemoWindow.h"
+#include "OutcomePage.h"
+#include "support/Approved.h"
+#include "support/Hands.h"
+#include "support/RawServer.h"
+#include "support/Widgets.h"
+
+#include <QtCore/QTranslator>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class ApprovedDemo : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        QFont font; // of the same version everywhere
+        font.setFamilies({ u"Noto Sans"_s, u"Noto Sans Arabic"_s });
+        QApplication::setFont(font);
+        QApplication::setStyle(new ParloquinTest::PacedStyle(0, u"Fusion"_s));
+        server.answer("/sandbox/health", RawServer::http(200, R"({"status":"running"})"));
+        qputenv("PARLOQUIN_SERVICE_HOST", server.hostAndPort().toLatin1());
+    }
+    void open(const QString &language, QSize size = { 390, 844 })
+    {
+        const QLocale locale(language);
+        QLocale::setDefault(locale);
+        QApplication::setLayoutDirection(locale.textDirection());
+        if (m_texts.load(locale, u"" TRANSLATIONS "/demo"_s, u"_"_s))
+            QCoreApplication::installTranslator(&m_texts);
+        window = std::make_unique<demo::DemoWindow>();
+        window->resize(size);
+        ASSERT_TRUE(comesToFront(*window));
+    }
+    [[nodiscard]] QWidget *part(const char *name) const
+    {
+        return window->findChild<QWidget *>(QLatin1String(name));
+    }
+    /// Of the window, or of what is between parts of it; as far as it is within a place.
+    void look(const std::string &name, const std::vector<const char *> &parts = {},
+        const QRect &within = { 0, 0, 390, 844 }) const
+    {
+        approved::expect(name, [this, parts, within] {
+            QCoreApplication::sendPostedEvents(); // layouts that are still to be made
+            QRect place;
+            for (const char *each : parts)
+                place |= QRect(part(each)->mapTo(window.get(), QPoint(-16, 0)),
+                    part(each)->size() + QSize(16, 0));
+            return window->grab((parts.empty() ? window->rect() : place) & within).toImage();
+        });
+    }
+    /// By the road of a person, whose try fails.
+    demo::OutcomePage &goToOutcome()
+    {
+        window->verify();
+        Q_EMIT window->findChild<ParloquinSignals *>()->failed(ParloquinSignals::ServerError);
+        [this] {
+            ASSERT_SOON(!window->findChild<ParloquinViewController *>() && window->isAtRest());
+        }();
+        return *window->findChild<demo::OutcomePage *>();
+    }
+    /// What the page says of the session once its back end has answered.
+    void confirm(demo::OutcomePage &page, const QByteArray &answer)
+    {
+        const QString id = u"6f9619ff-8b86-d011-b42d-00c04fc964ff"_s;
+        server.answer(
+            "/v1.0/result", RawServer::http(200, R"({"meta":{"httpStatusCode":)" + answer + '}'));
+        bool isOver = false;
+        window->backEnd().confirm(id, [&](const QString &fault) {
+            fault.isEmpty() ? page.showVerified(id, 61s) : page.showNotConfirmed(fault, 5s);
+            isOver = true;
+        });
+        ASSERT_SOON(isOver);
+    }
+
+    const QByteArray yes =
+        R"(200},"result":{"sessionId":"6f9619ff-8b86-d011-b42d-00c04fc964ff","validationStatus":true})";
+    RawServer server;
+    std::unique_ptr<demo::DemoWindow> window;
+
+private:
+    QTranslator m_texts;
+};
+
+TEST_F(ApprovedDemo, AtItsStart)
+{
+    server.pause();
+    open(u"en_US"_s);
+    QWidget *const verify = part("btnVerify");
+    look("start, looking", { "lblStatus" });
+    server.proceed();
+    ASSERT_SOON(verify->isEnabled());
+    look("start", {}, { 0, 0, 230, 844 });
+    hands::key(Qt::Key_Tab);
+    look("verify, ring", { "btnVerify" });
+    hands::press(verify);
+    look("verify, pressed", { "btnVerify" });
+    hands::moveTo(verify, { 0, -60 }); // let go of there, it is no tap
+    hands::release(verify, { 0, -60 });
+    look("verify, ring", { "btnVerify" });
+    qputenv("PARLOQUIN_SERVICE_HOST", RawServer::refusingHostAndPort().toLatin1());
+    ASSERT_SOON(!verify->isEnabled());
+    look("start, not running", { "lblStatus" });
+    look("verify, disabled", { "btnVerify" });
+}
+
+TEST_F(ApprovedDemo, AtEachOutcome)
+{
+    using Signals = ParloquinSignals;
+    open(u"en_US"_s);
+    demo::OutcomePage &page = goToOutcome();
+    look("no service", { "lblOutcome", "lblOutcomeWords" });
+    page.showFailed(Signals::AuthorizationError, 1s);
+    look("not authorised", { "cardOutcome", "lblOutcomeWords" });
+    look("failed", { "imgOutcome" });
+    look("failed, ways on", { "btnDone", "btnAgain" });
+    page.showFailed(Signals::UrlSchemeError, 59s);
+    look("no app", { "lblOutcomeWords" });
+    page.showAsking();
+    look("asking", { "imgOutcome" });
+    confirm(page, R"(200},"result":{"sessionId":"?","validationStatus":true})");
+    look("not confirmed", { "lblOutcomeWords" });
+    page.showNotConfirmed(u"The back end did not answer: Connection refused"_s, 59s);
+    look("no back end", { "lblOutcomeWords", "cardOutcome" });
+    confirm(page, yes);
+    look("verified");
+    for (const char *button : { "btnAgain", "btnCopy" }) {
+        hands::press(part(button));
+        look(std::string(button) + ", pressed", { button });
+        hands::moveTo(part(button), { 0, -60 });
+        hands::release(part(button), { 0, -60 });
+        look("verified");
+    }
+    hands::key(Qt::Key_Tab);
+    look("done, ring", { "btnDone" });
+    hands::key(Qt::Key_Tab);
+    look("again, ring", { "btnAgain" });
+    hands::click(part("btnCopy"));
+    look("copied", { "btnCopy" });
+}
+
+TEST_F(ApprovedDemo, InEachLanguage)
+{
+    open(u"ar_EG"_s, { 320, 480 });
+    ASSERT_SOON(part("btnVerify")->isEnabled());
+    look("ar, start", {}, { 160, 0, 160, 480 });
+    confirm(goToOutcome(), yes);
+    look("ar, verified", { "cardOutcome" });
+    open(u"de_DE"_s, { 320, 480 });
+    goToOutcome().showFailed(ParloquinSignals::AuthorizationError, 7s);
+    look("de, not authorised", { "cardOutcome" });
+}
+
+} // namespace

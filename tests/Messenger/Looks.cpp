@@ -1,0 +1,116 @@
+// The window in each state, of each app and in each language, against the approved pictures.
+#include "sandbox/messenger/MessengerWindow.h"
+#include "sandbox/messenger/TapButton.h"
+#include "support/Approved.h"
+#include "support/Hands.h"
+#include "support/RawServer.h"
+
+#include <QtCore/QTranslator>
+#include <QtWidgets/QApplication>
+
+using namespace messenger;
+using namespace Qt::StringLiterals;
+using namespace std::string_view_literals;
+
+namespace {
+
+class ApprovedMessenger : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        QFont font; // of the same version everywhere
+        font.setFamilies({ u"Noto Sans"_s, u"Noto Sans Arabic"_s });
+        QApplication::setFont(font);
+        answer(404, R"({"error":"no verification waits for this message"})");
+    }
+    void answer(int status, const QByteArray &body = "{}")
+    {
+        server.answer("/sandbox/messages", RawServer::http(status, body));
+    }
+    void open(const QString &app, QSize size = { 390, 640 })
+    {
+        window = std::make_unique<MessengerWindow>(
+            DeepLink { app, u"A & B"_s, u"Send <b>\nAB2C-3D4E"_s }, server.hostAndPort());
+        window->resize(size);
+        ASSERT_TRUE(comesToFront(*window));
+    }
+    /// Of the window, or of a place in it.
+    void look(const std::string &name, const QRect &place = {}) const
+    {
+        approved::expect(name, [this, place] {
+            QCoreApplication::sendPostedEvents(); // layouts that are still to be made
+            return window->grab(place.isNull() ? window->rect() : place).toImage();
+        });
+    }
+    [[nodiscard]] QRect placeOf(const QWidget *part) const
+    {
+        return { part->mapTo(window.get(), QPoint()), part->size() };
+    }
+    /// Prepared, on its way, and refused.
+    void lookAtTheRoad(const std::string &name, const QRect &prepared = {})
+    {
+        look(name, prepared);
+        server.pause();
+        hands::click(window->btnSend);
+        QCoreApplication::sendPostedEvents();
+        const QRect send = placeOf(window->btnSend);
+        look(name + ", sending", { 0, 280, 390, 100 });
+        look(name + ", send, disabled", send);
+        server.proceed();
+        look(name + ", refused", send.adjusted(-20, -50, 20, 0));
+    }
+
+    RawServer server;
+    std::unique_ptr<MessengerWindow> window;
+};
+
+TEST_F(ApprovedMessenger, InEachState)
+{
+    open(u"parlo"_s);
+    lookAtTheRoad("parlo");
+    look("parlo, emptied", { 100, 240, 80, 120 });
+    answer(202);
+    hands::click(window->btnSend);
+    look("parlo, sent", placeOf(window->findChild<QWidget *>(u"lblState"_s)));
+    open(u"of an app that is none of ours"_s);
+    look("parlo");
+    for (const auto *button : { window->btnSend, window->btnClose }) {
+        const std::string name = button == window->btnSend ? "send" : "close";
+        const QRect place = placeOf(button);
+        hands::moveTo(button, hands::middleOf(button));
+        look(name, place);
+        hands::press(button);
+        look(name + ", pressed", place);
+        hands::moveTo(button, { 0, -60 }); // let go of there, it is no tap
+        look(name, place);
+        hands::release(button, { 0, -60 });
+    }
+    for (const auto *button : { window->btnSend, window->btnClose }) {
+        hands::key(Qt::Key_Tab);
+        look(button == window->btnSend ? "send, ring" : "close, ring", placeOf(button));
+    }
+}
+
+TEST_F(ApprovedMessenger, OfEachApp)
+{
+    for (const QString &app : AppLook::apps().mid(1)) {
+        open(app);
+        server.pause();
+        hands::click(window->btnSend);
+        look(app.toStdString(), { 145, 0, 100, window->height() });
+    }
+}
+
+TEST_F(ApprovedMessenger, InEachLanguage)
+{
+    for (const auto *language : { "ar", "de" }) {
+        QTranslator texts;
+        ASSERT_TRUE(texts.load(u"" TRANSLATIONS "/messenger_%1.qm"_s.arg(QLatin1String(language))));
+        QCoreApplication::installTranslator(&texts);
+        QApplication::setLayoutDirection(QLocale(QLatin1String(language)).textDirection());
+        open(u"wrenly"_s);
+        lookAtTheRoad(language, language == "de"sv ? QRect(0, 0, 390, 112) : QRect());
+    }
+}
+
+} // namespace
