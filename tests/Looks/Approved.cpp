@@ -1,7 +1,8 @@
 // Every screen, in states that a person reaches, against the approved pictures. tests/Looks/gallery
 // takes them in other sizes and at other ratios, to be looked at.
-#include "Looks/Walk.h"
 #include "support/Approved.h"
+
+#include "Looks/Walk.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTranslator>
