@@ -52,9 +52,8 @@ protected:
     /// One thing that somebody does, and all that comes of it.
     /// \param sends so many requests; while the server waits, they are waited for alone
     /// \param until seen at last
-    void step(
-        const QString &name, const std::function<void()> &act, size_t sends = 0,
-        const std::function<bool()> &until = [] { return true; });
+    void step(const QString &name, const std::function<void()> &act, size_t sends = 0,
+        const std::function<bool()> &until = {});
     void open();
     void messagingRoad();
     void phoneEntry();
@@ -67,9 +66,8 @@ protected:
         step(
             name, [key] { hands::key(key); }, sends);
     }
-    void tapped(
-        const QString &name, const char *widget, size_t sends = 0,
-        const std::function<bool()> &until = [] { return true; })
+    void tapped(const QString &name, const char *widget, size_t sends = 0,
+        const std::function<bool()> &until = {})
     {
         step(
             name, [=, this] { tap(widget); }, sends, until);
@@ -181,8 +179,11 @@ void Transcript::read(QAccessibleInterface *node, int depth, QStringList &lines)
         line += u" shows"_s + cells.join(QString());
     }
     lines << line;
-    for (int i = 0; i < node->childCount(); ++i)
+    for (int i = 0; i < node->childCount(); ++i) {
+        EXPECT_EQ(node->child(i)->parent(), node) << line.toStdString();
+        EXPECT_EQ(node->indexOfChild(node->child(i)), i) << line.toStdString();
         read(node->child(i), depth + 1, lines);
+    }
 }
 
 QStringList Transcript::state() const
@@ -276,7 +277,7 @@ void Transcript::step(const QString &name, const std::function<void()> &act, siz
         (void)waitForOverlay(true);
     else
         (void)(waitForOverlay(false) && drainSession() && (m_moves || rests()));
-    EXPECT_TRUE(QTest::qWaitFor(until)) << "was not seen";
+    EXPECT_TRUE(!until || QTest::qWaitFor(until)) << "was not seen";
     QCoreApplication::processEvents();
     if (HasFailure())
         return;
@@ -338,9 +339,11 @@ void Transcript::messagingRoad()
     const auto isStarted = [] { return !handlerArguments().isEmpty(); };
     step(u"its apps come"_s, [this] { proceed(); });
     key(u"Escape, which is the host's here"_s, Qt::Key_Escape);
+    QApplication::setStyle(new ParloquinTest::PacedStyle(60)); // presses fade
     step(u"an app pressed"_s, [this] { hands::press(row("tblKits", 0, 1)); });
     step(u"drawn off it"_s, [this] { hands::moveTo(row("tblKits", 0, 1), { 0, -160 }); });
     step(u"and let go"_s, [this] { hands::release(row("tblKits", 0, 1), { 0, -160 }); });
+    QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     key(u"Down"_s, Qt::Key_Down);
     for (const QString &each : { u"Tab"_s, u"Tab to Close"_s, u"Tab around"_s })
         key(each, Qt::Key_Tab);
@@ -362,6 +365,8 @@ void Transcript::phoneEntry()
 {
     const QByteArray refused = R"({"meta":{"httpStatusCode":400}})";
     answer("/v1.0/send-otp", refused);
+    answer("/v1.0/country", R"({"result":{"list":[{"title":"Norway","countryCode":"NO","phoneCode":"+47"},
+        {"title":"Chad","countryCode":"TD","phoneCode":"+235"},{"title":"Corsica"}]}})");
     tapped(u"the way by SMS"_s, "viewAlternativeKit");
     tapped(u"Send of nothing"_s, "btnContinue");
     step(u"the countries, awaited"_s, [this] { server.pause(); tap("viewCountryBack"); }, 1);
@@ -373,6 +378,15 @@ void Transcript::phoneEntry()
     key(u"no choice"_s, Qt::Key_Escape);
     for (const QString &each : { u"Norway"_s, u"Chad"_s, u"Norway again"_s })
         step(each, [&] { pick(each.section(u' ', 0, 0)); }, 1);
+    QString many;
+    for (int i = 10; i < 40; ++i)
+        many += uR"({"title":"Land %1"},)"_s.arg(i);
+    answer("/v1.0/country", R"({"result":{"list":[)" + many.chopped(1).toUtf8() + "]}}");
+    step(u"many countries"_s, [this] { openPicker(); (void)row("tblCountries", 0, 0); }, 1);
+    key(u"the last of them"_s, Qt::Key_End);
+    step(u"less of them"_s, [this] { container->resize(390, 400); });
+    step(u"as many again"_s, [this] { container->resize(390, 844); });
+    tapped(u"back from many"_s, "btnClose");
     answer("/v1.0/country", R"({"result":{}})");
     step(u"no countries"_s, [this] { openPicker(); }, 1, [this] { return visible("lblEmpty") && textOf(visible("lblEmpty")).startsWith(u"No"_s); });
     tapped(u"back from none"_s, "btnClose");
@@ -410,10 +424,13 @@ void Transcript::codeEntry()
     answer("/v1.0/check-otp", "[]");
     tapped(u"Check, not answered"_s, "btnCheck", 1, told(6));
     answer("/v1.0/check-otp", R"({"result":{"sessionId":"S-2"}})");
-    step(u"another code"_s, [this] { tap("txtCode0"); hands::keys(u"471"_s); });
+    step(u"typed over it, in vain"_s, [this] { tap("txtCode0"); hands::keys(u"471"_s); });
     tapped(u"Check"_s, "btnCheck", 1, told(7));
     step(u"all emptied"_s, [] { hands::keys(u"\b\b\b\b"_s); });
     tapped(u"Check of none"_s, "btnCheck");
+    answer("/v1.0/check-otp", R"({"meta":{"httpStatusCode":400}})");
+    step(u"others typed"_s, [] { hands::keys(u"82"_s); });
+    tapped(u"refused after all"_s, "btnCheck", 1, told(8));
     tapped(u"no code came"_s, "btnTryAgain");
     tapped(u"back to the number"_s, "btnBack");
 }
@@ -437,6 +454,7 @@ void Transcript::hosts()
     step(u"and let go of"_s, [&] { finger.drag({ way * -100, 0 }); finger.up(); });
     tapped(u"Back"_s, "btnBack");
     tapped(u"Close"_s, "btnClose");
+    step(u"opened again"_s, [this] { container->show(); });
     const auto again = [this] { container->setParent(nullptr); present(&page); };
     answer("/v1.0/init", R"({"result":{}})");
     step(u"another kit, of nothing"_s, again, 1);

@@ -54,14 +54,6 @@ TEST_F(Flow, LeadsFromTheListToASessionId)
     EXPECT_TRUE(waitForOverlay(false));
     EXPECT_TRUE(container->isVisible()); // closing is the host's
 
-    const auto requests = server.requests();
-    ASSERT_EQ(requests.size(), 3U);
-    const QJsonObject start = requests[1].parameters();
-    EXPECT_EQ(start.value(u"app"_s).toString(), u"parlo"_s);
-    EXPECT_EQ(start.value(u"installedApps"_s).toString(),
-        uR"({"kite:\/\/":"0","not a url":"0","parlo:\/\/":"1"})"_s);
-    EXPECT_EQ(requests[2].parameters(), QJsonObject({ { u"reference"_s, u"R-1"_s } }));
-
     answer("/v1.0/check", R"({"result":{"validationStatus":true}})");
     comeBack();
     ASSERT_TRUE(waitForOutcomes(2));
@@ -231,22 +223,6 @@ TEST_F(Lifetime, DeletesItselfOverAMissingNetwork)
     EXPECT_SOON(!container);
     EXPECT_EQ(server.connections(), connections);
     EXPECT_EQ(delegate->outcomes().join(u','), u"failed 1,failed 1,failed 1");
-}
-
-TEST_F(Lifetime, ClosesByItsButtonAndOpensAgainAsItWas)
-{
-    presentLoaded();
-    tap("btnClose");
-    EXPECT_FALSE(container->isVisible());
-    container->show();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(find<TableView>("tblKits")->visibleCells().size(), 3);
-    EXPECT_EQ(container->findChildren<BarButtonItem *>(u"btnClose"_s).size(), 1);
-    EXPECT_FALSE(overlayIsUp());
-    tap("btnClose");
-    EXPECT_FALSE(container->isVisible());
-    EXPECT_EQ(delegate->outcomes(), QStringList());
-    EXPECT_EQ(paths(), QList<QByteArray>({ "/v1.0/init" }));
 }
 
 } // namespace

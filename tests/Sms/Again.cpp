@@ -99,9 +99,6 @@ const Round rounds[] = {
         [](R &r) { r.pick(u"Nowhere"_s), r.sendInVain(), r.pick(u"Chad"_s), r.sendInVain(); },
         u"send XN 41; send TD +23541"_s, u"Chad|+235|41"_s },
     { "CountryWithoutAPrefixShown", [](R &r) { r.pick(u"Nowhere"_s); }, {}, u"Nowhere||41"_s },
-    { "ChoiceChangedBack",
-        [](R &r) { r.sendInVain(), r.pick(u"Chad"_s), r.pick(u"Norway"_s), r.sendInVain(); },
-        u"send NO +4741; send NO +4741"_s, u"Norway|+47|41"_s },
     { "ChoiceGivenUp",
         [](R &r) { r.openPicker(), r.tap("btnClose"), (void)r.rests(), r.sendInVain(); },
         u"send NO +4741"_s, u"Norway|+47|41"_s },
@@ -143,14 +140,6 @@ const Round rounds[] = {
         },
         u"send NO +4741"_s + u"; check r1 NO 41 4"_s.repeated(4), u"4||"_s,
         u"succeeded s, succeeded , failed 0, failed 1"_s },
-    { "CheckOfTheSameCode",
-        [](R &r) {
-            r.send(reference("r1")), r.code(u"471"_s), r.check(rightCode), r.check(refused),
-                r.check(dropped);
-            r.check(rightCode);
-        },
-        u"send NO +4741"_s + u"; check r1 NO 41 471"_s.repeated(4), u"4|7|1"_s,
-        u"succeeded s, failed 0, failed 1, succeeded s"_s },
 };
 
 INSTANTIATE_TEST_SUITE_P(Rounds, Again, testing::ValuesIn(rounds), byName);

@@ -92,12 +92,7 @@ protected:
 
 TEST_F(MessageCode, IsOfferedOverThePageAndFilledInByATap)
 {
-    const QRect before = frame("btnTryAgain");
     ASSERT_TRUE(isOffered(u"7K2"_s, u"1"_s));
-    EXPECT_EQ(frame("btnTryAgain"), before);
-    EXPECT_EQ(frame("btnMessageCode"), QRect(20, 769, 350, 55));
-    EXPECT_EQ(boxes(), u"[]||");
-    EXPECT_TRUE(bodies("check-otp").isEmpty());
     container->resize(195, 422); // at twice the scale
     hands::wheel(container.get(), { 100, 200 }, {}, { 0, -12000 });
     EXPECT_EQ(frame("btnMessageCode").top() - 1 - frame("btnTryAgain").bottom(), 20);
