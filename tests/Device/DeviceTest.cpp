@@ -45,7 +45,7 @@ TEST(Device, SaysWhatTheFilesOfTheSystemSay)
         // set
         { known, u"shop.example"_s, u"0B37B271-5797-48C0-AFD0-269AAEB54737"_s, "VERSION_ID=12\n",
             u"12"_s },
-        { known, u"bank.example"_s, u"91257EB6-5C1F-41CC-B4D1-EA2A66E0149C"_s, "ID=rolling\n" },
+        { known, {}, u"796CD307-8AF1-4636-B53D-26B3B5555422"_s, "ID=rolling\n" },
         { "", {}, u""_s, "ID=rolling\n" },
         { "uninitialized\n", u"shop.example"_s, u""_s, "VERSION_ID=unknown\n" },
         { "00000000000000000000000000000000\n", u"shop.example"_s, u""_s, "ID=rolling\n" },

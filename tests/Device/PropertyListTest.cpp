@@ -110,7 +110,7 @@ QByteArray inLongList(const QByteArray &last)
 const ListRow listRows[] = {
     { "NoFile", {}, absent, "", "rm $0" },
     { "Xml", dictionary("<key>key</key><string>a &amp; \xC3\xA9</string>"), "a & \xC3\xA9" },
-    { "XmlWithMark", "\xEF\xBB\xBF" + good, "x" },
+    { "XmlWithMarkAndNoHead", "\xEF\xBB\xBF" + good.mid(good.indexOf("<plist")), "x" },
     { "Binary", binary({ "\xD1\x01\x02", key, "\x55value" }), "value" },
     { "BinaryUtf16", binary({ "\xD1\x01\x02", key, QByteArray("\x61\x20\xAC", 3) }),
         "\xE2\x82\xAC" },
