@@ -172,8 +172,11 @@ void Transcript::read(QAccessibleInterface *node, int depth, QStringList &lines)
     if (const auto *table = qobject_cast<const TableView *>(widget)) {
         QStringList cells; // also those that are left over
         for (const auto *cell : table->findChildren<TableCell *>()) {
-            if (cell->isVisible())
-                cells << frameOf({ cell->mapToGlobal(QPoint()), cell->size() });
+            if (!cell->isVisible())
+                continue;
+            cells << frameOf({ cell->mapToGlobal(QPoint()), cell->size() });
+            for (const auto *label : cell->findChildren<Label *>())
+                cells.last() += label->isVisible() ? u' ' + label->text() : QString();
         }
         cells.sort();
         line += u" shows"_s + cells.join(QString());
@@ -340,9 +343,10 @@ void Transcript::messagingRoad()
     step(u"its apps come"_s, [this] { proceed(); });
     key(u"Escape, which is the host's here"_s, Qt::Key_Escape);
     QApplication::setStyle(new ParloquinTest::PacedStyle(60)); // presses fade
-    step(u"an app pressed"_s, [this] { hands::press(row("tblKits", 0, 1)); });
-    step(u"drawn off it"_s, [this] { hands::moveTo(row("tblKits", 0, 1), { 0, -160 }); });
-    step(u"and let go"_s, [this] { hands::release(row("tblKits", 0, 1), { 0, -160 }); });
+    const auto panel = [this] { return visible("viewAlternativeKit"); };
+    step(u"the way by SMS pressed"_s, [&] { hands::press(panel()); });
+    step(u"drawn off it"_s, [&] { hands::moveTo(panel(), { 0, -160 }); });
+    step(u"and let go"_s, [&] { hands::release(panel(), { 0, -160 }); });
     QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     key(u"Down"_s, Qt::Key_Down);
     for (const QString &each : { u"Tab"_s, u"Tab to Close"_s, u"Tab around"_s })
