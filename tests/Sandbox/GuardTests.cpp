@@ -49,34 +49,6 @@ const Visit visits[] = {
 };
 }
 
-TEST(SandboxGuard, ServesItsPageToNoOtherAndWithNothingOfOthers)
-{
-    const Sandbox sandbox;
-    for (const auto &[file, type] : { std::pair("/", "text/html; charset=utf-8"),
-             { "/main.js", "text/javascript; charset=utf-8" },
-             { "/style.css", "text/css; charset=utf-8" }, { "/icon.svg", "image/svg+xml" } }) {
-        const auto answer = httplib::Client("127.0.0.1", sandbox.pagePort())
-                                .Get(file, { { "Accept-Encoding", "identity" } });
-        ASSERT_TRUE(answer) << file;
-        std::string headers;
-        for (const auto &[name, value] : std::map(answer->headers.begin(), answer->headers.end()))
-            if (name != "Connection" && name != "Content-Length")
-                headers += name + ": " + value + '\n';
-        EXPECT_EQ(headers,
-            R"(Cache-Control: no-store
-Content-Security-Policy: default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; )"
-            "connect-src 'self'; base-uri 'none'; form-action 'none'; "
-            "frame-ancestors 'none'; require-trusted-types-for 'script'; "
-            "trusted-types 'none'\nContent-Type: "
-                + std::string(type) + R"(
-Cross-Origin-Opener-Policy: same-origin
-Cross-Origin-Resource-Policy: same-origin
-Referrer-Policy: no-referrer
-X-Content-Type-Options: nosniff
-)");
-    }
-}
-
 TEST(SandboxGuard, LetsOnlyItsOwnPageIn)
 {
     const Sandbox sandbox;

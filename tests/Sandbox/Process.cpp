@@ -113,17 +113,6 @@ testing::AssertionResult holds(const std::string &text, const std::string &part)
         : testing::AssertionFailure() << "no \"" << part << "\" in: " << text;
 }
 
-std::vector<std::vector<std::string>> rowsOf(const std::string &table)
-{
-    const std::regex arrow(" => ");
-    std::vector<std::vector<std::string>> rows;
-    std::istringstream lines(table);
-    for (std::string line; std::getline(lines >> std::ws, line);)
-        rows.emplace_back(std::sregex_token_iterator(line.begin(), line.end(), arrow, -1),
-            std::sregex_token_iterator());
-    return rows;
-}
-
 std::string expectEnd(const std::vector<std::string> &words, int code, const std::string &part)
 {
     Process program(words);

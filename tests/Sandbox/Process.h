@@ -50,8 +50,6 @@ private:
 };
 
 testing::AssertionResult holds(const std::string &text, const std::string &part);
-/// The lines of a table, their columns parted by " => ".
-std::vector<std::vector<std::string>> rowsOf(const std::string &table);
 /// Runs it to its end, which must be \p code, once it said \p part. \return all that it said
 std::string expectEnd(
     const std::vector<std::string> &words, int code, const std::string &part = {});

@@ -60,7 +60,7 @@ std::string visible(const std::string &text)
 /// Of what is long the beginning, and what any other change shows in.
 std::string shortened(const std::string &text)
 {
-    constexpr std::size_t most = 1500;
+    constexpr std::size_t most = 1000;
     constexpr std::size_t kept = 300;
     if (text.size() <= most)
         return text;
@@ -169,7 +169,7 @@ private:
             return "(" + std::string(match[1]).replace(match.length(1) - 2, 2, "..") + ") seconds "
                 + match[2].str();
         });
-        return rewritten(text, "^[0-9:]{8}  ", [](const auto &) { return "(clock)  "; });
+        return rewritten(text, "^[0-9:]{8}  ", [](const auto &) { return "- "; });
     }
 
     void start()
@@ -300,6 +300,9 @@ private:
             sign = digits.str();
         } else if (as == "unpadded") {
             sign.pop_back();
+        } else if (as == "url") {
+            std::replace(sign.begin(), sign.end(), '+', '-');
+            std::replace(sign.begin(), sign.end(), '/', '_');
         }
         const auto data = encrypted(plain, m_step.contains("key") ? std::string(32, 'k') : secret);
         request.set("X-TRZ-Req-Timestamp", stamp);
@@ -388,13 +391,12 @@ private:
         tellJournal(said);
     }
 
-    /// What comes again and again is told once, by a number.
+    /// What comes again and again is told once, then by a digest.
     std::string once(const char *series, const std::string &text)
     {
-        const auto known = m_told[series].size() + 1;
-        const auto [place, isNew] = m_told[series].emplace(text, known);
-        return std::string("(") + series + " " + std::to_string(place->second) + ")"
-            + (isNew ? " " + text : "");
+        const auto digest = sandbox::toBase64(sandbox::hmacSha256(text, "once")).substr(0, 5);
+        const auto isNew = m_told[series].emplace(digest, 0).second;
+        return std::string("(") + series + " " + digest + ")" + (isNew ? " " + text : "");
     }
 
     /// Of an entry what could not be known from the request, the answer and the console.
@@ -402,6 +404,8 @@ private:
     {
         const auto page = m_sandbox->get(
             "/sandbox/journal?view=list&limit=50&after=" + std::to_string(m_revision));
+        if (page["status"] != 200)
+            return line("it no longer answers");
         m_revision = page["revision"];
         for (const auto &each : page["exchanges"]) {
             auto entry = m_sandbox->get("/sandbox/journal/" + each["id"].dump());
