@@ -21,6 +21,7 @@ constexpr int descriptionMargin = 30; // over and under it
 constexpr int panelHeight = 105;
 constexpr int panelTitleHeight = 20; // of one line
 constexpr int panelTitleRoom = 35; // down to what stands under it
+constexpr int smallestPanelTitle = 9; // px; only at twice the scale is it below the usual one
 
 } // namespace
 
@@ -86,7 +87,7 @@ void ParloquinMainViewController::setAlternativePanel()
     lblAlternateKitTitle->setNumberOfLines(0);
     lblAlternateKitTitle->setLeastHeight(panelTitleHeight);
     lblAlternateKitTitle->setMostHeight(panelTitleRoom);
-    lblAlternateKitTitle->setShrinksToFit(Style::smallestText);
+    lblAlternateKitTitle->setShrinksToFit(smallestPanelTitle);
     lblAlternateKitTitle->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
 
     iconSms = new ImageView(viewAlternativeKit);

@@ -18,6 +18,7 @@ constexpr int symbolSize = 40; // px, as all here
 constexpr int symbolGap = 12; // under the symbol
 constexpr int plateGap = 10; // to the overlay's plate
 constexpr int sideMargin = 25;
+constexpr int tailRoom = 2; // for the tails of letters, between whole pixels of the device
 constexpr int leastTop = 8;
 constexpr int usualTop = 48;
 
@@ -96,8 +97,8 @@ void EmptyLook::layOut()
     }
     imgEmpty->setVisible(hasSymbol && !text().isEmpty());
     imgEmpty->setGeometry((width() - symbolSize) / 2, top, symbolSize, symbolSize);
-    lblEmpty->setGeometry(
-        sideMargin, hasSymbol ? top + symbolSize + symbolGap : top, lineWidth, lineHeight);
+    lblEmpty->setGeometry(sideMargin, hasSymbol ? top + symbolSize + symbolGap : top, lineWidth,
+        lineHeight + tailRoom);
 }
 
 } // namespace parloquin

@@ -102,7 +102,7 @@ void ScrollView::resizeEvent(QResizeEvent *)
     revealFocus();
 }
 
-int ScrollView::maxOffset() const { return std::max(m_least - height() - m_spared, 0); }
+int ScrollView::maxOffset() const { return std::max(m_least - height(), 0); }
 
 void ScrollView::setOffset(int offset)
 {
@@ -113,10 +113,8 @@ void ScrollView::setOffset(int offset)
 void ScrollView::fitParent()
 {
     QRect place = parentWidget()->rect();
-    const bool isCovered = m_cover && m_cover->isVisibleTo(parentWidget());
-    m_spared = isCovered ? cutLine(m_cover->y()) : 0;
-    if (isCovered)
-        place.setBottom(std::min(place.bottom(), m_cover->y() - 1 - m_spared));
+    if (m_cover && m_cover->isVisibleTo(parentWidget()))
+        place.setBottom(std::min(place.bottom(), m_cover->y() - 1 - cutLine(m_cover->y())));
     setGeometry(place);
 }
 

@@ -54,7 +54,6 @@ private:
     int m_margin = 0;
     int m_least = 0; // px that the form is high
     int m_offset = 0; // px scrolled
-    int m_spared = 0; // px over the cover that stay free
 };
 
 } // namespace parloquin

@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>Phone Number..</source>
-        <translation>Telefonnummer..</translation>
+        <translation>Ihre Nummer..</translation>
     </message>
     <message>
         <source>Send SMS</source>

