@@ -20,7 +20,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    QTimer m_timer;
+    QTimer m_timer { this };
     int m_step = 0;
 };
 

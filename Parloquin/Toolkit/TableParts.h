@@ -81,7 +81,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    QTimer m_timer;
+    QTimer m_timer { this };
 };
 
 } // namespace parloquin

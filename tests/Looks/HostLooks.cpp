@@ -90,14 +90,12 @@ protected:
             dressed->setStyleSheet(sheet);
     }
 
-    /// The overlay turns: each of its steps is as good as any.
+    /// The overlay turns: each of its twelve steps is as good as any.
     using Pictures = std::vector<QImage>;
     Pictures pictures(const std::string &stop) const
     {
-        Pictures seen { picture() };
-        const auto isKnown = [&] { return std::ranges::count(seen, picture()) > 0; };
-        while (stop == "overlay" && seen.size() < 12 && QTest::qWaitFor(std::not_fn(isKnown)))
-            seen.push_back(picture());
+        Pictures seen(stop == "overlay" ? 12 : 1);
+        std::ranges::generate(seen, [this] { return picture(); });
         return seen;
     }
 

@@ -66,7 +66,7 @@ inline void expect(const std::string &stop, const std::function<QImage()> &pictu
         return;
     }
     const QImage approved(file);
-    if (QTest::qWaitFor([&] { return strayed(picture(), approved).empty(); }, 2000))
+    if (QTest::qWaitFor([&] { return strayed(picture(), approved).empty(); }))
         return;
     picture().save(name);
     ADD_FAILURE() << stop << ": " << strayed(picture(), approved) << "; see "
