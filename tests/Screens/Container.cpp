@@ -34,8 +34,9 @@ const QTemporaryDir &desktop()
         const QByteArray arguments = folder.filePath(u"arguments"_s).toUtf8();
         const QString program = folder.filePath(u"messenger"_s);
         write(program,
-            "#!/bin/sh\nprintf x >> '" + arguments + ".starts'\nprintf '%s\\0' \"$@\" > '"
-                + arguments + ".new'\nmv '" + arguments + ".new' '" + arguments + "'\n",
+            "#!/bin/sh\nprintf '%s\\n' \"$*\" >> '" + arguments
+                + ".starts'\nprintf '%s\\0' \"$@\" > '" + arguments + ".new'\nmv '" + arguments
+                + ".new' '" + arguments + "'\n",
             true);
         QByteArray defaults = "[Default Applications]\n";
         const auto install = [&defaults](const QByteArray &scheme, const QByteArray &command) {
@@ -302,10 +303,11 @@ QStringList ContainerTest::handlerArguments()
 
 void ContainerTest::forgetHandlerArguments() { QFile::remove(desktop().filePath(u"arguments"_s)); }
 
-int ContainerTest::takeHandlerStarts()
+int ContainerTest::takeHandlerStarts(const QByteArray &link)
 {
     QFile file(desktop().filePath(u"arguments.starts"_s));
-    const auto size = file.size();
+    const bool isStarted = file.open(QIODevice::ReadOnly);
+    const auto starts = (isStarted ? file.readAll() : QByteArray()).split('\n');
     file.remove();
-    return static_cast<int>(size);
+    return static_cast<int>(link.isEmpty() ? starts.size() - 1 : starts.count(link));
 }
