@@ -166,7 +166,8 @@ private:
                 return distanceOf(match[0]) + (match[1].matched ? ".ms" : "");
             });
         text = rewritten(text, "([0-9]{3,}) seconds (old|ahead)", [](const std::smatch &match) {
-            return "(" + std::string(match[1]).replace(match.length(1) - 2, 2, "..") + ") seconds "
+            const auto hundreds = std::string(match[1]).substr(0, match.length(1) - 2) + "..";
+            return (match.length(1) > 6 ? "(years of)" : "(" + hundreds + ")") + " seconds "
                 + match[2].str();
         });
         return rewritten(text, "^[0-9:]{8}  ", [](const auto &) { return "- "; });
@@ -178,8 +179,9 @@ private:
         m_revision = 0;
         m_told.clear();
         m_meant.clear();
-        mean(std::to_string(m_sandbox->port()), "(port)");
-        mean(std::to_string(m_sandbox->pagePort()), "(page's port)");
+        // With the colon before it: five digits alone may be part of an id.
+        mean(":" + std::to_string(m_sandbox->port()), ":(port)");
+        mean(":" + std::to_string(m_sandbox->pagePort()), ":(page's port)");
         mean("8f2d6b7a41c05e93d7a8614f0be2395cc6710f4d92ab38e5570d1c64fa83b92e", "(secret)");
         lines(m_sandbox->process().takeOutput());
     }
