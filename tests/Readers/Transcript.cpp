@@ -409,10 +409,10 @@ void Transcript::codeEntry()
 {
     const auto begins = [this] { return visible("txtCode0") && visible("txtCode0")->hasFocus(); };
     const auto offer = [this] {
-        do // nobody knows when the kit has begun to listen
+        do // nobody knows when the kit has begun to listen; a second one may come in late
             modem.tell({ u"sms"_s, u"0"_s, QString::number(++m_messages), u"3"_s,
                 uR"(Code\n@127.0.0.1 #7K2)"_s });
-        while (!QTest::qWaitFor([this] { return visible("btnMessageCode"); }, 300) && m_messages < 60);
+        while (!QTest::qWaitFor([this] { return visible("btnMessageCode"); }, 1500) && m_messages < 20);
     };
     step(u"the code's page"_s, [this] { proceed(); }, 0, begins);
     step(u"a code is offered"_s, offer);
