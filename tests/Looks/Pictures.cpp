@@ -61,8 +61,6 @@ TEST(Pictures, KeepTheirShapeAndTheirSide)
         { { 80, 20 }, fill, Qt::AlignCenter, rtl, "rrgg/rrgg/bbkk/bbkk/" },
         { { 80, 40 }, fit, Qt::AlignCenter, ltr, "..../rrgg/bbkk/..../" },
         { { 20, 40 }, fit, Qt::AlignCenter, ltr, ".rg./.rg./.bk./.bk./" },
-        { { 80, 40 }, fit, Qt::AlignTop, ltr, "rrgg/bbkk/..../..../" },
-        { { 80, 40 }, fit, Qt::AlignBottom, ltr, "..../..../rrgg/bbkk/" },
         { { 20, 40 }, fit, Qt::AlignLeading, ltr, "rg../rg../bk../bk../" },
         { { 20, 40 }, fit, Qt::AlignLeading, rtl, "..rg/..rg/..bk/..bk/" },
         { { 4, 4 }, fit, Qt::AlignCenter, ltr, "rrgg/rrgg/bbkk/bbkk/" },

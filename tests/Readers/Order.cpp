@@ -1,4 +1,4 @@
-// What readers hear by itself, and what of it last: they stop what they say for what comes later.
+// What readers hear of a code, and what of it last: they stop what they say for what comes later.
 #include "Readers/Heard.h"
 #include "Screens/Hosts.h"
 #include "support/ModemBus.h"
@@ -7,38 +7,12 @@
 
 namespace {
 
-class Order : public InEveryHost {
-protected:
-    [[nodiscard]] static QString lastFocus()
-    {
-        const QStringList all = Heard::events.filter(QRegularExpression(u"^focus "_s));
-        return all.isEmpty() ? QString() : all.last();
-    }
-
-    const Heard heard;
-};
-
-// Also when the host gives the keyboard to the container that the overlay covers.
-TEST_P(Order, NothingOfWhatTheOverlayCovers)
-{
-    server.pause();
-    HostTest::show(std::get<0>(GetParam()), std::get<1>(GetParam()));
-    ASSERT_TRUE(waitForOverlay(true));
-    container->setFocus();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(lastFocus(), u"focus Loading");
-    server.proceed();
-    ASSERT_TRUE(waitForOverlay(false));
-    EXPECT_SOON(lastFocus() == u"focus Verify with Parlo"_s) << lastFocus().toStdString();
-}
-
-INSTANTIATE_TEST_SUITE_P(Hosts, Order, everyHost, byHost);
-
-class OrderOfACode : public Order { };
+class Order : public HostTest { };
 
 // The message often comes while the page slides in.
-TEST_P(OrderOfACode, ThePageItsFirstBoxAndTheOffer)
+TEST_F(Order, ThePageItsFirstBoxAndTheOffer)
 {
+    const Heard heard;
     ModemBus modem;
     modem.play("start bus; start service; await; modem 0 20801");
     open();
@@ -71,8 +45,5 @@ TEST_P(OrderOfACode, ThePageItsFirstBoxAndTheOffer)
         ASSERT_TRUE(seen("txtPhoneNumber"));
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Hosts, OrderOfACode, testing::Values(std::make_tuple(Host::window, Qt::LeftToRight)), byHost);
 
 } // namespace

@@ -56,7 +56,6 @@ public:
     [[nodiscard]] bool rests() const; ///< waits for it
     /// Waits for a part of a screen that has come to rest.
     [[nodiscard]] testing::AssertionResult seen(const char *name) const;
-    /// Waits for the row.
     [[nodiscard]] parloquin::TableCell *row(const char *table, int section, int at) const;
     [[nodiscard]] bool overlayIsUp() const;
     [[nodiscard]] bool waitForOverlay(bool up) const;
@@ -81,7 +80,6 @@ public:
     /// Norway, 41234567.
     /// \param other of a host; it takes the keyboard while the number is sent
     void goToCode(QWidget *other = nullptr) const;
-    /// The app leaves for another and comes back.
     static void comeBack();
 
     [[nodiscard]] QList<QByteArray> paths() const; ///< of the requests so far

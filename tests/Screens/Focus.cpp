@@ -29,33 +29,6 @@ QString roundOf(const QWidget &container, Qt::Key key)
 
 class Focus : public InEveryHost { };
 
-TEST_P(Focus, GoesThroughEachScreenByTabBothWays)
-{
-    open();
-    const auto expectRound = [&](const char *first, const QString &rest) {
-        visible(first)->setFocus();
-        QStringList names = rest.split(u' ');
-        if (around)
-            names.append(u"-"_s);
-        const QString last = QLatin1String(first);
-        EXPECT_EQ(roundOf(*container, Qt::Key_Tab), names.join(u' ') + u' ' + last);
-        std::ranges::reverse(names);
-        EXPECT_EQ(roundOf(*container, Qt::Key_Backtab), names.join(u' ') + u' ' + last);
-    };
-    expectRound("tblKits", u"viewAlternativeKit btnClose"_s);
-    goToNumber();
-    openPicker();
-    expectRound("tblCountries", u"btnClose"_s);
-    hands::key(Qt::Key_Escape);
-    ASSERT_TRUE(seen("viewCountryBack"));
-    expectRound("viewCountryBack", u"txtPhoneNumber btnContinue btnBack"_s);
-    hands::key(Qt::Key_Escape);
-    ASSERT_TRUE(seen("tblKits"));
-    goToNumber();
-    goToCode();
-    expectRound("txtCode0", u"txtCode1 txtCode2 btnCheck btnTryAgain btnBack"_s);
-}
-
 // Turned away from or hidden; disabled with all around it, as while a host asks its back end; or
 // moved to another window.
 TEST_P(Focus, IsWhereItWasWhenTheContainerComesBack)

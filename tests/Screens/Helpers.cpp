@@ -75,7 +75,6 @@ TEST_P(Picture, IsShownWhenItIsOneAndSmall)
     fetch(&view, server, "/a");
     EXPECT_EQ(view.contentMode(), ContentMode::aspectFit);
     ASSERT_TRUE(server.waitForRequests(1));
-    EXPECT_EQ(server.requests()[0].method(), "GET");
     if (const QSize size = shown; !size.isEmpty()) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return view.image().size() == size; }));
         return;
@@ -115,27 +114,14 @@ TEST(LatePicture, ArrivesInAViewThatHasAnotherByNow)
     server.answer("/fast", RawServer::http(200, picture({ 6, 6 }, "PNG"), type));
     auto view = std::make_unique<ImageView>();
     const auto load = [&](const char *path) { fetch(view.get(), server, path); };
-    const auto unseen = [&view] { // of what it would draw
-        std::string off;
-        (void)QTest::qWaitFor([&] {
-            off = difference(
-                view->screen()->grabWindow(view->winId()).toImage(), view->grab().toImage());
-            return off.empty();
-        });
-        return off;
-    };
-    EXPECT_TRUE(comesToFront(*view));
     load("/fast");
     ASSERT_TRUE(QTest::qWaitFor([&] { return view->image().width() == 6; }));
     server.pause();
     load("/slow");
     ASSERT_TRUE(server.waitForRequests(2));
-    EXPECT_EQ(unseen(), "") << "of the first";
     view->setImage({}); // reused for another row
-    EXPECT_EQ(unseen(), "") << "of none";
     server.proceed();
     EXPECT_TRUE(QTest::qWaitFor([&] { return view->image().width() == 5; }));
-    EXPECT_EQ(unseen(), "") << "of the second";
 
     server.pause();
     load("/slow");

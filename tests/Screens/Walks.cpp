@@ -31,7 +31,6 @@ void Walk::lead(bool byKeys)
         hands::key(key);
     };
 
-    // By messaging app.
     if (byKeys) {
         EXPECT_EQ(focusName(), u"tblKits");
         hands::key(Qt::Key_Home);
@@ -46,7 +45,6 @@ void Walk::lead(bool byKeys)
     EXPECT_EQ(takeHandlerStarts(link), 1);
     ASSERT_TRUE(settle(3)); // an outcome may be there before the overlay is
 
-    // By SMS, and back again from each screen on the way.
     if (byKeys) {
         EXPECT_EQ(focusName(), u"tblKits") << "what had it before the overlay";
         tabTo("viewAlternativeKit");

@@ -62,9 +62,7 @@ TEST_P(CodeBoxes, MoveTheFocusAndKeepOneCharacterEach)
 
 const QString family = u"👨‍👩‍👧"_s;
 const Steps steps[] = {
-    { "NothingTyped", {}, u"[]||"_s, {} },
     { "TwoOnly", { u"1"_s, u"2"_s }, u"1|2|[]"_s, u"12"_s },
-    { "SecondDigitInFilledFirst", { u"1"_s, u"@0"_s, u"5"_s }, u"1|[]|"_s, u"1"_s },
     { "SecondDigitInFilledLast", { u"@2"_s, u"7"_s, u"@2"_s, u"8"_s }, u"||7"_s, u"7"_s },
     { "DeletedInFirstStays", { u"1"_s, u"@0"_s, u"<"_s }, u"[]||"_s, {} },
     { "DeletedInSecondGoesBack", { u"1"_s, u"2"_s, u"@1"_s, u"<"_s }, u"[1]||"_s, u"1"_s },

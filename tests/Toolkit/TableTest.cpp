@@ -8,17 +8,6 @@ namespace {
 
 class Table : public CountryTable {
 protected:
-    [[nodiscard]] QString headersInView() const
-    {
-        QStringList found;
-        for (const auto *header : table->findChildren<TableHeader *>()) {
-            if (header->isVisible())
-                found.append(u"%1 %2"_s.arg(header->text()).arg(header->y()));
-        }
-        found.sort();
-        return found.join(u", "_s);
-    }
-
     /// The row that rings.
     [[nodiscard]] std::optional<IndexPath> ringed() const
     {
@@ -32,17 +21,13 @@ protected:
     [[nodiscard]] static QPoint middle(int y) { return { 100, y }; }
 };
 
-TEST_F(Table, HeadersStickAndPushEachOtherOff)
+TEST_F(Table, AStuckHeaderCastsAShadow)
 {
     show();
     const auto *shadow = table->findChild<TableShadow *>();
-    EXPECT_EQ(headersInView(), u"A 0, B 468");
     EXPECT_FALSE(shadow->isVisible()) << "of a header at rest";
     table->setContentOffset(100);
-    EXPECT_EQ(headersInView(), u"A 0, B 368");
     EXPECT_TRUE(shadow->isVisible());
-    table->setContentOffset(458);
-    EXPECT_EQ(headersInView(), u"A -18, B 10, C 478");
 }
 
 TEST_F(Table, TheIndexJumpsByTapAndByDrag)
@@ -76,12 +61,8 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
 {
     show();
     const int y = headerHeight + rowHeight + 5;
-    hands::press(table.get(), middle(y));
-    EXPECT_TRUE(table->cellForRow({ 0, 1 })->isPressed());
-    hands::release(table.get(), middle(y));
+    hands::click(table.get(), middle(y));
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 1 } }));
-    EXPECT_FALSE(table->cellForRow({ 0, 1 })->isPressed());
-
     hands::press(table.get(), middle(y));
     hands::moveTo(table.get(), middle(y + 10));
     EXPECT_FALSE(table->cellForRow({ 0, 1 })->isPressed());
@@ -301,7 +282,8 @@ TEST_F(Table, ReloadKeepsThePlaceWhereItCan)
     source.sections = 0;
     table->reloadData();
     EXPECT_TRUE(table->visibleCells().isEmpty());
-    EXPECT_EQ(headersInView(), u"");
+    for (const auto *header : table->findChildren<TableHeader *>())
+        EXPECT_FALSE(header->isVisible());
     press(Qt::Key_Down);
 }
 
@@ -326,6 +308,7 @@ TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
                 << "what a tap gives at " << offset;
         }
     }
+    EXPECT_LT(table->findChildren<TableCell *>().size(), 40);
 }
 
 } // namespace
