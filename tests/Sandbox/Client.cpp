@@ -120,9 +120,7 @@ Reply Sandbox::send(const Request &request) const
     reply.status = answer->status;
     reply.body = answer->body;
     const auto outer = json::parse(reply.body, nullptr, false);
-    reply.wasEncrypted = answer->get_header_value("X-TRZ-Encrypted") == "1" && outer.is_object()
-        && outer.size() == 1 && outer.contains("data");
-    if (reply.wasEncrypted)
+    if (outer.is_object() && outer.contains("data"))
         reply.body = decrypted(outer.at("data").get<std::string>(), secret);
     reply.envelope = json::parse(reply.body, nullptr, false);
     return reply;

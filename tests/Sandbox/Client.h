@@ -41,12 +41,10 @@ struct Request {
 
 struct Reply {
     int status = 0; ///< 0: there was no answer
-    bool wasEncrypted = false;
     std::string body; ///< decrypted
     json envelope;
 
     int metaStatus() const { return envelope.at("meta").at("httpStatusCode").get<int>(); }
-    std::string errorCode() const { return envelope.at("meta").value("errorCode", ""); }
     std::string errorMessage() const { return envelope.at("meta").value("errorMessage", ""); }
     json result() const { return envelope.value("result", json()); }
     /// Of the result; empty: there is none.

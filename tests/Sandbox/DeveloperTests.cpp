@@ -5,20 +5,10 @@ namespace {
 json smsTo(const char *number) { return { { "phoneNumber", number }, { "countryCode", "TR" } }; }
 }
 
-TEST(SandboxDeveloper, MakesSessionsForABackEnd)
+TEST(SandboxDeveloper, KeepsAThousandSessions)
 {
     const Sandbox sandbox;
-    for (const auto &given : R"([{ "state": "verified", "phoneNumber": "+905321234567" },
-            { "app": "kite" }, { "state": "unknown" }, { "state": "expired" }])"_json)
-        EXPECT_EQ(sandbox.post("/sandbox/sessions", given)["status"], 201) << given;
-    const auto sessions = sandbox.get("/sandbox/sessions").at("sessions");
-    ASSERT_EQ(sessions.size(), 3U) << "an unknown one is none";
-    EXPECT_EQ(sessions[0]["state"], "expired");
-    EXPECT_EQ(sessions[1]["app"], "kite");
-    EXPECT_EQ(sessions[1]["method"], "3rdparty");
-    EXPECT_EQ(sessions[2]["phoneNumber"], "+905321234567");
-    EXPECT_EQ(sessions[2]["method"], "otp");
-
+    sandbox.post("/sandbox/sessions", R"({ "app": "kite" })"_json);
     for (int i = 0; i < 1000; ++i)
         sandbox.post("/sandbox/sessions", R"({ "app": "wrenly" })"_json);
     const auto kept = sandbox.get("/sandbox/sessions").at("sessions");

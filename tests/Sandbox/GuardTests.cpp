@@ -4,7 +4,7 @@
 #include <map>
 
 namespace {
-using Header = std::pair<const char *, const char *>; ///< PAGE and PORT stand for the two ports
+using Header = std::pair<const char *, const char *>; ///< PAGE stands for its port
 
 constexpr Header own { "Origin", "http://127.0.0.1:PAGE" };
 constexpr Header evil { "Origin", "http://evil.example" };
@@ -19,32 +19,20 @@ struct Visit {
     int status;
     const char *body = R"({"check":"limit"})";
 };
+// Others are in the transcript, at one port each.
 const Visit visits[] = {
     { "POST", "/sandbox/outcomes", { asText }, 200 }, // curl
-    { "POST", "/sandbox/outcomes", { own, asJson }, 200 },
-    { "GET", "/sandbox/journal",
-        { { "Host", "LocalHost:PAGE" }, { "Origin", "http://localhost:PAGE" } }, 200 },
     { "GET", "/sandbox/codes", { { "Sec-Fetch-Site", "same-origin" } }, 200 },
-    { "GET", "/sandbox/codes", { { "Host", "[::1]:8047" } }, 200 },
 
     { "POST", "/sandbox/outcomes", { evil, asJson }, 403 },
-    { "GET", "/sandbox/journal", { evil }, 403 },
-    { "GET", "/sandbox/journal", { { "Origin", "http://127.0.0.1:PORT" } }, 403 },
-    { "GET", "/sandbox/journal", { { "Origin", "https://127.0.0.1:PAGE" } }, 403 },
     { "GET", "/sandbox/journal", { { "Origin", "http://127.0.0.1:PAGE.evil.example" } }, 403 },
     { "POST", "/sandbox/outcomes", { { "Origin", "null" }, asJson }, 403 },
-    { "GET", "/sandbox/journal", { own, evil }, 403 },
     { "POST", "/sandbox/outcomes", { own, asText }, 403 },
     { "POST", "/sandbox/reset", { own, asJson }, 403, "a=b" }, // only says that it is JSON
-    { "OPTIONS", "/sandbox/outcomes", { evil, { "Access-Control-Request-Method", "POST" } }, 403 },
     { "GET", "/sandbox/icons/parlo.png", { otherSite }, 403 },
-    { "GET", "/sandbox/journal", { { "Sec-Fetch-Site", "same-site" } }, 403 },
-    { "GET", "/", { otherSite, { "Sec-Fetch-Mode", "navigate" }, { "Sec-Fetch-Dest", "iframe" } },
-        403 },
 
     { "POST", "/sandbox/reset", { { "Host", "evil.example" } }, 421 },
     { "GET", "/sandbox/journal", { { "Host", "evil.example:PAGE" }, own }, 421 },
-    { "GET", "/sandbox/codes", { { "Host", "127.0.0.1" }, { "Host", "evil.example" } }, 421 },
     { "GET", "/sandbox/nothing", { { "Host", "evil.example" } }, 421 },
 };
 }
@@ -69,10 +57,8 @@ TEST(SandboxGuard, LetsOnlyItsOwnPageIn)
         SCOPED_TRACE(request.method + ' ' + path);
         for (const auto &[name, text] : headers) {
             std::string value = text;
-            for (const auto &[word, number] :
-                { std::pair("PAGE", sandbox.pagePort()), std::pair("PORT", sandbox.port()) })
-                if (const auto at = value.find(word); at != value.npos)
-                    value.replace(at, 4, std::to_string(number));
+            if (const auto at = value.find("PAGE"); at != value.npos)
+                value.replace(at, 4, std::to_string(sandbox.pagePort()));
             request.headers.emplace(name, value);
         }
         for (const auto port : { sandbox.pagePort(), sandbox.port() }) {

@@ -16,42 +16,19 @@ json lastOf(const Sandbox &sandbox)
 
 }
 
-TEST(SandboxJournal, HoldsEachExchangeDecrypted)
+TEST(SandboxJournal, SaysToTheMillisecondWhenARequestCame)
 {
     const Sandbox sandbox;
-    sandbox.post("/sandbox/outcomes", { { "country", { { "fault", "cookie" } } } });
     const auto clock = [] { return std::chrono::system_clock::now().time_since_epoch() / 1ms; };
     const auto before = clock();
-    sandbox.call("country", { { "countryCode", "TR" } });
-    const auto exchange = lastOf(sandbox);
+    sandbox.call("country");
+    const std::string said = lastOf(sandbox)["time"];
     std::tm parts {};
-    std::istringstream time(exchange["time"].get<std::string>());
+    std::istringstream time(said);
     int milliseconds = -1;
     time >> std::get_time(&parts, "%Y-%m-%dT%H:%M:%S.") >> milliseconds;
     const auto at = ::timegm(&parts) * 1000 + milliseconds;
-    EXPECT_TRUE(before <= at && at <= clock())
-        << exchange["time"] << " is " << at - before << " ms off";
-    EXPECT_EQ(exchange["call"], "country");
-    EXPECT_EQ(exchange["verdict"], "accepted");
-    EXPECT_EQ(exchange["status"], 200);
-    EXPECT_EQ(exchange["reason"], "242 countries");
-    EXPECT_EQ(exchange["fault"], "cookie");
-    EXPECT_EQ(exchange["request"]["target"], "/v1.0/country");
-    EXPECT_EQ(exchange["request"]["parameters"], (json { { "countryCode", "TR" } }));
-    EXPECT_TRUE(holds(exchange["request"]["body"], "\"data\""));
-    EXPECT_EQ(exchange["answer"]["content"]["result"]["list"].size(), 242U);
-    EXPECT_EQ(exchange["answer"]["encrypted"], true);
-    EXPECT_TRUE(
-        holds(exchange["request"]["headers"].dump(), R"({"name":"X-TRZ-Lang","value":"en"})"));
-
-    sandbox.send(sandbox.request("init", R"({"timezone":"UTC","deviceName":"p"})"));
-    EXPECT_EQ(lastOf(sandbox)["comparison"]["expected"], R"({"deviceName":"p","timezone":"UTC"})");
-    EXPECT_EQ(lastOf(sandbox)["verdict"], "refused");
-
-    sandbox.post("/sandbox/outcomes", { { "connection", { { "fault", "close@accept" } } } });
-    EXPECT_FALSE(sandbox.client().Get("/sandbox/health"));
-    EXPECT_EQ(lastOf(sandbox)["verdict"], "fault");
-    EXPECT_EQ(lastOf(sandbox)["fault"], "close@accept");
+    EXPECT_TRUE(before <= at && at <= clock()) << said << " is " << at - before << " ms off";
 }
 
 TEST(SandboxJournal, GivesACurlLineThatSendsTheSameAgain)
