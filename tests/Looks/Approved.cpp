@@ -68,12 +68,12 @@ void Approved::answerMuch()
     server.answer("/icon.png", RawServer::http(200, icon.readAll(), "Content-Type: image/png\r\n"));
     QStringList apps; // all with one icon, as a late one comes to whichever app has its row by then
     QStringList countries;
+    const QString inks[] = { u"FFD14A"_s, u"2040A0"_s, u"FFFFFF"_s };
     for (int i = 0; i < 14; ++i) {
-        const QString ink = QStringList { u"FFD14A"_s, u"2040A0"_s, u"FFFFFF"_s }[i % 3];
         const QString ground = QString::number(i % 3 == 1 ? 0xffffff : 0x204080 + i * 0x0a0805, 16);
         apps.append(
             uR"({"app":"a%1","text":"Verify with app %1","bgColour":"#%2","textColour":"#%3","icon":"%4"})"_s
-                .arg(QString::number(i), ground, ink, server.url(u"/icon.png"_s)));
+                .arg(QString::number(i), ground, inks[i % 3], server.url(u"/icon.png"_s)));
     }
     for (int i = 0; i < 60; ++i) {
         const QString code = i == 4 ? QString() : u"\"countryCode\":\"C%1\","_s.arg(i); // ticked

@@ -269,7 +269,7 @@ void Transcript::step(const QString &name, const std::function<void()> &act, siz
     SCOPED_TRACE(name.toStdString());
     heard.clear();
     testing::internal::CaptureStdout();
-    auto shown = qScopeGuard([this] { // what failed is said there, too
+    auto shown = qScopeGuard([] { // what failed is said there, too
         if (HasFailure())
             std::cout << testing::internal::GetCapturedStdout() << std::flush;
     });
