@@ -104,6 +104,8 @@ public:
     {
         for (const auto &[name, value] : m_meant)
             replaceEach(text, name, value);
+        text = rewritten(text, "\\(([0-9]+) letters\\)",
+            [](const auto &match) { return std::string(std::stoul(match[1]), 'p'); });
         m_step = json::parse(text);
         m_lines.clear();
         if (m_step.contains("start"))
@@ -226,7 +228,8 @@ private:
 
     Wire wire()
     {
-        for (const auto *sent : { "(signature)", "(right signature)", "(data)", "(time stamp)" })
+        for (const auto *sent : { "(signature)", "(right signature)", "(data)", "(time stamp)",
+                 "(time stamp, signed)" })
             m_meant.erase(sent);
         m_plain.clear();
         m_sent = json::object();
@@ -289,10 +292,12 @@ private:
         const auto plain = with.is_string() ? with.get<std::string>() : canonical(with);
         m_plain = plain;
         auto request = m_sandbox->request(m_step["call"], plain);
-        const auto stamp = m_step.value("stamp", timeStampOf(m_step.value("ahead", 0)));
-        auto signedText = m_step.value("signed", plain);
-        auto sign = signature(m_step.value("signedAt", stamp), signedText);
         const auto as = m_step.value("as", "");
+        auto stamp = m_step.value("stamp", timeStampOf(m_step.value("ahead", 0)));
+        while (as == "url" && signature(stamp, plain).find_first_of("+/") == std::string::npos)
+            stamp = std::to_string(std::stoll(stamp) - 1000); // until URLs write it otherwise
+        const auto signedStamp = stamp.substr(0, stamp.size() - (as == "seconds" ? 3 : 0));
+        auto sign = signature(signedStamp, m_step.value("signed", plain));
         if (as == "hex" || as == "HEX") {
             std::ostringstream digits;
             const auto bytes = *sandbox::fromBase64(sign);
@@ -312,6 +317,7 @@ private:
         request.set("X-TRZ-Lang", m_step.value("language", "en"));
         request.body = json { { "data", data } }.dump();
         mean(stamp, "(time stamp)");
+        mean(signedStamp, "(time stamp, signed)"); // behind that in the order of names
         mean(sign, "(signature)");
         mean(signature(stamp, plain), "(right signature)");
         mean(data, "(data)");
