@@ -1,5 +1,4 @@
-// The demo's pages in each state and language against the approved pictures, and how its sheets
-// move.
+// The demo's pages in each state and language against the approved pictures.
 #include "DemoWindow.h"
 #include "OutcomePage.h"
 #include "support/Approved.h"
@@ -17,9 +16,7 @@ class ApprovedDemo : public testing::Test {
 protected:
     void SetUp() override
     {
-        QFont font; // of the same version everywhere
-        font.setFamilies({ u"Noto Sans"_s, u"Noto Sans Arabic"_s });
-        QApplication::setFont(font);
+        approved::setFont();
         QApplication::setStyle(new ParloquinTest::PacedStyle(0, u"Fusion"_s));
         server.answer("/sandbox/health", RawServer::http(200, R"({"status":"running"})"));
         qputenv("PARLOQUIN_SERVICE_HOST", server.hostAndPort().toLatin1());

@@ -18,9 +18,7 @@ class ApprovedMessenger : public testing::Test {
 protected:
     void SetUp() override
     {
-        QFont font; // of the same version everywhere
-        font.setFamilies({ u"Noto Sans"_s, u"Noto Sans Arabic"_s });
-        QApplication::setFont(font);
+        approved::setFont();
         answer(404, R"({"error":"no verification waits for this message"})");
     }
     void answer(int status, const QByteArray &body = "{}")

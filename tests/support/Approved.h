@@ -3,6 +3,8 @@
 #include "support/Pictures.h"
 
 #include <QtCore/QDir>
+#include <QtGui/QFont>
+#include <QtGui/QGuiApplication>
 #include <QtTest/QTest>
 
 #include <functional>
@@ -10,6 +12,14 @@
 /// \brief What is seen against pictures in the folder APPROVED, which somebody looked at: whatever
 /// is drawn otherwise is seen here. tests/Looks/approve takes them anew.
 namespace approved {
+
+/// Of the same version everywhere.
+inline void setFont()
+{
+    QFont font;
+    font.setFamilies({ QStringLiteral("Noto Sans"), QStringLiteral("Noto Sans Arabic") });
+    QGuiApplication::setFont(font);
+}
 
 inline constexpr int side = 5; // of a square, px
 /// Of 255, the mean of a square: letters stray so far from one Qt to the next, a line that is a
