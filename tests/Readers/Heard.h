@@ -24,13 +24,14 @@ private:
         const auto *interface = event->accessibleInterface();
         if (!interface || !interface->isValid())
             return;
-        const bool shown = event->type() == QAccessible::ObjectShow;
-        const QString kind = event->type() == QAccessible::Focus ? u"focus "_s
-            : event->type() == QAccessible::TableModelChanged    ? u"rows "_s
-            : event->type() == QAccessible::TextCaretMoved       ? u"caret "_s
-            : shown && interface->role() == QAccessible::Notification
-            ? u"says "_s
-            : u"0x%1 "_s.arg(event->type(), 0, 16);
-        events.append(kind + interface->text(QAccessible::Name));
+        const bool isSaid = interface->role() == QAccessible::Notification;
+        const QHash<int, QString> kinds { { QAccessible::Focus, u"focus"_s },
+            { QAccessible::Alert, u"alert"_s }, { QAccessible::TableModelChanged, u"other rows"_s },
+            { QAccessible::NameChanged, u"name"_s }, { QAccessible::SelectionAdd, u"selected"_s },
+            { QAccessible::TextCaretMoved, u"caret"_s },
+            { isSaid ? QAccessible::ObjectShow : 0, u"says"_s },
+            { isSaid ? QAccessible::ObjectHide : 0, u"takes back"_s } };
+        events << kinds.value(event->type(), u"0x%1"_s.arg(event->type(), 0, 16)) + u' '
+                + interface->text(QAccessible::Name);
     }
 };

@@ -99,7 +99,7 @@ TEST_F(TableReaders, HearOfOtherRowsAndLoseTheOldOnes)
     takeEvents();
     source.sections = 2;
     table->reloadData();
-    EXPECT_EQ(takeEvents(), "rows ; focus Bj land, +19");
+    EXPECT_EQ(takeEvents(), "other rows ; focus Bj land, +19");
     EXPECT_EQ(QAccessible::accessibleInterface(old), nullptr);
 }
 

@@ -1,0 +1,151 @@
+#include "Readers/Account.h"
+
+#include "support/Widgets.h"
+
+#include <QtCore/QMetaEnum>
+#include <QtCore/QRegularExpression>
+#include <QtGui/QAccessible>
+#include <QtGui/QScreen>
+
+namespace {
+
+template <class E> QString nameOf(E value)
+{
+    const auto all = QMetaEnum::fromType<E>();
+    const auto number = static_cast<int>(value);
+    return all.isFlag() ? QString::fromLatin1(all.valueToKeys(number))
+                        : QString::fromLatin1(all.valueToKey(number));
+}
+
+QString statesOf(QAccessible::State state)
+{
+    const std::pair<bool, const char *> all[] = { { state.focusable != 0, "focusable" },
+        { state.focused != 0, "focused" }, { state.selectable != 0, "selectable" },
+        { state.selected != 0, "selected" }, { state.checkable != 0, "checkable" },
+        { state.checked != 0, "checked" }, { state.disabled != 0, "disabled" },
+        { state.invisible != 0, "invisible" }, { state.offscreen != 0, "offscreen" },
+        { state.busy != 0, "busy" }, { state.readOnly != 0, "read only" },
+        { state.editable != 0, "editable" }, { state.hasPopup != 0, "has popup" },
+        { state.defaultButton != 0, "default" }, { state.modal != 0, "modal" } };
+    QString text;
+    for (const auto &[isSet, name] : all)
+        text += isSet ? u", "_s + QLatin1String(name) : QString();
+    return text;
+}
+
+// Mirrored where all is: both directions read alike.
+QString frameOf(const QWidget *top, QRect global)
+{
+    const QPoint at = top->mapFromGlobal(global.topLeft());
+    const int x = QApplication::isRightToLeft() ? top->width() - at.x() - global.width() : at.x();
+    return u" at %1,%2 %3x%4"_s.arg(x).arg(at.y()).arg(global.width()).arg(global.height());
+}
+
+QString lineOf(const QWidget *top, QAccessibleInterface *node)
+{
+    QString line = nameOf(node->role()) + u" \""_s + node->text(QAccessible::Name) + u'"';
+    const std::pair<QAccessible::Text, QString> texts[] = { { QAccessible::Description, u"more"_s },
+        { QAccessible::Value, u"value"_s }, { QAccessible::Help, u"help"_s } };
+    for (const auto &[kind, name] : texts) {
+        if (const QString text = node->text(kind); !text.isEmpty())
+            line += u" %1 \"%2\""_s.arg(name, text);
+    }
+    line += statesOf(node->state());
+    if (auto *actions = node->actionInterface(); actions && !actions->actionNames().isEmpty())
+        line += u" ["_s + actions->actionNames().join(u", "_s) + u']';
+    const auto *const widget = qobject_cast<QWidget *>(node->object());
+    if (widget && widget->cursor().shape() != Qt::ArrowCursor)
+        line += u' ' + nameOf(widget->cursor().shape());
+    if (node->role() != QAccessible::StaticText) // letters differ, frames of what is touched do not
+        line += frameOf(top, node->rect());
+    if (const auto *table = qobject_cast<const TableView *>(widget)) {
+        QStringList cells; // also those that are left over
+        for (const auto *cell : table->findChildren<TableCell *>()) {
+            if (!cell->isVisible())
+                continue;
+            cells << frameOf(top, { cell->mapToGlobal(QPoint()), cell->size() });
+            for (const auto *label : cell->findChildren<Label *>())
+                cells.last() += label->isVisible() ? u' ' + label->text() : QString();
+        }
+        cells.sort();
+        line += u" shows"_s + cells.join(QString());
+    }
+    return line;
+}
+
+void read(const QWidget *top, QAccessibleInterface *node, int depth, QStringList &lines)
+{
+    const QString line = lineOf(top, node);
+    lines << QString(2 * depth, u' ') + line;
+    for (int i = 0; i < node->childCount(); ++i) {
+        EXPECT_EQ(node->child(i)->parent(), node) << line.toStdString();
+        EXPECT_EQ(node->indexOfChild(node->child(i)), i) << line.toStdString();
+        read(top, node->child(i), depth + 1, lines);
+    }
+}
+
+} // namespace
+
+QStringList account::stateOf(QWidget *top)
+{
+    QStringList lines;
+    if (!top->isVisible())
+        return { u"the kit is closed"_s };
+    read(top, QAccessible::queryAccessibleInterface(top), 0, lines);
+    for (const auto *label : top->findChildren<Label *>()) {
+        if (qobject_cast<NavigationBar *>(label->parentWidget()) && label->isVisible())
+            lines << u"title "_s + label->text();
+    }
+    const auto *const focused = QApplication::focusWidget();
+    lines << u"keyboard at "_s + (focused ? focused->objectName() : u"nothing"_s);
+    const auto of = [focused](auto query) { return focused->inputMethodQuery(query).toInt(); };
+    if (focused && focused->inputMethodQuery(Qt::ImEnabled).toBool()) {
+        lines.last() += u", the screen's "_s + nameOf(Qt::InputMethodHints(of(Qt::ImHints))) + u' '
+            + nameOf(Qt::EnterKeyType(of(Qt::ImEnterKeyType)))
+            + u" %1-%2"_s.arg(of(Qt::ImAnchorPosition)).arg(of(Qt::ImCursorPosition));
+    }
+    return lines;
+}
+
+QStringList account::said(const QString &printed)
+{
+    static const QRegularExpression dates(u"Start Date: ([^\\]]+)\\].*?End Date: ([^\\]]+)\\]"_s,
+        QRegularExpression::DotMatchesEverythingOption);
+    for (const auto &each : dates.globalMatch(printed))
+        EXPECT_LE(each.captured(1), each.captured(2)) << "ended before it began";
+    const std::pair<const char *, const char *> masks[] = {
+        { R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)", "<date>" }, { R"(\b\d{13}\b)", "<time>" },
+        { R"(127\.0\.0\.1:\d+)", "<host>" }, { R"([A-Za-z0-9+/=]{40,})", "<signature>" },
+        { R"([0-9A-F]{8}(-[0-9A-F]{4,12}){4})", "<device>" },
+        { R"((deviceName|timezone|X-TRZ-Lang|X-TRZ-Sdk-Version)(\W+)[^",}]*)", R"(\1\2*)" }
+    };
+    QString text = printed;
+    for (const auto &[pattern, mask] : masks)
+        text.replace(QRegularExpression(QLatin1String(pattern)), QLatin1String(mask));
+    return text.split(u'\n', Qt::SkipEmptyParts);
+}
+
+void account::expectDrawn(QWidget *window, const QString &step)
+{
+    QImage seen;
+    QImage fresh;
+    const auto isDrawn = [&] {
+        QCoreApplication::sendPostedEvents();
+        const QPixmap shot = window->screen()->grabWindow(window->winId());
+        seen = shot.toImage().convertToFormat(QImage::Format_RGB32);
+        fresh = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        return seen == fresh;
+    };
+    if (QTest::qWaitFor(isDrawn, 1000))
+        return;
+    for (int i = 0; i < fresh.width() * fresh.height(); ++i) {
+        const QPoint at(i % fresh.width(), i / fresh.width());
+        if (seen.valid(at) && seen.pixel(at) == fresh.pixel(at))
+            continue;
+        const auto *there = window->childAt(at);
+        ADD_FAILURE() << step.toStdString() << ": what is seen at " << at.x() << ',' << at.y()
+                      << " is not what is there: "
+                      << (there ? there->objectName().toStdString() : "the window");
+        return;
+    }
+}
