@@ -50,6 +50,8 @@ bool Person::isAtRest() const
     return m_container && m_container->isVisible() && m_container->property("atRest").toBool();
 }
 
+bool Person::hasSettled() const { return !m_container || !m_container->isVisible() || isAtRest(); }
+
 QWidget *Person::visible(const QString &name) const
 {
     if (!m_container)
@@ -203,9 +205,8 @@ bool Person::sendsFrom(const QString &app)
     QCoreApplication::sendPostedEvents(); // the reference of the start is kept behind the link
     Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
     Q_EMIT qApp->applicationStateChanged(Qt::ApplicationActive);
-    return waits(QStringLiteral("the outcome was not asked for"), [&] {
-        return m_sandbox.requests(QStringLiteral("check")) > checks && (!m_container || isAtRest());
-    });
+    return waits(QStringLiteral("the outcome was not asked for"),
+        [&] { return m_sandbox.requests(QStringLiteral("check")) > checks && hasSettled(); });
 }
 
 bool Person::picksCountry(const QString &phoneCode)
@@ -271,8 +272,7 @@ bool Person::types(const QString &code)
         && waits(QStringLiteral("the code is not in its boxes"), isTyped)
         && taps(QStringLiteral("btnCheck"))
         && waits(QStringLiteral("the code was not checked"), [&] {
-               return m_sandbox.requests(QStringLiteral("check-otp")) > before
-                   && (!m_container || !m_container->isVisible() || isAtRest());
+               return m_sandbox.requests(QStringLiteral("check-otp")) > before && hasSettled();
            });
 }
 

@@ -24,7 +24,7 @@ class Sandbox;
 class Person {
 public:
     /// \param sandbox borrowed; outlives this
-    /// \param container borrowed; may go at any time, as an app may close it by an outcome
+    /// \param container borrowed; may go or hide at any time, as an app may do by an outcome
     Person(Sandbox &sandbox, QWidget *container);
 
     /// \brief Picks an app, sends its message and comes back: no app is started for it.
@@ -61,6 +61,7 @@ private:
     using Condition = std::function<bool()>;
 
     [[nodiscard]] bool isAtRest() const;
+    [[nodiscard]] bool hasSettled() const; // what was under way, if need be with the kit
     [[nodiscard]] QWidget *visible(const QString &name) const;
     [[nodiscard]] QWidget *row(
         const QString &cell, const QString &label, const QString &text) const;

@@ -1,6 +1,10 @@
 // The kit for hosts' tests, as such a host uses it: the real library, sandbox and screens.
+#include <QtCore/QProcess>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTimer>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QProxyStyle>
 #include <QtWidgets/QVBoxLayout>
 
 #include <Parloquin/Parloquin.h>
@@ -77,6 +81,24 @@ TEST_F(SignIn, ByCodeInAWindowOfTheApp)
     EXPECT_TRUE(heard->success());
 }
 
+TEST_F(SignIn, InAHostThatHidesTheKitAmidACall)
+{
+    for (const QString &call : { u"start"_s, u"check"_s, u"check-otp"_s }) {
+        container->show();
+        sandbox.delays(call, 200ms);
+        QTimer host; // shows it again while the app has opened, and not after an outcome
+        host.callOnTimeout(
+            container.get(), [&, looks = 40, before = sandbox.requests(call)]() mutable {
+                const bool isBack = call == u"start"_s && --looks < 0;
+                container->setVisible(isBack || sandbox.requests(call) == before);
+            });
+        host.start(10ms);
+        EXPECT_TRUE(call == u"check-otp"_s ? asksForCode() && person().types(sandbox.lastCode())
+                                           : person().sendsFrom(u"Kite"_s));
+        EXPECT_TRUE(heard->success()) << call.toStdString();
+    }
+}
+
 TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)
 {
     ASSERT_TRUE(asksForCode());
@@ -114,7 +136,10 @@ TEST_F(SignIn, WithoutANetwork)
 TEST_F(SignIn, RefusedAndLate)
 {
     sandbox.answers(u"send-otp"_s, u"limit"_s);
-    expectComplaint({ "no screen for the code", "send-otp" }, [this] { return asksForCode(); });
+    expectComplaint({ "no screen for the code.\n On screen: Belgium | +32 | 470123456 | Send SMS |",
+                        "\n The sandbox got:\n  init accepted 200 5 apps\n",
+                        "\n  send-otp refused 429 Too many attempts. (as set)\n" },
+        [this] { return asksForCode(); });
 
     sandbox.delays(u"send-otp"_s, 300ms);
     const QDeadlineTimer isLate(300ms);
@@ -133,6 +158,16 @@ TEST_F(SignIn, BeginsAnewAfterAReset)
     EXPECT_TRUE(person().sendsFrom(u"Kite"_s));
 }
 
+TEST(Motion, IsSwitchedOffInTheStyleOfTheApp)
+{
+    QApplication::setStyle(u"windows"_s);
+    switchMotionOff();
+    const auto *const style = qobject_cast<QProxyStyle *>(QApplication::style());
+    ASSERT_TRUE(style);
+    EXPECT_EQ(style->baseStyle()->name(), u"windows"_s);
+    EXPECT_EQ(style->styleHint(QStyle::SH_Widget_Animation_Duration), 0);
+}
+
 TEST(Sandbox, SteersTheKitNoLongerThanItLives)
 {
     const char *const variables[] = { "PARLOQUIN_SERVICE_HOST", "PARLOQUIN_ROUTE",
@@ -146,6 +181,27 @@ TEST(Sandbox, SteersTheKitNoLongerThanItLives)
         EXPECT_FALSE(qEnvironmentVariableIsSet(variable)) << variable;
 }
 
+TEST(Sandbox, GoesWithAProgramThatCrashes)
+{
+    if (qEnvironmentVariableIsSet("CRASHES")) {
+        std::puts(qPrintable(Sandbox().host()));
+        const Sandbox sandbox;
+        std::puts(qPrintable(sandbox.host()));
+        std::fflush(stdout);
+        std::abort();
+    }
+    qputenv("CRASHES", "1");
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(),
+        { u"--gtest_filter=Sandbox.GoesWithAProgramThatCrashes"_s });
+    ASSERT_TRUE(program.waitForFinished());
+    const QStringList said = QString::fromUtf8(program.readAll()).split(u'\n');
+    const QStringList hosts = said.filter(QRegularExpression(u"^127.0.0.1:\\d+$"_s));
+    EXPECT_EQ(hosts.size(), 2);
+    for (const QString &host : hosts)
+        EXPECT_TRUE(QTest::qWaitFor([&] { return http(host, "/sandbox/health").status == 0; }));
+}
+
 TEST_F(SignIn, HasOneSandboxAtATime)
 {
     EXPECT_DEATH({ const Sandbox another; }, "make one at a time");
@@ -154,6 +210,8 @@ TEST_F(SignIn, HasOneSandboxAtATime)
 TEST(Sandbox, SaysWhatItCannotDo)
 {
     EXPECT_DEATH(Sandbox(u"/nowhere"_s), "TestKit: /nowhere does not start: .*No such file");
+    EXPECT_DEATH(Sandbox(QStringLiteral(PARLOQUIN_SANDBOX_PROGRAM), { u"--nonsense"_s }),
+        "does not start: .*--nonsense");
     EXPECT_DEATH(Sandbox().answers(u"begin"_s, u"limit"_s),
         "the sandbox refused /sandbox/outcomes .400.: .*no call has this name");
     const QTemporaryDir longer(QDir::tempPath() + u'/' + QString(100, u'x'));
@@ -165,20 +223,27 @@ TEST_F(SignIn, TellsAStepThatCannotBeDone)
 {
     sandbox.hasApps({ u"kite"_s });
     person().setPatience(500ms);
-    expectComplaint({ "was not opened" }, [this] { return person().sendsFrom(u"Parlo"_s); });
-    expectComplaint(
-        { "no app Nobody in the list" }, [this] { return person().sendsFrom(u"Nobody"_s); });
-    QWidget cover(container.get());
-    cover.setGeometry(container->rect());
-    cover.show();
+    const std::pair<const char *, std::function<bool()>> rows[] = {
+        { "the app of Parlo was not opened", [this] { return person().sendsFrom(u"Parlo"_s); } },
+        { "no app Kit in the list", [this] { return person().sendsFrom(u"Kit"_s); } },
+        { "no screen for the code", [this] { return person().types(u"123"_s); } },
+        { "no btnBack to tap", [this] { return person().goesBack(); } },
+    };
+    for (const auto &[words, step] : rows)
+        expectComplaint({ words }, step);
+    auto *const cover = new QWidget(container.get());
+    cover->setGeometry(container->rect());
+    cover->show();
     expectComplaint({ "btnClose is covered" }, [this] { return person().closes(); });
-    cover.hide();
+    cover->hide();
     container->setEnabled(false);
     expectComplaint({ "no btnClose to tap" }, [this] { return person().closes(); });
     container->setEnabled(true);
     EXPECT_TRUE(person().closes());
     EXPECT_EQ(person().screen(), Person::Screen::none);
     EXPECT_EQ(heard->count(), 0);
+    container.reset();
+    expectComplaint({ "the container is gone" }, [this] { return person().closes(); });
 }
 
 } // namespace
