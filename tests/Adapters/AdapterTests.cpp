@@ -109,18 +109,21 @@ TEST(DelegateOfFunctions, CallsAndLetsGoOnTheMainThread)
     died = {};
     delegate->verificationDidFail(ParloquinError::serverError);
     EXPECT_EQ(heard, QStringList()); // never before the call that failed returns
-    std::thread([last = std::move(delegate)]() mutable {
-        last->verificationDidSucceed(u"id"_s);
-        last.reset();
-    }).join();
-    EXPECT_EQ(died, std::thread::id());
+    std::thread([&delegate] { delegate->verificationDidSucceed(u"id"_s); }).join();
     QCoreApplication::processEvents();
     EXPECT_EQ(heard, QStringList({ u"1"_s, u"id"_s }));
+    std::thread([last = std::move(delegate)] {}).join(); // with no call under way that has them too
+    EXPECT_EQ(died, std::thread::id());
+    QCoreApplication::processEvents();
     EXPECT_EQ(died, std::this_thread::get_id());
 
-    delegate = parloquinDelegate(context.get(), [&heard](const QString &id) { heard += id; }, {});
+    delegate = parloquinDelegate(context.get(), {}, {});
     delegate->verificationDidFail(ParloquinError::serverError); // nobody wants to know
-    delegate->verificationDidSucceed(u"late"_s);
+    QCoreApplication::processEvents();
+    const auto late = [&heard](const auto &) { heard += u"late"_s; };
+    delegate = parloquinDelegate(context.get(), late, late);
+    delegate->verificationDidFail(ParloquinError::serverError);
+    delegate->verificationDidSucceed(u"id"_s);
     context.reset();
     QCoreApplication::processEvents();
     EXPECT_EQ(heard.size(), 2);
