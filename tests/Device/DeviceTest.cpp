@@ -55,7 +55,9 @@ TEST(Device, SaysWhatTheFilesOfTheSystemSay)
         const QTemporaryDir etc;
         for (const auto &[name, bytes] :
             { std::pair(u"machine-id"_s, id), { u"os-release"_s, release },
-                { u"machine-info"_s, "PRETTY_HOSTNAME=" + domain.toUtf8() } }) {
+                { u"machine-info"_s,
+                    QByteArray("CHASSIS=handset\n").repeated(99) + " PRETTY_HOSTNAME='"
+                        + domain.toUtf8() + "'\r\n" } }) {
             QFile file(etc.filePath(name));
             ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
         }
@@ -81,6 +83,8 @@ TEST(MachineInfo, ReadsTheNameAsAShellDoes)
         { "PRETTY_HOSTNAME=\"\\\"x\\\" \\$y \\z\"", "\"x\" $y \\z" },
         { "PRETTY_HOSTNAME=\"\xC3\x89toile\"", "\xC3\x89toile" },
         { "PRETTY_HOSTNAME=a\nPRETTY_HOSTNAME=b\n", "b" },
+        { "PRETTY_HOSTNAME=a\nPRETTY_HOSTNAME=b\\", "a" },
+        { "PRETTY_HOSTNAME=a'b'\"c\"\\ d", "abc d" },
         { "XPRETTY_HOSTNAME=a\n# PRETTY_HOSTNAME=b\n", "" },
         { "PRETTY_HOSTNAME=\"a", "" },
         { "", "" },

@@ -114,6 +114,7 @@ TEST_F(MessageCode, IsTakenOnceFromWholeReceivedMessagesForThisHostAlone)
     EXPECT_TRUE(isShown(u"666"_s, 20000));
     bus.tell({ u"complete"_s, u"parts"_s, bound(u"667"_s) }); // it was whole before
     bus.tell({ u"complete"_s, u"before"_s, bound(u"777"_s) });
+    bus.tell({ u"forge"_s, u"before"_s });
     send(bound(u"888"_s));
     EXPECT_TRUE(isShown(u"888"_s, 20000));
     EXPECT_EQ(offers.count, 3) << "of 665, 666 and 888";
