@@ -3,13 +3,17 @@
 #include "Parloquin/Platform/Device.h"
 #include "sandbox/service/Cipher.h"
 #include "support/ByName.h"
+#include "support/PropertyLists.h"
 #include "support/RawServer.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <map>
 
@@ -70,7 +74,15 @@ TEST_P(EveryCall, IsTheSameToTheByte)
     host.setProcessEnvironment(environment);
     host.setStandardOutputFile(QProcess::nullDevice());
     const qint64 before = QDateTime::currentSecsSinceEpoch();
-    host.start(QStringLiteral(CALLER), { service });
+    // Keys beside the program do not count where it has its own.
+    const QTemporaryDir folder(QCoreApplication::applicationDirPath() + QStringLiteral("/XXXXXX"));
+    QFile others(folder.filePath(QStringLiteral("Info.plist")));
+    ASSERT_TRUE(others.open(QIODevice::WriteOnly)
+        && others.write(dictionary("<key>ParloquinKey</key><string>other</string>")) > 0);
+    others.close();
+    const QString program = folder.filePath(QStringLiteral("host"));
+    ASSERT_EQ(::link(CALLER, QFile::encodeName(program).constData()), 0);
+    host.start(program, { service });
     ASSERT_TRUE(host.waitForFinished(60'000));
     ASSERT_EQ(host.exitCode(), 0) << host.readAllStandardError().toStdString();
     const qint64 after = QDateTime::currentSecsSinceEpoch();

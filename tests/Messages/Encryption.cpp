@@ -84,6 +84,7 @@ TEST(Decryption, SaysTheSameWhateverFails)
         "AAAA", // no whole block
         "", // no block
         good.first(20) + "AAA=", // a cut block
+        "PCn32vl2nKe93hNwJLVXSB==", // bits left over
         swapped.toBase64(), // padding not at the end
         "N5ma3owkVR3q37f31jJYSg==", // another key
         "CaP//T5fCDtia9+q40LATg==", // decrypts, but not to UTF-8

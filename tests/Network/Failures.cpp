@@ -82,6 +82,8 @@ std::vector<Weather> weathers()
             { "InterimHeadsWithoutEnd",
                 sent([] { return QByteArray("HTTP/1.1 102 Processing\r\n\r\n").repeated(3000); }) },
             { "FoldedFieldFirst", answered(okLine + " 1\r\n\r\n" + success) },
+            { "FieldBeyondAscii",
+                answered(okLine + "X-\xff: 1\r\nContent-Length: 31\r\n\r\n" + success) },
             { "FieldWithoutName", answered(okLine + ": 1\r\n\r\n") },
             { "NulInAField", answered(okLine + "X: a" + QByteArray(1, '\0') + "\r\n\r\n{}") },
             { "CarriageReturnInAField", answered(okLine + "X: a\rX-TRZ-Encrypted: 1\r\n\r\n{}") },
@@ -127,6 +129,8 @@ std::vector<Weather> weathers()
         {
             { "Page", answered(json(502, "<html>Bad gateway</html>")),
                 "CurrentJSON: <html>Bad gateway</html>" },
+            { "NotModified", reads({ S::send("HTTP/1.1 304 X\r\n\r\n"), S::hold() }),
+                "body: no JSON", 5s },
             { "NoText", answered(json(200, "{\"meta\":\xff}")), "CurrentJSON: \n" },
             { "WrongType", answered(json(200, R"({"meta":{"httpStatusCode":"200"}})")),
                 "meta.httpStatusCode" },
@@ -150,6 +154,7 @@ std::vector<Weather> weathers()
                 answered(json(201, R"({"meta":{"httpStatusCode":201,"errorCode":"403002"}})")) },
             { "ProxyUnauthorised",
                 answered(json(407, success, "Proxy-Authenticate: Basic realm=\"x\"\r\n")) },
+            { "LengthTwiceTheSame", answered(json(200, success, "Content-Length: 31\r\n")) },
             { "Chunked", answered(chunked(success, "0\r\n\r\n")) },
             { "ChunkedWithAllThatMayBe",
                 answered("HTTP/1.1 200\r\nTransfer-Encoding: chunked\r\n\r\n00a ;a=\"b\"\r\n"

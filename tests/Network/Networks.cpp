@@ -4,6 +4,17 @@
 
 #include <QtCore/QDir>
 
+static std::atomic<std::chrono::milliseconds> settingsTake = 0ms;
+
+extern "C" char **__real_g_proxy_resolver_lookup( // NOLINT
+    GProxyResolver *system, const char *uri, GCancellable *cancelled, GError **error);
+extern "C" char **__wrap_g_proxy_resolver_lookup( // NOLINT
+    GProxyResolver *system, const char *uri, GCancellable *cancelled, GError **error)
+{
+    std::this_thread::sleep_for(settingsTake.load());
+    return __real_g_proxy_resolver_lookup(system, uri, cancelled, error);
+}
+
 namespace {
 
 constexpr char here[] = "127.0.0.1";
@@ -166,6 +177,25 @@ TEST(SystemProxy, HoldsNoCallUpThatIsNeverTold)
         EXPECT_LT(time.elapsed(), most);
     }
     EXPECT_TRUE(silent.hasPendingConnections() || silent.waitForNewConnection(0));
+}
+
+TEST(SystemProxy, IsWaitedForAgainOnceTheSystemIsInOrder)
+{
+    if (!isInOwnNetwork())
+        return;
+    RawServer proxy;
+    proxy.answer("http://icons.test/", RawServer::http(200, "1234"));
+    qputenv("http_proxy", proxy.url({}).toLatin1());
+    qunsetenv("XDG_CURRENT_DESKTOP");
+    const std::string told = "200 application/json 4";
+    const auto outcomeAfter = [](std::chrono::milliseconds delay) {
+        settingsTake = delay;
+        return Get(u"http://icons.test/"_s).outcome();
+    };
+    EXPECT_EQ(outcomeAfter(3s), "error -1003") << "without its proxy";
+    EXPECT_EQ(outcomeAfter(400ms), "error -1003") << "in as bad an order as before";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return outcomeAfter(0ms) == told; }));
+    EXPECT_EQ(outcomeAfter(400ms), told) << "it is just slow";
 }
 
 TEST(UrlSession, TellsNoWayToANetworkFromARefusal)

@@ -94,17 +94,23 @@ TEST_F(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
 
     QLocalServer desktop;
     ASSERT_TRUE(desktop.listen(path));
-    for (const auto &answer : { QByteArray("yes\n"), QByteArray("no\n"), QByteArray("yes") }) {
+    for (const auto &answer :
+        { QByteArray("yes\n"), QByteArray("no\n"), QByteArray("yes"), QByteArray("") }) {
         std::thread kit(ask, &can, &isOpened);
         QByteArrayList questions;
+        std::unique_ptr<QLocalSocket> silent; // it says nothing, and stays
+        const QDeadlineTimer patience(9000);
         for (int i = 0; i < 2 && desktop.waitForNewConnection(5000); ++i) {
-            const std::unique_ptr<QLocalSocket> socket(desktop.nextPendingConnection());
+            std::unique_ptr<QLocalSocket> socket(desktop.nextPendingConnection());
             while (!socket->canReadLine() && socket->waitForReadyRead(5000)) { }
             questions += socket->readLine();
             socket->write(answer);
             socket->waitForBytesWritten(5000);
+            if (answer.isEmpty())
+                silent = std::move(socket);
         }
         kit.join();
+        EXPECT_FALSE(patience.hasExpired()) << "a second and a half for each question must do";
         EXPECT_EQ(questions.join(), "can none-has-this\nopen none-has-this://send?text=a%0Ab\n");
         EXPECT_EQ(can, answer == "yes\n");
         EXPECT_EQ(isOpened, answer == "yes\n");

@@ -18,10 +18,14 @@ TEST(UrlSession, FetchesWhatHttpBringsAndNoMoreThanAllowed)
     };
     server.answer("/fits", picture(1000));
     server.answer("/large", picture(1001));
+    server.answer("/", picture(1));
+    server.answer("/fits?a=b%20c", picture(2));
     server.answer("/untyped", RawServer::http(200, "1234", ""));
     server.answer("/gzip", RawServer::http(200, "\x1f\x8b\x08", "Content-Encoding: gzip\r\n"));
     const std::pair<QString, std::string> rows[] = {
         { server.url(u"/fits"_s), "200 image/png 1000" },
+        { server.url({}), "200 image/png 1" },
+        { server.url(u"/fits?a=b%20c#d"_s), "200 image/png 2" },
         { server.url(u"/large"_s), "200 error -1005" },
         { server.url(u"/untyped"_s), "200  4" },
         { server.url(u"/gzip"_s), "200  3" },
