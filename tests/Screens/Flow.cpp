@@ -2,6 +2,7 @@
 // What those leave behind while calls are out: tests/Faults.
 #include "Parloquin/Networking/Helper/ApiSessionHelper.h"
 #include "Screens/Container.h"
+#include "support/Console.h"
 #include "support/DeveloperWords.h"
 #include "support/Widgets.h"
 
@@ -153,6 +154,23 @@ TEST_F(Flow, FillsTheScreenWithWhatCame)
         EXPECT_EQ(visible("lblEmpty") != nullptr, row.rows == 0);
     }
     EXPECT_EQ(delegate->outcomes(), QStringList(u"failed 1"_s)) << "of the garbage";
+}
+
+TEST_F(Flow, PrintsWhyAnAppCannotBeStarted)
+{
+    presentLoaded();
+    const QByteArray tooLong(200'000, 'x'); // for an argument of a program
+    answer("/v1.0/start", R"({"result":{"deeplink":"parlo://send?text=)" + tooLong + R"("}})");
+    const std::string log = printedBy([&] {
+        tapRow(0);
+        (void)settle(2);
+        answer("/v1.0/start", linkAndReference);
+        tapRow(0);
+        (void)QTest::qWaitFor([] { return !handlerArguments().isEmpty(); }); // behind the other
+    });
+    EXPECT_NE(log.find("\u26A0\uFE0F\nCannot open the app for parlo: links: Failed to execute"),
+        std::string::npos)
+        << log.substr(0, 4000);
 }
 
 TEST_F(Flow, StopsAProgramWithoutKeysAndSaysWhatItLacks)

@@ -98,6 +98,7 @@ const PictureRow pictureRows[] = {
     { "SideTooHigh", 200, "image/png", picture({ 1, 1025 }, "PNG"), {} },
     { "FileTooLong", 200, "image/png", padded(picture({ 4, 4 }, "PNG"), mebi + 1), {} },
     { "NotFound", 404, "image/png", picture({ 4, 4 }, "PNG"), {} },
+    { "Partial", 206, "image/png", picture({ 4, 4 }, "PNG"), {} },
     { "Text", 200, "text/plain", picture({ 4, 4 }, "PNG"), {} },
     { "Svg", 200, "image/svg+xml", "<svg xmlns='http://www.w3.org/2000/svg'/>", {} },
     { "Bmp", 200, "image/bmp", picture({ 4, 4 }, "BMP"), {} },

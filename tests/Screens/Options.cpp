@@ -92,4 +92,25 @@ TEST(Delegate, IsTheLastOneSetAnywhere)
     EXPECT_EXIT(endTheApplication(), testing::ExitedWithCode(0), "") << "a delegate is left";
 }
 
+TEST(Kit, OpensInASecondApplicationObject)
+{
+    const auto openTwice = [] {
+        char name[] = "host";
+        char *arguments[] = { name, nullptr };
+        int count = 1;
+        for (const bool isFirst : { true, false }) {
+            const std::unique_ptr<QApplication> again(
+                isFirst ? nullptr : new QApplication(count, arguments));
+            std::unique_ptr<QWidget> kit(Parloquin().viewControllerForLogin());
+            EXPECT_TRUE(comesToFront(*kit));
+            hands::hold(Qt::Key_Tab);
+            kit.reset();
+            if (isFirst)
+                std::destroy_at(qobject_cast<QApplication *>(QCoreApplication::instance()));
+        }
+        std::_Exit(testing::Test::HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(openTwice(), testing::ExitedWithCode(0), "");
+}
+
 } // namespace
