@@ -35,6 +35,12 @@ std::string verdictOf(int status, const std::string &errorCode, const std::strin
     return "refused " + std::to_string(status) + (errorCode.empty() ? "" : " ") + errorCode
         + (reason.empty() ? "" : ": ") + reason;
 }
+
+std::string callOf(const httplib::Request &request)
+{
+    constexpr std::string_view base = "/v1.0/";
+    return request.path.starts_with(base) ? request.path.substr(base.size()) : "";
+}
 }
 
 Service::Service(Sandbox &sandbox)
@@ -100,7 +106,7 @@ void Service::routeCalls()
         try {
             answerCall(request, response);
         } catch (const FaultError &error) {
-            auto exchange = exchangeOf(request, request.path);
+            auto exchange = exchangeOf(request, callOf(request));
             const auto scenario = m_sandbox.scenario.get();
             refuse(response, exchange, { 500, {}, error.what() }, scenario.get());
         }
@@ -130,8 +136,7 @@ void Service::routeCalls()
 
 void Service::answerCall(const httplib::Request &request, httplib::Response &response)
 {
-    constexpr std::string_view base = "/v1.0/";
-    const auto call = request.path.starts_with(base) ? request.path.substr(base.size()) : "";
+    const auto call = callOf(request);
     if (!isCall(call) || request.target != request.path) {
         auto exchange = exchangeOf(request, request.target);
         return refuse(response, exchange, { 404, {}, "no such call" });
@@ -202,8 +207,8 @@ void Service::answerCall(const httplib::Request &request, httplib::Response &res
     }
     exchange.verdict = Exchange::Verdict::accepted;
     exchange.reason = note;
+    send(response, exchange, envelope, outcome, &scenario); // which may find no place for the fault
     m_sandbox.console.say(call, "accepted: " + note + outcome.fault.note());
-    send(response, exchange, envelope, outcome, &scenario);
 }
 
 void Service::refuse(httplib::Response &response, Exchange &exchange, const Refusal &refusal,

@@ -145,6 +145,8 @@ std::string Account::masked(std::string text)
                 match.position(1) - match.position(0), match.length(1), name);
         };
     };
+    text = rewritten(text, "(X-TRZ-Req-[ST][a-z]+: )[A-Za-z0-9+/=]{13,}", // of what is sent again
+        [](const std::smatch &match) { return match[1].str() + "(new)"; });
     const std::string uuid =
         "([0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12})";
     text = rewritten(text, "\"requestId\":\"" + uuid, [this](const std::smatch &match) {
