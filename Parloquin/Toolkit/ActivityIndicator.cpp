@@ -33,6 +33,7 @@ ActivityIndicator::ActivityIndicator(QWidget *parent)
 
 void ActivityIndicator::startAnimating()
 {
+    m_step = 0;
     m_timer.start(turn / steps);
     update();
 }

@@ -2,10 +2,6 @@
 
 #include "Parloquin/Toolkit/ActivityIndicator.h"
 
-#include <QtCore/QTimer>
-
-using namespace std::chrono_literals;
-
 void Walk::SetUp()
 {
     ContainerTest::SetUp();
@@ -28,13 +24,9 @@ void Walk::answerWell()
 
 QImage Walk::picture() const
 {
-    // It turns by a step a picture: by the clock a busy machine may miss the one that it looks for.
-    for (const auto *each : container->findChildren<ActivityIndicator *>()) {
-        if (each->isAnimating()) {
-            auto *const timer = each->findChild<QTimer *>();
-            timer->setInterval(1h);
-            QMetaObject::invokeMethod(timer, "timeout");
-        }
+    for (auto *const each : container->findChildren<ActivityIndicator *>()) {
+        if (each->isAnimating())
+            each->startAnimating(); // where each turn begins
     }
     QCoreApplication::sendPostedEvents(); // layouts that are still to be made
     return container->grab().toImage();

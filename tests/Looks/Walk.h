@@ -12,7 +12,7 @@ public:
     /// The same with a service that has neither apps nor countries.
     void takeEmpty(const Stop &stop);
 
-    /// What the container shows now, in device pixels, the caret steady, what turns a step further.
+    /// What the container shows now, in device pixels, the caret steady, what turns at its start.
     [[nodiscard]] QImage picture() const;
 
 protected:

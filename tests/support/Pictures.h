@@ -14,6 +14,8 @@
 inline std::string difference(const QImage &seen, const QImage &expected, int rounding = 0)
 {
     std::ostringstream text;
+    if (seen == expected)
+        return {};
     if (seen.size() != expected.size()) {
         text << seen.width() << " x " << seen.height() << ", not " << expected.width() << " x "
              << expected.height();
