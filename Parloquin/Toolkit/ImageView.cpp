@@ -7,7 +7,6 @@
 #include <QtCore/QFile>
 #include <QtGui/QPainter>
 #include <QtSvg/QSvgRenderer>
-#include <QtWidgets/QStyle>
 
 namespace parloquin {
 
@@ -46,12 +45,6 @@ void ImageView::setContentMode(ContentMode mode)
     update();
 }
 
-void ImageView::setAlignment(Qt::Alignment alignment)
-{
-    m_alignment = alignment;
-    update();
-}
-
 void ImageView::paintEvent(QPaintEvent *)
 {
     if (!m_renderer && !m_file.isEmpty())
@@ -65,18 +58,9 @@ void ImageView::paintEvent(QPaintEvent *)
     QRectF target(rect());
     if (m_mode == ContentMode::aspectFit) {
         const auto fitted = natural.scaled(target.size(), Qt::KeepAspectRatio);
-        const auto side = QStyle::visualAlignment(layoutDirection(), m_alignment);
-        qreal x = (target.width() - fitted.width()) / 2;
-        qreal y = (target.height() - fitted.height()) / 2;
-        if (side & Qt::AlignLeft)
-            x = 0;
-        else if (side & Qt::AlignRight)
-            x = target.width() - fitted.width();
-        if (side & Qt::AlignTop)
-            y = 0;
-        else if (side & Qt::AlignBottom)
-            y = target.height() - fitted.height();
-        target = { { x, y }, fitted };
+        target = { { (target.width() - fitted.width()) / 2,
+                       (target.height() - fitted.height()) / 2 },
+            fitted };
     }
     if (m_mirrored && layoutDirection() == Qt::RightToLeft) {
         painter.translate(width(), 0);

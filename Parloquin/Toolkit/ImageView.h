@@ -29,8 +29,6 @@ public:
 
     void setContentMode(ContentMode mode);
     [[nodiscard]] ContentMode contentMode() const { return m_mode; }
-    /// Where the picture sits when it does not fill the view; centred at first.
-    void setAlignment(Qt::Alignment alignment);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -40,7 +38,6 @@ private:
     QString m_file; // of the kit's own picture
     std::unique_ptr<QSvgRenderer> m_renderer; // made when first drawn: most ticks are never seen
     ContentMode m_mode = ContentMode::scaleToFill;
-    Qt::Alignment m_alignment = Qt::AlignCenter;
     bool m_mirrored = false;
 };
 
