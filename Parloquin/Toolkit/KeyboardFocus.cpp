@@ -6,7 +6,9 @@
 
 #include <QtCore/QScopedValueRollback>
 #include <QtGui/QFocusEvent>
+#include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMdiSubWindow>
 
 namespace parloquin {
@@ -95,9 +97,21 @@ void KeyboardFocus::watchFrame()
     if (!frame || frame == m_frame)
         return;
     m_frame = frame;
-    connect(frame, &QMdiSubWindow::aboutToActivate, this, [frame] {
+    // By keys one is to see where they are, after a click one knows; the frame gives no reason.
+    const auto ring = [this] {
+        auto *const focused = QApplication::focusWidget();
+        if (!m_stack->isAncestorOf(focused) || qobject_cast<QLineEdit *>(focused))
+            return;
+        park();
+        focused->setFocus(Qt::TabFocusReason);
+    };
+    if (auto *const window = m_stack->window()->windowHandle())
+        window->installEventFilter(this);
+    connect(frame, &QMdiSubWindow::aboutToActivate, this, [this, frame, ring] {
         QFocusEvent anew(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
         QCoreApplication::sendEvent(frame, &anew);
+        if (m_byKeys) // once the frame has given it
+            QMetaObject::invokeMethod(this, ring, Qt::QueuedConnection);
     });
 }
 
@@ -112,9 +126,17 @@ void KeyboardFocus::reclaim()
     QMetaObject::invokeMethod(this, giveBack, Qt::QueuedConnection);
 }
 
-// The host gives the keyboard to the whole.
 bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched != m_stage) {
+        const auto type = event->type();
+        if (type == QEvent::MouseButtonPress || type == QEvent::TouchBegin)
+            m_byKeys = false;
+        else if (type == QEvent::KeyPress)
+            m_byKeys = true;
+        return false;
+    }
+    // The host gives the keyboard to the whole.
     if (event->type() == QEvent::EnabledChange)
         reclaim();
     if (event->type() == QEvent::FocusIn && !m_parking && m_screen) {

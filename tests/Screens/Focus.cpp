@@ -183,7 +183,7 @@ TEST_F(InHost, HasItsPlaceAgainInASubWindowThatComesToTheFront)
     column->addWidget(own);
     auto *const other = new QLineEdit;
     area->addSubWindow(other);
-    auto *const frame = area->addSubWindow(page);
+    auto *const subWindow = area->addSubWindow(page);
     container.reset(Parloquin().viewControllerForLogin());
     column->addWidget(container.get());
     const auto turn = [] { // to the other sub window, as a person does
@@ -204,12 +204,16 @@ TEST_F(InHost, HasItsPlaceAgainInASubWindowThatComesToTheFront)
     turn();
     EXPECT_TRUE(other->hasFocus());
     turn();
+    ASSERT_SOON(visible("focusRing"));
+    EXPECT_EQ(frame(visible("focusRing")), frame(visible("viewAlternativeKit")));
+    turn();
+    hands::click(subWindow, QPoint(200, 12));
     EXPECT_EQ(focusName(), u"viewAlternativeKit");
+    EXPECT_FALSE(visible("focusRing"));
     goToNumber();
     tap("txtPhoneNumber");
     turn();
-    EXPECT_TRUE(other->hasFocus());
-    hands::click(frame, QPoint(200, 12));
+    hands::click(subWindow, QPoint(200, 12));
     EXPECT_EQ(focusName(), u"txtPhoneNumber");
 }
 
