@@ -6,6 +6,7 @@
 #include "Parloquin/Toolkit/Style.h"
 
 #include <QtGui/QContextMenuEvent>
+#include <QtGui/QInputMethodEvent>
 
 namespace parloquin {
 
@@ -84,6 +85,29 @@ void TextField::mouseDoubleClickEvent(QMouseEvent *event)
         mousePressEvent(event); // a tap like the one before, or the beginning of a long press
     else
         QLineEdit::mouseDoubleClickEvent(event);
+}
+
+// Hands the event on, but for the line edit's own cursor: even one of no width shows as a thin line
+// at ratios between whole ones. Input methods may hide it, and so it stays hidden from the start.
+void TextField::inputMethodEvent(QInputMethodEvent *event)
+{
+    using Attribute = QInputMethodEvent::Attribute;
+    m_composed = event->preeditString();
+    auto attributes = event->attributes();
+    int at = static_cast<int>(m_composed.size());
+    attributes.removeIf([&at](const Attribute &attribute) {
+        if (attribute.type == QInputMethodEvent::Cursor)
+            at = attribute.start;
+        return attribute.type == QInputMethodEvent::Cursor;
+    });
+    m_caretInComposed = at;
+    m_composedLooks = attributes;
+    attributes.append(Attribute(QInputMethodEvent::Cursor, at, 0));
+    QInputMethodEvent hidden(event->preeditString(), attributes);
+    hidden.setCommitString(
+        event->commitString(), event->replacementStart(), event->replacementLength());
+    QLineEdit::inputMethodEvent(&hidden);
+    event->setAccepted(hidden.isAccepted());
 }
 
 void TextField::contextMenuEvent(QContextMenuEvent *event)

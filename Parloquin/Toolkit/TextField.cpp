@@ -9,6 +9,7 @@
 #include <QtGui/QFocusEvent>
 #include <QtGui/QPainter>
 #include <QtGui/QStyleHints>
+#include <QtGui/QTextLayout>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QProxyStyle>
 
@@ -218,44 +219,31 @@ void TextField::setPlaceholderText(const QString &text)
     followDirection();
 }
 
-// Hands the event on, but for the line edit's own cursor: even one of no width shows as a thin line
-// at ratios between whole ones. Input methods may hide it, and so it stays hidden from the start.
-void TextField::inputMethodEvent(QInputMethodEvent *event)
-{
-    using Attribute = QInputMethodEvent::Attribute;
-    m_composing = !event->preeditString().isEmpty();
-    auto attributes = event->attributes();
-    int at = static_cast<int>(event->preeditString().size());
-    attributes.removeIf([&at](const Attribute &attribute) {
-        if (attribute.type == QInputMethodEvent::Cursor)
-            at = attribute.start;
-        return attribute.type == QInputMethodEvent::Cursor;
-    });
-    attributes.append(Attribute(QInputMethodEvent::Cursor, at, 0));
-    QInputMethodEvent hidden(event->preeditString(), attributes);
-    hidden.setCommitString(
-        event->commitString(), event->replacementStart(), event->replacementLength());
-    QLineEdit::inputMethodEvent(&hidden);
-    event->setAccepted(hidden.isAccepted());
-}
-
 void TextField::paintEvent(QPaintEvent *event)
 {
     if (m_borderWidth > 0 && m_borderColor.isValid()) {
         QPainter painter(this);
         DevicePixels::drawFrame(painter, rect(), m_borderWidth, m_radius, m_borderColor);
     }
-    if (text().isEmpty() && !m_composing) {
+    if (shown().isEmpty()) {
         drawCaret(); // under the placeholder, whose first letter it touches
         drawLine(placeholderText(), Style::placeholder);
         return;
     }
-    if (isReadOnly() || isCentred())
-        drawLine(text(), Style::ink);
-    else
+    if (isReadOnly() || isCentred()) {
+        drawLine(shown(), Style::ink);
+    } else {
+        const QRect cursor = cursorRect();
         QLineEdit::paintEvent(event);
+        // It scrolls as it paints, by where it was before, and may need two steps: a number at the
+        // right of a field that is made narrower first leaves a gap before its beginning.
+        if (cursorRect() != cursor)
+            update();
+    }
     drawCaret();
 }
+
+QString TextField::shown() const { return text().insert(cursorPosition(), m_composed); }
 
 void TextField::drawCaret()
 {
@@ -272,11 +260,12 @@ QRectF TextField::caret() const
 {
     const qreal free = std::max(width() - caretWidth, 0);
     const QFontMetrics line(m_face.font());
-    if (!text().isEmpty() || m_composing) {
-        const bool isLast = m_composing || cursorPosition() == text().size();
+    if (const auto all = shown(); !all.isEmpty()) {
+        const int at = cursorPosition() + m_caretInComposed;
+        const bool isLast = !m_composed.isEmpty() || at == all.size();
         const int off = isLast ? caretGap : -caretWidth / 2;
         const QRectF cursor = isCentred()
-            ? QRectF(leftOf(cursorPosition()), topOf(line), 0, cursorRect().height())
+            ? QRectF(leftOf(at), topOf(line), 0, cursorRect().height())
             : QRectF(cursorRect()).translated(cursorSlack, 0);
         return { std::clamp(cursor.x() + off, 0.0, free), cursor.y(), caretWidth, cursor.height() };
     }
@@ -289,16 +278,14 @@ QRectF TextField::caret() const
 int TextField::topOf(const QFontMetrics &line) const { return (height() - line.height() + 1) / 2; }
 
 // A line edit puts a centred text up to two pixels beside the middle.
-bool TextField::isCentred() const
-{
-    return (alignment() & Qt::AlignHCenter) && !m_composing && leftOf(0) >= 0;
-}
+bool TextField::isCentred() const { return (alignment() & Qt::AlignHCenter) && leftOf(0) >= 0; }
 
 qreal TextField::leftOf(int character) const
 {
     const QFontMetricsF metrics(m_face.font());
-    return (width() - metrics.horizontalAdvance(text())) / 2
-        + metrics.horizontalAdvance(text(), character);
+    const QString all = shown();
+    return (width() - metrics.horizontalAdvance(all)) / 2
+        + metrics.horizontalAdvance(all, character);
 }
 
 // A line edit scrolls a long text to its end and keeps room for a caret at the right. A text that
@@ -307,15 +294,20 @@ qreal TextField::leftOf(int character) const
 void TextField::drawLine(const QString &text, const QColor &color)
 {
     QFont font = m_face.font();
-    const auto fits = [&] { return QFontMetricsF(font).horizontalAdvance(text) <= width(); };
-    const bool isPlaceholder = this->text().isEmpty();
+    const bool isPlaceholder = shown().isEmpty();
+    const bool atRight = alignment() & Qt::AlignRight;
+    // Of the left edge a letter of full size keeps off by itself.
+    const int off = isPlaceholder && !isReadOnly() && !isCentred() ? caretWidth : 0;
+    const qreal room = width() - (atRight ? off : 0);
+    const auto fits = [&] { return QFontMetricsF(font).horizontalAdvance(text) <= room; };
     while (isPlaceholder && font.pixelSize() > Style::smallestText && !fits())
         font.setPixelSize(font.pixelSize() - 1);
     QPainter painter(this);
+    painter.setPen(color);
     if (isPlaceholder && !fits()) {
-        painter.setPen(color);
-        TextBlock::shrunk(text, m_face.font(), size(), 0, smallestFolded)
-            .draw(painter, rect(), alignment());
+        const QRect beside = rect().adjusted(atRight ? 0 : off, 0, atRight ? -off : 0, 0);
+        TextBlock::shrunk(text, m_face.font(), beside.size(), 0, smallestFolded)
+            .draw(painter, beside, alignment());
         return;
     }
     const QFontMetrics line(font);
@@ -325,15 +317,33 @@ void TextField::drawLine(const QString &text, const QColor &color)
         painter.fillRect(QRectF(left, topOf(line), leftOf(selectionEnd()) - left, line.height()),
             Style::selection);
     }
-    painter.setPen(color);
-    const auto shown = TextBlock::elided(text, font, width());
-    const qreal free = width() - metrics.horizontalAdvance(shown);
-    const qreal x = alignment() & Qt::AlignRight ? free
-        : alignment() & Qt::AlignHCenter         ? free / 2
-                                                 : 0;
+    const auto fitting = TextBlock::elided(text, font, width());
+    const qreal free = room - metrics.horizontalAdvance(fitting);
+    const qreal x = atRight ? free : alignment() & Qt::AlignHCenter ? free / 2 : 0;
+    const qreal baseLine = topOf(line) + metrics.ascent();
     painter.setFont(font);
     painter.setLayoutDirection(layoutDirection());
-    painter.drawText(QPointF(x, topOf(line) + metrics.ascent()), shown);
+    if (m_composed.isEmpty())
+        painter.drawText(QPointF(x, baseLine), fitting);
+    else
+        drawComposed(painter, QPointF(x, baseLine));
+}
+
+// With the lines and grounds that its input method gives it.
+void TextField::drawComposed(QPainter &painter, QPointF base) const
+{
+    QList<QTextLayout::FormatRange> looks;
+    for (const auto &each : m_composedLooks) {
+        if (each.type == QInputMethodEvent::TextFormat)
+            looks.append({ cursorPosition() + each.start, each.length,
+                qvariant_cast<QTextFormat>(each.value).toCharFormat() });
+    }
+    QTextLayout layout(shown(), painter.font());
+    layout.setFormats(looks);
+    layout.beginLayout();
+    const auto line = layout.createLine();
+    layout.endLayout();
+    layout.draw(&painter, base - QPointF(0, line.ascent()));
 }
 
 bool TextField::event(QEvent *event)

@@ -5,6 +5,7 @@
 
 #include <QtCore/QPointF>
 #include <QtCore/QTimer>
+#include <QtGui/QInputMethodEvent>
 #include <QtWidgets/QLineEdit>
 
 namespace parloquin {
@@ -61,6 +62,8 @@ private:
     void dress();
     void followDirection();
     void restartCaret();
+    /// What is typed, and what is being composed in it.
+    [[nodiscard]] QString shown() const;
     [[nodiscard]] QRectF caret() const;
     [[nodiscard]] int topOf(const QFontMetrics &line) const;
     /// Typed, and drawn in the very middle.
@@ -69,6 +72,8 @@ private:
     [[nodiscard]] qreal leftOf(int character) const;
     void drawCaret();
     void drawLine(const QString &text, const QColor &color);
+    /// \param base where its base line begins
+    void drawComposed(QPainter &painter, QPointF base) const;
     void openMenu(bool byKeys);
 
     Typeface m_face;
@@ -84,7 +89,9 @@ private:
     bool m_editing = false; // also while a menu, or another window, has the keyboard
     bool m_dressing = false;
     bool m_caretShown = false;
-    bool m_composing = false; // an input method shows what it has not committed yet
+    QString m_composed; // that an input method shows and has not committed yet
+    int m_caretInComposed = 0;
+    QList<QInputMethodEvent::Attribute> m_composedLooks;
 };
 
 } // namespace parloquin

@@ -8,6 +8,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QTranslator>
 
+#include <set>
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -16,21 +18,26 @@ struct Kind {
     std::string name;
     Qt::LayoutDirection direction;
     QSize size;
+    const char *language = nullptr; ///< of the kit's own texts
 };
 
-/// Those with pictures; or any, as "195x422 320x480", in both directions.
+/// Those with pictures; or any, as "195x422 320x480", in both directions and in German.
 std::vector<Kind> kinds()
 {
-    std::vector<Kind> all { { "LeftToRight", Qt::LeftToRight, { 390, 844 } },
-        { "RightToLeft", Qt::RightToLeft, { 320, 480 } },
-        { "TwiceTheScale", Qt::LeftToRight, { 195, 422 } } }; // of 390 x 844
     const QStringList sizes = qEnvironmentVariable("SIZES").split(u' ', Qt::SkipEmptyParts);
+    std::vector<Kind> all;
     for (const QString &each : sizes) {
         const QSize size(each.section(u'x', 0, 0).toInt(), each.section(u'x', 1).toInt());
         all.push_back({ each.toStdString() + "ltr", Qt::LeftToRight, size });
-        all.push_back({ each.toStdString() + "rtl", Qt::RightToLeft, size });
+        all.push_back({ each.toStdString() + "rtl", Qt::RightToLeft, size, "ar" });
+        all.push_back({ each.toStdString() + "de", Qt::LeftToRight, size, "de" });
     }
-    all.erase(all.begin(), all.begin() + (sizes.isEmpty() ? 0 : 3));
+    if (sizes.isEmpty())
+        all = { { "LeftToRight", Qt::LeftToRight, { 390, 844 } },
+            { "RightToLeft", Qt::RightToLeft, { 320, 480 } },
+            { "TwiceTheScale", Qt::LeftToRight, { 195, 422 } }, // of 390 x 844
+            { "Arabic", Qt::RightToLeft, { 195, 422 }, "ar" },
+            { "German", Qt::LeftToRight, { 195, 422 }, "de" } };
     return all;
 }
 
@@ -42,15 +49,20 @@ protected:
         QApplication::setFont(QFont(u"Noto Sans"_s)); // of the same version everywhere
         QApplication::setLayoutDirection(GetParam().direction);
         size = GetParam().size;
-        if (qEnvironmentVariableIsSet("SIZES") && GetParam().direction == Qt::RightToLeft) {
-            ASSERT_TRUE(m_texts.load(QStringLiteral(TRANSLATIONS "/parloquin_ar.qm")));
+        if (const QLatin1String language(GetParam().language); !language.isEmpty()) {
+            ASSERT_TRUE(m_texts.load(QStringLiteral(TRANSLATIONS "/parloquin_") + language));
             QCoreApplication::installTranslator(&m_texts);
         }
     }
 
+    /// In a language beside English only where most of its words are.
     void expectApproved(const std::string &stop) const
     {
-        approved::expect(GetParam().name + '-' + stop, [this] { return picture(); });
+        static const std::set<std::string> wordy { "overlay", "app list",
+            "phone entry, ring at number", "code entry, ring at again", "code entry, offered",
+            "country picker, empty" };
+        if (qEnvironmentVariableIsSet("SIZES") || !GetParam().language || wordy.contains(stop))
+            approved::expect(GetParam().name + '-' + stop, [this] { return picture(); });
     }
 
     void answerMuch();

@@ -190,8 +190,8 @@ void Transcript::messagingRoad()
     QApplication::setStyle(new ParloquinTest::PacedStyle(60)); // presses fade
     const auto panel = [this] { return visible("viewAlternativeKit"); };
     step(u"the way by SMS pressed"_s, [&] { hands::press(panel()); });
-    step(u"drawn off it"_s, [&] { hands::moveTo(panel(), { 0, -160 }); });
-    step(u"and let go"_s, [&] { hands::release(panel(), { 0, -160 }); });
+    step(u"drawn along it"_s, [&] { hands::moveTo(panel(), hands::middleOf(panel()) + QPoint(11, 0)); });
+    step(u"and let go"_s, [&] { hands::release(panel()); });
     QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     key(u"Down"_s, Qt::Key_Down);
     for (const QString &each : { u"Tab"_s, u"Tab to Close"_s, u"Tab around"_s })
@@ -286,7 +286,7 @@ void Transcript::codeEntry()
 
 void Transcript::hosts()
 {
-    step(u"in the number again"_s, [this] { tap("txtPhoneNumber"); hands::key(Qt::Key_End); });
+    step(u"before the number"_s, [this] { tap("txtPhoneNumber"); hands::key(Qt::Key_Home); });
     step(u"the host shuts its window"_s, [this] { page.setEnabled(false); });
     step(u"and opens it"_s, [this] { page.setEnabled(true); });
     step(u"the host hides the kit"_s, [this] { container->hide(); });
