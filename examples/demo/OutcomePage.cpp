@@ -226,8 +226,14 @@ QWidget *OutcomePage::makeSessionRow(const QString &sessionId)
 void OutcomePage::copy(const QString &sessionId, HostButton *button)
 {
     QGuiApplication::clipboard()->setText(sessionId);
-    button->setText(tr("Copied"));
-    QTimer::singleShot(2s, button, [button] { button->setText(tr("Copy")); });
+    // No word of another width: it would take room from the id, which breaks anew on a small phone.
+    button->setMinimumWidth(button->width());
+    button->setText(QStringLiteral("\u2713"));
+    button->setAccessibleName(tr("Copied"));
+    QTimer::singleShot(2s, button, [button] {
+        button->setText(tr("Copy"));
+        button->setAccessibleName(tr("Copy"));
+    });
 }
 
 } // namespace demo

@@ -132,9 +132,12 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     const auto parts = page.findChildren<QWidget *>();
     const auto isWhole = [](auto *it) { return it->height() >= it->heightForWidth(it->width()); };
     EXPECT_TRUE(QTest::qWaitFor([&] { return std::ranges::all_of(parts, isWhole); }));
+    const int room = partOf(page, "lblSessionId")->width();
     hands::click(partOf(page, "btnCopy"));
     EXPECT_EQ(QGuiApplication::clipboard()->text(), id);
-    const auto said = [button = partOf(page, "btnCopy")] { return button->property("text"); };
+    QCoreApplication::sendPostedEvents(); // layouts that are still to be made
+    EXPECT_EQ(partOf(page, "lblSessionId")->width(), room);
+    const auto said = [button = partOf(page, "btnCopy")] { return button->accessibleName(); };
     EXPECT_EQ(said(), u"Copied"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return said() == u"Copy"_s; }));
     auto *const filled = page.findChild<QAbstractButton *>(u"btnDone"_s);
