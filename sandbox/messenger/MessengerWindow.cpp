@@ -30,7 +30,7 @@ const QColor faultInk(0xb0, 0x1e, 0x1e);
 QLabel *makeLabel(
     const QString &text, int size, QFont::Weight weight, const QColor &colour, QWidget *parent)
 {
-    auto *label = new QLabel(text, parent);
+    auto *label = new Line(text, parent);
     label->setTextFormat(Qt::PlainText); // names and texts come from outside
     // The page decides the side; a name may be of another direction than the page.
     label->setAlignment((label->isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft)
@@ -104,8 +104,10 @@ QWidget *MessengerWindow::makeHeader()
     auto *name = makeLabel(m_link.recipient, 16, QFont::DemiBold, ink, header);
     name->setFixedHeight(20); // also with the taller lines of a font for Arabic
     names->addWidget(name);
-    names->addWidget(
-        makeLabel(tr("Opened by a link from another app"), 13, QFont::Normal, quietInk, header));
+    auto *origin =
+        makeLabel(tr("Opened by a link from another app"), 13, QFont::Normal, quietInk, header);
+    origin->setWordWrap(true);
+    names->addWidget(origin);
     names->addStretch(1);
     auto *row = new QHBoxLayout(header);
     row->setContentsMargins(margin, 0, margin, 0);
@@ -207,7 +209,7 @@ void MessengerWindow::onFailed(const QString &complaint)
     m_bubble->hide();
     m_lblState->hide();
     m_lblEmpty->show();
-    m_lblError->setText(complaint);
+    m_lblError->setText(foldable(complaint, m_lblError->font()));
     m_lblError->show();
     btnSend->setEnabled(true);
     btnSend->setFocus(Qt::OtherFocusReason);

@@ -1,6 +1,7 @@
 #include "sandbox/messenger/Panels.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QTextBoundaryFinder>
 #include <QtGui/QPainter>
 #include <QtWidgets/QVBoxLayout>
 
@@ -8,6 +9,7 @@ namespace messenger {
 namespace {
 constexpr qreal bubbleRadius = 12; // px
 constexpr int lineSpacing = 22; // px
+constexpr int roomForWord = 200; // px, in a bubble of a window of 320
 
 /// The message comes from outside: nothing in it may act as markup.
 QString markUp(const QString &text)
@@ -20,6 +22,45 @@ QString markUp(const QString &text)
         .arg(lineSpacing)
         .arg(safe);
 }
+}
+
+QString foldable(const QString &text, const QFont &font)
+{
+    static const QRegularExpression word(QStringLiteral("\\S{8,}"));
+    const QFontMetrics metrics(font);
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    QString folded;
+    qsizetype from = 0;
+    for (auto all = word.globalMatch(text); all.hasNext();) {
+        const auto each = all.next();
+        if (metrics.horizontalAdvance(each.captured()) <= roomForWord)
+            continue;
+        characters.setPosition(each.capturedStart());
+        for (auto at = characters.toNextBoundary(); at != -1 && at < each.capturedEnd();
+             at = characters.toNextBoundary()) {
+            folded += text.mid(from, at - from) + QChar(0x200b); // a blank of no width
+            from = at;
+        }
+    }
+    folded += text.mid(from);
+    return folded;
+}
+
+QSize Line::minimumSizeHint() const
+{
+    const auto least = QLabel::minimumSizeHint();
+    return wordWrap() ? least : QSize(0, least.height());
+}
+
+void Line::paintEvent(QPaintEvent *event)
+{
+    if (wordWrap() || fontMetrics().horizontalAdvance(text()) <= width())
+        return QLabel::paintEvent(event);
+    QPainter painter(this);
+    painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(rect(), static_cast<int>(alignment().toInt()),
+        fontMetrics().elidedText(text(), Qt::ElideRight, width()));
 }
 
 Panel::Panel(const QColor &fill, QWidget *parent)
@@ -61,7 +102,6 @@ Bubble::Bubble(const QString &text, const QColor &fill, const QColor &border, co
 {
     auto *label = new QLabel(this);
     label->setTextFormat(Qt::RichText);
-    label->setText(markUp(text));
     label->setAccessibleName(text);
     label->setWordWrap(true);
     auto colours = label->palette();
@@ -70,6 +110,7 @@ Bubble::Bubble(const QString &text, const QColor &fill, const QColor &border, co
     auto ownFont = label->font();
     ownFont.setPixelSize(16);
     label->setFont(ownFont);
+    label->setText(markUp(foldable(text, ownFont)));
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(17, 15, 17, 17);
     column->addWidget(label);

@@ -1,10 +1,24 @@
 #pragma once
 
+#include <QtCore/QString>
 #include <QtGui/QColor>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QWidget>
 
 namespace messenger {
+
+/// \return it, with places to break in words that are wider than a small window has room for
+[[nodiscard]] QString foldable(const QString &text, const QFont &font);
+
+/// A label that dots end where it has no room, unless it wraps.
+class Line : public QLabel {
+public:
+    using QLabel::QLabel;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
 
 /// A filled box with an optional hairline at one edge.
 class Panel : public QWidget {

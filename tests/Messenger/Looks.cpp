@@ -10,7 +10,6 @@
 
 using namespace messenger;
 using namespace Qt::StringLiterals;
-using namespace std::string_view_literals;
 
 namespace {
 
@@ -25,11 +24,12 @@ protected:
     {
         server.answer("/sandbox/messages", RawServer::http(status, body));
     }
-    void open(const QString &app, QSize size = { 390, 640 })
+    void open(const QString &app, int width = 390, const QString &to = u"A & B"_s,
+        const QString &text = u"Send <b>\nAB2C-3D4E"_s)
     {
-        window = std::make_unique<MessengerWindow>(
-            DeepLink { app, u"A & B"_s, u"Send <b>\nAB2C-3D4E"_s }, server.hostAndPort());
-        window->resize(size);
+        window =
+            std::make_unique<MessengerWindow>(DeepLink { app, to, text }, server.hostAndPort());
+        window->resize(width, 640);
         ASSERT_TRUE(comesToFront(*window));
     }
     /// Of the window, or of a place in it.
@@ -45,14 +45,14 @@ protected:
         return { part->mapTo(window.get(), QPoint()), part->size() };
     }
     /// Prepared, on its way, and refused.
-    void lookAtTheRoad(const std::string &name, const QRect &prepared = {})
+    void lookAtTheRoad(const std::string &name)
     {
-        look(name, prepared);
+        look(name);
         server.pause();
         hands::click(window->btnSend);
         QCoreApplication::sendPostedEvents();
         const QRect send = placeOf(window->btnSend);
-        look(name + ", sending", { 0, 280, 390, 100 });
+        look(name + ", sending", { 0, 280, window->width(), 100 });
         look(name + ", send, disabled", send);
         server.proceed();
         look(name + ", refused", send.adjusted(-20, -50, 20, 0));
@@ -106,8 +106,10 @@ TEST_F(ApprovedMessenger, InEachLanguage)
         ASSERT_TRUE(texts.load(u"" TRANSLATIONS "/messenger_%1.qm"_s.arg(QLatin1String(language))));
         QCoreApplication::installTranslator(&texts);
         QApplication::setLayoutDirection(QLocale(QLatin1String(language)).textDirection());
-        open(u"wrenly"_s);
-        lookAtTheRoad(language, language == "de"sv ? QRect(0, 0, 390, 112) : QRect());
+        // In a small window, where names and words have no room.
+        open(u"wrenly"_s, 320, u"Anmeldung der Beispielgesellschaft mbH & Co."_s,
+            u"Code AB2C-3D4E "_s + QString(50, u'w'));
+        lookAtTheRoad(language);
     }
 }
 
