@@ -152,7 +152,6 @@ bool TableView::Private::handleTouch(QTouchEvent *event)
     switch (point->state()) {
     case QEventPoint::Pressed: {
         const bool rolling = scroller->state() == QScroller::Scrolling;
-        motion.stop();
         scroller->handleInput(QScroller::InputPress, point->position(), time);
         if (!rolling) // the finger that stops a rolling table means no row
             press(point->position());
@@ -312,6 +311,7 @@ void TableView::mouseReleaseEvent(QMouseEvent *event)
 void TableView::wheelEvent(QWheelEvent *event)
 {
     d->cancelPress();
+    QScroller::scroller(this)->stop();
     setContentOffset(d->offset + Scrolling::distanceOf(*event));
     event->accept();
 }

@@ -21,7 +21,6 @@ namespace parloquin {
 
 namespace {
 constexpr int separatorMargin = 15; // px
-constexpr int jumpTime = 250; // ms
 }
 
 TableView::Private::Private(TableView *owner)
@@ -33,9 +32,6 @@ TableView::Private::Private(TableView *owner)
 {
     shadow->hide();
     index->hide();
-    motion.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&motion, &QVariantAnimation::valueChanged, table,
-        [this](const QVariant &value) { setOffset(value.toInt()); });
     connect(index, &TableIndex::chosen, table, [this](int letter) { jumpToSection(letter); });
 }
 
@@ -206,29 +202,10 @@ void TableView::Private::placeHeaders()
         headers[used]->hide();
 }
 
-void TableView::Private::scrollTo(const IndexPath &path, bool animated)
-{
-    if (!geometry.contains(path))
-        return;
-    const auto &section = geometry.sections()[static_cast<std::size_t>(path.section)];
-    const int target = std::clamp(geometry.topOf(path) - section.header, 0, maxOffset());
-    motion.stop();
-    const int length = animated ? Style::duration(table, std::chrono::milliseconds(jumpTime)) : 0;
-    if (length == 0) {
-        setOffset(target);
-        return;
-    }
-    motion.setStartValue(offset);
-    motion.setEndValue(target);
-    motion.setDuration(length);
-    motion.start();
-}
-
 void TableView::Private::jumpToSection(int section)
 {
     if (section < 0 || section >= static_cast<int>(geometry.sections().size()))
         return;
-    motion.stop();
     QScroller::scroller(table)->stop();
     cancelPress();
     setOffset(geometry.sections()[static_cast<std::size_t>(section)].top);
@@ -236,7 +213,6 @@ void TableView::Private::jumpToSection(int section)
 
 void TableView::Private::reveal(const IndexPath &path)
 {
-    motion.stop();
     QScroller::scroller(table)->stop();
     setOffset(offsetShowing(path));
 }
@@ -369,15 +345,9 @@ QList<TableCell *> TableView::visibleCells() const
     return cells;
 }
 
-void TableView::scrollToRow(const IndexPath &path, bool animated) { d->scrollTo(path, animated); }
-
 int TableView::contentOffset() const { return d->offset; }
 
-void TableView::setContentOffset(int offset)
-{
-    d->motion.stop();
-    d->setOffset(offset);
-}
+void TableView::setContentOffset(int offset) { d->setOffset(offset); }
 
 void TableView::paintEvent(QPaintEvent *)
 {
@@ -412,7 +382,6 @@ void TableView::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
     d->cancelPress();
-    d->motion.stop();
     QScroller::scroller(this)->stop();
 }
 

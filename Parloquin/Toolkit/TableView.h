@@ -122,7 +122,6 @@ public:
     /// Null when the row is out of view.
     [[nodiscard]] TableCell *cellForRow(const IndexPath &path) const;
     [[nodiscard]] QList<TableCell *> visibleCells() const; // top to bottom
-    void scrollToRow(const IndexPath &path, bool animated);
     /// A row rings, or would if there were one.
     [[nodiscard]] bool hasKeyboardFocus() const;
     void letGo() override;

@@ -7,7 +7,6 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QHash>
 #include <QtCore/QPointer>
-#include <QtCore/QVariantAnimation>
 
 #include <map>
 #include <optional>
@@ -35,7 +34,6 @@ struct TableView::Private {
     void paintGround(QPainter &painter) const;
     void placeHeaders();
     void recycle(TableCell *cell);
-    void scrollTo(const IndexPath &path, bool animated);
     void jumpToSection(int section);
     /// Scrolls as little as shows the whole row, clear of the stuck header.
     void reveal(const IndexPath &path);
@@ -80,7 +78,6 @@ struct TableView::Private {
     TableThumb *thumb;
     EmptyLook *emptyLook;
     bool hasIndex = false;
-    QVariantAnimation motion;
 
     std::optional<int> finger; // that leads
     std::optional<IndexPath> pressed;

@@ -129,23 +129,11 @@ TEST_P(RollingTable, IsStoppedAndNoRowIsChosenByThat)
     EXPECT_EQ(source.selected.size(), 1);
 }
 
-TEST_F(Table, AFingerStopsAJump)
-{
-    show();
-    table->scrollToRow({ 25, 0 }, true);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return table->contentOffset() > 20; }));
-    hands::Finger finger;
-    finger.down(table.get(), middle(300));
-    const int at = table->contentOffset();
-    EXPECT_FALSE(QTest::qWaitFor([&] { return table->contentOffset() != at; }, 100))
-        << "from " << at;
-    finger.cancel();
-}
-
 const Brake brakes[] = {
     { "AFinger", [](auto &table) { hands::Finger().tap(&table, QPoint(100, 300)); } },
     { "ALetter", [](auto &table) { hands::click(&table, QPoint(380, 300)); } },
     { "AnArrow", [](auto &) { hands::key(Qt::Key_Down); } },
+    { "AWheel", [](auto &table) { hands::wheel(&table, QPoint(9, 300), {}, QPoint(0, -120)); } },
     { "AWord", [](auto &) { hands::key(Qt::Key_M); } },
     { "GoingOutOfView", [](auto &table) { table.hide(); } },
 };
