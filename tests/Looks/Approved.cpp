@@ -4,6 +4,7 @@
 
 #include "Looks/Walk.h"
 #include "Parloquin/Toolkit/TableParts.h"
+#include "support/Clock.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTranslator>
@@ -60,13 +61,17 @@ protected:
     {
         static const std::set<std::string> wordy { "overlay", "app list",
             "phone entry, ring at number", "code entry, ring at again", "code entry, offered",
-            "country picker, empty" };
+            "country picker, empty", "motion turned on the way" };
+        if (HasFailure()) // a walk that went wrong ends there
+            return;
         if (qEnvironmentVariableIsSet("SIZES") || !GetParam().language || wordy.contains(stop))
             approved::expect(GetParam().name + '-' + stop, [this] { return picture(); });
     }
 
     void answerMuch();
+    void presentMuch();
     void takeFurther();
+    void takeMotion();
 
 private:
     QTranslator m_texts;
@@ -83,9 +88,10 @@ void Approved::answerMuch()
     const QString inks[] = { u"FFD14A"_s, u"2040A0"_s, u"FFFFFF"_s };
     for (int i = 0; i < 14; ++i) {
         const QString ground = QString::number(i % 3 == 1 ? 0xffffff : 0x204080 + i * 0x0a0805, 16);
-        apps.append(
-            uR"({"app":"a%1","text":"Verify with app %1","bgColour":"#%2","textColour":"#%3","icon":"%4"})"_s
-                .arg(QString::number(i), ground, inks[i % 3], server.url(u"/icon.png"_s)));
+        apps.append( // a line break in a name is a blank
+            uR"({"app":"a%1","text":"Verify with%5app %1","bgColour":"#%2","textColour":"#%3","icon":"%4"})"_s
+                .arg(QString::number(i), ground, inks[i % 3], server.url(u"/icon.png"_s),
+                    i % 2 == 0 ? uR"(\n)"_s : uR"(\u2028)"_s));
     }
     for (int i = 0; i < 60; ++i) {
         const QString code = i == 4 ? QString() : u"\"countryCode\":\"C%1\","_s.arg(i); // ticked
@@ -101,13 +107,18 @@ void Approved::answerMuch()
     answer("/v1.0/country", uR"({"result":{"list":[%1]}})"_s.arg(countries.join(u',')).toUtf8());
 }
 
-void Approved::takeFurther()
+void Approved::presentMuch()
 {
     answerMuch();
     present();
     container->resize(size);
     ASSERT_TRUE(QTest::qWaitForWindowActive(container->window()));
     ASSERT_TRUE(waitForOverlay(false));
+}
+
+void Approved::takeFurther()
+{
+    presentMuch();
     expectApproved("many apps");
     // It would go by the clock, and a busy machine be late to look.
     auto *const thumb = visible("tblKits")->findChild<TableThumb *>();
@@ -177,6 +188,73 @@ void Approved::takeFurther()
     expectApproved("code entry, again");
 }
 
+// What moves, at the beginning and at parts of its way.
+void Approved::takeMotion()
+{
+    presentMuch();
+    QApplication::setStyle(new ParloquinTest::PacedStyle(200));
+    Clock clock;
+    const auto expectParts = [&](const std::string &way, const char *shown, int length) {
+        ASSERT_SOON(visible(shown) && !isAtRest()); // it has begun
+        for (const char *part : { "begun", "a quarter", "a half", "three quarters" }) {
+            clock.goOn(part[0] == 'b' ? 0 : length / 4);
+            expectApproved("motion " + way + ", " + part);
+        }
+    };
+    const auto ends = [&](const char *shown) {
+        const auto rests = [&] { return clock.goOn(400), visible(shown) && isAtRest(); };
+        EXPECT_TRUE(QTest::qWaitFor(rests)) << shown;
+    };
+    const auto expectFade = [&](const std::string &name, const QWidget *pressed) {
+        for (const std::string round : { "", " anew" }) { // while it fades
+            hands::press(pressed);
+            clock.goOn(45);
+            expectApproved("motion " + name + " pressed" + round);
+            hands::moveTo(container.get(), { size.width() / 2, 60 });
+            clock.goOn(45);
+            expectApproved("motion " + name + " let go" + round);
+            hands::release(container.get(), { size.width() / 2, 60 });
+        }
+        clock.goOn(400);
+    };
+    expectFade("app", row("tblKits", 0, size.width() < 280 ? 0 : 1)); // one that is seen
+    tap("viewAlternativeKit");
+    expectParts("in", "viewCountryBack", 320);
+    ends("viewCountryBack");
+    hands::key(Qt::Key_Escape);
+    expectParts("out", "viewAlternativeKit", 280);
+    ends("viewAlternativeKit");
+    tap("viewAlternativeKit");
+    ASSERT_SOON(visible("viewCountryBack"));
+    clock.goOn(80);
+    container->resize(size.transposed());
+    expectApproved("motion turned on the way");
+    container->resize(size);
+    ends("viewCountryBack");
+    tap("viewCountryBack");
+    ends("tblCountries");
+    expectFade("country", row("tblCountries", 1, 0));
+    hands::Finger finger;
+    finger.pace = 40; // not thrown
+    const bool mirrored = GetParam().direction == Qt::RightToLeft;
+    finger.down(container.get(), { mirrored ? size.width() - 4 : 4, 300 });
+    finger.drag({ (mirrored ? -1 : 1) * size.width() / 3, 0 });
+    finger.up();
+    expectParts("given up", "tblCountries", 93);
+    ends("tblCountries");
+    tap(row("tblCountries", 1, 0));
+    ends("viewCountryBack");
+    expectFade("button", visible("btnContinue"));
+    expectFade("back", visible("btnBack"));
+    tap("txtPhoneNumber");
+    hands::keys(u"41234567"_s);
+    server.pause();
+    hands::key(Qt::Key_Return);
+    ASSERT_TRUE(waitForOverlay(true));
+    clock.goOn(60);
+    expectApproved("motion overlay, a half");
+}
+
 TEST_P(Approved, AlongTheRoads)
 {
     const Stop stop = [this](const std::string &name) { expectApproved(name); };
@@ -185,6 +263,8 @@ TEST_P(Approved, AlongTheRoads)
 }
 
 TEST_P(Approved, InFurtherStates) { takeFurther(); }
+
+TEST_P(Approved, InMotion) { takeMotion(); }
 
 INSTANTIATE_TEST_SUITE_P(All, Approved, testing::ValuesIn(kinds()), byName);
 

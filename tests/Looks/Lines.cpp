@@ -89,6 +89,25 @@ TEST_F(Lines, CoverWholePixelsOfTheDevice)
     });
 }
 
+TEST_F(Lines, OfAnEmptyListKeepClearOfTheOverlaysPlate)
+{
+    server.pause();
+    present();
+    ASSERT_TRUE(waitForOverlay(true));
+    for (const int width : { 195, 390, 844 }) {
+        for (int height = 844; height >= 313; height -= 3) {
+            container->resize(width, height);
+            QCoreApplication::sendPostedEvents();
+            const auto *const symbol = visible("imgEmpty");
+            const QRect seen = frame(find("lblEmpty")) | (symbol ? frame(symbol) : QRect());
+            EXPECT_FALSE(frame(find("loadingView")).intersects(seen)) << width << " x " << height;
+            const QRect list = frame(find("tblKits"));
+            EXPECT_TRUE(height < 355 ? list.intersects(seen) : list.contains(seen))
+                << width << " x " << height;
+        }
+    }
+}
+
 TEST_F(Lines, OfAPageThatIsInsetReachNoFurther)
 {
     present();

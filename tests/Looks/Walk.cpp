@@ -117,4 +117,6 @@ void Walk::toTheCode(const Stop &stop)
     offer->show();
     QCoreApplication::sendPostedEvents(); // it is as high as its text needs
     stop("code entry, offered");
+    hands::press(offer);
+    stop("code entry, offer pressed");
 }

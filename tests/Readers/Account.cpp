@@ -80,7 +80,8 @@ void read(const QWidget *top, QAccessibleInterface *node, int depth, QStringList
     for (int i = 0; i < node->childCount(); ++i) {
         EXPECT_EQ(node->child(i)->parent(), node) << line.toStdString();
         EXPECT_EQ(node->indexOfChild(node->child(i)), i) << line.toStdString();
-        read(top, node->child(i), depth + 1, lines);
+        if (node->childCount() < 60 || !node->child(i)->state().offscreen) // else too much to read
+            read(top, node->child(i), depth + 1, lines);
     }
 }
 

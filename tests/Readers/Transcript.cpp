@@ -1,12 +1,9 @@
 // What everyone is told on both roads, step by step: the person, by eye, by a reader and on the
 // screen's keyboard; the service, the delegate, the host and its log. Held against Transcript.txt,
 // which somebody read; TRANSCRIPT=approve takes it anew, to be read as git shows what has changed.
+#include "Readers/Transcript.h"
+
 #include "Readers/Account.h"
-#include "Readers/Heard.h"
-#include "Screens/Container.h"
-#include "support/DeveloperWords.h"
-#include "support/ModemBus.h"
-#include "support/Steps.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonDocument>
@@ -14,49 +11,6 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QScopeGuard>
 #include <QtGui/QShortcut>
-
-namespace {
-
-class Transcript : public ContainerTest, public testing::WithParamInterface<Qt::LayoutDirection> {
-protected:
-    void SetUp() override;
-    void TearDown() override;
-
-    /// One thing that somebody does, and all that comes of it.
-    /// \param sends so many requests; while the server waits, they are waited for alone
-    /// \param until seen at last
-    void step(const QString &name, const std::function<void()> &act, size_t sends = 0,
-        const std::function<bool()> &until = {});
-    void open();
-    void messagingRoad();
-    void phoneEntry();
-    void codeEntry();
-    void hosts();
-    void hold();
-    void proceed();
-    void key(const QString &name, Qt::Key key, size_t sends = 0);
-    void tapped(const QString &name, const char *widget, size_t sends = 0,
-        const std::function<bool()> &until = {});
-    [[nodiscard]] std::function<bool()> told(int count) const;
-
-    QWidget page;
-    ModemBus modem;
-    transcript::Steps steps;
-
-private:
-    void settle(size_t sends, const std::function<bool()> &until);
-    [[nodiscard]] QStringList whatCame(const QString &printed);
-
-    const DeveloperWords m_words;
-    std::unique_ptr<Heard> m_heard;
-    QStringList m_state;
-    size_t m_sent = 0;
-    qsizetype m_told = 0;
-    qsizetype m_worded = 0;
-    bool m_waits = false; // the server
-    bool m_moves = false; // under a finger
-    int m_messages = 0;
-};
 
 void Transcript::SetUp()
 {
@@ -323,6 +277,9 @@ TEST_P(Transcript, IsTheApprovedOne)
     phoneEntry();
     codeEntry();
     hosts();
+    far();
+    byReader();
+    onTheWay();
     const std::string file = APPROVED "/Transcript.txt"; // of both directions
     if (GetParam() == Qt::LeftToRight)
         transcript::takeIfMeant(steps, file);
@@ -338,5 +295,3 @@ INSTANTIATE_TEST_SUITE_P(
     Directions, Transcript, testing::Values(Qt::LeftToRight, Qt::RightToLeft), [](const auto &row) {
         return std::string(row.param == Qt::LeftToRight ? "LeftToRight" : "RightToLeft");
     });
-
-} // namespace

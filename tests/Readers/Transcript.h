@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Readers/Heard.h"
+#include "Screens/Container.h"
+#include "support/DeveloperWords.h"
+#include "support/ModemBus.h"
+#include "support/Steps.h"
+
+/// \brief The walk that is written down.
+class Transcript : public ContainerTest, public testing::WithParamInterface<Qt::LayoutDirection> {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// One thing that somebody does, and all that comes of it.
+    /// \param sends so many requests; while the server waits, they are waited for alone
+    /// \param until seen at last
+    void step(const QString &name, const std::function<void()> &act, size_t sends = 0,
+        const std::function<bool()> &until = {});
+    void open();
+    void messagingRoad();
+    void phoneEntry();
+    void codeEntry();
+    void hosts();
+    void far();
+    void byReader();
+    void onTheWay();
+    void hold();
+    void proceed();
+    void key(const QString &name, Qt::Key key, size_t sends = 0);
+    void tapped(const QString &name, const char *widget, size_t sends = 0,
+        const std::function<bool()> &until = {});
+    [[nodiscard]] std::function<bool()> told(int count) const;
+
+    QWidget page;
+    ModemBus modem;
+    transcript::Steps steps;
+
+private:
+    void settle(size_t sends, const std::function<bool()> &until);
+    [[nodiscard]] QStringList whatCame(const QString &printed);
+
+    const DeveloperWords m_words;
+    std::unique_ptr<Heard> m_heard;
+    QStringList m_state;
+    size_t m_sent = 0;
+    qsizetype m_told = 0;
+    qsizetype m_worded = 0;
+    bool m_waits = false; // the server
+    bool m_moves = false; // under a finger
+    int m_messages = 0;
+};
