@@ -97,8 +97,24 @@ TEST(NetworkGate, IsOpenUntilTheNetworkIsKnownAndGoesWithIt)
     const auto &gate = ApiSessionHelper::shared().isNetworkReachable;
     EXPECT_TRUE(gate);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !gate; })) << "no way out";
-    ASSERT_TRUE(ip(QByteArray(wired) + "route add default via 10.9.0.1"));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return gate.load(); })) << "back in the network";
+    const QByteArray route = "route add default via 10.9.0.1";
+    const std::pair<QByteArray, bool> changes[] = {
+        { wired + route, true },
+        { "link set d1 down", false }, // the cable unplugged
+        { "link set d1 up", true },
+        { "route add unreachable ::/0\nroute del default", false }, // it refuses
+        { "route del unreachable ::/0\n" + route, true },
+        { "addr add fd00::2/64 dev d0 nodad\naddr del 10.9.0.2/24 dev d0", false },
+        { "route add ::/0 via fd00::1", true },
+        { "link set d0 down", false },
+        { modem + QByteArray("route add default via 10.8.0.1"), true },
+        { "link del wwan0", false },
+    };
+    for (const auto &[commands, isOpen] : changes) {
+        ASSERT_TRUE(ip(commands));
+        EXPECT_TRUE(QTest::qWaitFor([&, open = isOpen] { return gate == open; }, 20'000))
+            << commands.constData();
+    }
 }
 
 } // namespace

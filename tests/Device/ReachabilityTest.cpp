@@ -57,39 +57,6 @@ std::shared_ptr<Reachability> watch(Script &script)
         nullptr, DispatchQueue::main());
 }
 
-TEST(Reachability, MakesTheConnectionOfItsFlags)
-{
-    const struct {
-        std::optional<ReachabilityFlags> flags;
-        std::string connection;
-        const char *description;
-    } rows[] = {
-        { {}, "No Connection", "unavailable flags" },
-        { 0, "No Connection", "-- -------" },
-        { reachable, "WiFi", "-R -------" },
-        { reachable | isWWAN, "Cellular", "WR -------" },
-    };
-    for (const auto &[flags, connection, description] : rows) {
-        SCOPED_TRACE(description);
-        Script script;
-        script.flags = flags;
-        const auto reachability = watch(script);
-        QString told;
-        reachability->whenReachable = [&](Reachability &) { told = QStringLiteral("reachable"); };
-        reachability->whenUnreachable = [&](Reachability &) { told = QStringLiteral("none"); };
-
-        EXPECT_EQ(reachability->currentReachabilityString().toStdString(), connection);
-        EXPECT_EQ(reachability->isReachable(), connection != "No Connection");
-        EXPECT_EQ(reachability->description().toStdString(), description);
-        if (!flags)
-            continue;
-        // The read is the first the object knows, so it is a change, told later on the main queue.
-        EXPECT_EQ(told, QString());
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !told.isEmpty(); }));
-        EXPECT_EQ(told == QStringLiteral("reachable"), connection != "No Connection");
-    }
-}
-
 TEST(Reachability, TellsEachChangeOnce)
 {
     Script script;

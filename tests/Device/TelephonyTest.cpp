@@ -87,6 +87,8 @@ TEST(Telephony, HearsOfASimThatIsPutInWhileItAsks)
     const auto country = [] { return Telephony::shared().isoCountryCode().value_or(QString()); };
     EXPECT_TRUE(QTest::qWaitFor([&] { return country() == QStringLiteral("de"); }, patience))
         << country().toStdString() << ", not de";
+    bus.play("end plain-service");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return country().isEmpty(); }, patience)) << "it stays";
 }
 
 TEST(OperatorCountry, IsFoundByItsCodes)

@@ -81,13 +81,6 @@ struct Network {
 };
 const Network networks[] = {
     { "no default route", "route del default", route },
-    { "loopback only", "link del d0", wired + route, 0, true },
-    { "cable unplugged", "link set d1 down", "link set d1 up", 0, true },
-    { "link taken down", "link set d0 down", "link set d0 up\n" + route },
-    { "route that refuses", "route replace unreachable default",
-        "route del unreachable default\n" + route },
-    { "IPv6 only", "addr add fd00::2/64 dev d0 nodad\naddr del 10.9.0.2/24 dev d0",
-        "route add ::/0 via fd00::1", 0, true },
     { "modem only", "link set d1 down",
         QByteArray(modem) + "route add default via 10.8.0.1 metric 9" },
     { "netlink overrun", flaps + "route del default", route + flaps },

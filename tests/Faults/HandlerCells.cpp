@@ -2,8 +2,6 @@
 #include "Faults/FaultTest.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QTemporaryDir>
-#include <QtNetwork/QLocalServer>
 
 namespace {
 
@@ -78,25 +76,11 @@ Cell ignored(const char *fault, const char *package)
     return { fault, "app", act, {}, {} };
 }
 
-void startOnSilentBus(FaultTest &test)
-{
-    const QTemporaryDir folder;
-    QLocalServer bus; // takes connections and says nothing
-    ASSERT_TRUE(bus.listen(folder.filePath(u"bus"_s)));
-    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bus.fullServerName().toUtf8());
-    test.goTo("start");
-    test.makeAndWait("start");
-    EXPECT_TRUE(FaultTest::waitForLink());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", before);
-}
-
 } // namespace
 
 std::vector<Cell> handlerCells()
 {
     std::vector<Cell> cells {
-        { "silent session bus", "start", startOnSilentBus, {}, {}, true },
         ignored("no handler", "unknown://"),
         ignored("missing binary", "gone://"),
         ignored("no URL", "not a url"),

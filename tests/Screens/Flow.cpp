@@ -6,7 +6,9 @@
 #include "support/DeveloperWords.h"
 #include "support/Widgets.h"
 
+#include <QtCore/QTemporaryDir>
 #include <QtCore/QThread>
+#include <QtNetwork/QLocalServer>
 
 #include <atomic>
 
@@ -123,6 +125,9 @@ const SecondStart secondStarts[] = {
         u"R-1,R-1,R-2"_s, { yes, yes, yes }, { refused.arg(0), noLink } },
     { "NoHandler", R"({"result":{"deeplink":"kite://send?text=code%20Q7","reference":"R-2"}})",
         false, u"R-1,R-1,R-2"_s, { yes, yes, yes }, { refused.arg(0), noHandler } },
+    { "HandlerWithoutLinks", R"({"result":{"deeplink":"deaf://x","reference":"R-2"}})", false,
+        u"R-1,R-1,R-2"_s, { yes, yes, yes },
+        { refused.arg(0), QString(noHandler).replace(u"kite"_s, u"deaf"_s) } },
     { "Refused", R"({"meta":{"httpStatusCode":500}})", false, u"R-1,R-1"_s, { yes, yes },
         { refused.arg(500), noLink } },
     { "Failed", "no envelope", false, u"R-1,R-1,R-1"_s, { yes, yes, u"failed 1"_s, yes }, {} },
@@ -154,6 +159,17 @@ TEST_F(Flow, FillsTheScreenWithWhatCame)
         EXPECT_EQ(visible("lblEmpty") != nullptr, row.rows == 0);
     }
     EXPECT_EQ(delegate->outcomes(), QStringList(u"failed 1"_s)) << "of the garbage";
+}
+
+TEST_F(Flow, OpensTheAppWhereTheSessionsBusIsSilent)
+{
+    const QTemporaryDir folder;
+    QLocalServer bus;
+    ASSERT_TRUE(bus.listen(folder.filePath(u"bus"_s)));
+    const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bus.fullServerName().toUtf8());
+    presentStarted(); // in five seconds
+    qputenv("DBUS_SESSION_BUS_ADDRESS", before);
 }
 
 TEST_F(Flow, PrintsWhyAnAppCannotBeStarted)
