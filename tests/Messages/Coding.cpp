@@ -85,10 +85,15 @@ TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
     };
     for (const auto &[read, body, expected] : rows)
         EXPECT_EQ(read(body), expected) << body.left(200).constData();
-    for (const char *method :
-        { "accountkit", "otp", "call", "3rdparty", "whatsapp", "telegram", "viber" }) {
-        const QByteArray body = R"({"result":{"validation":")" + QByteArray(method) + R"("}})";
-        EXPECT_EQ(init(body), body);
+    const QByteArray method = R"({"result":{"validation":"@"}})";
+    const QByteArray code = R"({"meta":{"errorCode":"@"}})";
+    for (const auto &[body, words] :
+        { std::pair(method, "accountkit otp call 3rdparty whatsapp telegram viber"),
+            { code, "403001 403002 403003 403026" } }) {
+        for (const QByteArray &word : QByteArray(words).split(' ')) {
+            const QByteArray said = QByteArray(body).replace('@', word);
+            EXPECT_EQ(init(said), said);
+        }
     }
     const QByteArray others[] = { "<html></html>", "\xEF\xBB\xBF{}", "{} {}", R"({"meta":null,})",
         R"({"x":[1,]})", R"({"result":{"sessionId":"\ud800"}})",
