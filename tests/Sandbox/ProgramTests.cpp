@@ -45,27 +45,6 @@ TEST(SandboxProgram, IsStartedAgainAtOnceAtItsPort)
     EXPECT_TRUE(holds(again.waitForOutput("\n"), "listens at 127.0.0.1:" + port));
 }
 
-TEST(SandboxProgram, TellsWhatItIsAndWhatItDoesNotUnderstand)
-{
-    const Sandbox other;
-    const auto taken = std::to_string(other.port());
-    const TemporaryFile wrong(besideKeys(R"("outcomes":{"check":"maybe"})"));
-    const std::tuple<std::vector<std::string>, int, std::string> calls[] = {
-        { { "--version" }, EXIT_SUCCESS, "parloquin-sandbox " SANDBOX_VERSION "\n" },
-        { { "--check", wrong.path() }, EXIT_FAILURE, wrong.path() + ": outcomes.check: no " },
-        { { "--port", "0", "--page", taken }, EXIT_FAILURE, "choose another with --page" },
-        { { "--port", taken }, EXIT_FAILURE,
-            "port " + taken + " of 127.0.0.1: Address already in use" },
-        { { "--check" }, 2, "--check: expected a file" },
-        { { "--faults", ":7" }, 2, "--faults: expected" },
-        { { "--faults", "20:7x" }, 2, "--faults: expected" },
-    };
-    for (auto [words, code, said] : calls) {
-        words.insert(words.begin(), SANDBOX_PROGRAM);
-        expectEnd(words, code, said);
-    }
-}
-
 // Editors write a file in place, or put another in its place.
 TEST(SandboxProgram, ReadsItsScenarioAgainWhenItChanges)
 {

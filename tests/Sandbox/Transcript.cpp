@@ -3,11 +3,12 @@
 // comment one that begins with "# "; what follows a step was approved.
 // clang-format off
 //   { "start": {}, "options": [] }          from now on this sandbox, of this scenario
-//   { "run": ["--help"], "file": "text" }   the program to its end; FILE stands for that file
+//   { "run": ["--help"], "file": "text" }   a program to its end; FILE stands for that file, PORT for one taken
 //   { "call": "init", "with": {} }          right but for "headers", "body", "key", "signed" and so on
 //   { "get": "/", "headers": {} }, { "post": "/", "body": {} }  at the page, or with "service": true
 //   { "raw": "GET / ..." }                  with ~XX for a byte
 //   { "interrupt": 2, "call": "start" }     Ctrl-C while so many such calls wait
+// With any request: "stalls", "unread": until that is said; "probed": also whether the other side is gone.
 // clang-format on
 #include "Account.h"
 #include "sandbox/service/Cipher.h"
@@ -47,6 +48,7 @@ private:
     void start()
     {
         m_sandbox.emplace(m_step["start"], m_step.value("options", std::vector<std::string>()));
+        m_sandbox->process().waitForOutput(m_step.value("said", ""));
         m_account = {};
         // With the colon before it: five digits alone may be part of an id.
         m_account.mean(":" + std::to_string(m_sandbox->port()), ":(port)");
@@ -60,15 +62,24 @@ private:
     {
         const TemporaryFile file(m_step.value("file", ""));
         m_account.mean(file.path(), "FILE");
+        const auto port = m_sandbox ? std::to_string(m_sandbox->port()) : "";
+        m_account.mean(port, "PORT");
+        m_account.mean(SANDBOX_VERSION, "VERSION");
         auto words = m_step["run"].get<std::vector<std::string>>();
-        for (auto &word : words)
+        for (auto &word : words) {
             replaceEach(word, "FILE", file.path());
-        words.insert(words.begin(), SANDBOX_PROGRAM);
+            replaceEach(word, "PORT", port);
+        }
+        words.insert(words.begin(),
+            m_step.value("program", "") == "messenger" ? MESSENGER_PROGRAM : SANDBOX_PROGRAM);
         Process program(words);
         const auto code = program.waitForEnd();
         m_account.line("ends with " + std::to_string(code.value_or(-1)));
-        m_account.lines(program.output());
-        m_account.forget("FILE");
+        // What Qt says of the session that a machine gives it differs.
+        m_account.lines(rewritten(
+            program.output(), "QStandardPaths: [^\n]*\n", [](const auto &) { return ""; }));
+        for (const auto *name : { "FILE", "PORT", "VERSION" })
+            m_account.forget(name);
     }
 
     void interrupt()
@@ -99,7 +110,8 @@ private:
         m_account.answered(exchange(wire()), m_step.value("get", ""));
         const auto said = m_sandbox->process().takeOutput();
         m_account.lines(said);
-        m_account.noted(*m_sandbox, said);
+        if (!m_step.contains("unread")) // else nobody knows how far it came
+            m_account.noted(*m_sandbox, said);
     }
 
     Wire wire()
@@ -212,6 +224,11 @@ private:
         auto isReset = ::send(socket, wire.bytes.data(), wire.bytes.size(), MSG_NOSIGNAL) < 0;
         if (m_step.value("half", false))
             ::shutdown(socket, SHUT_WR);
+        if (m_step.contains("unread")) {
+            m_sandbox->process().waitForOutput(m_step["unread"]);
+            ::close(socket);
+            return "(unread)";
+        }
         // Where nothing ends it, it is over once the sandbox has said so and nothing more comes.
         const std::string stalls = m_step.value("stalls", "");
         if (!stalls.empty())
@@ -227,9 +244,15 @@ private:
             isReset = count < 0;
             isOver = count <= 0;
         }
+        auto isGone = false;
+        if (m_step.value("probed", false) && isOver && !isReset) {
+            ::send(socket, "x", 1, MSG_NOSIGNAL); // which one that is gone answers with a reset
+            watched.events = 0;
+            isGone = ::poll(&watched, 1, 300) == 1;
+        }
         ::close(socket);
         all.resize(std::min(all.size(), most));
-        return all + (isReset ? "(reset)" : isOver ? "" : "(goes on)");
+        return all + (isReset ? "(reset)" : isGone ? "(gone)" : isOver ? "" : "(goes on)");
     }
 
     std::optional<Sandbox> m_sandbox;
