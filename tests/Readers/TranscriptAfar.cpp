@@ -29,6 +29,9 @@ void Transcript::far()
         hands::press(visible("sectionIndex"), letter(25));
         for (int i = 24; i >= 0; i -= 3)
             hands::moveTo(visible("sectionIndex"), letter(i)), hearTop(i);
+        const int inwards = GetParam() == Qt::LeftToRight ? -1 : 1;
+        for (const auto &[i, astray] : { std::pair(6, 27), { 9, 52 } }) // a little, and too far
+            hands::moveTo(visible("sectionIndex"), letter(i) + QPoint(inwards * astray, 0)), hearTop(i);
         hands::release(visible("sectionIndex"), letter(1));
     });
     step(u"Down, held"_s, [] { hands::hold(Qt::Key_Down, 40); });
@@ -36,6 +39,7 @@ void Transcript::far()
     step(u"Page up, held"_s, [] { hands::hold(Qt::Key_PageUp, 4); });
     step(u"a wheel"_s, [this] { hands::wheel(visible("tblCountries"), { 100, 300 }, {}, { 0, 360 }); });
     step(u"narrow and low there"_s, [this] { container->resize(195, 422); });
+    step(u"the last letter, low"_s, [this] { hands::click(visible("sectionIndex"), { 12, 329 }); });
     step(u"upright again"_s, [this] { container->resize(390, 844); });
     step(u"hidden there, and shown"_s, [this] { container->hide(); container->show(); });
     step(u"a tap there"_s, [this] { tap(qobject_cast<TableView *>(visible("tblCountries"))->visibleCells()[3]); }, 0, [this] { return visible("txtPhoneNumber"); });

@@ -78,18 +78,6 @@ TEST(FocusRing, GoesWithWhatHasTheFocus)
     EXPECT_SOON(!page.ring->isVisible() || page.ring->geometry().height() < 70);
 }
 
-TEST(Button, IsNotTappedByAStrayingFinger)
-{
-    ControlsPage page;
-    const QSignalSpy clicks(page.button, &QAbstractButton::clicked);
-    hands::press(page.button, QPoint(20, 20));
-    EXPECT_TRUE(page.button->isDown());
-    hands::moveTo(page.button, QPoint(31, 20));
-    EXPECT_FALSE(page.button->isDown());
-    hands::release(page.button, QPoint(20, 20));
-    EXPECT_EQ(clicks.size(), 0);
-}
-
 TEST(TextField, IsFoundByAMagnifierAndTurnsOnAPageFromRightToLeft)
 {
     ControlsPage page;

@@ -21,42 +21,6 @@ protected:
     [[nodiscard]] static QPoint middle(int y) { return { 100, y }; }
 };
 
-TEST_F(Table, AStuckHeaderCastsAShadow)
-{
-    show();
-    const auto *shadow = table->findChild<TableShadow *>();
-    EXPECT_FALSE(shadow->isVisible()) << "of a header at rest";
-    table->setContentOffset(100);
-    EXPECT_TRUE(shadow->isVisible());
-}
-
-TEST_F(Table, TheIndexJumpsByTapAndByDrag)
-{
-    show();
-    auto *index = table->findChild<TableIndex *>();
-    ASSERT_TRUE(index && index->isVisible());
-    constexpr int top = (600 - 26 * 20) / 2;
-    for (const bool mirrored : { false, true }) {
-        SCOPED_TRACE(mirrored ? "right to left" : "left to right");
-        table->setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
-        const auto letter = [=](int at, int astray = 0) {
-            return QPoint(12 + (mirrored ? astray : -astray), top + at * 20 + 10);
-        };
-        hands::click(index, letter(7));
-        EXPECT_EQ(table->contentOffset(), sectionTop(7));
-        hands::press(index, letter(1));
-        hands::moveTo(index, letter(3, 27));
-        EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "a finger may stray a little";
-        hands::moveTo(index, letter(5, 52));
-        EXPECT_EQ(table->contentOffset(), sectionTop(3)) << "but not that far";
-        hands::release(index, letter(5, 52));
-    }
-
-    table->resize(390, 200); // too low for all letters: every one is still reached
-    hands::click(index, { 12, 199 });
-    EXPECT_EQ(table->contentOffset(), sectionTop(25));
-}
-
 TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
 {
     show();
