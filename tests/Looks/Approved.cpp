@@ -33,7 +33,10 @@ std::vector<Kind> kinds()
         all.push_back({ each.toStdString() + "rtl", Qt::RightToLeft, size, "ar" });
         all.push_back({ each.toStdString() + "de", Qt::LeftToRight, size, "de" });
     }
-    if (sizes.isEmpty())
+    const QString ratio = qEnvironmentVariable("QT_SCALE_FACTOR").remove(u'.');
+    if (sizes.isEmpty() && !ratio.isEmpty())
+        all = { { "Ratio" + ratio.toStdString(), Qt::RightToLeft, { 320, 480 } } };
+    else if (sizes.isEmpty())
         all = { { "LeftToRight", Qt::LeftToRight, { 390, 844 } },
             { "RightToLeft", Qt::RightToLeft, { 320, 480 } },
             { "TwiceTheScale", Qt::LeftToRight, { 195, 422 } }, // of 390 x 844
@@ -229,14 +232,21 @@ void Approved::takeMotion()
     clock.goOn(80);
     container->resize(size.transposed());
     expectApproved("motion turned on the way");
-    hands::key(Qt::Key_Tab);
-    hands::key(Qt::Key_Tab);
-    expectApproved("turned, ring at continue"); // which may have scrolled
+    for (const char *field : { "number", "continue" }) {
+        hands::key(Qt::Key_Tab);
+        expectApproved(std::string("turned, ring at ") + field); // in a page that may have scrolled
+    }
     container->resize(size);
     ends("viewCountryBack");
     tap("viewCountryBack");
     ends("tblCountries");
     expectFade("country", row("tblCountries", 1, 1)); // under a line
+    hands::press(row("tblCountries", 1, 1));
+    hands::wheel(visible("tblCountries"), { 100, 200 }, {}, { 0, -1000 });
+    expectApproved("motion country rolled away"); // and its cell shows another
+    hands::wheel(visible("tblCountries"), { 100, 200 }, {}, { 0, 1000 });
+    hands::release(container.get(), { size.width() / 2, 60 });
+    clock.goOn(400);
     hands::Finger finger;
     finger.pace = 40; // not thrown
     const bool mirrored = GetParam().direction == Qt::RightToLeft;

@@ -110,7 +110,7 @@ TEST_P(HostLooks, LeaveEveryScreenAsItIs)
     };
     take(look);
     takeEmpty(look);
-    ASSERT_EQ(plain.size(), 14);
+    ASSERT_EQ(plain.size(), 16);
 
     dress(GetParam());
     const Stop compare = [&](const std::string &stop) {
