@@ -1,0 +1,293 @@
+"""Plays the steps of Transcript.txt on the page, and tells what a person sees and hears after each.
+
+A step is a line that begins with "$ ", a comment one with "#". What follows a step was approved: the
+lines that went ("- ") and came ("+ "), each a part of the page with its role, name and states as a
+reader has them, its place within the part around it, and its ink; then ("! ") what left the page.
+  start {}, stop, again         a sandbox of this scenario, and its page; its end; once more
+  open #people, see 1280x800 light    the page anew; the window; look NAME: for what cannot be read, at any width
+  click, hover SELECTOR, press TAB 250     by mouse, by keys
+  call NAME {} [seconds], later    a right call, or one that is signed so; one that is held back
+  ask PATH {}, get PATH         of the page's calls, by somebody else; get tells the answer
+  raw GET / HTTP/1.1, many 4000, late 1200   at the service; refused at once; so many ms longer for the page
+  do, until SCRIPT              within the page, which has fade() for the end of a notice's time
+"""
+
+import base64, contextlib, difflib, hashlib, hmac, json, pathlib, re, socket, sys, threading, time
+from http.client import HTTPConnection, HTTPException
+
+from selenium.webdriver.common.action_chains import ActionChains
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.ui import WebDriverWait
+
+sys.path.append(str(pathlib.Path(__file__).parent.parent / "support"))
+from sandbox import SECRET, SIGNING_KEY, Sandbox  # noqa: E402
+
+INK = ("color", "background-color", "font-size", "font-weight", "text-align", "opacity", "outline-style")
+ATTRIBUTES = ("aria-activedescendant aria-posinset aria-setsize placeholder title type min max inputmode list href "
+              "datetime scope tabindex autocomplete spellcheck alt lang").split()
+STATES = ("busy checked disabled expanded focused hasPopup invalid level live orientation pressed readonly required "
+          "selected valuemax valuemin valuetext").split()
+PLAIN = ("generic", "none", "StaticText", "InlineTextBox", "LabelText", "paragraph", "MenuListPopup")
+
+# A clock that stands, and who tells of what leaves the page.
+SCRIPT = """(() => {
+const Real = Date, stands = Real.UTC(2026, 2, 7, 20, 34, 5), step = 240000;
+window.Date = class extends Real {
+  constructor(time) { super(typeof time === 'string' ? Date.parse(time) : time ?? Date.now()); }
+  static parse(text) { return stands + Math.round((Real.parse(text) - Real.now()) / step) * step; }
+  static now() { return stands + 1; }
+};
+// Codes and durations differ from run to run, and with them the widths of their columns.
+const even = new CSSStyleSheet();
+even.replaceSync('#people td:nth-child(2) { font-family: monospace; } .row .ms { width: 58px; }');
+document.adoptedStyleSheets = [even];
+const { fetch } = window;
+window.told = [];
+window.fetch = (path, options) => {
+  if (options?.method) told.push(`${options.method} ${path} ${options.body}`);
+  return fetch(path, options); };
+HTMLAnchorElement.prototype.click = async function () {
+  told.push(`saved ${this.download}: ${await (await fetch(this.href)).text()}`); };
+Object.defineProperty(navigator, 'clipboard', { value: { async writeText(text) {
+  if (window.refuses) throw new Error();
+  told.push(`copied ${text}`);
+} } });
+const { setTimeout, clearTimeout } = window;
+const shown = new Map();
+window.setTimeout = (done, time) => time === 4000 ? -shown.set(shown.size + 1, done).size : setTimeout(done, time);
+window.clearTimeout = (id) => id < 0 ? shown.delete(-id) : clearTimeout(id);
+window.fade = () => shown.forEach((done) => done());
+window.confirm = (text) => { told.push(`asked ${text}`); return !window.refuses; };
+})();"""
+SIZES = ("320x640", "480x640", "768x800", "1024x800", "1366x800", "1920x800")
+
+# Of every text that can be seen: its contrast, and what is too small to read or hit.
+LOOK = """
+const luminance = (colour) => colour.slice(0, 3).map((c) => c / 255)
+  .map((c) => c <= 0.04045 ? c / 12.92 : ((c + 0.055) / 1.055) ** 2.4)
+  .reduce((sum, c, i) => sum + c * [0.2126, 0.7152, 0.0722][i], 0);
+const parse = (text) => {
+  const numbers = text.match(/[\\d.]+/g).map(Number);
+  if (text.startsWith('color(')) for (let i = 0; i < 3; ++i) numbers[i] *= 255;
+  return numbers.length < 4 ? [...numbers, 1] : numbers;
+};
+const over = (top, under) => top.slice(0, 3).map((c, i) => c * top[3] + under[i] * (1 - top[3]));
+const ground = (element) => {
+  if (!element) return [255, 255, 255];
+  const own = parse(getComputedStyle(element).backgroundColor);
+  return own[3] === 1 ? own.slice(0, 3) : over(own, ground(element.parentElement));
+};
+const faults = [];
+const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+while (walker.nextNode()) {
+  const element = walker.currentNode.parentElement;
+  const style = getComputedStyle(element);
+  if (!walker.currentNode.data.trim() || !element.checkVisibility() || element.closest(':disabled, .hidden, .skip, #toast')) continue;
+  const below = ground(element);
+  const lights = [luminance(over(parse(style.color), below)), luminance(below)].sort();
+  const contrast = (Math.max(...lights) + 0.05) / (Math.min(...lights) + 0.05);
+  if (contrast < 4.5) faults.push(`${contrast.toFixed(2)}: ${walker.currentNode.data.trim().slice(0, 40)}`);
+}
+const { scrollWidth, scrollHeight } = document.scrollingElement;
+if (scrollWidth > innerWidth || scrollHeight > innerHeight) faults.push(`${scrollWidth} x ${scrollHeight} px large`);
+for (const each of document.querySelectorAll('button, input, select, textarea')) {
+  const box = each.getBoundingClientRect();
+  if (each.checkVisibility() && !each.closest('.skip, .scroller, nav') && (box.height < 24 || box.left < 0 || box.right > innerWidth + 0.5))
+    faults.push(`out of reach: ${each.textContent || each.id}`);
+}
+return faults;
+"""
+FONTS = "return 'fonts ' + [...document.querySelectorAll('h1, kbd, footer span, #reset')].map((e) => e.offsetWidth).join(' ')"
+
+
+def fill(sandbox, count):  # what is refused at once fills the list as well
+    for _ in range(count):
+        connection = HTTPConnection("127.0.0.1", sandbox.port)
+        connection.request("GET", "/v1.0/check")
+        connection.getresponse().read()
+
+
+class Player:
+    def __init__(self, browser, program, pictures):
+        self.browser, self.program, self.pictures = browser, program, pictures
+        self.sandbox, self.names, self.answers, self.before, self.has_places = None, {}, [], [], True
+        pathlib.Path(pictures or ".").mkdir(exist_ok=True)
+        self.cdp("Page.addScriptToEvaluateOnNewDocument", source=SCRIPT)
+        self.cdp("Emulation.setTimezoneOverride", timezoneId="Asia/Kolkata")
+
+    def cdp(self, command, **parameters):
+        return self.browser.execute_cdp_cmd(command, parameters)
+
+    def masked(self, text):
+        """With names for what differs from run to run, and of what is long the beginning."""
+        text = re.sub("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f-]{21}",
+                      lambda id: self.names.setdefault(id[0], f"(id {len(self.names) + 1})"), text)
+        for pattern, name in ((f":{self.sandbox.port}\\b", ":(port)"), (f":{self.sandbox.page}\\b", ":(page's port)"),
+                              (r"((?<=%20)|\b)[2-9A-HJ-NP-Z]{4}-[2-9A-HJ-NP-Z]{4}\b", "(code)"), (r"\b1[0-9]{9}(?=(000)?\b)", "(stamp)"),
+                              (r"(?<=· )[\d.]+(?= ms)|\b(\d\.\d|\d{2,5})(?= ms)", "(n)"), (r'(?<="durationMs": )[0-9.e-]+', "(n)"),
+                              (r"20\d\d-\d\d-\d\dT[0-9:]{8}(\.\d{3})?Z", "(time)"), ("\n", "⏎")):
+            text = re.sub(pattern, name, text)
+        text = re.sub("[A-Za-z0-9+/]{40,}", lambda word: f"({len(word[0])} letters)", text)
+        digest = hashlib.sha256(text.encode()).hexdigest()[:8]
+        return text if len(text) < 1200 else f"{text[:400]} ... {len(text)} characters, digest {digest}"
+
+    def page(self):
+        """A line for each part that is seen or heard, in the order of the document."""
+        heard = {node.get("backendDOMNodeId"): node for node in self.cdp("Accessibility.getFullAXTree")["nodes"]
+                 if not node["ignored"]}
+        shot = self.cdp("DOMSnapshot.captureSnapshot", computedStyles=list(INK))
+        texts, document = shot["strings"], shot["documents"][0]
+        nodes, layout = document["nodes"], document["layout"]
+        drawn = {n: (bounds, [texts[style] for style in styles])
+                 for n, bounds, styles in zip(layout["nodeIndex"], layout["bounds"], layout["styles"])}
+        lines, around = [], {}  # of each element: how deep it is, its place and ink, and what was said of it
+        for n, parent in enumerate(nodes["parentIndex"]):
+            depth, outer, ink, ground, said = around.get(parent, (0, (0, 0), [], "", ""))
+            bounds, styles = drawn.get(n, (None, ink))
+            ground = styles[1] if styles and styles[1] != "rgba(0, 0, 0, 0)" else ground
+            styles = styles and [styles[0], ground, *styles[2:]]
+            around[n] = depth, outer, ink, ground, said
+            node = heard.get(nodes["backendNodeId"][n], {})
+            value = lambda what: str(node.get(what, {}).get("value", ""))  # noqa: E731
+            text = texts[nodes["nodeValue"][n]].strip() if nodes["nodeType"][n] == 3 and bounds else ""
+            if text == said if text else value("role") in ("", *PLAIN):
+                continue
+            line = "  " * depth + (text or f"{value('role')} {value('name')!r}")
+            if not text:
+                pairs = iter(texts[word] for word in nodes["attributes"][n])
+                attributes = dict(zip(pairs, pairs))
+                states = {each["name"]: each["value"].get("value") for each in node.get("properties", [])}
+                told = {"value": value("value"), "description": value("description"),
+                        **{name: states[name] for name in STATES if states.get(name) not in (None, False, "false", "")},
+                        **{name: attributes[name] for name in ATTRIBUTES if name in attributes}}
+                line += "".join(f" {name}={what}" for name, what in told.items() if what != "")
+                around[n] = depth + 1, bounds or outer, styles, ground, value("name")
+            masked = self.masked(line)
+            if bounds and masked == line and not line.lstrip().startswith("status"):  # what is masked has no certain width
+                x, y, *size = (round(a - b) for a, b in zip(bounds, (*outer[:2], 0, 0)))
+                masked += f" @{x},{y}" + ("" if text else " {}x{}".format(*size))
+            inks = [new for new, old in zip(styles, ink or [""] * len(INK)) if new != old] if bounds else []
+            lines.append(masked + "".join(f"; {each}" for each in inks))
+        return lines
+
+    def told(self):
+        """All that stands there, what of it the step brought, and what left the page."""
+        now = self.page()
+        changes = []
+        for tag, a, b, c, d in difflib.SequenceMatcher(None, self.before, now, autojunk=False).get_opcodes():
+            if tag != "equal":
+                went = self.before[a:b] if b - a < 12 else [f"({b - a} lines)"]
+                changes += [f"- {line}" for line in went] + [f"+ {line}" for line in now[c:d]]
+        left = [*self.answers, *self.browser.execute_script("return window.told ?? []")]
+        return now, changes + [f"! {self.masked(each)}" for each in left]
+
+    def held(self, lines):
+        """Where the fonts are not those of the approved text, places are others: what only moved has not changed."""
+        if self.has_places:
+            return lines
+        plain = [re.sub(r" @-?\d+,-?\d+( \d+x\d+)?|^! fonts.*|^- \(\d+ lines\)", "", line) for line in lines]
+        return [line for line in plain if line and {"-": "+", "+": "-"}.get(line[0], "!") + line[1:] not in plain]
+
+    def play(self, step, approved, approving):
+        """:return: what differs from the approved lines as soon as nothing does, else at the end; and all that came"""
+        for id, name in self.names.items():
+            step = step.replace(name, id)
+        verb, _, rest = step.partition(" ")
+        self.answers = []
+        self.browser.execute_script("window.told = []")
+        getattr(self, verb)(*([rest] if rest else []))
+        if verb == "start":
+            self.has_places = f"! {self.answers[0]}" in approved or approving
+        end, settled, last = time.monotonic() + 15, 0, None
+        while True:
+            now, lines = self.told()
+            if lines != last:
+                last, settled = lines, time.monotonic() + 1.1
+            differs = list(difflib.unified_diff(self.held(approved), self.held(lines), "approved", "now", "", "", 0, ""))
+            if not differs or time.monotonic() > (settled if approving else end):
+                self.before = now
+                return differs, lines
+
+    def start(self, scenario):
+        keys = {"client": "parloquin-demo", "secret": SECRET.hex()}
+        if self.sandbox:
+            self.stop()
+        self.sandbox, self.before = Sandbox(self.program), []
+        self.sandbox.ask("scenario", {"keys": keys, **json.loads(scenario)})
+        self.open()
+        self.answers.append(self.browser.execute_script(FONTS))
+
+    def stop(self):
+        self.sandbox.close()
+
+    def again(self):
+        self.sandbox = Sandbox(self.program, "--page", str(self.sandbox.page))
+
+    def open(self, view=""):
+        self.browser.get("about:blank")  # else it only moves within the page
+        self.browser.get(f"http://127.0.0.1:{self.sandbox.page}/{view}")
+
+    def see(self, rest):
+        self.hover("h1")  # what the mouse is left on differs else
+        size, scheme = rest.split()
+        width, height = map(int, size.split("x"))
+        self.cdp("Emulation.setEmulatedMedia", features=[
+            {"name": "prefers-color-scheme", "value": scheme}, {"name": "prefers-reduced-motion", "value": "reduce"}])
+        self.cdp("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=False)
+
+    def look(self, view):
+        """At every width, in light and dark: tells what cannot be read or reached."""
+        for size in SIZES:
+            for scheme in ("light", "dark"):
+                self.see(f"{size} {scheme}")
+                self.answers += [f"{size} {scheme}: {fault}" for fault in self.browser.execute_script(LOOK)]
+                if self.pictures:
+                    self.browser.save_screenshot(f"{self.pictures}/{view}-{size}-{scheme}.png")
+        self.see("1280x800 light")
+
+    def hover(self, selector):
+        ActionChains(self.browser).move_to_element(self.browser.find_element("css selector", selector)).perform()
+
+    def click(self, selector):
+        self.browser.find_element("css selector", selector).click()
+
+    def press(self, keys):
+        for key in keys.split():
+            ActionChains(self.browser).send_keys(getattr(Keys, key, key)).perform()
+
+    def call(self, rest):
+        name, parameters, in_seconds = re.fullmatch(r"(\S+) (\{.*\})( seconds)?", rest).groups()
+        text = f"{int(time.time())}-{parameters}".encode()
+        signature = base64.b64encode(hmac.new(SIGNING_KEY, text, hashlib.sha256).digest()).decode()
+        with contextlib.suppress(ValueError, OSError, HTTPException):
+            answer = self.sandbox.call(name, json.loads(parameters), signature if in_seconds else None)
+            self.masked(json.dumps(answer))  # which names its ids
+
+    def later(self, rest):
+        threading.Thread(target=self.call, args=(rest,)).start()
+
+    def raw(self, line):
+        with socket.create_connection(("127.0.0.1", self.sandbox.port)) as client, contextlib.suppress(OSError):
+            client.sendall(f"{line}\r\nHost: 127.0.0.1\r\n\r\n".encode())
+            while client.recv(9999):
+                pass
+
+    def ask(self, rest):
+        path, body = rest.split(" ", 1)
+        self.masked(json.dumps(self.sandbox.ask(path, json.loads(body))))
+
+    def get(self, path):
+        self.answers.append(json.dumps(self.sandbox.ask(path), ensure_ascii=False))
+
+    def many(self, count):
+        fill(self.sandbox, int(count))
+
+    def late(self, milliseconds):
+        self.cdp("Network.emulateNetworkConditions", offline=False, latency=int(milliseconds),
+                 downloadThroughput=-1, uploadThroughput=-1)
+
+    def do(self, script):
+        self.answers += filter(None, [self.browser.execute_script(script)])
+
+    def until(self, script):
+        WebDriverWait(self.browser, 20, 0.05).until(lambda _: self.browser.execute_script(f"return {script}"))
