@@ -19,7 +19,7 @@ std::string rewritten(const std::string &text, const std::string &pattern,
 {
     std::string result;
     auto rest = text.begin();
-    static std::map<std::string, std::regex> known;
+    thread_local std::map<std::string, std::regex> known;
     const auto &regex = known.try_emplace(pattern, pattern).first->second;
     for (std::sregex_iterator match(text.begin(), text.end(), regex), end; match != end; ++match) {
         result.append(rest, text.begin() + match->position()).append(as(*match));

@@ -9,12 +9,19 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <mutex>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
 
 using namespace std::chrono_literals;
+
+namespace {
+// A program that starts while another thread writes a file would hold that file open, and its end
+// would be a change of the file to whoever watches it.
+std::mutex starting;
+}
 
 Process::Process(const std::vector<std::string> &arguments)
 {
@@ -25,6 +32,7 @@ Process::Process(const std::vector<std::string> &arguments)
     for (const auto &word : arguments)
         words.push_back(const_cast<char *>(word.c_str()));
     words.push_back(nullptr);
+    std::unique_lock alone(starting);
     m_pid = ::fork();
     if (m_pid == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL); // also when a test dies
@@ -33,6 +41,7 @@ Process::Process(const std::vector<std::string> &arguments)
         ::execv(words[0], words.data());
         ::_exit(127);
     }
+    alone.unlock();
     ::close(ends[1]);
     m_pipe = ends[0];
 }
@@ -100,6 +109,7 @@ std::optional<int> Process::waitForEnd(std::chrono::milliseconds patience)
 TemporaryFile::TemporaryFile(const std::string &text)
     : m_path("/tmp/sandbox-test-XXXXXX")
 {
+    const std::lock_guard alone(starting);
     ::close(::mkstemp(m_path.data()));
     std::ofstream(m_path) << text;
 }
