@@ -2,6 +2,8 @@
 #include "DemoWindow.h"
 #include "OutcomePage.h"
 #include "support/Approved.h"
+#include "support/Clock.h"
+#include "support/Face.h"
 #include "support/Hands.h"
 #include "support/RawServer.h"
 #include "support/Widgets.h"
@@ -17,9 +19,15 @@ protected:
     void SetUp() override
     {
         approved::setFont();
-        QApplication::setStyle(new ParloquinTest::PacedStyle(0, u"Fusion"_s));
+        setMotion(0);
+        server.answer(
+            "/v1.0/init", RawServer::http(200, R"({"result":{"description":"Pick an app."}})"));
         server.answer("/sandbox/health", RawServer::http(200, R"({"status":"running"})"));
         qputenv("PARLOQUIN_SERVICE_HOST", server.hostAndPort().toLatin1());
+    }
+    static void setMotion(int duration)
+    {
+        QApplication::setStyle(new ParloquinTest::PacedStyle(duration, u"Fusion"_s));
     }
     void open(const QString &language, QSize size = { 390, 844 })
     {
@@ -40,14 +48,17 @@ protected:
     void look(const std::string &name, const std::vector<const char *> &parts = {},
         const QRect &within = { 0, 0, 390, 844 }) const
     {
-        approved::expect(name, [this, parts, within] {
-            QCoreApplication::sendPostedEvents(); // layouts that are still to be made
-            QRect place;
-            for (const char *each : parts)
-                place |= QRect(part(each)->mapTo(window.get(), QPoint(-16, 0)),
-                    part(each)->size() + QSize(16, 0));
-            return window->grab((parts.empty() ? window->rect() : place) & within).toImage();
-        });
+        approved::expect(
+            name,
+            [&, this] {
+                QCoreApplication::sendPostedEvents(); // layouts that are still to be made
+                QRect place;
+                for (const char *each : parts)
+                    place |= QRect(part(each)->mapTo(window.get(), QPoint(-16, 0)),
+                        part(each)->size() + QSize(16, 0));
+                return window->grab((parts.empty() ? window->rect() : place) & within).toImage();
+            },
+            [this] { return face::of(window.get()); });
     }
     /// By the road of a person, whose try fails.
     demo::OutcomePage &goToOutcome()
@@ -87,21 +98,50 @@ TEST_F(ApprovedDemo, AtItsStart)
     server.pause();
     open(u"en_US"_s);
     QWidget *const verify = part("btnVerify");
-    look("start, looking", { "lblStatus" });
+    look("start, looking");
     server.proceed();
     ASSERT_SOON(verify->isEnabled());
-    look("start", {}, { 0, 0, 230, 844 });
+    look("start");
     hands::key(Qt::Key_Tab);
     look("verify, ring", { "btnVerify" });
     hands::press(verify);
     look("verify, pressed", { "btnVerify" });
     hands::moveTo(verify, { 0, -60 }); // let go of there, it is no tap
     hands::release(verify, { 0, -60 });
-    look("verify, ring", { "btnVerify" });
+    look("verify, let go", { "btnVerify" });
     qputenv("PARLOQUIN_SERVICE_HOST", RawServer::refusingHostAndPort().toLatin1());
     ASSERT_SOON(!verify->isEnabled());
-    look("start, not running", { "lblStatus" });
-    look("verify, disabled", { "btnVerify" });
+    look("start, not running", { "btnVerify", "lblStatus" });
+}
+
+TEST_F(ApprovedDemo, OnItsWay)
+{
+    Clock clock;
+    const auto rests = [&] {
+        clock.goOn(80);
+        return window->isAtRest();
+    };
+    for (const std::string language : { "en", "ar" }) {
+        setMotion(0);
+        open(QString::fromStdString(language), { 320, 480 });
+        goToOutcome();
+        setMotion(1);
+        hands::click(part("btnAgain")); // Not now
+        clock.goOn(80);
+        look(language + ", outcome goes");
+        ASSERT_SOON(rests());
+        server.pause();
+        hands::click(part("btnVerify"));
+        clock.goOn(80);
+        ASSERT_SOON(part("container") && part("container")->isVisible());
+        look(language + ", kit comes", {}, { 0, 0, 320, 380 }); // above what turns
+        server.proceed();
+        ASSERT_SOON(rests());
+        hands::click(part("btnClose"));
+        clock.goOn(80);
+        Q_EMIT window->findChild<ParloquinSignals *>()->failed(ParloquinSignals::ServerError);
+        look(language + ", kit goes");
+    }
 }
 
 TEST_F(ApprovedDemo, AtEachOutcome)
@@ -111,13 +151,11 @@ TEST_F(ApprovedDemo, AtEachOutcome)
     demo::OutcomePage &page = goToOutcome();
     look("no service", { "lblOutcome", "lblOutcomeWords" });
     page.showFailed(Signals::AuthorizationError, 1s);
-    look("not authorised", { "cardOutcome", "lblOutcomeWords" });
-    look("failed", { "imgOutcome" });
-    look("failed, ways on", { "btnDone", "btnAgain" });
+    look("not authorised");
     page.showFailed(Signals::UrlSchemeError, 59s);
     look("no app", { "lblOutcomeWords" });
     page.showAsking();
-    look("asking", { "imgOutcome" });
+    look("asking");
     confirm(page, R"(200},"result":{"sessionId":"?","validationStatus":true})");
     look("not confirmed", { "lblOutcomeWords" });
     page.showNotConfirmed(u"The back end did not answer: Connection refused"_s, 59s);
@@ -129,7 +167,7 @@ TEST_F(ApprovedDemo, AtEachOutcome)
         look(std::string(button) + ", pressed", { button });
         hands::moveTo(part(button), { 0, -60 });
         hands::release(part(button), { 0, -60 });
-        look("verified");
+        look(std::string(button) + ", let go", { button });
     }
     hands::key(Qt::Key_Tab);
     look("done, ring", { "btnDone" });
@@ -137,18 +175,27 @@ TEST_F(ApprovedDemo, AtEachOutcome)
     look("again, ring", { "btnAgain" });
     hands::click(part("btnCopy"));
     look("copied", { "btnCopy" });
+    hands::click(part("btnAgain"));
+    ASSERT_SOON(part("lblDescription") && window->isAtRest());
+    look("kit, again", { "lblDescription" });
+    hands::click(part("btnClose"));
+    ASSERT_SOON(!window->findChild<ParloquinViewController *>());
+    look("closed");
 }
 
 TEST_F(ApprovedDemo, InEachLanguage)
 {
     open(u"ar_EG"_s, { 320, 480 });
     ASSERT_SOON(part("btnVerify")->isEnabled());
-    look("ar, start", {}, { 160, 0, 160, 480 });
+    look("ar, start");
     confirm(goToOutcome(), yes);
-    look("ar, verified", { "cardOutcome" });
+    look("ar, verified");
+    window->findChild<demo::OutcomePage *>()->showNotConfirmed(
+        u"Not asked: Connection refused."_s, 9s);
+    look("ar, no back end");
     open(u"de_DE"_s, { 320, 480 });
     goToOutcome().showFailed(ParloquinSignals::AuthorizationError, 7s);
-    look("de, not authorised", { "cardOutcome" });
+    look("de, not authorised");
 }
 
 } // namespace

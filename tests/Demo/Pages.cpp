@@ -1,7 +1,6 @@
 // The demo's own pages, with a hand on them.
 #include "AutoPlayer.h"
 #include "BackEnd.h"
-#include "Card.h"
 #include "DemoWindow.h"
 #include "Look.h"
 #include "OutcomePage.h"
@@ -156,8 +155,6 @@ TEST(DemoOutcome, GivesTheWholeSessionIdAndTwoWaysOn)
     page.showFailed(ParloquinSignals::UrlSchemeError, 61s);
     EXPECT_EQ(tap("btnDone"), std::tuple(u"Try again"_s, 1, 2));
     EXPECT_EQ(tap("btnAgain"), std::tuple(u"Not now"_s, 2, 2));
-    page.showNotConfirmed(u"Why."_s, 61s);
-    EXPECT_EQ(partOf(page, "lblOutcome")->property("text").toString(), u"Not confirmed"_s);
 }
 
 TEST(DemoRecorder, KeepsEachFrameByHowLongItStood)
@@ -201,19 +198,6 @@ TEST(DemoPlayer, SaysAtOnceWhatFailsAndLeavesAPicture)
         "demo: FAILED: the window was closed while waiting: the host's window is in front\n");
     EXPECT_FALSE(soon.hasExpired());
     EXPECT_FALSE(QImage(folder.filePath(u"failed-here.png"_s)).isNull());
-}
-
-TEST(DemoCard, SetsItsLinesInWhereReadingBegins)
-{
-    demo::Card card(20);
-    card.setLayoutDirection(Qt::RightToLeft);
-    for (int row = 0; row < 2; ++row)
-        card.addRow(new QWidget, 30);
-    card.resize(100, 60);
-    card.show();
-    const QImage seen = card.grab().toImage();
-    const auto isLine = [&](int x) { return seen.pixelColor(x, 29) == demo::Look::cardLine; };
-    EXPECT_EQ(std::pair(isLine(18), isLine(81)), std::pair(true, false));
 }
 
 } // namespace

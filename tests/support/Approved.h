@@ -83,13 +83,17 @@ inline QByteArray painter()
 }
 
 /// Waits for it: pictures come, and what moves comes to rest.
-inline void expect(const std::string &stop, const std::function<QImage()> &picture)
+/// \param said to a reader of the same, which stands beside the picture
+inline void expect(
+    const std::string &stop, const std::function<QImage()> &picture,
+    const std::function<std::string()> &said = [] { return std::string(); })
 {
-    const QString name = QString::fromStdString(stop + ".png").remove(u',').replace(u' ', u'-');
+    const QString name = QString::fromStdString(stop).remove(u',').replace(u' ', u'-');
     const QString taken = qEnvironmentVariable("PICTURES"); // here, for somebody to look at
-    const QString folder = taken.isEmpty() ? QStringLiteral(APPROVED) : taken;
-    const QString file = folder + u'/' + name;
-    QFile takenBy(folder + QStringLiteral("/taken-by"));
+    const QString folder = (taken.isEmpty() ? QStringLiteral(APPROVED) : taken) + u'/';
+    const QString file = folder + name + QStringLiteral(".png");
+    QFile takenBy(folder + QStringLiteral("taken-by"));
+    QFile text(folder + name + QStringLiteral(".txt"));
     const auto look = [&] { return picture().convertToFormat(QImage::Format_RGB32); };
     if (!taken.isEmpty()) {
         QImage last;
@@ -100,6 +104,9 @@ inline void expect(const std::string &stop, const std::function<QImage()> &pictu
         })) << qPrintable(file);
         ASSERT_TRUE(last.save(file, nullptr, 0)) << qPrintable(file); // small
         ASSERT_TRUE(takenBy.open(QIODevice::WriteOnly) && takenBy.write(painter()) > 0);
+        if (const std::string now = said(); !now.empty()) {
+            ASSERT_TRUE(text.open(QIODevice::WriteOnly) && text.write(now.c_str()) > 0);
+        }
         return;
     }
     const QImage approved = QImage(file).convertToFormat(QImage::Format_RGB32);
@@ -107,12 +114,15 @@ inline void expect(const std::string &stop, const std::function<QImage()> &pictu
     const auto stray = [&](const QImage &seen) {
         return isExact ? difference(seen, approved, rounding) : strayed(seen, approved);
     };
-    if (QTest::qWaitFor([&] { return stray(look()).empty(); }))
+    const std::string told = text.open(QIODevice::ReadOnly) ? text.readAll().toStdString() : "";
+    const auto isTold = [&] { return !isExact || said() == told; }; // frames follow the letters
+    if (QTest::qWaitFor([&] { return stray(look()).empty() && isTold(); }))
         return;
     const QImage seen = look();
-    seen.save(name);
-    ADD_FAILURE() << stop << ": " << stray(seen) << "; see "
-                  << qPrintable(QDir().absoluteFilePath(name)) << " and " << qPrintable(file);
+    seen.save(name + QStringLiteral(".png"));
+    EXPECT_EQ(stray(seen), "") << stop << "; see " << qPrintable(QDir().absoluteFilePath(name))
+                               << ".png and " << qPrintable(file);
+    EXPECT_TRUE(isTold()) << stop << " is told as\n" << said() << "in place of\n" << told;
 }
 
 } // namespace approved
