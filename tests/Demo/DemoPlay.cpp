@@ -73,7 +73,8 @@ TEST_P(DemoPlay, VerifiesByBothRoadsAndLeavesWholePictures)
     play.start(QStringLiteral(DEMO),
         { QStringLiteral("--headless"), QStringLiteral("--port"), QStringLiteral("0"),
             QStringLiteral("--built"), QStringLiteral(BUILT), QStringLiteral("--lang"), language,
-            QStringLiteral("--out"), folder.path() });
+            QStringLiteral("--scenario"), QStringLiteral(SCENARIO), QStringLiteral("--out"),
+            folder.path() });
     ASSERT_TRUE(play.waitForFinished(int(std::chrono::milliseconds(110s).count())))
         << play.readAll().toStdString();
     ASSERT_EQ(play.exitCode(), 0) << play.readAll().toStdString();
