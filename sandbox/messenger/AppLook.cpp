@@ -1,6 +1,8 @@
 #include "sandbox/messenger/AppLook.h"
 
 #include <QtCore/QList>
+#include <QtGui/QPainter>
+#include <QtSvg/QSvgRenderer>
 
 #include <algorithm>
 
@@ -27,7 +29,17 @@ QColor thinned(const QColor &colour, qreal share)
 }
 }
 
-QString AppLook::icon() const { return QStringLiteral(":/messenger/%1.svg").arg(app); }
+QPixmap AppLook::icon(int side, qreal ratio) const
+{
+    QPixmap picture(QSize(side, side) * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    // By no QIcon of the file: that needs a plugin, which may be a package of its own.
+    QSvgRenderer(QStringLiteral(":/messenger/%1.svg").arg(app))
+        .render(&painter, QRectF(0, 0, side, side));
+    return picture;
+}
 
 QColor AppLook::tint(qreal share) const { return thinned(colour, share); }
 

@@ -3,6 +3,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtGui/QColor>
+#include <QtGui/QPixmap>
 
 namespace messenger {
 
@@ -13,7 +14,7 @@ struct AppLook {
     QColor colour;
     QColor ink; ///< text and glyphs on the colour
 
-    QString icon() const; ///< path of its SVG
+    QPixmap icon(int side, qreal ratio) const; ///< \param side px
 
     /// The colour thinned with white. \param share how much of it stays, 0 to 1
     QColor tint(qreal share) const;

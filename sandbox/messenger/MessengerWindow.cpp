@@ -52,7 +52,7 @@ MessengerWindow::MessengerWindow(const DeepLink &link, const QString &service)
     , m_sender(service)
 {
     setWindowTitle(m_look.title);
-    setWindowIcon(QIcon(m_look.icon()));
+    setWindowIcon(QIcon(m_look.icon(64, 1)));
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -75,7 +75,7 @@ QWidget *MessengerWindow::makeBar()
     btnClose = new TapButton(TapButton::Kind::plain, m_look, tr("Close"), bar);
     btnClose->setObjectName(QStringLiteral("btnClose"));
     auto *icon = new QLabel(bar);
-    icon->setPixmap(QIcon(m_look.icon()).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    icon->setPixmap(m_look.icon(iconSize, devicePixelRatioF()));
     auto *title = makeLabel(m_look.title, 17, QFont::Bold, m_look.ink, bar);
 
     auto *row = new QHBoxLayout(bar);
