@@ -1,6 +1,7 @@
 #include "sandbox/service/Exchange.h"
 
 #include <httplib.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <ctime>
@@ -69,6 +70,11 @@ Exchange exchangeOf(const httplib::Request &request, const std::string &call)
     for (const auto &header : request.headers)
         if (std::find(std::begin(added), std::end(added), header.first) == std::end(added))
             exchange.headers.emplace_back(header);
+    // Versions of the library keep them in an order of their own each, some in none.
+    std::stable_sort(
+        exchange.headers.begin(), exchange.headers.end(), [](const auto &one, const auto &other) {
+            return ::strcasecmp(one.first.c_str(), other.first.c_str()) < 0;
+        });
     return exchange;
 }
 
