@@ -114,12 +114,13 @@ QStringList account::said(const QString &printed)
         QRegularExpression::DotMatchesEverythingOption);
     for (const auto &each : dates.globalMatch(printed))
         EXPECT_LE(each.captured(1), each.captured(2)) << "ended before it began";
-    const std::pair<const char *, const char *> masks[] = {
-        { R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)", "<date>" }, { R"(\b\d{13}\b)", "<time>" },
+    const std::pair<const char *, const char *> masks[] = { { R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)",
+                                                                "<date>" },
+        { R"(\b\d{13}\b)", "<time>" }, { R"(ios \d+)", "ios *" },
         { R"(127\.0\.0\.1:\d+)", "<host>" }, { R"([A-Za-z0-9+/=]{40,})", "<signature>" },
         { R"([0-9A-F]{8}(-[0-9A-F]{4,12}){4})", "<device>" },
-        { R"((deviceName|timezone|X-TRZ-Lang|X-TRZ-Sdk-Version)(\W+)[^",}]*)", R"(\1\2*)" }
-    };
+        { R"((deviceName|timezone|X-TRZ-Lang|X-TRZ-Sdk-Version)(\\?": ?\\?")[^"]*?(?=\\?"))",
+            R"(\1\2*)" } };
     QString text = printed;
     for (const auto &[pattern, mask] : masks)
         text.replace(QRegularExpression(QLatin1String(pattern)), QLatin1String(mask));

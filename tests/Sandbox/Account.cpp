@@ -145,6 +145,8 @@ std::string Account::masked(std::string text)
                 match.position(1) - match.position(0), match.length(1), name);
         };
     };
+    text = rewritten(
+        text, "cpp-httplib/[0-9.]+", [](const auto &) { return "cpp-httplib/(its version)"; });
     text = rewritten(text, "(X-TRZ-Req-[ST][a-z]+: )[A-Za-z0-9+/=]{13,}", // of what is sent again
         [](const std::smatch &match) { return match[1].str() + "(new)"; });
     const std::string uuid =
@@ -220,8 +222,10 @@ void Account::tellEntry(const json &row, json entry, const std::string &said)
     auto request = entry["request"];
     auto headers = json::array();
     for (const auto &header : request["headers"]) {
-        headers.push_back(orText(header["name"]) + ": " + orText(header["value"]));
-        replaceEach(curl, " -H '" + headers.back().get<std::string>() + "'", "");
+        const auto line = orText(header["name"]) + ": " + orText(header["value"]);
+        replaceEach(curl, " -H '" + line + "'", "");
+        if (header["value"] != "") // older libraries let go of such
+            headers.push_back(line);
     }
     std::sort(headers.begin(), headers.end());
     request["headers"] = headers;

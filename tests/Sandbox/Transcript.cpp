@@ -165,8 +165,10 @@ private:
         auto bytes = request.method + " " + request.path + " HTTP/1.1\r\n";
         auto headers = json::array();
         for (const auto &[name, value] : request.headers) {
-            headers.push_back(std::string(name).append(": ").append(value));
-            bytes += headers.back().get<std::string>() + "\r\n";
+            const auto line = std::string(name).append(": ").append(value);
+            bytes += line + "\r\n";
+            if (!value.empty()) // see Account
+                headers.push_back(line);
         }
         std::sort(headers.begin(), headers.end());
         m_account.asked({ { "method", request.method }, { "target", request.path },
