@@ -50,7 +50,7 @@ protected:
     void SetUp() override
     {
         Walk::SetUp();
-        QApplication::setFont(QFont(u"Noto Sans"_s)); // of the same version everywhere
+        approved::setFont();
         QApplication::setLayoutDirection(GetParam().direction);
         size = GetParam().size;
         if (const QLatin1String language(GetParam().language); !language.isEmpty()) {

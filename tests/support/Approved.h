@@ -18,7 +18,8 @@ namespace approved {
 inline void setFont()
 {
     QFont font;
-    font.setFamilies({ QStringLiteral("Noto Sans"), QStringLiteral("Noto Sans Arabic") });
+    font.setFamilies({ QStringLiteral("Noto Sans"), QStringLiteral("Noto Sans Arabic"),
+        QStringLiteral("Noto Sans Symbols2") });
     QGuiApplication::setFont(font);
 }
 
