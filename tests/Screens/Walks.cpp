@@ -25,10 +25,11 @@ void Walk::lead(bool byKeys)
     open();
     hands::Finger finger;
     const auto touch = [&](const char *name) { finger.tap(visible(name)); };
-    const auto enter = [](Qt::Key key) { // and once more, while what it led to is on its way
+    const auto enter = [this](Qt::Key key) { // and once more, while what it led to is on its way
         hands::hold(key);
         QCoreApplication::processEvents();
-        hands::key(key);
+        if (!isAtRest()) // a busy machine may be there already
+            hands::key(key);
     };
 
     if (byKeys) {
