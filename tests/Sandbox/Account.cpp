@@ -220,10 +220,12 @@ void Account::tellEntry(const json &row, json entry, const std::string &said)
         "= " + orText(row["call"]) + " " + orText(row["verdict"]) + " " + row["status"].dump();
     std::string curl = entry["curl"];
     auto request = entry["request"];
+    static const std::set<std::string> ofCurl { "Connection", "Content-Length", "Host" };
     auto headers = json::array();
     for (const auto &header : request["headers"]) {
         const auto line = orText(header["name"]) + ": " + orText(header["value"]);
-        replaceEach(curl, " -H '" + line + "'", "");
+        if (!ofCurl.contains(orText(header["name"])))
+            replaceEach(curl, " -H '" + line + "'", "");
         if (header["value"] != "") // older libraries let go of such
             headers.push_back(line);
     }

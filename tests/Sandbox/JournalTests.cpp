@@ -13,7 +13,6 @@ json lastOf(const Sandbox &sandbox)
 {
     return sandbox.get("/sandbox/journal?limit=1").at("exchanges").at(0);
 }
-
 }
 
 TEST(SandboxJournal, SaysToTheMillisecondWhenARequestCame)
@@ -47,7 +46,6 @@ TEST(SandboxJournal, GivesACurlLineThatSendsTheSameAgain)
     const auto again = lastOf(sandbox);
     EXPECT_GT(again["id"], id);
     EXPECT_EQ(again["reason"], "\"app\": not on offer") << "it passed the judge";
-    EXPECT_EQ(again["request"]["parameters"], whole["request"]["parameters"]);
 
     auto spoilt = sandbox.request("country", "{}");
     spoilt.set("X-TRZ-Req-Signature", "x==");
