@@ -175,10 +175,9 @@ TEST_F(ApprovedDemo, AtEachOutcome)
     look("again, ring", { "btnAgain" });
     hands::click(part("btnCopy"));
     look("copied", { "btnCopy" });
+    setMotion(1);
     hands::click(part("btnAgain"));
-    ASSERT_SOON(part("lblDescription") && window->isAtRest());
-    look("kit, again", { "lblDescription" });
-    hands::click(part("btnClose"));
+    window->findChild<ParloquinViewController *>()->close(); // on its way, the outcome under it
     ASSERT_SOON(!window->findChild<ParloquinViewController *>());
     look("closed");
 }
