@@ -250,6 +250,7 @@ void Transcript::hosts()
     m_moves = true;
     hands::Finger finger;
     const int way = GetParam() == Qt::LeftToRight ? 1 : -1;
+    step(u"drawn along the bar"_s, [&] { finger.down(container.get(), { way == 1 ? 4 : 386, 70 }); finger.drag({ way * 240, 0 }); finger.up(); });
     step(u"drawn from the edge"_s, [&] { finger.down(container.get(), { way == 1 ? 4 : 386, 300 }); finger.drag({ way * 240, 0 }); });
     step(u"and half back"_s, [&] { finger.drag({ way * -120, 0 }); });
     m_moves = false;

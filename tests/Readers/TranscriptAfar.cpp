@@ -65,6 +65,10 @@ void Transcript::byReader()
     edit(u"selects"_s, [](auto &, auto &text) { text.setSelection(0, 1, 3); });
     edit(u"selects no more"_s, [](auto &, auto &text) { text.removeSelection(0); text.setCursorPosition(1); });
     edit(u"goes to its end"_s, [](auto &, auto &text) { text.scrollToSubstring(4, 4); });
+    step(u"feels for Send"_s, [this, at = visible("btnContinue")->mapToGlobal(QPoint(9, 9))] {
+        for (auto *found = QAccessible::queryAccessibleInterface(container.get()); found; found = found->childAt(at.x(), at.y()))
+            Heard::events << u"under the finger "_s + found->text(QAccessible::Name);
+    });
     step(u"Backspace, held"_s, [] { hands::hold(Qt::Key_Backspace, 9); });
 }
 

@@ -133,6 +133,9 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     table->setPalette(QPalette(Qt::darkBlue, Qt::darkBlue));
     EXPECT_EQ(difference(drawn(), plain), "") << "by a host's palette";
     EXPECT_SOON(!thumb->isVisible());
+    roll({}, { 0, 120 });
+    table->resize(table->size() - QSize(9, 9)); // where it stood says nothing any more
+    EXPECT_FALSE(thumb->isVisible());
 }
 
 TEST_F(Table, KeysWalkAndRingAndHeldTheyWalkOnAndChooseOnce)
