@@ -38,11 +38,12 @@ QString foldable(const QString &text, const QFont &font)
         characters.setPosition(each.capturedStart());
         for (auto at = characters.toNextBoundary(); at != -1 && at < each.capturedEnd();
              at = characters.toNextBoundary()) {
-            folded += text.mid(from, at - from) + QChar(0x200b); // a blank of no width
+            folded += QStringView(text).mid(from, at - from);
+            folded += QChar(0x200b); // a blank of no width
             from = at;
         }
     }
-    folded += text.mid(from);
+    folded += QStringView(text).mid(from);
     return folded;
 }
 

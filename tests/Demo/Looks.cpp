@@ -121,7 +121,7 @@ TEST_F(ApprovedDemo, OnItsWay)
         clock.goOn(80);
         return window->isAtRest();
     };
-    for (const std::string language : { "en", "ar" }) {
+    for (const auto &language : { std::string("en"), std::string("ar") }) {
         setMotion(0);
         open(QString::fromStdString(language), { 320, 480 });
         goToOutcome();

@@ -209,13 +209,16 @@ void Approved::takeMotion()
         EXPECT_TRUE(QTest::qWaitFor(rests)) << shown;
     };
     const auto expectFade = [&](const std::string &name, const QWidget *pressed) {
-        for (const std::string round : { "", " anew" }) { // while it fades
+        const auto stop = [&name](const char *state, const char *round) {
+            return "motion " + name + state + round;
+        };
+        for (const auto *const round : { "", " anew" }) { // while it fades
             hands::press(pressed);
             clock.goOn(45);
-            expectApproved("motion " + name + " pressed" + round);
+            expectApproved(stop(" pressed", round));
             hands::moveTo(container.get(), { size.width() / 2, 60 });
             clock.goOn(45);
-            expectApproved("motion " + name + " let go" + round);
+            expectApproved(stop(" let go", round));
             hands::release(container.get(), { size.width() / 2, 60 });
         }
         clock.goOn(400);

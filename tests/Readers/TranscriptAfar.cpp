@@ -18,7 +18,7 @@ void Transcript::far()
     step(u"far too many countries"_s, [this] { openPicker(); (void)row("tblCountries", 0, 0); }, 1);
     const auto hearTop = [this](int letter) {
         const auto *const list = qobject_cast<TableView *>(visible("tblCountries"));
-        Heard::events << u"letter %1 at %2, "_s.arg(letter).arg(list->contentOffset()) + titleOf(list->visibleCells().first());
+        Heard::events << u"letter %1 at %2, "_s.arg(letter).arg(list->contentOffset()) + titleOf(list->visibleCells().constFirst());
     };
     const auto letter = [this](int at) { return QPoint(12, visible("sectionIndex")->height() / 2 + (at - 13) * 20 + 10); };
     step(u"each letter"_s, [&] {
