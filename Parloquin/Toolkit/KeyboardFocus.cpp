@@ -94,7 +94,12 @@ void KeyboardFocus::watchFrame()
     while (around && !qobject_cast<QMdiSubWindow *>(around))
         around = around->parentWidget();
     auto *const frame = static_cast<QMdiSubWindow *>(around);
-    if (!frame || frame == m_frame)
+    if (!frame)
+        return;
+    // Each time: a host may move all of the area to another window.
+    if (auto *const window = m_stack->window()->windowHandle())
+        window->installEventFilter(this);
+    if (frame == m_frame)
         return;
     m_frame = frame;
     // By keys one is to see where they are, after a click one knows; the frame gives no reason.
@@ -105,12 +110,11 @@ void KeyboardFocus::watchFrame()
         park();
         focused->setFocus(Qt::TabFocusReason);
     };
-    if (auto *const window = m_stack->window()->windowHandle())
-        window->installEventFilter(this);
     connect(frame, &QMdiSubWindow::aboutToActivate, this, [this, frame, ring] {
         QFocusEvent anew(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
         QCoreApplication::sendEvent(frame, &anew);
-        if (m_byKeys) // once the frame has given it
+        // Once the frame has given it. A press in a window that it came to since is not known yet.
+        if (m_byKeys && QGuiApplication::mouseButtons() == Qt::NoButton)
             QMetaObject::invokeMethod(this, ring, Qt::QueuedConnection);
     });
 }

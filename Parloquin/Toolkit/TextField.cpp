@@ -219,6 +219,16 @@ void TextField::setPlaceholderText(const QString &text)
     followDirection();
 }
 
+void TextField::setText(const QString &text)
+{
+    QLineEdit::setText(text);
+    if (m_composed.isEmpty())
+        return;
+    // The line edit told its input method to begin anew; not all answer that nothing is composed.
+    QInputMethodEvent none;
+    TextField::inputMethodEvent(&none);
+}
+
 void TextField::paintEvent(QPaintEvent *event)
 {
     if (m_borderWidth > 0 && m_borderColor.isValid()) {
@@ -236,8 +246,9 @@ void TextField::paintEvent(QPaintEvent *event)
         const QRect cursor = cursorRect();
         QLineEdit::paintEvent(event);
         // It scrolls as it paints, by where it was before, and may need two steps: a number at the
-        // right of a field that is made narrower first leaves a gap before its beginning.
-        if (cursorRect() != cursor)
+        // right of a field that is made narrower first leaves a gap before its beginning. With no
+        // room at all it would go to and fro for ever.
+        if (cursorRect() != cursor && width() > caretGap)
             update();
     }
     drawCaret();

@@ -23,6 +23,7 @@ public:
 
     void setFontSize(int pixels, QFont::Weight weight = QFont::Normal);
     void setPlaceholderText(const QString &text);
+    void setText(const QString &text); ///< in place of what is being composed, too
     /// \param width 0.5 is a hairline: one device pixel; 0 none
     void setBorder(qreal width, const QColor &color, qreal radius);
     /// Digits and dial signs on an on-screen keyboard; nothing is filtered.

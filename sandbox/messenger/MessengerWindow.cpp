@@ -210,6 +210,7 @@ void MessengerWindow::onFailed(const QString &complaint)
     m_lblState->hide();
     m_lblEmpty->show();
     m_lblError->setText(foldable(complaint, m_lblError->font()));
+    m_lblError->setAccessibleName(complaint); // its words whole
     m_lblError->show();
     btnSend->setEnabled(true);
     btnSend->setFocus(Qt::OtherFocusReason);

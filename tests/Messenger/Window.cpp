@@ -7,6 +7,7 @@
 
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtGui/QAccessible>
 #include <QtWidgets/QLabel>
 
 #include <gtest/gtest.h>
@@ -34,7 +35,8 @@ protected:
     [[nodiscard]] QString shown(const char *name) const
     {
         const auto *label = window->findChild<QLabel *>(QLatin1String(name));
-        return label->isVisible() ? label->text() : QString();
+        const auto *read = QAccessible::queryAccessibleInterface(const_cast<QLabel *>(label));
+        return label->isVisible() ? read->text(QAccessible::Name) : QString();
     }
     [[nodiscard]] bool isSent() const
     {
@@ -87,6 +89,8 @@ const Refusal refusals[] = {
     { "Unknown", 404, R"({"error":"no verification waits for this message"})",
         "Not taken: no verification waits for this message." },
     { "WithoutAReason", 500, "oops", "Not taken: status 500." },
+    { "LongWord", 404, R"({"error":"wwwwwwwwwwwwwwwwwwwwwwwwwwwwww"})",
+        "Not taken: wwwwwwwwwwwwwwwwwwwwwwwwwwwwww." },
     { "TakenByAnother", 200, "{}", "Not taken: status 200." },
     { "NoAnswer", 0, {}, "does not answer" },
 };

@@ -210,11 +210,20 @@ TEST_F(InHost, HasItsPlaceAgainInASubWindowThatComesToTheFront)
     hands::click(subWindow, QPoint(200, 12));
     EXPECT_EQ(focusName(), u"viewAlternativeKit");
     EXPECT_FALSE(visible("focusRing"));
+    turn();
+    QWidget second; // to which the host moves all of them
+    (new QVBoxLayout(&second))->addWidget(area);
+    ASSERT_TRUE(comesToFront(second));
+    hands::click(subWindow, QPoint(200, 12));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(focusName(), u"viewAlternativeKit");
+    EXPECT_FALSE(visible("focusRing"));
     goToNumber();
     tap("txtPhoneNumber");
     turn();
     hands::click(subWindow, QPoint(200, 12));
     EXPECT_EQ(focusName(), u"txtPhoneNumber");
+    container->setParent(nullptr); // it outlives the second window
 }
 
 TEST_F(InHost, LeavesTheWheelToAHostWhereNothingOfItsOwnScrolls)

@@ -134,7 +134,34 @@ TEST(TextField, ShowsWhatIsNotCommittedYetAsWhatIs)
         const QImage before = page.field->grab().toImage();
         hands::commit(u"4"_s);
         EXPECT_EQ(difference(page.field->grab().toImage(), before), "") << side;
+        QInputMethodEvent composed(u"8"_s, {}); // and its input method says no more of it
+        QCoreApplication::sendEvent(page.field, &composed);
+        page.field->setText(u"4"_s);
+        EXPECT_EQ(difference(page.field->grab().toImage(), before), "") << "replaced, " << side;
     }
+}
+
+TEST(TextField, ComesToRestHoweverNarrow)
+{
+    class Paints : public QObject {
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            count += event->type() == QEvent::Paint ? 1 : 0;
+            return false;
+        }
+
+    public:
+        int count = 0;
+    } paints;
+    ControlsPage page;
+    page.setLayoutDirection(Qt::RightToLeft);
+    page.field->setFocus();
+    hands::keys(u"41234567"_s);
+    hands::key(Qt::Key_Home);
+    (void)page.field->grab(); // scrolls it to its beginning
+    page.field->installEventFilter(&paints);
+    page.field->resize(1, 40);
+    EXPECT_FALSE(QTest::qWaitFor([&] { return paints.count > 5; }, 200)) << paints.count;
 }
 
 TEST(TextField, TakesEachPressAsALineEdit)
