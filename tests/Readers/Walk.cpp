@@ -1,4 +1,5 @@
-// What a screen reader finds and does while something waits or moves; at rest: Transcript.cpp.
+// Both roads through the accessible tree alone, while something waits or moves; at rest:
+// Transcript.cpp.
 #include "Screens/Hosts.h"
 
 #include <QtGui/QAccessible>
@@ -43,10 +44,18 @@ protected:
         if (node)
             node->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     }
+    static void write(QAccessibleInterface *node, const QString &text)
+    {
+        if (node)
+            node->editableTextInterface()->insertText(
+                node->textInterface()->characterCount(), text);
+    }
 };
 
-TEST_P(Reader, ReadsOnePageAtATimeAndPressesNothingUnderTheOverlay)
+TEST_P(Reader, WalksBothRoadsOnePageAtATimeAndPressesNothingUnderTheOverlay)
 {
+    const QByteArray link = "parlo://reader";
+    answer("/v1.0/start", R"({"result":{"deeplink":")" + link + R"(","reference":"R-1"}})");
     open();
     auto *const stale = await(u"Close"_s);
     server.pause();
@@ -55,11 +64,25 @@ TEST_P(Reader, ReadsOnePageAtATimeAndPressesNothingUnderTheOverlay)
     press(stale);
     EXPECT_TRUE(container->isVisible());
     server.proceed();
+    ASSERT_SOON(handlerArguments() == QStringList(QString::fromLatin1(link)));
     ASSERT_TRUE(settle(2));
+    comeBack();
+    ASSERT_TRUE(waitForOutcomes(1));
+    ASSERT_TRUE(settle(3));
     for (const QString &name : { u"Don't use any of these apps? Get a code by SMS instead"_s,
              u"Select Country.."_s, u"Norway, +47"_s })
         press(await(name));
     (void)await(u"Country, Norway"_s);
+    write(await(u"Phone number"_s), u"41234567"_s);
+    press(await(u"Send SMS"_s));
+    for (int i = 0; i < 3; ++i)
+        write(await(u"Code, digit %1 of 3"_s.arg(i + 1)), u"471"_s.mid(i, 1));
+    press(await(u"Send Code"_s));
+    ASSERT_TRUE(waitForOutcomes(2));
+    EXPECT_EQ(delegate->outcomes(), QStringList({ u"succeeded S-1"_s, u"succeeded S-2"_s }));
+    ASSERT_TRUE(settle(6));
+    press(await(u"Back"_s));
+    (void)await(u"Phone number"_s);
     press(await(u"Back"_s));
     press(await(u"Close"_s));
     EXPECT_FALSE(container->isVisible());
