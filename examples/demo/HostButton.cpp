@@ -26,9 +26,8 @@ HostButton::HostButton(Kind kind, const QString &title, const QString &name, QWi
     : QAbstractButton(parent)
     , m_kind(kind)
 {
-    setText(title);
+    setTitle(title, title);
     setObjectName(name);
-    setAccessibleName(title);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(
         kind == Kind::filled ? QSizePolicy::Expanding : QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -44,6 +43,12 @@ HostButton::HostButton(Kind kind, const QString &title, const QString &name, QWi
     connect(&m_fade, &QVariantAnimation::valueChanged, this, [this] { update(); });
     connect(this, &QAbstractButton::pressed, this, [this] { m_fade.stop(); });
     connect(this, &QAbstractButton::released, this, [this] { m_fade.start(); });
+}
+
+void HostButton::setTitle(const QString &title, const QString &told)
+{
+    setAccessibleName(told); // first: by another text a reader is told the name that stands then
+    setText(title);
 }
 
 QSize HostButton::sizeHint() const

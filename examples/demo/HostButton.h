@@ -17,6 +17,9 @@ public:
 
     HostButton(Kind kind, const QString &title, const QString &name, QWidget *parent = nullptr);
 
+    /// \param told in its place to a reader
+    void setTitle(const QString &title, const QString &told);
+
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:

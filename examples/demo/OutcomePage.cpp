@@ -112,10 +112,7 @@ void OutcomePage::show(const QString &state, const QString &title, const QString
     m_title->setText(title);
     m_words->setText(words);
     const bool failed = state == QStringLiteral("failed");
-    const auto name = [](HostButton *button, const QString &text) {
-        button->setText(text);
-        button->setAccessibleName(text);
-    };
+    const auto name = [](HostButton *button, const QString &text) { button->setTitle(text, text); };
     name(m_first, failed ? tr("Try again") : tr("Done"));
     name(m_second, failed ? tr("Not now") : tr("Verify again"));
     m_first->setAccessibleDescription(title + QLatin1Char(' ') + words); // read with it
@@ -203,8 +200,18 @@ QWidget *OutcomePage::makeSessionRow(const QString &sessionId)
     id->setAccessibleName(sessionId);
     auto *button =
         new HostButton(HostButton::Kind::text, tr("Copy"), QStringLiteral("btnCopy"), row);
-    connect(button, &QAbstractButton::clicked, this,
-        [this, sessionId, button] { copy(sessionId, button); });
+    auto *shown = new QTimer(button);
+    shown->setSingleShot(true);
+    connect(
+        shown, &QTimer::timeout, button, [button] { button->setTitle(tr("Copy"), tr("Copy")); });
+    connect(button, &QAbstractButton::clicked, shown, [sessionId, button, shown] {
+        QGuiApplication::clipboard()->setText(sessionId);
+        // No word of another width: it would take room from the id, which breaks anew on a small
+        // phone.
+        button->setMinimumWidth(button->width());
+        button->setTitle(QStringLiteral("\u2713"), tr("Copied"));
+        shown->start(2s); // anew by each tap
+    });
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(7);
@@ -221,19 +228,6 @@ QWidget *OutcomePage::makeSessionRow(const QString &sessionId)
     line->addWidget(button, 0, Qt::AlignBottom); // beside the id, not its caption
     line->addSpacing(12);
     return row;
-}
-
-void OutcomePage::copy(const QString &sessionId, HostButton *button)
-{
-    QGuiApplication::clipboard()->setText(sessionId);
-    // No word of another width: it would take room from the id, which breaks anew on a small phone.
-    button->setMinimumWidth(button->width());
-    button->setText(QStringLiteral("\u2713"));
-    button->setAccessibleName(tr("Copied"));
-    QTimer::singleShot(2s, button, [button] {
-        button->setText(tr("Copy"));
-        button->setAccessibleName(tr("Copy"));
-    });
 }
 
 } // namespace demo

@@ -35,7 +35,6 @@ private:
     void show(const QString &state, const QString &title, const QString &words);
     void fill(const QList<std::pair<QString, QString>> &rows);
     QWidget *makeSessionRow(const QString &sessionId);
-    void copy(const QString &sessionId, HostButton *button);
 
     QString m_state;
     SvgPicture *m_picture;

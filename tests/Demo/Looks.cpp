@@ -109,8 +109,8 @@ TEST_F(ApprovedDemo, AtItsStart)
     hands::moveTo(verify, { 0, -60 }); // let go of there, it is no tap
     hands::release(verify, { 0, -60 });
     look("verify, let go", { "btnVerify" });
-    qputenv("PARLOQUIN_SERVICE_HOST", RawServer::refusingHostAndPort().toLatin1());
-    ASSERT_SOON(!verify->isEnabled());
+    server.play({ RawServer::read(), RawServer::hold() }); // which is noticed after five seconds
+    ASSERT_TRUE(QTest::qWaitFor([=] { return !verify->isEnabled(); }, 15000));
     look("start, not running", { "btnVerify", "lblStatus" });
 }
 
@@ -137,6 +137,7 @@ TEST_F(ApprovedDemo, OnItsWay)
         look(language + ", kit comes", {}, { 0, 0, 320, 380 }); // above what turns
         server.proceed();
         ASSERT_SOON(rests());
+        look(language + ", kit");
         hands::click(part("btnClose"));
         clock.goOn(80);
         Q_EMIT window->findChild<ParloquinSignals *>()->failed(ParloquinSignals::ServerError);
