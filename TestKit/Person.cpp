@@ -260,11 +260,9 @@ bool Person::types(const QString &code)
     if (!sees(Screen::code, QStringLiteral("no screen for the code")))
         return false;
     const auto isTyped = [this, &code] {
-        QString typed;
-        for (int i = 0; i < code.size(); ++i) {
-            const QWidget *const box = visible(QStringLiteral("txtCode%1").arg(i));
-            typed += box ? textOf(box) : QString();
-        }
+        QString typed; // in every box: behind a short code stands what was typed before
+        for (int i = 0; const auto *const box = visible(QStringLiteral("txtCode%1").arg(i)); ++i)
+            typed += textOf(box);
         return typed == code;
     };
     const int before = m_sandbox.requests(QStringLiteral("check-otp"));

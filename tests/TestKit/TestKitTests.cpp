@@ -106,6 +106,11 @@ TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)
     wrong[0] = wrong[0] == QLatin1Char('1') ? QLatin1Char('2') : QLatin1Char('1');
     ASSERT_TRUE(person().types(wrong));
     EXPECT_TRUE(heard->failure(ParloquinError::authorizationError));
+    person().setPatience(500ms);
+    for (const QString &code : { wrong.left(2), wrong + u'1' })
+        expectComplaint(
+            { "the code is not in its boxes" }, [&, this] { return person().types(code); });
+    person().setPatience(10s);
     ASSERT_TRUE(person().types(sandbox.lastCode()));
     EXPECT_TRUE(heard->success());
     ASSERT_TRUE(person().goesBack());
@@ -173,8 +178,10 @@ TEST(Sandbox, SteersTheKitNoLongerThanItLives)
     const char *const variables[] = { "PARLOQUIN_SERVICE_HOST", "PARLOQUIN_ROUTE",
         "PARLOQUIN_DESKTOP" };
     QString host;
+    qputenv(variables[0], "127.0.0.1:1"); // of a host that the program was started for
     {
         const Sandbox sandbox;
+        EXPECT_NE(qgetenv(variables[0]), "127.0.0.1:1");
         host = sandbox.host();
         EXPECT_EQ(http(host, "/sandbox/health").status, 200);
         for (const char *variable : variables)
