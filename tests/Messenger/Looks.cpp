@@ -97,6 +97,8 @@ TEST_F(ApprovedMessenger, OfEachApp)
         server.pause();
         hands::click(window->btnSend);
         look(app.toStdString());
+        approved::expect(app.toStdString() + ", icon",
+            [this] { return window->windowIcon().pixmap(64).toImage(); });
     }
 }
 
