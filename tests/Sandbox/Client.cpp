@@ -36,8 +36,12 @@ std::string decrypted(const std::string &base64, const std::string &key)
 
 std::string signature(const std::string &timeStamp, const std::string &signedJson)
 {
-    const auto text = timeStamp + "-" + std::regex_replace(signedJson, std::regex(R"(\\/)"), "/");
-    return sandbox::toBase64(sandbox::hmacSha256(text, signingKey));
+    return signatureOf(timeStamp + "-" + std::regex_replace(signedJson, std::regex(R"(\\/)"), "/"));
+}
+
+std::string signatureOf(const std::string &text, const std::string &key)
+{
+    return sandbox::toBase64(sandbox::hmacSha256(text, key.empty() ? signingKey : key));
 }
 
 std::string canonical(const json &value)

@@ -24,6 +24,8 @@ extern const std::string secret; // 32 bytes
 std::string encrypted(const std::string &plain, const std::string &key);
 std::string decrypted(const std::string &base64, const std::string &key);
 std::string signature(const std::string &timeStamp, const std::string &signedJson);
+/// Base64 of the MAC of \p text, by the signing key unless by another.
+std::string signatureOf(const std::string &text, const std::string &key = {});
 
 /// One request, every piece open to be spoilt.
 struct Request {
@@ -45,7 +47,6 @@ struct Reply {
     json envelope;
 
     int metaStatus() const { return envelope.at("meta").at("httpStatusCode").get<int>(); }
-    std::string errorMessage() const { return envelope.at("meta").value("errorMessage", ""); }
     json result() const { return envelope.value("result", json()); }
     /// Of the result; empty: there is none.
     std::string sessionId() const { return envelope.value(idPlace, ""); }

@@ -13,11 +13,8 @@ std::string besideKeys(const std::string &fields)
 
 TEST(SandboxProgram, TakesTheScenarioThatItPrints)
 {
-    auto scenario = json::parse(expectEnd({ SANDBOX_PROGRAM, "--print-scenario" }, 0));
+    const auto scenario = json::parse(expectEnd({ SANDBOX_PROGRAM, "--print-scenario" }, 0));
     const Sandbox sandbox(scenario);
-    EXPECT_EQ(sandbox.call("country").result().at("list"), scenario.at("countries"));
-    scenario["countries"].erase(0);
-    EXPECT_EQ(sandbox.post("/sandbox/scenario", scenario)["status"], 200);
     EXPECT_EQ(sandbox.call("country").result().at("list"), scenario.at("countries"));
 }
 

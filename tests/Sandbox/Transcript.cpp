@@ -4,7 +4,8 @@
 // clang-format off
 //   { "start": {}, "options": [] }          from now on this sandbox, of this scenario
 //   { "run": ["--help"], "file": "text" }   a program to its end; FILE stands for that file, PORT for one taken
-//   { "call": "init", "with": {} }          right but for "headers", "body", "key", "signed" and so on
+//   { "call": "init", "with": {} }          right but for "headers", "body", "key", "signed" and so on;
+//       "signs": "STAMP-PLAIN" (or DATA, BODY), "by" another key
 //   { "get": "/", "headers": {} }, { "post": "/", "body": {} }  at the page, or with "service": true
 //   { "raw": "GET / ..." }                  with ~XX for a byte
 //   { "interrupt": 2, "call": "start" }     Ctrl-C while so many such calls wait
@@ -187,25 +188,33 @@ private:
         while (as == "url" && signature(stamp, plain).find_first_of("+/") == std::string::npos)
             stamp = std::to_string(std::stoll(stamp) - 1000); // until URLs write it otherwise
         const auto signedStamp = stamp.substr(0, stamp.size() - (as == "seconds" ? 3 : 0));
+        const auto data = encrypted(plain, m_step.contains("key") ? std::string(32, 'k') : secret);
+        request.body = json { { "data", data } }.dump();
         auto sign = signature(signedStamp, m_step.value("signed", plain));
-        if (as == "hex" || as == "HEX") {
+        if (m_step.contains("signs")) {
+            auto text = m_step["signs"].get<std::string>();
+            for (const auto &[mark, value] : { std::pair("STAMP", stamp), { "PLAIN", plain },
+                     { "DATA", data }, { "BODY", request.body } })
+                replaceEach(text, mark, value);
+            const auto by = m_step.value("by", "");
+            sign = signatureOf(text, by == "bytes of the secret" ? secret : by);
+        }
+        if (as == "hex" || as == "HEX" || as == "Base64 of hex") {
             std::ostringstream digits;
             const auto bytes = *sandbox::fromBase64(sign);
             for (const unsigned char c : bytes)
                 digits << (as == "HEX" ? std::uppercase : std::nouppercase) << std::hex
                        << std::setw(2) << std::setfill('0') << int(c);
-            sign = digits.str();
+            sign = as.size() == 3 ? digits.str() : sandbox::toBase64(digits.str());
         } else if (as == "unpadded") {
             sign.pop_back();
         } else if (as == "url") {
             std::replace(sign.begin(), sign.end(), '+', '-');
             std::replace(sign.begin(), sign.end(), '/', '_');
         }
-        const auto data = encrypted(plain, m_step.contains("key") ? std::string(32, 'k') : secret);
         request.set("X-TRZ-Req-Timestamp", stamp);
         request.set("X-TRZ-Req-Signature", sign);
         request.set("X-TRZ-Lang", m_step.value("language", "en"));
-        request.body = json { { "data", data } }.dump();
         m_account.mean(stamp, "(time stamp)");
         m_account.mean(signedStamp, "(time stamp, signed)"); // behind that in the order of names
         m_account.mean(sign, "(signature)");
