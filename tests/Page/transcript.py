@@ -46,8 +46,11 @@ window.told = [];
 window.fetch = (path, options) => {
   if (options?.method) told.push(`${options.method} ${path} ${options.body}`);
   return fetch(path, options); };
+const { createObjectURL } = URL;
+let saved; // the page may not fetch it
+URL.createObjectURL = (blob) => createObjectURL.call(URL, saved = blob);
 HTMLAnchorElement.prototype.click = async function () {
-  told.push(`saved ${this.download}: ${await (await fetch(this.href)).text()}`); };
+  told.push(`saved ${this.download}: ${saved.type} ${await saved.text()}`); };
 Object.defineProperty(navigator, 'clipboard', { value: { async writeText(text) {
   if (window.refuses) throw new Error();
   told.push(`copied ${text}`);
