@@ -178,7 +178,7 @@ protected:
     }
     void drag(int inwards)
     {
-        finger.down(controller.get(), from(5, height()));
+        finger.down(controller.get(), from(18, height()));
         finger.drag(by(inwards));
     }
     [[nodiscard]] static bool mirrored() { return std::get<0>(GetParam()); }
@@ -221,11 +221,13 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
         ASSERT_EQ(depth(), 3) << "went by " << way << ", " << last << " at the end";
     }
 
-    // From elsewhere, and along the edge, it is none.
-    finger.down(controller.get(), from(60, height()));
-    finger.drag(by(250));
-    EXPECT_EQ(top->pos(), QPoint());
-    finger.up();
+    // From elsewhere, be it the bar, and along the edge, it is none.
+    for (const QPoint elsewhere : { from(21, height()), from(5, 47) }) {
+        finger.down(controller.get(), elsewhere);
+        finger.drag(by(250));
+        EXPECT_EQ(top->pos(), QPoint());
+        finger.up();
+    }
     finger.down(controller.get(), from(5, height()));
     finger.drag(by(5, -100));
     finger.drag(by(200));
@@ -233,9 +235,13 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     finger.up();
     ASSERT_TRUE(rests());
 
-    drag(300);
+    finger.down(controller.get(), from(5, height()));
+    finger.beside(QPoint(300, height() + 10));
+    finger.drag(by(300));
     finger.up();
     EXPECT_EQ(depth(), 2);
+    EXPECT_GE(std::abs(top->x()), 299) << "it goes from where it was";
+    finger.liftOther();
     EXPECT_EQ(calls, u"top disappear, below appear, ");
     ASSERT_TRUE(rests());
     EXPECT_TRUE(below->isVisible());
@@ -275,12 +281,22 @@ TEST_P(Edge, AScreenThatComesUnderTheFingerIsNotTakenAway)
 TEST_P(Edge, WhatTakesADragAwayGivesItUp)
 {
     present();
+    const auto turn = [this](bool back) {
+        controller->setLayoutDirection(mirrored() == back ? Qt::RightToLeft : Qt::LeftToRight);
+    };
+    const std::function<void()> ways[] = { [this] { controller->letGo(); },
+        [this] { controller->resize(380, 690); }, [=] { turn(false), turn(true); },
+        [this] { controller->hide(), controller->show(), calls.clear(); },
+        [this] { finger.cancel(); } };
     // What a page gets in place of touches is the mouse's, which no system takes away.
-    for (const bool bySystem : { false, height() == 400 }) {
+    for (int way = height() == 400 ? 4 : 3; way >= 0; --way) {
+        SCOPED_TRACE(way);
         drag(300);
-        bySystem ? finger.cancel() : controller->letGo();
-        if (!bySystem)
+        ways[way]();
+        if (way < 4) {
+            finger.drag(by(20)); // which leads nothing any more
             finger.up();
+        }
         ASSERT_TRUE(rests());
         EXPECT_EQ(depth(), 3);
         EXPECT_EQ(calls, u"");

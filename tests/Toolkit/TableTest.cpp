@@ -1,3 +1,4 @@
+#include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TableParts.h"
 #include "Toolkit/Countries.h"
 
@@ -33,11 +34,16 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
     hands::release(table.get(), middle(y));
     EXPECT_EQ(source.selected.size(), 1);
 
+    table->setContentOffset(400); // the third title comes in, and goes
     table->setContentOffset(rowHeight);
-    hands::click(table.get(), middle(headerHeight / 2));
-    EXPECT_EQ(source.selected.size(), 1) << "the stuck header hides the row under it";
-    hands::click(table.get(), middle(headerHeight + 2));
-    EXPECT_EQ(source.selected.size(), 2);
+    for (const int place : { headerHeight / 2, headerHeight + 2, 540 })
+        hands::click(table.get(), middle(place));
+    EXPECT_EQ(source.selected.size(), 3) << "the stuck header, alone, hides the row under it";
+    hands::Finger finger;
+    finger.down(table.get(), middle(100));
+    table->reloadData();
+    finger.up();
+    EXPECT_EQ(source.selected.size(), 3) << "another row has come beneath it";
 }
 
 TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
@@ -50,7 +56,9 @@ TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
     EXPECT_FALSE(table->cellForRow({ 1, 0 })->isPressed());
     EXPECT_SOON(std::abs(table->contentOffset() - 100) <= 30) << table->contentOffset();
     const int offset = table->contentOffset();
-    finger.upBeside(QPoint(100, 50));
+    finger.beside(QPoint(100, 50));
+    finger.up();
+    finger.liftOther();
     ASSERT_SOON(QScroller::scroller(table.get())->state() == QScroller::Inactive);
     EXPECT_LT(table->contentOffset(), offset + 200) << "it jumped to the other finger";
     EXPECT_TRUE(source.selected.isEmpty());
@@ -123,6 +131,13 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     roll({}, { 0, 120 });
     auto *const thumb = table->findChild<TableThumb *>();
     EXPECT_TRUE(thumb->isVisible());
+    roll({}, { 0, -120 });
+    EXPECT_EQ(thumb->geometry(), QRect(385, 598 - 36, 3, 36)); // never shorter
+    roll({}, { 0, 1200000 });
+    EXPECT_EQ(thumb->geometry(), QRect(385, 2, 3, 36));
+    table->setLayoutDirection(Qt::RightToLeft);
+    roll({}, { 0, -120 });
+    EXPECT_EQ(thumb->x(), 2);
     const auto drawn = [thumb] {
         QImage image(thumb->size(), QImage::Format_RGB32);
         image.fill(Qt::white);
@@ -132,8 +147,13 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     const QImage plain = drawn();
     table->setPalette(QPalette(Qt::darkBlue, Qt::darkBlue));
     EXPECT_EQ(difference(drawn(), plain), "") << "by a host's palette";
+    QDeadlineTimer half(Style::scrollThumb / 2);
+    EXPECT_SOON(half.hasExpired());
+    roll({}, { 0, -120 }); // as long again, from then on
+    half.setRemainingTime(Style::scrollThumb * 3 / 4);
     EXPECT_SOON(!thumb->isVisible());
-    roll({}, { 0, 120 });
+    EXPECT_TRUE(half.hasExpired()) << "it blinks amid scrolling";
+    roll({}, { 0, -120 });
     table->resize(table->size() - QSize(9, 9)); // where it stood says nothing any more
     EXPECT_FALSE(thumb->isVisible());
 }

@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 /// \brief What a person does, given to the window as the device does it: who gets it is for the
 /// window to find out.
@@ -129,22 +131,25 @@ public:
     {
         const QPoint from = m_at;
         for (int i = 1; i <= steps; ++i)
-            touch().move(1, m_at = from + way * i / steps);
+            withOther(touch().move(1, m_at = from + way * i / steps));
     }
-    void up() { touch().release(1, m_at); }
+    void up() { withOther(touch().release(1, m_at)); }
     /// The system takes the touch for itself, as for a gesture of its own.
     void cancel()
     {
         QTouchEvent event(QEvent::TouchCancel, m_screen.get());
         QCoreApplication::sendEvent(m_window, &event);
     }
-    /// While another comes down beside it and stays when this one is gone.
-    void upBeside(QPoint other)
+    /// Another comes down beside it, and rests there until it is lifted.
+    void beside(QPoint other)
     {
-        touch().stationary(1).press(2, other);
-        touch().release(1, m_at).stationary(2);
-        touch().move(2, other += QPoint(0, 5));
-        touch().release(2, other);
+        touch().move(1, m_at).press(2, other);
+        m_other = other;
+    }
+    void liftOther()
+    {
+        touch().move(2, *m_other += QPoint(0, 5));
+        touch().release(2, *std::exchange(m_other, {}));
     }
 
     void tap(const QWidget *widget, QPoint at)
@@ -162,6 +167,11 @@ private:
         m_time += pace;
         return QTest::touchEvent(m_window, m_screen.get());
     }
+    void withOther(QTest::QTouchEventSequence &touches) const
+    {
+        if (m_other)
+            touches.move(2, *m_other); // nowhere; one said to rest would have lost its place
+    }
     // At the widgets, and the event's alone: Qt takes a point of another time for another point.
     bool eventFilter(QObject *watched, QEvent *event) override
     {
@@ -174,6 +184,7 @@ private:
     std::unique_ptr<QPointingDevice> m_screen { QTest::createTouchDevice() };
     QWindow *m_window = nullptr;
     QPoint m_at;
+    std::optional<QPoint> m_other;
     quint64 m_time = 0; // ms
 };
 
