@@ -4,10 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
-using namespace std::chrono_literals;
-
 namespace {
 
 constexpr int edge = 6; // device px; letters of the index stand one further in
@@ -69,15 +65,14 @@ TEST_P(DemoPlay, VerifiesByBothRoadsAndLeavesWholePictures)
     const QString language = QString::fromLatin1(GetParam());
     QTemporaryDir folder;
     QProcess play;
-    play.setProcessChannelMode(QProcess::MergedChannels);
+    play.setProcessChannelMode(QProcess::ForwardedChannels);
     play.start(QStringLiteral(DEMO),
         { QStringLiteral("--headless"), QStringLiteral("--port"), QStringLiteral("0"),
             QStringLiteral("--built"), QStringLiteral(BUILT), QStringLiteral("--lang"), language,
             QStringLiteral("--scenario"), QStringLiteral(SCENARIO), QStringLiteral("--out"),
             folder.path() });
-    ASSERT_TRUE(play.waitForFinished(int(std::chrono::milliseconds(110s).count())))
-        << play.readAll().toStdString();
-    ASSERT_EQ(play.exitCode(), 0) << play.readAll().toStdString();
+    ASSERT_TRUE(play.waitForFinished(-1)); // each of its steps has a limit, of all together CTest's
+    ASSERT_EQ(play.exitCode(), 0);
 
     for (const Screen &screen : screens) {
         SCOPED_TRACE(screen.file);

@@ -20,6 +20,7 @@ protected:
     void open();
     void messagingRoad();
     void phoneEntry();
+    void offerCode();
     void codeEntry();
     void hosts();
     void far();
@@ -31,6 +32,17 @@ protected:
     void tapped(const QString &name, const char *widget, size_t sends = 0,
         const std::function<bool()> &until = {});
     [[nodiscard]] std::function<bool()> told(int count) const;
+    /// Takes what was seen for approved, where that is meant, and expects it.
+    void expectApproved(const std::string &file) const;
+
+    // Of walks that are written in texts of their own.
+    void walk(const std::string &file);
+    void command(const QString &name, const QString &rest);
+    void again();
+    void touch(const QString &ways, bool isCancelled);
+    void holdOn(const QString &words);
+    [[nodiscard]] QKeyCombination keyOf(const QString &name) const;
+    [[nodiscard]] QPoint mirrored(QPoint way) const;
 
     QWidget page;
     ModemBus modem;
@@ -46,6 +58,7 @@ private:
     size_t m_sent = 0;
     qsizetype m_told = 0;
     qsizetype m_worded = 0;
+    bool m_isBrief = false; // no log, and of the screen what has changed
     bool m_waits = false; // the server
     bool m_moves = false; // under a finger
     int m_messages = 0;

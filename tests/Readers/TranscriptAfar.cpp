@@ -35,6 +35,14 @@ void Transcript::far()
         hands::release(visible("sectionIndex"), letter(1));
     });
     step(u"Down, held"_s, [] { hands::hold(Qt::Key_Down, 40); });
+    step(u"thrown, and stopped at the end"_s, [this] {
+        hands::Finger finger;
+        finger.down(container.get(), { 195, 700 });
+        finger.drag({ 0, -500 });
+        finger.up();
+        EXPECT_FALSE(isAtRest());
+        hands::key(Qt::Key_End);
+    });
     key(u"to the end"_s, Qt::Key_End);
     step(u"Page up, held"_s, [] { hands::hold(Qt::Key_PageUp, 4); });
     step(u"a wheel"_s, [this] { hands::wheel(visible("tblCountries"), { 100, 300 }, {}, { 0, 360 }); });
@@ -80,9 +88,19 @@ void Transcript::onTheWay()
     Clock clock;
     m_moves = true;
     const auto part = [&](const QString &name, int milliseconds = 80) { step(name, [&clock, milliseconds] { clock.goOn(milliseconds); }); };
+    step(u"Send, slowly, and a code on the way"_s, [&] {
+        tap("btnContinue");
+        EXPECT_SOON(visible("btnCheck"));
+        offerCode();
+        clock.goOn(400);
+        EXPECT_SOON(Heard::events.contains(u"says Fill in 7K2 from your message"_s));
+        Heard::events.removeAll(u"name Fill in 7K2 from your message"_s); // early or late, but not said then
+    }, 1);
+    step(u"back from there"_s, [&] { (void)rests(); tap("btnBack"); clock.goOn(400); (void)rests(); });
     step(u"to the countries, slowly"_s, [this] { tap("viewCountryBack"); (void)row("tblCountries", 0, 1); }, 1);
     part(u"a quarter of the way"_s);
     part(u"half of it"_s);
+    EXPECT_FALSE(isAtRest());
     for (const auto each : { Qt::Key_Tab, Qt::Key_Escape, Qt::Key_Space, Qt::Key_Return })
         key(QString::fromLatin1(QMetaEnum::fromType<Qt::Key>().valueToKey(each)) + u" on the way"_s, each);
     step(u"a tap on the way"_s, [this] { hands::click(container.get(), { 195, 250 }); });

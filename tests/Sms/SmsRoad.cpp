@@ -3,8 +3,6 @@
 #include "Parloquin/Controller/Base/ParloquinNavigationController.h"
 #include "Parloquin/Controller/OtpMainViewController.h"
 
-#include <QtGui/QClipboard>
-
 QByteArray ok(const QByteArray &result)
 {
     return RawServer::http(200, R"({"meta":{"httpStatusCode":200},"result":)" + result + "}");
@@ -35,14 +33,6 @@ Screen *SmsRoad::page() const
     return container->findChild<NavigationController *>()->topViewController();
 }
 
-QString SmsRoad::fields() const
-{
-    QStringList texts;
-    for (const auto *field : page()->findChildren<QLineEdit *>())
-        texts.append(field->text());
-    return texts.join(u'|');
-}
-
 void SmsRoad::on(const std::string &call, const QByteArray &answer)
 {
     server.answer(("/v1.0/" + call).c_str(), answer);
@@ -56,12 +46,6 @@ QList<QJsonObject> SmsRoad::bodies(const std::string &call) const
             all.append(request.parameters());
     }
     return all;
-}
-
-void SmsRoad::paste(const QString &text)
-{
-    QApplication::clipboard()->setText(text);
-    hands::key(Qt::Key_V, Qt::ControlModifier);
 }
 
 void SmsRoad::goBack()

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -41,6 +42,12 @@ inline void write(const std::string &path, const Steps &steps)
     EXPECT_TRUE(file.flush()) << path;
 }
 
+/// Where what was seen is left to be looked at.
+inline std::string seenFile(const std::string &path)
+{
+    return std::filesystem::path(path).stem().string() + ".seen.txt";
+}
+
 /// TRANSCRIPT=approve in the environment takes what is seen for what is approved.
 inline void takeIfMeant(const Steps &seen, const std::string &path)
 {
@@ -68,9 +75,9 @@ inline void expectApproved(const Steps &seen, const std::string &path)
         const auto [is, was] = std::mismatch(now.begin(), now.end(), then.begin());
         if (is == now.end())
             continue;
-        write("Transcript.seen.txt", seen);
+        write(seenFile(path), seen);
         ADD_FAILURE() << then.front() << ", line " << is - now.begin() << ":\n  " << *is
-                      << "\nin place of\n  " << *was << "\nsee Transcript.seen.txt here; "
+                      << "\nin place of\n  " << *was << "\nsee " << seenFile(path) << " here; "
                       << "TRANSCRIPT=approve takes it for the approved one";
         return;
     }
