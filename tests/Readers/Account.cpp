@@ -1,61 +1,28 @@
 #include "Readers/Account.h"
 
+#include "support/Face.h"
 #include "support/Widgets.h"
 
-#include <QtCore/QMetaEnum>
 #include <QtCore/QRegularExpression>
 #include <QtGui/QAccessible>
 #include <QtGui/QScreen>
 
 namespace {
 
-template <class E> QString nameOf(E value)
-{
-    const auto all = QMetaEnum::fromType<E>();
-    const auto number = static_cast<int>(value);
-    return all.isFlag() ? QString::fromLatin1(all.valueToKeys(number))
-                        : QString::fromLatin1(all.valueToKey(number));
-}
-
-QString statesOf(QAccessible::State state)
-{
-    const std::pair<bool, const char *> all[] = { { state.focusable != 0, "focusable" },
-        { state.focused != 0, "focused" }, { state.selectable != 0, "selectable" },
-        { state.selected != 0, "selected" }, { state.checkable != 0, "checkable" },
-        { state.checked != 0, "checked" }, { state.disabled != 0, "disabled" },
-        { state.invisible != 0, "invisible" }, { state.offscreen != 0, "offscreen" },
-        { state.busy != 0, "busy" }, { state.readOnly != 0, "read only" },
-        { state.editable != 0, "editable" }, { state.hasPopup != 0, "has popup" },
-        { state.defaultButton != 0, "default" }, { state.modal != 0, "modal" } };
-    QString text;
-    for (const auto &[isSet, name] : all)
-        text += isSet ? u", "_s + QLatin1String(name) : QString();
-    return text;
-}
-
 // Mirrored where all is: both directions read alike.
 QString frameOf(const QWidget *top, QRect global)
 {
     const QPoint at = top->mapFromGlobal(global.topLeft());
     const int x = QApplication::isRightToLeft() ? top->width() - at.x() - global.width() : at.x();
-    return u" at %1,%2 %3x%4"_s.arg(x).arg(at.y()).arg(global.width()).arg(global.height());
+    return face::placeOf({ { x, at.y() }, global.size() });
 }
 
 QString lineOf(const QWidget *top, QAccessibleInterface *node)
 {
-    QString line = nameOf(node->role()) + u" \""_s + node->text(QAccessible::Name) + u'"';
-    const std::pair<QAccessible::Text, QString> texts[] = { { QAccessible::Description, u"more"_s },
-        { QAccessible::Value, u"value"_s }, { QAccessible::Help, u"help"_s } };
-    for (const auto &[kind, name] : texts) {
-        if (const QString text = node->text(kind); !text.isEmpty())
-            line += u" %1 \"%2\""_s.arg(name, text);
-    }
-    line += statesOf(node->state());
-    if (auto *actions = node->actionInterface(); actions && !actions->actionNames().isEmpty())
-        line += u" ["_s + actions->actionNames().join(u", "_s) + u']';
+    QString line = face::wordsOf(node);
     const auto *const widget = qobject_cast<QWidget *>(node->object());
     if (widget && widget->cursor().shape() != Qt::ArrowCursor)
-        line += u' ' + nameOf(widget->cursor().shape());
+        line += u' ' + face::nameOf(widget->cursor().shape());
     if (node->role() != QAccessible::StaticText) // letters differ, frames of what is touched do not
         line += frameOf(top, node->rect());
     if (const auto *table = qobject_cast<const TableView *>(widget)) {
@@ -101,8 +68,8 @@ QStringList account::stateOf(QWidget *top)
     lines << u"keyboard at "_s + (focused ? focused->objectName() : u"nothing"_s);
     const auto of = [focused](auto query) { return focused->inputMethodQuery(query).toInt(); };
     if (focused && focused->inputMethodQuery(Qt::ImEnabled).toBool()) {
-        lines.last() += u", the screen's "_s + nameOf(Qt::InputMethodHints(of(Qt::ImHints))) + u' '
-            + nameOf(Qt::EnterKeyType(of(Qt::ImEnterKeyType)))
+        lines.last() += u", the screen's "_s + face::nameOf(Qt::InputMethodHints(of(Qt::ImHints)))
+            + u' ' + face::nameOf(Qt::EnterKeyType(of(Qt::ImEnterKeyType)))
             + u" %1-%2"_s.arg(of(Qt::ImAnchorPosition)).arg(of(Qt::ImCursorPosition));
     }
     return lines;
