@@ -139,11 +139,13 @@ TEST(SandboxExec, EndsWhatTheHostLeavesBehind)
 TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
 {
     const auto waiting =
-        shell("echo host=$$; trap 'exit 5' TERM; echo ready; while :; do sleep 0.05; done");
-    Process asked(waiting);
-    asked.waitForOutput("ready\n");
-    asked.signal(SIGTERM);
-    EXPECT_EQ(asked.waitForEnd(), 5);
+        shell("echo host=$$; trap 'exit 5' TERM INT HUP; echo ready; while :; do sleep 0.05; done");
+    for (const int signal : { SIGTERM, SIGINT, SIGHUP }) {
+        Process asked(waiting);
+        asked.waitForOutput("ready\n");
+        asked.signal(signal);
+        EXPECT_EQ(asked.waitForEnd(), 5) << signal;
+    }
 
     Process deaf(shell("trap 'echo no' TERM; echo ready; while :; do sleep 0.05; done"));
     for (const auto *said : { "ready\n", "no\n" }) {

@@ -33,7 +33,7 @@ TEST(Messenger, SaysHowItIsStartedAndWhatItCannotWrite)
 {
     EXPECT_TRUE(
         holds(expectEnd({ MESSENGER_PROGRAM, "--help" }, 0, "--picture <FILE.png>"), "LINK"));
-    Process drawing(
-        { MESSENGER_PROGRAM, "--picture", "/nowhere/a.png", "parlo://send?app=parlo&to=a&text=b" });
+    Process drawing({ MESSENGER_PROGRAM, "--picture", "/nowhere/a.png",
+        "parlo://send?app=parlo&to=" + std::string(100, 'a') + "&text=" + std::string(1000, 'b') });
     drawing.waitForOutput("parloquin-messenger: /nowhere/a.png: cannot be written");
 }
