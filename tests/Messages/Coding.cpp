@@ -24,11 +24,13 @@ using Read = QByteArray (*)(const QByteArray &body);
 constexpr Read init = outcome<BaseResponseModel<InitResponseModel>>;
 constexpr Read start = outcome<BaseResponseModel<StartResponseModel>>;
 constexpr Read check = outcome<BaseResponseModel<CheckResponseModel>>;
+constexpr Read checkOtp = outcome<BaseResponseModel<CheckOtpResponseModel>>;
 constexpr Read sendOtp = outcome<BaseResponseModel<SendOtpResponseModel>>;
 constexpr Read country = outcome<BaseResponseModel<CountryResponseModel>>;
 
 const QByteArray wholeStart =
-    R"({"result":{"countryList":[{"countryCode":"TR","phoneCode":"+90","title":"T"}],)"
+    R"({"meta":{"errorCode":"403001","errorMessage":"m","httpStatusCode":403,"requestId":"i"},)"
+    R"("result":{"countryList":[{"countryCode":"TR","phoneCode":"+90","title":"T"}],)"
     R"("deeplink":"parlo:\/\/send","reference":"r","type":"t"}})";
 
 const QByteArray wholeInit =
@@ -37,18 +39,24 @@ const QByteArray wholeInit =
     R"("list":[{"app":"a","appPackage":"p","bgColour":"b","icon":"i","name":"n","text":"t",)"
     R"("textColour":"c"}],"localizationList":[{"key":"k","value":"v"}],"validation":"call"}})";
 
+const QByteArray wholeCheck = R"({"result":{"sessionId":"s","validationStatus":true}})";
+
 TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
 {
+    // Nothing needs to be there.
+    for (const QByteArray bare : { R"({"meta":{},"result":{}})", R"({"result":{"list":[{}]}})",
+             R"({"result":{"appPackageList":[{}],"localizationList":[{}]}})",
+             R"({"result":{"countryList":[{}]}})" }) {
+        for (const Read read : { init, start, check, checkOtp, sendOtp, country })
+            EXPECT_TRUE(read(bare).startsWith('{')) << bare.constData() << read(bare).constData();
+    }
     const struct {
         Read read;
         QByteArray body, expected;
     } rows[] = {
-        { init, "{}", "{}" },
         { init, wholeInit, wholeInit },
         { start, wholeStart, wholeStart },
-        { outcome<BaseResponseModel<CheckOtpResponseModel>>,
-            R"({"result":{"sessionId":"s","validationStatus":true}})",
-            R"({"result":{"sessionId":"s","validationStatus":true}})" },
+        { checkOtp, wholeCheck, wholeCheck },
         { sendOtp, R"({"x":[1,{"y":2.5}],"result":{"Reference":1,"reference":"r"}})",
             R"({"result":{"reference":"r"}})" },
         { sendOtp, R"({"result":{"\u0072eference":"r"}})", R"({"result":{"reference":"r"}})" },
