@@ -115,9 +115,6 @@ std::vector<Weather> weathers()
                 answered(okLine + "Transfer-Encoding: chunked, x\r\n\r\n" + success) },
             { "ChunkExtensionWithoutEnd",
                 reads({ S::send(chunked(success, "1;" + QByteArray(66000, 'x'))), S::hold() }) },
-            { "TrailerWithoutEnd",
-                reads({ S::send(chunked(success, "0\r\nX: " + QByteArray(66000, 'x'))),
-                    S::hold() }) },
             { "ResetWithoutLength", reads({ S::send(okLine + "\r\n" + success), S::reset() }) },
             { "LastChunkMissing", answered(chunked(success, "")) },
             { "TooLong", sent([] { return json(200, padded(success, most + 1)); }) },
@@ -159,7 +156,6 @@ std::vector<Weather> weathers()
             { "ProxyUnauthorised",
                 answered(json(407, success, "Proxy-Authenticate: Basic realm=\"x\"\r\n")) },
             { "LengthTwiceTheSame", answered(json(200, success, "Content-Length: 31\r\n")) },
-            { "Chunked", answered(chunked(success, "0\r\n\r\n")) },
             { "ChunkedWithAllThatMayBe",
                 answered("HTTP/1.1 200\r\nContent-Length: 9\r\ntransfer-encoding:Chunked\r\n\r\n"
                          "00a ;a=\""
