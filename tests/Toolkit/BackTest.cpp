@@ -25,6 +25,7 @@ protected:
         released += int(event->key() != Qt::Key_Alt);
     }
     void mousePressEvent(QMouseEvent *) override { ++heard; }
+    void wheelEvent(QWheelEvent *) override { ++heard; }
     void mouseReleaseEvent(QMouseEvent *) override { ++released; }
 };
 
@@ -110,7 +111,7 @@ TEST_F(Back, RepeatsAndReleasesGoWhereThePressWent)
 }
 
 // A host's dialog would press its button for the Enter.
-TEST_F(Back, AnEmptyTableKeepsItsKeys)
+TEST_F(Back, AnEmptyTableKeepsItsKeysAndItsWheel)
 {
     present();
     Countries none;
@@ -123,6 +124,8 @@ TEST_F(Back, AnEmptyTableKeepsItsKeys)
         hands::key(key);
         EXPECT_EQ(host.heard, 0) << key;
     }
+    hands::wheel(top->table, QPoint(100, 100), {}, QPoint(0, -120));
+    EXPECT_EQ(host.heard, 0) << "the wheel";
     hands::key(Qt::Key_F5);
     EXPECT_EQ(host.heard, 1);
     controller.reset();

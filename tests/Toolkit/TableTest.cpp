@@ -44,6 +44,8 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
     table->reloadData();
     finger.up();
     EXPECT_EQ(source.selected.size(), 3) << "another row has come beneath it";
+    finger.tap(table.get(), { 380, 590 }); // a letter
+    EXPECT_EQ(table->contentOffset(), sectionTop(26) - 600);
 }
 
 TEST_F(Table, ASecondFingerAndACancelledTouchMeanNothing)
@@ -270,6 +272,7 @@ TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
     const int ticked = sectionTop(13) + 4 * rowHeight;
     const auto fresh = [this](int offset) {
         const auto other = makeTable();
+        other->setLayoutDirection(table->layoutDirection());
         other->show();
         other->setContentOffset(offset);
         return other->grab().toImage();
@@ -283,6 +286,8 @@ TEST_F(Table, DrawsAtEachPlaceWhatAFreshOneDraws)
                 << "what a tap gives at " << offset;
         }
     }
+    table->setLayoutDirection(Qt::RightToLeft);
+    EXPECT_EQ(difference(table->grab().toImage(), fresh(0)), "") << "turned";
     EXPECT_LT(table->findChildren<TableCell *>().size(), 40);
 }
 
