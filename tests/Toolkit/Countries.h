@@ -3,15 +3,12 @@
 #include "Parloquin/Cell/CountryTableCell.h"
 #include "support/Widgets.h"
 
-#include <map>
-
 /// \brief Sections A, B, ... with rows "Aa land", "Ab land", ..., each with a prefix of its own.
 class Countries : public parloquin::TableViewDataSource, public parloquin::TableViewDelegate {
 public:
     int sections = 26;
     int rows = 10;
     bool titled = true;
-    std::map<std::pair<int, int>, QString> named; // instead
     std::optional<parloquin::IndexPath> ticked;
     QList<parloquin::IndexPath> selected;
 
@@ -21,10 +18,7 @@ public:
     [[nodiscard]] parloquin::CountryModel country(const Path &path) const
     {
         parloquin::CountryModel model;
-        const auto own = named.find({ path.section, path.row });
-        model.title = own != named.end()
-            ? own->second
-            : letter(path.section) + QChar(u'a' + path.row % 26) + QStringLiteral(" land");
+        model.title = letter(path.section) + QChar(u'a' + path.row % 26) + QStringLiteral(" land");
         model.phoneCode = QStringLiteral("+%1%2").arg(path.section).arg(path.row);
         return model;
     }

@@ -160,7 +160,8 @@ TEST_F(Table, WheelsAndTouchpadsStopAtTheEnds)
     EXPECT_FALSE(thumb->isVisible());
 }
 
-TEST_F(Table, KeysWalkAndRingAndHeldTheyWalkOnAndChooseOnce)
+// To a reader it has been said at once: tests/Readers/walks/Lists.txt.
+TEST_F(Table, TheFirstKeyShowsWhichRowItIs)
 {
     show();
     table->setFocus(Qt::MouseFocusReason);
@@ -168,70 +169,13 @@ TEST_F(Table, KeysWalkAndRingAndHeldTheyWalkOnAndChooseOnce)
     press(Qt::Key_Return);
     EXPECT_TRUE(source.selected.isEmpty()) << "nobody chooses what is not seen";
     EXPECT_EQ(place(ringed()), "0/0");
-    focusByTab();
-    EXPECT_EQ(place(ringed()), "0/0");
-    // Key, how often it repeats, the row in the end, how many were chosen in all.
-    const std::tuple<Qt::Key, int, const char *, int> steps[] = { { Qt::Key_Down, 0, "0/1", 0 },
-        { Qt::Key_End, 0, "25/9", 0 }, { Qt::Key_Down, 0, "25/9", 0 }, { Qt::Key_Up, 0, "25/8", 0 },
-        { Qt::Key_Home, 5, "0/0", 0 }, { Qt::Key_Up, 0, "0/0", 0 },
-        { Qt::Key_PageDown, 0, "1/2", 0 }, { Qt::Key_PageUp, 0, "0/0", 0 },
-        { Qt::Key_M, 0, "12/0", 0 }, { Qt::Key_Up, 0, "11/9", 0 }, { Qt::Key_Return, 0, "11/9", 1 },
-        { Qt::Key_Space, 0, "11/9", 2 }, { Qt::Key_Home, 0, "0/0", 2 },
-        { Qt::Key_Down, 11, "1/2", 2 }, { Qt::Key_Return, 9, "1/2", 3 },
-        { Qt::Key_Up, 3, "0/8", 3 }, { Qt::Key_Space, 9, "0/8", 4 },
-        { Qt::Key_PageDown, 1, "3/2", 4 }, { Qt::Key_Enter, 9, "3/2", 5 },
-        { Qt::Key_Select, 9, "3/2", 6 }, { Qt::Key_PageUp, 8, "0/0", 6 },
-        { Qt::Key_End, 5, "25/9", 6 } };
-    for (const auto &[key, repeats, row, chosen] : steps) {
-        repeats == 0 ? press(key) : hands::hold(key, repeats);
-        ASSERT_EQ(place(ringed()), row) << key;
-        ASSERT_EQ(source.selected.size(), chosen) << key;
-        const auto *cell = table->cellForRow(*ringed());
-        EXPECT_GE(cell->y(), headerHeight) << key << " leaves its row under the header";
-        EXPECT_LE(cell->geometry().bottom(), 599) << key;
-    }
-    const QList<IndexPath> rows { { 11, 9 }, { 11, 9 }, { 1, 2 }, { 0, 8 }, { 3, 2 }, { 3, 2 } };
-    EXPECT_EQ(source.selected, rows);
-}
-
-TEST_F(Table, EnterOnARowOutOfViewBringsItBackAndTheNextChooses)
-{
-    show();
-    focusByTab();
     press(Qt::Key_Down);
-    ASSERT_EQ(place(ringed()), "0/1");
-    for (const int offset : { 5000, headerHeight + rowHeight, 1 }) { // far, under the header, cut
-        SCOPED_TRACE(offset);
+    EXPECT_EQ(place(ringed()), "0/1");
+    for (const auto key : { Qt::Key_Return, Qt::Key_Space, Qt::Key_Select }) {
         source.selected.clear();
-        table->setContentOffset(offset);
-        const bool whole = offset == 1;
-        press(Qt::Key_Return);
-        EXPECT_EQ(source.selected.size(), whole ? 1 : 0);
-        EXPECT_EQ(place(ringed()), "0/1");
-        press(Qt::Key_Return);
-        EXPECT_EQ(source.selected.size(), whole ? 2 : 1);
+        hands::hold(key, 9);
+        EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 1 } })) << key << " chooses once";
     }
-    table->resize(390, 60); // too low for a title and a row
-    press(Qt::Key_End);
-    press(Qt::Key_Return);
-    EXPECT_EQ(place(source.selected.last()), "25/9");
-}
-
-TEST_F(Table, LettersFindTheirRow)
-{
-    source.named = { { { 0, 4 }, u"Åland"_s }, { { 8, 3 }, u"Aland"_s }, { { 9, 3 }, u"Élan"_s } };
-    const std::pair<QString, const char *> rows[] = { { u"m"_s, "12/0" }, { u"M"_s, "12/0" },
-        { u"mc"_s, "12/2" }, { u"md l"_s, "12/3" }, { u"mcx"_s, "12/2" }, // none like that
-        { u"mm"_s, "12/1" }, { u"aa"_s, "0/0" }, // on, and round to the first
-        { u"al"_s, "8/3" }, { u"ål"_s, "0/4" }, // as written before the bare letter
-        { u"ela"_s, "9/3" } };
-    for (const auto &[letters, row] : rows) {
-        show();
-        focusByTab();
-        type(letters);
-        EXPECT_EQ(place(ringed()), row) << letters.toStdString();
-    }
-    EXPECT_TRUE(source.selected.isEmpty());
 }
 
 TEST_F(Table, APauseBeginsTheLettersAnew)
