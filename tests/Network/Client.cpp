@@ -23,23 +23,6 @@ QByteArray answerOf(const QByteArray &meta)
     return RawServer::http(200, "{\"meta\":{" + meta + "}}", "X-Twice: a\r\nX-Twice: \"b\"\r\n");
 }
 
-TEST(ApiClient, FailsAtOnceWhereNothingCanBeSent)
-{
-    RawServer server;
-    setServiceHost(server.hostAndPort());
-    AwaitedResult<CheckResponseModel> unreachable;
-    const std::string log = printedBy([&] {
-        ApiSessionHelper::shared().isNetworkReachable = false;
-        ApiRequest::check({}, unreachable.handler());
-        ApiSessionHelper::shared().isNetworkReachable = true;
-    });
-    EXPECT_EQ(unreachable.count(), 1);
-    EXPECT_EQ(unreachable.wait(), "connection");
-    EXPECT_TRUE(unreachable.onThisThread());
-    EXPECT_EQ(log, "");
-    EXPECT_EQ(server.connections(), 0);
-}
-
 // The service refuses what was signed minutes ago.
 TEST(ApiClient, SignsEachCallWithItsOwnTime)
 {

@@ -4,6 +4,7 @@
 #include "Network/Network.h"
 #include "Parloquin/Networking/Model/Response/InitResponseModel.h"
 #include "Parloquin/Platform/UrlOpener.h"
+#include "support/Console.h"
 
 #include <QtNetwork/QLocalSocket>
 
@@ -58,8 +59,12 @@ TEST_F(Rehearsal, RouteIsReadAnewForEachCall)
         qputenv("PARLOQUIN_ROUTE", route);
         // Where there is no route, the answer is there before the call returns.
         AwaitedResult<InitResponseModel> call;
-        ApiRequest::initializer(call.handler());
-        return call.count() == 0;
+        const auto log = printedBy([&] { ApiRequest::initializer(call.handler()); });
+        if (call.count() == 0)
+            return true;
+        EXPECT_TRUE(call.onThisThread() && log.empty()) << log;
+        EXPECT_EQ(call.wait(), "connection");
+        return false;
     };
     RawServer server;
     server.pause(); // no answer comes before that
@@ -73,6 +78,8 @@ TEST_F(Rehearsal, RouteIsReadAnewForEachCall)
     EXPECT_TRUE(isSent("default", sandbox));
     EXPECT_FALSE(isSent("default", "verify.example:443"));
     gate = true;
+    EXPECT_TRUE(server.waitForRequests(3));
+    EXPECT_EQ(server.connections(), 3);
 }
 
 TEST_F(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
