@@ -56,7 +56,7 @@ QByteArray Desktop::answer(const QByteArray &question)
 {
     const QMutexLocker lock(&m_mutex);
     const QByteArray what = question.mid(question.indexOf(' ') + 1);
-    const bool isThere = !m_apps || m_apps->contains(what.left(what.indexOf(':')));
+    const bool isThere = !m_apps || m_apps->contains(what.split(':').constFirst());
     if (isThere && question.startsWith("open "))
         m_opened = what;
     return isThere ? "yes\n" : "no\n";

@@ -1,6 +1,5 @@
 #include "Parloquin/TestKit/Http.h"
 
-#include <QtNetwork/QNetworkProxy>
 #include <QtNetwork/QTcpSocket>
 
 namespace ParloquinTest {
@@ -9,7 +8,6 @@ HttpAnswer http(const QString &host, const QByteArray &path, const QByteArray &b
 {
     constexpr int patience = 10000; // ms
     QTcpSocket socket;
-    socket.setProxy(QNetworkProxy::NoProxy);
     const auto colon = host.lastIndexOf(QLatin1Char(':'));
     socket.connectToHost(host.left(colon), host.mid(colon + 1).toUShort());
     if (!socket.waitForConnected(patience))
