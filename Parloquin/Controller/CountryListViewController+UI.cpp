@@ -25,7 +25,6 @@ void CountryListViewController::setCloseButton()
 {
     btnClose = new BarButtonItem(
         QCoreApplication::translate("Parloquin", "Back"), QStringLiteral("btnClose"));
-    btnClose->setTintColor(Qt::white);
     connect(btnClose, &BarButtonItem::clicked, this, [this] { actionButtonClose(); });
     navigationItem().setLeftBarButtonItem(btnClose);
 }

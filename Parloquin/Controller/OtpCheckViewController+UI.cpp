@@ -159,7 +159,6 @@ void OtpCheckViewController::setBackButton()
 {
     btnBack = new BarButtonItem(
         QCoreApplication::translate("Parloquin", "Back"), QStringLiteral("btnBack"));
-    btnBack->setTintColor(Qt::white);
     connect(btnBack, &BarButtonItem::clicked, this, [this] { actionButtonBack(); });
     navigationItem().setLeftBarButtonItem(btnBack);
 }

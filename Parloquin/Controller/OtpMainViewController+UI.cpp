@@ -175,7 +175,6 @@ void OtpMainViewController::setBackButton()
 {
     btnBack = new BarButtonItem(
         QCoreApplication::translate("Parloquin", "Back"), QStringLiteral("btnBack"));
-    btnBack->setTintColor(Qt::white);
     connect(btnBack, &BarButtonItem::clicked, this, [this] { actionButtonBack(); });
     navigationItem().setLeftBarButtonItem(btnBack);
 }

@@ -40,7 +40,6 @@ void ParloquinMainViewController::setCloseButton()
 {
     btnClose = new BarButtonItem(
         QCoreApplication::translate("Parloquin", "Close"), QStringLiteral("btnClose"));
-    btnClose->setTintColor(Qt::white);
     connect(btnClose, &QAbstractButton::clicked, this,
         &ParloquinMainViewController::actionTapCloseButton);
     navigationItem().setRightBarButtonItem(btnClose);

@@ -19,17 +19,10 @@ constexpr int leastWidth = 60; // px
 BarButtonItem::BarButtonItem(const QString &title, const QString &name, QWidget *parent)
     : Tappable(parent)
     , m_face(17, QFont::Normal)
-    , m_tint(Qt::white)
 {
     setObjectName(name);
     setText(title);
     setAccessibleName(title);
-}
-
-void BarButtonItem::setTintColor(const QColor &color)
-{
-    m_tint = color;
-    update();
 }
 
 QSize BarButtonItem::sizeHint() const
@@ -46,7 +39,7 @@ void BarButtonItem::paintEvent(QPaintEvent *)
     if (hasKeyboardFocus())
         FocusRing::paint(painter, QRectF(rect()).adjusted(1, 1, -1, -1), 0, true, Qt::white);
     painter.setOpacity(1 - pressStrength() / 2);
-    painter.setPen(m_tint);
+    painter.setPen(Qt::white);
     const TextBlock block(text(), m_face.font(), width(), 1);
     block.draw(painter, rect(), Qt::AlignHCenter | Qt::AlignVCenter);
 }

@@ -3,19 +3,15 @@
 #include "Parloquin/Toolkit/Tappable.h"
 #include "Parloquin/Toolkit/Typeface.h"
 
-#include <QtGui/QColor>
-
 namespace parloquin {
 
-/// \brief A text button of the navigation bar: 17 px, white unless tinted, 48 high, at least 60
-/// wide.
+/// \brief A text button of the navigation bar: 17 px, white, 48 high, at least 60 wide.
 class BarButtonItem : public Tappable {
     Q_OBJECT
 public:
     /// \param name becomes objectName and, with the title, what automation finds it by
     BarButtonItem(const QString &title, const QString &name, QWidget *parent = nullptr);
 
-    void setTintColor(const QColor &color);
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
@@ -23,7 +19,6 @@ protected:
 
 private:
     Typeface m_face;
-    QColor m_tint;
 };
 
 } // namespace parloquin

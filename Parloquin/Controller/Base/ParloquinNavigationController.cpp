@@ -56,7 +56,6 @@ void ParloquinNavigationController::setup()
     // Fixed: the theme drives the status area alone.
     m_navigation->navigationBar().setBarTintColor(Style::blue);
     m_navigation->navigationBar().setTitleColor(Qt::white);
-    m_navigation->setInsets(contentsMargins());
     connect(m_navigation, &NavigationController::dismissRequested, this, &QWidget::close);
 }
 

@@ -11,12 +11,12 @@ namespace parloquin {
 
 namespace {
 
+// Of a field: it holds no line feed.
 QString quoted(QString text)
 {
     text.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
     text.replace(QLatin1Char('"'), QLatin1String("\\\""));
     text.replace(QLatin1Char('\r'), QLatin1String("\\r"));
-    text.replace(QLatin1Char('\n'), QLatin1String("\\n"));
     text.replace(QLatin1Char('\t'), QLatin1String("\\t"));
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
