@@ -248,6 +248,7 @@ void Transcript::codeEntry()
     tapped(u"it is taken"_s, "btnMessageCode");
     answer("/v1.0/check-otp", R"({"meta":{"httpStatusCode":400}})");
     step(u"Check, awaited"_s, [this] { hold(); hands::key(Qt::Key_Return); }, 1);
+    step(u"the host means what is covered"_s, [this] { find("txtCode0")->setFocus(); });
     step(u"refused"_s, [this] { proceed(); }, 0, told(5));
     answer("/v1.0/check-otp", "[]");
     tapped(u"Check, not answered"_s, "btnCheck", 1, told(6));
@@ -256,7 +257,7 @@ void Transcript::codeEntry()
     tapped(u"Check"_s, "btnCheck", 1, told(7));
     step(u"all emptied"_s, [] { hands::keys(u"\b\b\b\b"_s); });
     tapped(u"Check of none"_s, "btnCheck");
-    answer("/v1.0/check-otp", R"({"meta":{"httpStatusCode":400}})");
+    server.answer("/v1.0/check-otp", RawServer::http(200, R"({"meta":{"httpStatusCode":400}})", "Via: a\r\n\tb\r\n"));
     step(u"others typed"_s, [] { hands::keys(u"82"_s); });
     tapped(u"refused after all"_s, "btnCheck", 1, told(8));
     tapped(u"no code came"_s, "btnTryAgain");
