@@ -59,14 +59,18 @@ void FocusRing::paint(
 
 void FocusRing::follow(QWidget *focused)
 {
-    auto *target =
-        focused && m_screen->isAncestorOf(focused) ? ringedFor(m_screen, focused) : nullptr;
+    if (m_focused)
+        m_focused->removeEventFilter(this);
+    m_focused = focused && m_screen->isAncestorOf(focused) ? focused : nullptr;
+    auto *target = m_focused ? ringedFor(m_screen, m_focused) : nullptr;
     for (auto *watched = m_target.data(); watched && watched != m_screen;
          watched = watched->parentWidget())
         watched->removeEventFilter(this);
     m_target = target;
     for (auto *watched = target; watched && watched != m_screen; watched = watched->parentWidget())
         watched->installEventFilter(this);
+    if (m_focused)
+        m_focused->installEventFilter(this);
     place();
 }
 
@@ -103,10 +107,22 @@ void FocusRing::paintEvent(QPaintEvent *)
         Style::blue);
 }
 
+bool FocusRing::event(QEvent *event)
+{
+    const bool handled = Pane::event(event);
+    if (SheetSize::heeds(*event)) // and gives back a place that may be an older one
+        place();
+    return handled;
+}
+
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
         place();
+    // What has the focus may be told anew how it came by it, once it has heard.
+    if (event->type() == QEvent::FocusIn && watched == m_focused)
+        QMetaObject::invokeMethod(
+            this, [this] { follow(QApplication::focusWidget()); }, Qt::QueuedConnection);
     return QWidget::eventFilter(watched, event);
 }
 

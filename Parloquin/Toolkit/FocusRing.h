@@ -24,6 +24,7 @@ public:
         QPainter &painter, const QRectF &rect, qreal radius, bool inside, const QColor &color);
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -32,7 +33,8 @@ private:
     void place();
 
     QWidget *m_screen;
-    QPointer<QWidget> m_target;
+    QPointer<QWidget> m_focused; // on the screen
+    QPointer<QWidget> m_target; // what rings for it
     qreal m_radius = 0;
     bool m_inside = false;
 };

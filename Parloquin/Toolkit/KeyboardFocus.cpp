@@ -102,19 +102,19 @@ void KeyboardFocus::watchFrame()
     if (frame == m_frame)
         return;
     m_frame = frame;
-    // By keys one is to see where they are, after a click one knows; the frame gives no reason.
+    // By a key one is to see where the keys go; else one knows. The frame gives no reason.
     const auto ring = [this] {
         auto *const focused = QApplication::focusWidget();
         if (!m_stack->isAncestorOf(focused) || qobject_cast<QLineEdit *>(focused))
             return;
-        park();
-        focused->setFocus(Qt::TabFocusReason);
+        // It has it already, and readers have said so.
+        QFocusEvent byKey(QEvent::FocusIn, Qt::TabFocusReason);
+        QCoreApplication::sendEvent(focused, &byKey);
     };
     connect(frame, &QMdiSubWindow::aboutToActivate, this, [this, frame, ring] {
         QFocusEvent anew(QEvent::FocusIn, Qt::ActiveWindowFocusReason);
         QCoreApplication::sendEvent(frame, &anew);
-        // Once the frame has given it. A press in a window that it came to since is not known yet.
-        if (m_byKeys && QGuiApplication::mouseButtons() == Qt::NoButton)
+        if (m_byKey) // once the frame has given it
             QMetaObject::invokeMethod(this, ring, Qt::QueuedConnection);
     });
 }
@@ -134,10 +134,12 @@ bool KeyboardFocus::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched != m_stage) {
         const auto type = event->type();
-        if (type == QEvent::MouseButtonPress || type == QEvent::TouchBegin)
-            m_byKeys = false;
-        else if (type == QEvent::KeyPress)
-            m_byKeys = true;
+        if (type == QEvent::ShortcutOverride || type == QEvent::KeyPress
+            || type == QEvent::KeyRelease) {
+            m_byKey = true;
+            QMetaObject::invokeMethod(
+                this, [this] { m_byKey = false; }, Qt::QueuedConnection);
+        }
         return false;
     }
     // The host gives the keyboard to the whole.

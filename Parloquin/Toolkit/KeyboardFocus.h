@@ -61,7 +61,7 @@ private:
     QPointer<QWidget> m_last; // what had the focus, or gets it first
     bool m_holds = false; // the keyboard, or was the last in its window that did
     bool m_parking = false;
-    bool m_byKeys = false; // is the window used; known in a sub window alone
+    bool m_byKey = false; // is what happens now; known in a sub window alone
 };
 
 } // namespace parloquin
