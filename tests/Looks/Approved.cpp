@@ -154,13 +154,6 @@ void Approved::takeFurther()
     expectApproved("phone entry, chosen");
     tap("viewCountryBack");
     (void)row("tblCountries", 1, 0);
-    const bool mirrored = GetParam().direction == Qt::RightToLeft;
-    hands::Finger finger;
-    finger.down(container.get(), { mirrored ? size.width() - 4 : 4, 300 });
-    finger.drag({ mirrored ? -120 : 120, 0 });
-    expectApproved("countries, drawn aside");
-    finger.cancel();
-    expectApproved("countries, let go");
     hands::key(Qt::Key_Escape);
     ASSERT_TRUE(seen("viewCountryBack"));
     tap("txtPhoneNumber");

@@ -99,6 +99,12 @@ void Walk::toTheCode(const Stop &stop)
     tap(row("tblCountries", 3, 0));
     ASSERT_SOON(!find("tblCountries"));
     stop("phone entry, back in it");
+    const bool mirrored = QApplication::isRightToLeft();
+    hands::Finger finger;
+    finger.down(container.get(), { mirrored ? size.width() - 4 : 4, 300 });
+    finger.drag({ mirrored ? -120 : 120, 0 });
+    stop("phone entry, drawn aside");
+    finger.cancel();
 
     tap("txtPhoneNumber");
     stop("phone entry, caret");
@@ -119,6 +125,7 @@ void Walk::toTheCode(const Stop &stop)
     offer->show();
     QCoreApplication::sendPostedEvents(); // it is as high as its text needs
     stop("code entry, offered");
+    hands::key(Qt::Key_Tab); // it is the next
     hands::press(offer);
     stop("code entry, offer pressed");
 }

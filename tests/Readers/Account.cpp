@@ -21,6 +21,8 @@ QString lineOf(const QWidget *top, QAccessibleInterface *node)
 {
     QString line = face::wordsOf(node);
     const auto *const widget = qobject_cast<QWidget *>(node->object());
+    const auto *const item = qobject_cast<const BarButtonItem *>(widget);
+    line += item && item->hasKeyboardFocus() ? u" rings"_s : QString();
     if (widget && widget->cursor().shape() != Qt::ArrowCursor)
         line += u' ' + face::nameOf(widget->cursor().shape());
     if (node->role() != QAccessible::StaticText) // letters differ, frames of what is touched do not
@@ -31,8 +33,11 @@ QString lineOf(const QWidget *top, QAccessibleInterface *node)
             if (!cell->isVisible())
                 continue;
             cells << frameOf(top, { cell->mapToGlobal(QPoint()), cell->size() });
+            cells.last() += cell->hasKeyboardFocus() ? u" rings"_s : QString();
             for (const auto *label : cell->findChildren<Label *>())
                 cells.last() += label->isVisible() ? u' ' + label->text() : QString();
+            const auto *const icon = cell->findChild<ImageView *>(u"imgKitIcon"_s);
+            cells.last() += icon && !icon->image().isNull() ? u" pictured"_s : QString();
         }
         cells.sort();
         line += u" shows"_s + cells.join(QString());
@@ -71,6 +76,10 @@ QStringList account::stateOf(QWidget *top)
         lines.last() += u", the screen's "_s + face::nameOf(Qt::InputMethodHints(of(Qt::ImHints)))
             + u' ' + face::nameOf(Qt::EnterKeyType(of(Qt::ImEnterKeyType)))
             + u" %1-%2"_s.arg(of(Qt::ImAnchorPosition)).arg(of(Qt::ImCursorPosition));
+    }
+    for (const auto *ring : top->findChildren<QWidget *>(u"focusRing"_s)) {
+        if (ring->isVisible())
+            lines << u"ring"_s + frameOf(top, { ring->mapToGlobal(QPoint()), ring->size() });
     }
     return lines;
 }

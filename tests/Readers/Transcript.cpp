@@ -138,6 +138,14 @@ void Transcript::key(const QString &name, Qt::Key key, size_t sends)
     step(name, [key] { hands::key(key); }, sends);
 }
 
+void Transcript::around(const QString &name, int stops)
+{
+    step(name, [stops] {
+        for (int i = 0; i < 2 * stops; ++i)
+            hands::key(i < stops ? Qt::Key_Tab : Qt::Key_Backtab), QCoreApplication::processEvents();
+    });
+}
+
 void Transcript::tapped(const QString &name, const char *widget, size_t sends, const std::function<bool()> &until)
 {
     step(name, [=, this] { tap(widget); }, sends, until);
@@ -171,8 +179,7 @@ void Transcript::messagingRoad()
     step(u"and let go"_s, [&] { hands::release(panel()); });
     QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     key(u"Down"_s, Qt::Key_Down);
-    for (const QString &each : { u"Tab"_s, u"Tab to Close"_s, u"Tab around"_s })
-        key(each, Qt::Key_Tab);
+    around(u"around the apps"_s, 3);
     step(u"the first app"_s, [this] { hold(); tapRow(0); }, 1);
     step(u"its link comes"_s, [this] { proceed(); }, 0, isStarted);
     step(u"back from it"_s, [] { comeBack(); }, 1, told(1));
@@ -194,12 +201,12 @@ void Transcript::phoneEntry()
     answer("/v1.0/country", R"({"result":{"list":[{"title":"Norway","countryCode":"NO","phoneCode":"+47"},
         {"title":"Chad","countryCode":"TD","phoneCode":"+235"},{"title":"Corsica"}]}})");
     tapped(u"the way by SMS"_s, "viewAlternativeKit");
+    around(u"around the number"_s, 4);
     tapped(u"Send of nothing"_s, "btnContinue");
     step(u"the countries, awaited"_s, [this] { server.pause(); tap("viewCountryBack"); }, 1);
     step(u"the countries come"_s, [this] { server.proceed(); (void)row("tblCountries", 1, 0); });
     key(u"Down in them"_s, Qt::Key_Down);
-    key(u"Tab to Back"_s, Qt::Key_Tab);
-    key(u"Tab to the list"_s, Qt::Key_Tab);
+    around(u"around the countries"_s, 2);
     key(u"N"_s, Qt::Key_N);
     key(u"no choice"_s, Qt::Key_Escape);
     for (const QString &each : { u"Norway"_s, u"Chad"_s, u"Norway again"_s })
@@ -224,7 +231,7 @@ void Transcript::phoneEntry()
     answer("/v1.0/send-otp", "[]");
     tapped(u"Send, not answered"_s, "btnContinue", 1);
     answer("/v1.0/send-otp", R"({"result":{"reference":"R-4"}})");
-    step(u"Send"_s, [this] { hold(); tap("btnContinue"); }, 1);
+    step(u"Send, by keys"_s, [this] { hold(); for (const auto each : { Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Return }) hands::key(each); }, 1);
 }
 
 void Transcript::offerCode()
@@ -240,7 +247,8 @@ void Transcript::codeEntry()
     const auto offer = [this] { offerCode(); };
     step(u"the code's page"_s, [this] { proceed(); }, 0, begins);
     step(u"a code is offered"_s, offer);
-    tapped(u"back from the offer"_s, "btnBack");
+    around(u"around the code"_s, 7);
+    key(u"back from the offer"_s, Qt::Key_Escape);
     tapped(u"Send again"_s, "btnContinue", 1, begins);
     step(u"a character"_s, [] { hands::keys(u"4"_s); });
     key(u"back to it"_s, Qt::Key_Backtab);
@@ -262,6 +270,7 @@ void Transcript::codeEntry()
     tapped(u"refused after all"_s, "btnCheck", 1, told(8));
     tapped(u"no code came"_s, "btnTryAgain");
     tapped(u"back to the number"_s, "btnBack");
+    around(u"around it again"_s, 4);
 }
 
 void Transcript::hosts()
@@ -271,6 +280,7 @@ void Transcript::hosts()
     step(u"and opens it"_s, [this] { page.setEnabled(true); });
     step(u"the host hides the kit"_s, [this] { container->hide(); });
     step(u"and shows it"_s, [this] { container->show(); });
+    step(u"minimised, and restored"_s, [this] { page.showMinimized(); QCoreApplication::processEvents(); page.showNormal(); EXPECT_TRUE(comesToFront(page)); });
     step(u"narrow and low"_s, [this] { container->resize(195, 422); });
     step(u"on its side"_s, [this] { container->resize(844, 390); });
     step(u"upright"_s, [this] { container->resize(390, 844); });
@@ -291,8 +301,12 @@ void Transcript::hosts()
     QFile icon(QStringLiteral(ICON));
     ASSERT_TRUE(icon.open(QIODevice::ReadOnly));
     server.answer("/icon.png", RawServer::http(200, icon.readAll(), "Content-Type: image/png\r\n"));
-    answer("/v1.0/init", uR"({"result":{"list":[{"app":"a","text":"Verify with A","icon":"%1"}]}})"_s.arg(server.url(u"/icon.png"_s)).toUtf8());
-    step(u"another, with a picture"_s, again, 2);
+    QString apps = uR"({"text":"Verify with A","icon":"%1"})"_s.arg(server.url(u"/icon.png"_s));
+    for (int i = 1; i < 14; ++i) // theirs are not there
+        apps += uR"(,{"text":"App %1","icon":"http://127.0.0.1:9/"})"_s.arg(i);
+    answer("/v1.0/init", (uR"({"result":{"list":[)"_s + apps + u"]}}"_s).toUtf8());
+    step(u"another, with a picture"_s, again, 2, [this] { return !row("tblKits", 0, 0)->findChild<ImageView *>()->image().isNull(); });
+    key(u"beyond it"_s, Qt::Key_End);
 }
 // clang-format on
 

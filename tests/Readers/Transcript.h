@@ -29,6 +29,7 @@ protected:
     void hold();
     void proceed();
     void key(const QString &name, Qt::Key key, size_t sends = 0);
+    void around(const QString &name, int stops); ///< all of them by Tab, and back
     void tapped(const QString &name, const char *widget, size_t sends = 0,
         const std::function<bool()> &until = {});
     [[nodiscard]] std::function<bool()> told(int count) const;

@@ -73,20 +73,23 @@ TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
     EXPECT_EQ(menu(), nullptr) << "nothing to be done";
     hands::keys(u"4123"_s);
     QApplication::clipboard()->setText(u"5"_s); // with two entries, on and back were the same
-    for (const auto &[direction, width, onwards, back] :
-        { std::tuple(Qt::LeftToRight, 195, Qt::Key_Down, Qt::Key_Up),
-            { Qt::RightToLeft, 390, Qt::Key_Left, Qt::Key_Right },
-            { Qt::LeftToRight, 390, Qt::Key_Right, Qt::Key_Left },
-            { Qt::LeftToRight, 390, Qt::Key_Tab, Qt::Key_Backtab } }) {
+    for (const auto &[direction, width, y, onwards, back] :
+        { std::tuple(Qt::LeftToRight, 195, 0, Qt::Key_Down, Qt::Key_Up),
+            { Qt::RightToLeft, 390, -200, Qt::Key_Left, Qt::Key_Right },
+            { Qt::LeftToRight, 390, 0, Qt::Key_Right, Qt::Key_Left },
+            { Qt::LeftToRight, 390, 0, Qt::Key_Tab, Qt::Key_Backtab } }) {
         if (menu())
             hands::key(Qt::Key_Escape);
         container->setLayoutDirection(direction);
-        container->resize(width, 844);
+        container->setGeometry(0, y, width, 844);
+        const QRect at(field->mapToGlobal(QPoint()), field->size());
         hands::menuKey();
         ASSERT_NE(menu(), nullptr);
         EXPECT_TRUE(container->geometry().contains(menu()->geometry())) << "cut at " << width;
         const auto *const cut = menu()->findChild<QWidget *>(u"btnCut"_s);
         const auto *const copy = menu()->findChild<QWidget *>(u"btnCopy"_s);
+        EXPECT_FALSE(menu()->geometry().intersects(at)) << "over the field";
+        EXPECT_EQ(menu()->y() > at.y(), y < 0) << "it goes where there is room";
         EXPECT_EQ(cut->x() <= copy->x(), direction == Qt::LeftToRight);
         EXPECT_TRUE(cut->hasFocus()) << "the first entry rings";
         const QImage rings = menu()->grab().toImage();
