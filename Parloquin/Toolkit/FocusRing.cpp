@@ -80,6 +80,7 @@ void FocusRing::place()
         hide();
         return;
     }
+    m_radius = 0;
     m_inside = false;
     if (const auto *view = qobject_cast<View *>(m_target)) {
         m_radius = view->cornerRadius();
