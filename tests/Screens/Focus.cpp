@@ -136,6 +136,18 @@ TEST_F(InHost, TwoContainersInAWindowKeepTheirKeysApart)
     EXPECT_EQ(focusName(), u"tblKits");
 }
 
+TEST_F(InHost, StandsWholeBeforeWhatIsMadeLater)
+{
+    auto *const column = new QVBoxLayout(&window);
+    auto *const last = new QLineEdit;
+    column->addWidget(container.get());
+    column->addWidget(last);
+    showWindow();
+    last->setFocus();
+    const auto round = roundOf(*container, Qt::Key_Tab).toStdString();
+    EXPECT_EQ(round, "tblKits viewAlternativeKit btnClose -");
+}
+
 TEST_F(InHost, StandsInTheOrderThatAHostGivesIt)
 {
     auto *const column = new QVBoxLayout(&window);
