@@ -6,7 +6,7 @@
 #include "Parloquin/Toolkit/TableParts.h"
 #include "support/Clock.h"
 
-#include <QtCore/QFile>
+#include <QtCore/QBuffer>
 #include <QtCore/QTranslator>
 
 #include <set>
@@ -83,9 +83,10 @@ private:
 /// Apps and countries that fill more than a screen.
 void Approved::answerMuch()
 {
-    QFile icon(QStringLiteral(ICON));
-    ASSERT_TRUE(icon.open(QIODevice::ReadOnly));
-    server.answer("/icon.png", RawServer::http(200, icon.readAll(), "Content-Type: image/png\r\n"));
+    QImage icon(QStringLiteral(ICON)); // no square of it
+    QBuffer bytes;
+    ASSERT_TRUE(icon.copy(0, 0, icon.width(), icon.height() * 3 / 5).save(&bytes, "PNG"));
+    server.answer("/icon.png", RawServer::http(200, bytes.data(), "Content-Type: image/png\r\n"));
     QStringList apps; // all with one icon, as a late one comes to whichever app has its row by then
     QStringList countries;
     const QString inks[] = { u"FFD14A"_s, u"2040A0"_s, u"FFFFFF"_s };

@@ -93,7 +93,8 @@ inline void expect(
     const QString taken = qEnvironmentVariable("PICTURES"); // here, for somebody to look at
     const QString folder = (taken.isEmpty() ? QStringLiteral(APPROVED) : taken) + u'/';
     const QString file = folder + name + QStringLiteral(".png");
-    QFile takenBy(folder + QStringLiteral("taken-by"));
+    QFile takenBy( // letters are drawn otherwise between whole ratios
+        folder + QStringLiteral("taken-by-%1").arg(qApp->devicePixelRatio()));
     QFile text(folder + name + QStringLiteral(".txt"));
     const auto look = [&] { return picture().convertToFormat(QImage::Format_RGB32); };
     if (!taken.isEmpty()) {
