@@ -114,6 +114,8 @@ const ListRow listRows[] = {
     { "Binary", binary({ "\xD1\x01\x02", key, "\x55value" }), "value" },
     { "BinaryUtf16", binary({ "\xD1\x01\x02", key, QByteArray("\x61\x20\xAC", 3) }),
         "\xE2\x82\xAC" },
+    { "BinaryWithALongCount",
+        binary({ "\xD1\x01\x02", key, QByteArray("\x5F\x11\x00\x05value", 9) }), "value" },
     { "BinaryWithAList",
         binary({ "\xD2\x01\x03\x02\x04", key, "\x51x", "\x51l", QByteArray("\xA2\x02\x02", 3) }),
         "x" },

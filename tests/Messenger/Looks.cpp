@@ -93,6 +93,7 @@ TEST_F(ApprovedMessenger, InEachState)
 TEST_F(ApprovedMessenger, OfEachApp)
 {
     for (const QString &app : AppLook::apps().mid(1)) {
+        EXPECT_EQ(AppLook::of(app).icon(20, 2).size(), QSize(40, 40));
         open(app);
         server.pause();
         hands::click(window->btnSend);

@@ -3,6 +3,7 @@
 #include "Network/Network.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QTimer>
 
 static std::atomic<std::chrono::milliseconds> settingsTake = 0ms;
 
@@ -51,8 +52,13 @@ TEST_P(ServiceName, CostsACallAtMostASecond)
     AwaitedResult<CheckResponseModel> call;
     QElapsedTimer time;
     time.start();
+    if (row.outcome == "success" && row.atLeast > 0s) { // the service takes as long
+        server.pause();
+        QTimer::singleShot(row.atLeast, [&] { server.proceed(); });
+    }
     ApiRequest::check({}, call.handler());
     EXPECT_EQ(call.wait(), row.outcome);
+    EXPECT_LE(server.requests().size(), 1);
     EXPECT_LT(time.elapsed(), (row.atLeast + 1s).count());
     EXPECT_GE(time.elapsed(), row.atLeast.count());
     EXPECT_GT(names.questions(), 0);
@@ -62,6 +68,7 @@ const NamesRow namesRows[] = {
     { "OneSilentAddress", { { here }, { "fd00::9" } } },
     { "TwoSilentAddresses", { { here }, { "fd00::8", "fd00::9" } } },
     { "ThreeSilentAddresses", { { here }, { "fd00::7", "fd00::8", "fd00::9" } } },
+    { "SlowService", { { here }, {} }, "success", 2500ms },
     { "NoAnswerForIpv6", { { here }, {}, true, false } },
     { "NoAnswer", { {}, {}, false, false }, "general", 1500ms, 1500ms },
     { "NoSuchName", { {}, {} }, "general" },

@@ -206,6 +206,10 @@ TEST_F(Overlay, CoversAScreenWithoutNavigationAndDiesWithIt)
     auto *const indicator = veil()->findChild<ActivityIndicator *>();
     const QImage first = indicator->grab().toImage();
     EXPECT_SOON(indicator->grab().toImage() != first) << "it turns";
+    QElapsedTimer turn;
+    turn.start();
+    EXPECT_SOON(indicator->grab().toImage() == first);
+    EXPECT_LT(turn.elapsed(), 5000) << "it stands, for who looks at it";
 }
 
 } // namespace

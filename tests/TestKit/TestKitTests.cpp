@@ -84,6 +84,7 @@ TEST_F(SignIn, ByCodeInAWindowOfTheApp)
 
 TEST_F(SignIn, InAHostThatHidesTheKitAmidACall)
 {
+    QSet<QString> sessions; // each of its own message
     for (const QString &call : { u"start"_s, u"check"_s, u"check-otp"_s }) {
         container->show();
         sandbox.delays(call, 200ms);
@@ -97,7 +98,9 @@ TEST_F(SignIn, InAHostThatHidesTheKitAmidACall)
         EXPECT_TRUE(call == u"check-otp"_s ? asksForCode() && person().types(sandbox.lastCode())
                                            : person().sendsFrom(u"Kite"_s));
         EXPECT_TRUE(heard->success()) << call.toStdString();
+        sessions.insert(heard->sessionId());
     }
+    EXPECT_EQ(sessions.size(), 3);
 }
 
 TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)
