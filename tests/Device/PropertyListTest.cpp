@@ -101,23 +101,21 @@ constexpr char broken[] = "broken binary";
 constexpr char noFile[] = "no regular file";
 const QByteArray good = dictionary("<key>key</key><string>x</string>");
 const QByteArray key = "\x53key";
-/// What there are more than fifteen of is counted apart.
+/// What there are more than fifteen of is counted apart, in as many bytes as its writer likes.
 QByteArray inLongList(const QByteArray &last)
 {
     return binary({ "\xD2\x01\x03\x02\x04", key, "\x51x", "\x51l",
-        "\xAF\x10\x10" + QByteArray("\x02").repeated(15) + last });
+        QByteArray("\xAF\x12\0\0\0\x10", 6) + QByteArray("\x02").repeated(15) + last });
 }
 const ListRow listRows[] = {
     { "NoFile", {}, absent, "", "rm $0" },
     { "Xml", dictionary("<key>key</key><string>a &amp; \xC3\xA9</string>"), "a & \xC3\xA9" },
     { "XmlWithMarkAndNoHead", "\xEF\xBB\xBF" + good.mid(good.indexOf("<plist")), "x" },
-    { "Binary", binary({ "\xD1\x01\x02", key, "\x55value" }), "value" },
     { "BinaryUtf16", binary({ "\xD1\x01\x02", key, QByteArray("\x61\x20\xAC", 3) }),
         "\xE2\x82\xAC" },
-    { "BinaryWithALongCount",
-        binary({ "\xD1\x01\x02", key, QByteArray("\x5F\x11\x00\x05value", 9) }), "value" },
-    { "BinaryWithAList",
-        binary({ "\xD2\x01\x03\x02\x04", key, "\x51x", "\x51l", QByteArray("\xA2\x02\x02", 3) }),
+    { "BinaryWithAListOfAllKinds",
+        binary({ "\xD2\x01\x03\x02\x04", key, "\x51x", "\x51l", "\xA6\x05\x06\x07\x08\x09\x0A",
+            "\x09", "\x11zz", "\x22zzzz", "\x33@zzzzzzz", "\x41z", "\x80\x01" }),
         "x" },
     { "BinaryWithALongList", inLongList("\x02"), "x" },
     { "EmptyText", dictionary("<key>key</key><string></string>"), "" },
