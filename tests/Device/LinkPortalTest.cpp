@@ -1,13 +1,23 @@
-#include "Parloquin/Platform/Linux/LinkPortal.h"
+#include "Parloquin/Platform/LinkHandlers.h"
 #include "support/ByName.h"
 #include "support/ModemBus.h"
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QUrl>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+
 using namespace Qt::StringLiterals;
+namespace LinkHandlers = parloquin::LinkHandlers;
+
+extern "C" bool __real__ZN5QFile6existsERK7QString(const QString &name); // NOLINT
+extern "C" bool __wrap__ZN5QFile6existsERK7QString(const QString &name) // NOLINT
+{
+    return name == u"/.flatpak-info" || __real__ZN5QFile6existsERK7QString(name);
+}
 
 namespace {
 
@@ -27,21 +37,21 @@ TEST_P(LinkPortalAnswer, IsHeardOrNotWaitedForTwice)
     const PortalRow &row = GetParam();
     ModemBus bus;
     qputenv("DBUS_SESSION_BUS_ADDRESS", qgetenv("DBUS_SYSTEM_BUS_ADDRESS"));
-    EXPECT_FALSE(parloquin::LinkPortal::handles(u"parlo"_s)) << "without a bus";
+    EXPECT_FALSE(LinkHandlers::handles(u"parlo"_s)) << "without a bus";
     bus.play("start bus; start portal");
     bus.tell({ u"answers"_s, QString::fromLatin1(row.code) });
     QElapsedTimer time;
     time.start();
-    EXPECT_EQ(parloquin::LinkPortal::handles(u"parlo"_s), row.handles);
+    EXPECT_EQ(LinkHandlers::handles(u"parlo"_s), row.handles);
     constexpr int patience = 1500; // ms
     EXPECT_EQ(time.elapsed() >= patience, row.isSilent) << time.elapsed() << " ms";
     time.start();
     for (int i = 0; i < 5; ++i)
-        EXPECT_FALSE(parloquin::LinkPortal::handles(u"kite"_s));
+        EXPECT_FALSE(LinkHandlers::handles(u"kite"_s));
     EXPECT_LT(time.elapsed(), patience);
     if (row.isSilent) {
-        EXPECT_TRUE(QTest::qWaitFor(
-            [] { return parloquin::LinkPortal::handles(u"parlo"_s); }, startPatience))
+        EXPECT_TRUE(
+            QTest::qWaitFor([] { return LinkHandlers::handles(u"parlo"_s); }, startPatience))
             << "a portal that was slow once is never asked again";
     }
 }
@@ -55,5 +65,12 @@ const PortalRow portalRows[] = {
         true },
 };
 INSTANTIATE_TEST_SUITE_P(Device, LinkPortalAnswer, testing::ValuesIn(portalRows), byName);
+
+TEST(LinkHandlers, LeaveALinkToTheDesktopOfAConfinedAppAndTellItsRefusal)
+{
+    std::atomic told = false;
+    ASSERT_TRUE(LinkHandlers::launch(QUrl(u"none-has-this:x"_s), [&](auto &) { told = true; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told.load(); }));
+}
 
 } // namespace
