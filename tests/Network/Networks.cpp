@@ -2,6 +2,7 @@
 // proxies. Each case has a network of its own.
 #include "Network/Network.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QTimer>
 
@@ -54,7 +55,7 @@ TEST_P(ServiceName, CostsACallAtMostASecond)
     time.start();
     if (row.outcome == "success" && row.atLeast > 0s) { // the service takes as long
         server.pause();
-        QTimer::singleShot(row.atLeast, [&] { server.proceed(); });
+        QTimer::singleShot(row.atLeast, qApp, [&] { server.proceed(); });
     }
     ApiRequest::check({}, call.handler());
     EXPECT_EQ(call.wait(), row.outcome);
