@@ -201,8 +201,9 @@ class Player:
         getattr(self, verb)(*([rest] if rest else []))
         if verb == "start":
             self.has_places = f"! {self.answers[0]}" in approved or approving
-        end, settled, last = time.monotonic() + 15, 0, None
+        end, settled, last, named = time.monotonic() + 15, 0, None, self.names
         while True:
+            self.names = dict(named)  # what a look on the way saw takes no number
             now, lines = self.told()
             if lines != last:
                 last, settled = lines, time.monotonic() + 1.1
