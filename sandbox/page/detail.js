@@ -29,12 +29,8 @@ function compared(comparison) {
 const section = (title, ...content) => el('section', {}, el('h3', {}, title), ...content);
 
 async function again(exchange, asItWas) {
-  try {
-    const { status } = await post(`journal/${exchange.id}/replay`, { asItWas });
-    toast(status ? `Sent again; the answer was ${status}` : 'Sent again; there was no answer');
-  } catch (error) {
-    toast(error.message);
-  }
+  const { status } = await post(`journal/${exchange.id}/replay`, { asItWas });
+  toast(status ? `Sent again; the answer was ${status}` : 'Sent again; there was no answer');
 }
 
 function actions(exchange) {

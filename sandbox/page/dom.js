@@ -13,9 +13,6 @@ export function el(tag, properties = {}, ...children) {
 
 export const byId = (id) => document.getElementById(id);
 
-export const button = (text, onclick, properties = {}) =>
-  el('button', { type: 'button', onclick, ...properties }, text);
-
 let fading = 0;
 export function toast(text) {
   const place = byId('toast');
@@ -33,6 +30,18 @@ export async function copy(text, what) {
     toast('The browser does not let this page copy');
   }
 }
+
+// Who pressed something hears why nothing came of it.
+export const orTell = (work) => async (...given) => {
+  try {
+    await work(...given);
+  } catch (error) {
+    toast(error.message);
+  }
+};
+
+export const button = (text, onclick, properties = {}) =>
+  el('button', { type: 'button', onclick: orTell(onclick), ...properties }, text);
 
 export function save(name, text, type = 'application/json') {
   const url = URL.createObjectURL(new Blob([text], { type }));

@@ -1,6 +1,6 @@
 // The list of exchanges: thousands of rows of which only those in view are elements.
 import { get, post } from './api.js';
-import { byId, clock, el, save, toast } from './dom.js';
+import { byId, clock, el, orTell, save, toast } from './dom.js';
 import { show, showNothing } from './detail.js';
 
 const most = 10000; // as the service holds
@@ -220,12 +220,15 @@ export function start(news) {
     byId('state').className = paused ? 'state' : 'state live';
     restart();
   });
-  byId('clear').addEventListener('click', () => post('journal').then(() => toast('The journal is empty')));
-  byId('export').addEventListener('click', async () => {
+  byId('clear').addEventListener('click', orTell(async () => {
+    await post('journal');
+    toast('The journal is empty');
+  }));
+  byId('export').addEventListener('click', orTell(async () => {
     const parts = query();
     parts.delete('view');
     save('parloquin-journal.json', JSON.stringify((await get(`journal?${parts}`)).exchanges, null, 2));
-  });
+  }));
   list.addEventListener('scroll', () => requestAnimationFrame(draw));
   list.addEventListener('keydown', move);
   list.addEventListener('click', (event) => {

@@ -1,5 +1,5 @@
 import { post } from './api.js';
-import { byId, toast } from './dom.js';
+import { byId, orTell, toast } from './dom.js';
 import * as exchanges from './exchanges.js';
 import * as outcomes from './outcomes.js';
 import * as people from './people.js';
@@ -37,13 +37,13 @@ document.addEventListener('keydown', (event) => {
   if (event.key === 'Escape' && event.target === byId('search')) byId('list').focus();
 });
 
-byId('reset').addEventListener('click', async () => {
+byId('reset').addEventListener('click', orTell(async () => {
   if (!confirm('Forget all sessions, codes, exchanges and outcomes?')) return;
   await post('reset');
   toast('All that happened is forgotten');
   people.refresh();
   outcomes.refresh(true);
-});
+}));
 
 outcomes.fillCalls(byId('call'));
 const asked = tabs.find((tab) => `#${tab.getAttribute('aria-controls')}` === location.hash);

@@ -16,10 +16,10 @@ function table(caption, columns, rows, none) {
         el('tbody', {}, ...rows.map((cells) => el('tr', {}, ...cells.map((cell) => el('td', {}, cell))))))));
 }
 
-const act = (promise, done) => promise.then(() => { toast(done); refresh(); }, (error) => toast(error.message));
-
 async function deliver(message) {
-  await act(post('messages', { app: message.app, text: message.text }), 'The message was delivered');
+  await post('messages', { app: message.app, text: message.text });
+  toast('The message was delivered');
+  refresh();
 }
 
 function maker() {
