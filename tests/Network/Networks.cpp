@@ -55,7 +55,7 @@ TEST_P(ServiceName, CostsACallAtMostASecond)
     time.start();
     if (row.outcome == "success" && row.atLeast > 0s) { // the service takes as long
         server.pause();
-        QTimer::singleShot(row.atLeast, qApp, [&] { server.proceed(); });
+        QTimer::singleShot(row.atLeast, Qt::PreciseTimer, qApp, [&] { server.proceed(); });
     }
     ApiRequest::check({}, call.handler());
     EXPECT_EQ(call.wait(), row.outcome);
