@@ -36,6 +36,8 @@ Process::Process(const std::vector<std::string> &arguments)
     m_pid = ::fork();
     if (m_pid == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL); // also when a test dies
+        for (const int signal : { SIGINT, SIGHUP }) // ignored where the suite is in the background
+            ::signal(signal, SIG_DFL);
         ::dup2(ends[1], STDOUT_FILENO);
         ::dup2(ends[1], STDERR_FILENO);
         ::execv(words[0], words.data());
