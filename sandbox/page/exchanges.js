@@ -153,13 +153,12 @@ function take(page) {
 async function listen() {
   const { signal } = asking;
   let first = true;
+  let reached = false; // one that was started again is told at once, not when it has news
   while (!signal.aborted) {
     try {
       const parts = query();
-      if (!first) {
-        parts.set('after', revision);
-        parts.set('wait', 25);
-      }
+      if (!first) parts.set('after', revision);
+      if (reached) parts.set('wait', 25);
       const asked = performance.now();
       const page = await get(`journal?${parts}`, signal);
       if (signal.aborted) return;
@@ -173,6 +172,7 @@ async function listen() {
         drawn.clear();
       }
       first = false;
+      reached = true;
       take(page);
       byId('state').textContent = 'live';
       byId('state').className = 'state live';
@@ -180,6 +180,7 @@ async function listen() {
       await new Promise((done) => setTimeout(done, isSentAway ? rest : pause));
     } catch (error) {
       if (signal.aborted) return;
+      reached = false;
       byId('state').textContent = 'not reachable';
       byId('state').className = 'state lost';
       await new Promise((done) => setTimeout(done, 1000));
