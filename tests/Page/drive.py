@@ -16,19 +16,54 @@ from transcript import Player, Sandbox, fill
 
 PROGRAM = sys.argv.pop(1)
 PICTURES = sys.argv.pop(1) if len(sys.argv) > 1 else None
-APPROVED = pathlib.Path(__file__).with_name("Transcript.txt")
+TRANSCRIPTS = pathlib.Path(__file__).with_name("transcripts")
 SEEDS = pathlib.Path(__file__).parent.parent / "fuzz" / "seeds"
+
+
+def start_browser():
+    options = Options()
+    options.binary_location = "/usr/bin/chromium"
+    folder = tempfile.mkdtemp(prefix="page-")
+    for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", f"--user-data-dir={folder}"):
+        options.add_argument(argument)
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
+    return webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
+
+
+class Approved(unittest.TestCase):
+    """A case for each text; one browser plays them all."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.player = Player(start_browser(), PROGRAM, PICTURES)
+        cls.addClassCleanup(cls.player.end)
+
+    def play(self, file):
+        approving = os.environ.get("TRANSCRIPT") == "approve"
+        written = []
+        self.player.names = {}
+        for part in re.split(r"^(?=[#$] )", file.read_text(), flags=re.M)[1:]:
+            step, *approved = part.strip("\n").splitlines()
+            differs, came = self.player.play(step[2:], approved, approving) if step[0] == "$" else ([], approved)
+            if differs and not approving:
+                self.fail("\n".join([f"at {step}", *differs, "If meant, once more with TRANSCRIPT=approve in the environment"]))
+            written += [step, *came, ""]
+        if approving:
+            file.write_text("\n".join(written))
+        messages = [json.loads(entry["message"])["message"] for entry in self.player.browser.get_log("performance")]
+        sent = [each["params"] for each in messages if each["method"] == "Network.requestWillBeSent"]
+        urls = [each["request"]["url"] for each in sent if "127.0.0.1" in each["documentURL"]]
+        self.assertEqual([url for url in urls if not url.startswith(("http://127.0.0.1:", "blob:"))], [])
+        self.assertGreater(len(urls), 15)
+
+
+for each in TRANSCRIPTS.glob("*.txt"):
+    setattr(Approved, f"test_{each.stem}", lambda self, file=each: self.play(file))
 
 
 class Page(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.mkdtemp(prefix="page-")
-        options = Options()
-        options.binary_location = "/usr/bin/chromium"
-        for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", f"--user-data-dir={folder}"):
-            options.add_argument(argument)
-        options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
-        self.browser = webdriver.Chrome(options=options, service=Service("/usr/bin/chromedriver"))
+        self.browser = start_browser()
         self.addCleanup(self.browser.quit)
         self.sandbox = Sandbox(PROGRAM)
         self.addCleanup(self.sandbox.close)
@@ -45,25 +80,6 @@ class Page(unittest.TestCase):
 
     def text(self, selector):
         return "".join(self.texts(selector)[:1])
-
-    def test_is_as_approved(self):
-        approving = os.environ.get("TRANSCRIPT") == "approve"
-        written = []
-        player = Player(self.browser, PROGRAM, PICTURES)
-        self.addCleanup(lambda: player.sandbox.close())
-        for part in re.split(r"^(?=[#$] )", APPROVED.read_text(), flags=re.M)[1:]:
-            step, *approved = part.strip("\n").splitlines()
-            differs, came = player.play(step[2:], approved, approving) if step[0] == "$" else ([], approved)
-            if differs and not approving:
-                self.fail("\n".join([f"at {step}", *differs, "If meant, once more with TRANSCRIPT=approve in the environment"]))
-            written += [step, *came, ""]
-        if approving:
-            APPROVED.write_text("\n".join(written))
-        messages = [json.loads(entry["message"])["message"] for entry in self.browser.get_log("performance")]
-        sent = [each["params"] for each in messages if each["method"] == "Network.requestWillBeSent"]
-        urls = [each["request"]["url"] for each in sent if "127.0.0.1" in each["documentURL"]]
-        self.assertEqual([url for url in urls if not url.startswith(("http://127.0.0.1:", "blob:"))], [])
-        self.assertGreater(len(urls), 15)
 
     def test_keeps_hostile_texts_texts(self):
         hostile = ["<img src=x onerror=alert(1)>", "<script>alert(2)</script>", "javascript:alert(3)",

@@ -1,15 +1,18 @@
-"""Plays the steps of Transcript.txt on the page, and tells what a person sees and hears after each.
+"""Plays the steps of transcripts/*.txt on the page, and tells what a person sees and hears after each.
 
 A step is a line that begins with "$ ", a comment one with "#". What follows a step was approved: the
 lines that went ("- ") and came ("+ "), each a part of the page with its role, name and states as a
 reader has them, its place within the part around it, and its ink; then ("! ") what left the page.
+It is read once nothing more comes by itself (inside.js).
   start {}, stop, again         a sandbox of this scenario, and its page; its end; once more
   open #people, see 1280x800 light    the page anew; the window; look NAME: for what cannot be read, at any width
   click, hover SELECTOR, press TAB 250     by mouse, by keys
   call NAME {} [seconds], later    a right call, or one that is signed so; one that is held back
   ask PATH {}, get PATH         of the page's calls, by somebody else; get tells the answer
-  raw GET / HTTP/1.1, many 4000, late 1200   at the service; refused at once; so many ms longer for the page
-  do, until SCRIPT              within the page, which has fade() for the end of a notice's time
+  raw GET / HTTP/1.1, many 4000    at the service; refused at once
+  hold, arrive [PATH]           the page's answers, until they may come: the last of that path, or all
+  pass 4000                     so many ms, for all that takes a second or longer
+  do, until SCRIPT              within the page
 """
 
 import base64, contextlib, difflib, hashlib, hmac, json, pathlib, re, socket, sys, threading, time
@@ -29,39 +32,7 @@ STATES = ("busy checked disabled expanded focused hasPopup invalid level live or
           "selected valuemax valuemin valuetext").split()
 PLAIN = ("generic", "none", "StaticText", "InlineTextBox", "LabelText", "paragraph", "MenuListPopup")
 
-# A clock that stands, and who tells of what leaves the page.
-SCRIPT = """(() => {
-const Real = Date, stands = Real.UTC(2026, 2, 7, 20, 34, 5), step = 240000;
-window.Date = class extends Real {
-  constructor(time) { super(typeof time === 'string' ? Date.parse(time) : time ?? Date.now()); }
-  static parse(text) { return stands + Math.round((Real.parse(text) - Real.now()) / step) * step; }
-  static now() { return stands + 1; }
-};
-// Codes and durations differ from run to run, and with them the widths of their columns.
-const even = new CSSStyleSheet();
-even.replaceSync('#people td:nth-child(2) { font-family: monospace; } .row .ms { width: 58px; }');
-document.adoptedStyleSheets = [even];
-const { fetch } = window;
-window.told = [];
-window.fetch = (path, options) => {
-  if (options?.method) told.push(`${options.method} ${path} ${options.body}`);
-  return fetch(path, options); };
-const { createObjectURL } = URL;
-let saved; // the page may not fetch it
-URL.createObjectURL = (blob) => createObjectURL.call(URL, saved = blob);
-HTMLAnchorElement.prototype.click = async function () {
-  told.push(`saved ${this.download}: ${saved.type} ${await saved.text()}`); };
-Object.defineProperty(navigator, 'clipboard', { value: { async writeText(text) {
-  if (window.refuses) throw new Error();
-  told.push(`copied ${text}`);
-} } });
-const { setTimeout, clearTimeout } = window;
-const shown = new Map();
-window.setTimeout = (done, time) => time === 4000 ? -shown.set(shown.size + 1, done).size : setTimeout(done, time);
-window.clearTimeout = (id) => id < 0 ? shown.delete(-id) : clearTimeout(id);
-window.fade = () => shown.forEach((done) => done());
-window.confirm = (text) => { told.push(`asked ${text}`); return !window.refuses; };
-})();"""
+INSIDE = pathlib.Path(__file__).with_name("inside.js").read_text()
 SIZES = ("320x640", "480x640", "768x800", "1024x800", "1366x800", "1920x800")
 
 # Of every text that can be seen: its contrast, and what is too small to read or hit.
@@ -115,11 +86,14 @@ class Player:
         self.browser, self.program, self.pictures = browser, program, pictures
         self.sandbox, self.names, self.answers, self.before, self.has_places = None, {}, [], [], True
         pathlib.Path(pictures or ".").mkdir(exist_ok=True)
-        self.cdp("Page.addScriptToEvaluateOnNewDocument", source=SCRIPT)
+        self.cdp("Page.addScriptToEvaluateOnNewDocument", source=INSIDE)
         self.cdp("Emulation.setTimezoneOverride", timezoneId="Asia/Kolkata")
 
     def cdp(self, command, **parameters):
-        return self.browser.execute_cdp_cmd(command, parameters)
+        given = {"sessionId": self.browser.session_id, "cmd": command, "params": parameters}
+        answer = self.browser.command_executor.execute("executeCdpCommand", given)  # not searched for elements, as it is long
+        self.browser.error_handler.check_response(answer)
+        return answer["value"]
 
     def masked(self, text):
         """With names for what differs from run to run, and of what is long the beginning."""
@@ -192,25 +166,18 @@ class Player:
         return [line for line in plain if line and {"-": "+", "+": "-"}.get(line[0], "!") + line[1:] not in plain]
 
     def play(self, step, approved, approving):
-        """:return: what differs from the approved lines as soon as nothing does, else at the end; and all that came"""
+        """:return: what differs from the approved lines once the page is at rest, and all that came"""
         for id, name in self.names.items():
             step = step.replace(name, id)
         verb, _, rest = step.partition(" ")
         self.answers = []
         self.browser.execute_script("window.told = []")
-        getattr(self, verb)(*([rest] if rest else []))
+        getattr(self, {"pass": "pass_"}.get(verb, verb))(*([rest] if rest else []))
         if verb == "start":
             self.has_places = f"! {self.answers[0]}" in approved or approving
-        end, settled, last, named = time.monotonic() + 15, 0, None, self.names
-        while True:
-            self.names = dict(named)  # what a look on the way saw takes no number
-            now, lines = self.told()
-            if lines != last:
-                last, settled = lines, time.monotonic() + 1.1
-            differs = list(difflib.unified_diff(self.held(approved), self.held(lines), "approved", "now", "", "", 0, ""))
-            if not differs or time.monotonic() > (settled if approving else end):
-                self.before = now
-                return differs, lines
+        self.browser.execute_async_script("rest().then(arguments[0])")
+        self.before, lines = self.told()
+        return list(difflib.unified_diff(self.held(approved), self.held(lines), "approved", "now", "", "", 0, "")), lines
 
     def start(self, scenario):
         keys = {"client": "parloquin-demo", "secret": SECRET.hex()}
@@ -219,7 +186,12 @@ class Player:
         self.sandbox, self.before = Sandbox(self.program), []
         self.sandbox.ask("scenario", {"keys": keys, **json.loads(scenario)})
         self.open()
+        self.see("1280x800 light")
         self.answers.append(self.browser.execute_script(FONTS))
+
+    def end(self):
+        self.browser.quit()
+        self.stop()
 
     def stop(self):
         self.sandbox.close()
@@ -250,7 +222,7 @@ class Player:
         self.see("1280x800 light")
 
     def hover(self, selector):
-        ActionChains(self.browser).move_to_element(self.browser.find_element("css selector", selector)).perform()
+        ActionChains(self.browser, 0).move_to_element(self.browser.find_element("css selector", selector)).perform()
 
     def click(self, selector):
         self.browser.find_element("css selector", selector).click()
@@ -268,7 +240,13 @@ class Player:
             self.masked(json.dumps(answer))  # which names its ids
 
     def later(self, rest):
+        before = self.revision()
         threading.Thread(target=self.call, args=(rest,)).start()
+        while self.revision() == before:
+            pass
+
+    def revision(self):
+        return self.sandbox.ask("journal?limit=1")["revision"]
 
     def raw(self, line):
         with socket.create_connection(("127.0.0.1", self.sandbox.port)) as client, contextlib.suppress(OSError):
@@ -286,9 +264,14 @@ class Player:
     def many(self, count):
         fill(self.sandbox, int(count))
 
-    def late(self, milliseconds):
-        self.cdp("Network.emulateNetworkConditions", offline=False, latency=int(milliseconds),
-                 downloadThroughput=-1, uploadThroughput=-1)
+    def hold(self):
+        self.do("hold()")
+
+    def arrive(self, path=""):
+        self.do(f"arrive('{path}')")
+
+    def pass_(self, milliseconds):
+        self.do(f"pass({milliseconds})")
 
     def do(self, script):
         self.answers += filter(None, [self.browser.execute_script(script)])
