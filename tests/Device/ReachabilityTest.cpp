@@ -91,6 +91,51 @@ TEST(Reachability, TellsEachChangeOnce)
     EXPECT_EQ(script.attached, 2);
 }
 
+TEST(Reachability, SaysWhatTheFlagsMean)
+{
+    const std::pair<ReachabilityFlags, std::string> rows[] = {
+        { 0, "No Connection -- -------" },
+        { reachable, "WiFi -R -------" },
+        { isWWAN, "No Connection W- -------" },
+        { reachable | isWWAN | isDirect, "Cellular WR ------d" },
+        { reachable | connectionRequired, "No Connection -R c------" },
+        { reachable | connectionRequired | connectionOnTraffic, "WiFi -R c--C---" },
+        { reachable | connectionRequired | connectionOnDemand | interventionRequired,
+            "No Connection -R c-i-D--" },
+        { reachable | transientConnection | isLocalAddress, "WiFi -R -t---l-" },
+    };
+    for (const auto &[flags, words] : rows) {
+        Script script { flags };
+        const auto watched = watch(script);
+        EXPECT_EQ(watched->description(), QStringLiteral("unavailable flags"));
+        const std::string connection = watched->currentReachabilityString().toStdString();
+        EXPECT_EQ(connection + ' ' + watched->description().toStdString(), words);
+        EXPECT_EQ(watched->isReachable(), words.front() != 'N');
+        EXPECT_EQ(watched->isReachableViaWiFi(), words.front() == 'W');
+        EXPECT_EQ(watched->isReachableViaWWAN(), words.front() == 'C');
+        watched->allowsCellularConnection = false;
+        EXPECT_EQ(watched->isReachable(), words.front() == 'W');
+        EXPECT_FALSE(watched->isReachableViaWWAN());
+    }
+}
+
+TEST(Reachability, WatchesAHostByItsNameAlone)
+{
+    for (const QString &host : { QString(253, u'a'), QString(), QStringLiteral("a b"),
+             QStringLiteral("a/b"), QString(1, QChar::Null), QString(254, u'a') }) {
+        const auto created =
+            Reachability::create(host, QualityOfService::utility, nullptr, nullptr);
+        if (host.size() == 253) {
+            EXPECT_EQ(created.index(), 0U);
+            continue;
+        }
+        const auto error = std::get<ReachabilityError>(created);
+        const auto fault = std::get<ReachabilityErrorCase::failedToCreateWithHostname>(error);
+        EXPECT_EQ(fault.hostname, host);
+        EXPECT_EQ(fault.code, EINVAL) << host.toStdString();
+    }
+}
+
 TEST(SerialQueue, RunsInOrderOnItsOwnThread)
 {
     std::vector<int> order;
@@ -102,7 +147,9 @@ TEST(SerialQueue, RunsInOrderOnItsOwnThread)
         std::promise<std::chrono::steady_clock::duration> ran;
         queue.asyncAfter(std::chrono::milliseconds(50),
             [&] { ran.set_value(std::chrono::steady_clock::now() - begun); });
-        EXPECT_GE(ran.get_future().get() / std::chrono::milliseconds(1), 50);
+        auto waited = ran.get_future();
+        ASSERT_EQ(waited.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+        EXPECT_GE(waited.get() / std::chrono::milliseconds(1), 50);
         for (int i = 0; i < 100; ++i)
             queue.async([&order, i] { order.push_back(i); });
         queue.sync([&] { queue.sync([&] { order.push_back(100); }); });

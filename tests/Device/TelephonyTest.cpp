@@ -77,6 +77,10 @@ TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
         EXPECT_EQ(service.operatorIdentifier(nullptr), identifier) << change.constData();
         EXPECT_EQ(QTest::qWaitFor([&] { return isHeard.load(); }, isTold ? patience : 0), isTold)
             << change.constData();
+        if (change.startsWith("end bus")) {
+            bus.play("end service");
+            EXPECT_TRUE(QTest::qWaitFor([&] { return isHeard.load(); }, patience)) << "deaf since";
+        }
     }
 }
 

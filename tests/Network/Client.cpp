@@ -3,6 +3,7 @@
 #include "Parloquin/Networking/Client/ApiClient.h"
 #include "Parloquin/Networking/Router/ApiRequestModels.h"
 #include "support/Console.h"
+#include "support/DeveloperWords.h"
 
 #include <QtCore/QDateTime>
 
@@ -20,7 +21,8 @@ namespace {
 
 QByteArray answerOf(const QByteArray &meta)
 {
-    return RawServer::http(200, "{\"meta\":{" + meta + "}}", "X-Twice: a\r\nX-Twice: \"b\"\r\n");
+    return RawServer::http(
+        200, "{\"meta\":{" + meta + "}}", "X-Twice: a\\b\tc\r\nX-Twice: \"d\"\r\n");
 }
 
 // The service refuses what was signed minutes ago.
@@ -46,6 +48,7 @@ TEST(ApiClient, WritesTheRequestLog)
     RawServer server;
     server.answer("/v1.0/check", answerOf(R"("httpStatusCode":403,"errorMessage":"no")"));
     setServiceHost(server.hostAndPort());
+    const DeveloperWords words;
     qputenv("TZ", "Asia/Kolkata"); // the dates are those of UTC wherever the device is
     step = 1;
     AwaitedResult<CheckResponseModel> call;
@@ -54,6 +57,8 @@ TEST(ApiClient, WritesTheRequestLog)
         call.wait();
     }));
     EXPECT_EQ(call.wait(), "refused");
+    EXPECT_EQ(
+        words.heard(), QStringList(u"check: refused by the service, status 403, code none"_s));
 
     const QString start = log.section(u"Start Date: "_s, 1).first(19);
     const auto date = QDateTime::fromString(QString(start).replace(u' ', u'T') + u'Z', Qt::ISODate);
@@ -88,7 +93,7 @@ Parloquin Request Start
 🤜🏻 Request Params: Optional("{\"reference\":\"ë\\\"\\/b\"}"))
 ** --------------- **)--"
         R"--( 
-✅ Response Header: ["X-Twice": "a, \"b\"", "Content-Length": "51", "Connection": "close"]
+✅ Response Header: ["X-Twice": "a\\b\tc, \"d\"", "Content-Length": "51", "Connection": "close"]
 ✅ Response:
 - meta:
   - requestId: nil

@@ -92,7 +92,8 @@ std::vector<Weather> weathers()
             { "FoldedFieldFirst", answered(okLine + " 1\r\n\r\n" + success) },
             { "FieldBeyondAscii",
                 answered(okLine + "X-\xff: 1\r\nContent-Length: 31\r\n\r\n" + success) },
-            { "FieldWithoutName", answered(okLine + ": 1\r\n\r\n") },
+            { "FieldWithoutName", reads({ S::send(okLine + ": 1\r\n\r\n"), S::hold() }), nullptr,
+                5s },
             { "NulInAField", answered(okLine + "X: a" + QByteArray(1, '\0') + "\r\n\r\n{}") },
             { "CarriageReturnInAField", answered(okLine + "X: a\rX-TRZ-Encrypted: 1\r\n\r\n{}") },
             { "MoreFieldsThanAreLookedThrough", answered(json(200, success, fields(498, 0))) },
@@ -100,9 +101,11 @@ std::vector<Weather> weathers()
     // A head and no data: the transport's error decides.
     add("timeOutEtc", "*Server Error \n- Error: Optional(\"",
         {
-            { "ClosedInTheBody", reads({ S::send(head(99) + success) }) },
+            { "ClosedInTheBody", reads({ S::send(head(99) + success) }),
+                "Error: Optional(\"The connection ended before the answer.\")" },
             { "ChunkOfNoNumber",
-                answered(okLine + "Transfer-Encoding: chunked\r\n\r\n+1f\r\n" + success) },
+                reads({ S::send(okLine + "Transfer-Encoding: chunked\r\n\r\n+1f\r\n"), S::hold() }),
+                "Error: Optional(\"The answer is no HTTP.\")", 5s },
             { "LengthWithASign", answered(okLine + "Content-Length: +31\r\n\r\n" + success) },
             { "ChunkWithAPrefix",
                 answered(chunked(success, "0\r\n\r\n").replace("1f\r\n", "0x1f\r\n")) },
@@ -114,7 +117,8 @@ std::vector<Weather> weathers()
             { "ChunkedBeforeAnotherCoding",
                 answered(okLine + "Transfer-Encoding: chunked, x\r\n\r\n" + success) },
             { "ChunkExtensionWithoutEnd",
-                reads({ S::send(chunked(success, "1;" + QByteArray(66000, 'x'))), S::hold() }) },
+                reads({ S::send(chunked(success, "1;" + QByteArray(66000, 'x'))), S::hold() }),
+                "Error: Optional(\"The answer is too long.\")", 5s },
             { "ResetWithoutLength", reads({ S::send(okLine + "\r\n" + success), S::reset() }) },
             { "LastChunkMissing", answered(chunked(success, "")) },
             { "TooLong", sent([] { return json(200, padded(success, most + 1)); }) },
@@ -168,7 +172,8 @@ std::vector<Weather> weathers()
                     S::hold() }),
                 nullptr, 5s },
             { "WithoutLengthAndLarge",
-                sent([] { return "HTTP/1.0 200 OK\r\n\r\n" + padded(success, 5'000'000); }) },
+                sent([] { return "HTTP/1.0 200 OK\r\n\r\n" + padded(success, 5'000'000); }),
+                "Response Header: [:]\n" },
             { "InVerySmallChunks",
                 answered(
                     chunked(success, QByteArray("1\r\n \r\n").repeated(20'000) + "0\r\n\r\n")) },
@@ -197,8 +202,11 @@ TEST_P(BadWeather, EndsInOneOutcomeAfterOneRequest)
 
     testing::internal::CaptureStdout();
     AwaitedResult<CheckResponseModel> call;
+    QElapsedTimer time;
+    time.start();
     ApiRequest::check({}, call.handler());
     const std::string outcome = call.wait();
+    EXPECT_EQ(time.elapsed() >= weather.timeout.count(), weather.name == "Silent");
 
     // Another call after it: what was still to come of the first has come by then.
     RawServer fair;

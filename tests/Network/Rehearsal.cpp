@@ -45,8 +45,6 @@ TEST_F(Rehearsal, ServiceIsOnTheLoopbackOrWhereItWasBuiltToBe)
              "127.0.0.1:8046?", "127.0.0.1", "127.0.0.1:0", "127.0.0.1:65536", "127.0.0.1:99999",
              "127.0.0.1:8046\n", " 127.0.0.1:8046" })
         EXPECT_EQ(hostOf(sandbox, refused), QLatin1String(sandbox)) << refused;
-    qputenv("PARLOQUIN_ROUTE", "elsewhere");
-    EXPECT_EQ(parloquin::Rehearsal::hasRoute(), std::nullopt);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), // once
         "Parloquin: PARLOQUIN_SERVICE_HOST= is left alone: write a loopback address and a port, as "
         "127.0.0.1:8046\n");
@@ -80,6 +78,10 @@ TEST_F(Rehearsal, RouteIsReadAnewForEachCall)
     gate = true;
     EXPECT_TRUE(server.waitForRequests(3));
     EXPECT_EQ(server.connections(), 3);
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(isSent("elsewhere", sandbox));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "Parloquin: PARLOQUIN_ROUTE=elsewhere is left alone: write none or default\n");
 }
 
 TEST_F(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
@@ -87,7 +89,8 @@ TEST_F(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("desktop"));
     qputenv("PARLOQUIN_DESKTOP", path.toLocal8Bit());
-    const QUrl link(QStringLiteral("none-has-this://send?text=a%0Ab"));
+    qputenv("XDG_DATA_DIRS", HANDLERS); // of the machine, which has an app for the link
+    QUrl link(QStringLiteral("has-handler://send?text=a%0Ab"));
     const auto ask = [&link](bool *can, bool *isOpened) {
         *can = UrlOpener::canOpen(link);
         *isOpened = true;
@@ -118,13 +121,16 @@ TEST_F(Rehearsal, DesktopIsTheSocketOfALoopbackBuildAlone)
         }
         kit.join();
         EXPECT_FALSE(patience.hasExpired()) << "a second and a half for each question must do";
-        EXPECT_EQ(questions.join(), "can none-has-this\nopen none-has-this://send?text=a%0Ab\n");
+        EXPECT_EQ(questions.join(), "can has-handler\nopen has-handler://send?text=a%0Ab\n");
         EXPECT_EQ(can, answer == "yes\n");
         EXPECT_EQ(isOpened, answer == "yes\n");
     }
 
-    EXPECT_FALSE(UrlOpener::canOpen(QUrl(QStringLiteral("file:///etc/passwd"))));
     setBuiltFor(QStringLiteral("verify.example:443"));
+    ask(&can, &isOpened);
+    EXPECT_TRUE(can && isOpened) << "by the machine's own";
+    setBuiltFor(QString::fromLatin1(sandbox));
+    link = QUrl(QStringLiteral("file:///etc/passwd"));
     ask(&can, &isOpened);
     EXPECT_FALSE(can || isOpened);
     EXPECT_FALSE(desktop.hasPendingConnections() || desktop.waitForNewConnection(0));
