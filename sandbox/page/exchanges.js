@@ -12,6 +12,7 @@ let chosen = 0; // id
 let run = '';
 let revision = 0;
 let paused = false;
+let lost = false;
 let asking = new AbortController();
 let onNews = () => {};
 
@@ -153,12 +154,13 @@ function take(page) {
 async function listen() {
   const { signal } = asking;
   let first = true;
-  let reached = false; // one that was started again is told at once, not when it has news
+  let reached = false; // that the service is there again is told at once, not when it has news
   while (!signal.aborted) {
     try {
       const parts = query();
       if (!first) parts.set('after', revision);
       if (reached) parts.set('wait', 25);
+      parts.set('run', run);
       const asked = performance.now();
       const page = await get(`journal?${parts}`, signal);
       if (signal.aborted) return;
@@ -176,11 +178,13 @@ async function listen() {
       take(page);
       byId('state').textContent = 'live';
       byId('state').className = 'state live';
-      if (page.exchanges.length > 0) onNews(page.exchanges);
+      if (page.exchanges.length > 0 || lost) onNews(page.exchanges, lost);
+      lost = false;
       await new Promise((done) => setTimeout(done, isSentAway ? rest : pause));
     } catch (error) {
       if (signal.aborted) return;
       reached = false;
+      lost = true;
       byId('state').textContent = 'not reachable';
       byId('state').className = 'state lost';
       await new Promise((done) => setTimeout(done, 1000));

@@ -51,8 +51,8 @@ open(asked ?? tabs[0], false);
 
 // Sessions and codes change with calls only; a storm of them is looked at once.
 let due = 0;
-exchanges.start((news) => {
-  if (due || !news.some(({ call }) => ['start', 'check', 'send-otp', 'check-otp', 'message'].includes(call))) return;
+exchanges.start((news, isBack) => { // the service is back, and may have been started again
+  if (due || !(isBack || news.some(({ call }) => ['start', 'check', 'send-otp', 'check-otp', 'message'].includes(call)))) return;
   due = setTimeout(() => {
     due = 0;
     people.refresh().catch(() => {}); // the state says when the service is not reachable

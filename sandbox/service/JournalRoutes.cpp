@@ -35,11 +35,15 @@ void readJournal(Sandbox &sandbox, const Request &request, Response &response)
     if (!after || !before || !limit || !wait)
         return answerError(response, 400,
             "expected numbers: after, before, limit (to 10000) and wait (seconds, to 30)");
-    const Journal::Query query { *after, *before, static_cast<std::size_t>(*limit),
+    // Whoever asks what came after another life of the program has seen nothing of this one.
+    const auto isStranger =
+        request.has_param("run") && request.get_param_value("run") != sandbox.run;
+    const Journal::Query query { isStranger ? 0 : *after, *before, static_cast<std::size_t>(*limit),
         request.get_param_value("call"), request.get_param_value("verdict"),
         request.get_param_value("search") };
-    const auto page = *wait == 0 ? sandbox.journal.pageOf(query)
-                                 : sandbox.journal.waitFor(query, std::chrono::seconds(*wait));
+    const auto page = *wait == 0 || isStranger
+        ? sandbox.journal.pageOf(query)
+        : sandbox.journal.waitFor(query, std::chrono::seconds(*wait));
     auto list = json::array();
     for (const auto &exchange : page.exchanges)
         list.push_back(jsonOf(*exchange, request.get_param_value("view") != "list"));
