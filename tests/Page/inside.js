@@ -88,8 +88,10 @@ new MutationObserver(() => { moved = true; })
 document.addEventListener('scroll', () => { moved = true; }, true);
 const frame = () => new Promise((done) => requestAnimationFrame(done));
 const isBusy = () => moved || busy > 0 || soon.size > 0 || document.getAnimations().length > 0;
-window.rest = async () => {
+window.rest = async (patience) => {
+  const end = Real.now() + patience;
   do {
+    if (Real.now() > end) return 'never at rest';
     moved = false;
     await frame();
     await frame();

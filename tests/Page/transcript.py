@@ -2,7 +2,7 @@
 
 A step is a line that begins with "$ ", a comment one with "#". What follows a step was approved: the
 lines that went ("- ") and came ("+ "), each a part of the page with its role, name and states as a
-reader has them, its place within the part around it, and its ink; then ("! ") what left the page.
+reader has them, its place within the part around it, its ink and edge; then ("! ") what left the page.
 It is read once nothing more comes by itself (inside.js).
   start {}, stop, again         a sandbox of this scenario, and its page; its end; once more
   open #people, see 1280x800 light    the page anew; the window; look NAME: for what cannot be read, at any width
@@ -18,6 +18,7 @@ It is read once nothing more comes by itself (inside.js).
 import base64, contextlib, difflib, hashlib, hmac, json, pathlib, re, socket, sys, threading, time
 from http.client import HTTPConnection, HTTPException
 
+from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import WebDriverWait
@@ -25,7 +26,10 @@ from selenium.webdriver.support.ui import WebDriverWait
 sys.path.append(str(pathlib.Path(__file__).parent.parent / "support"))
 from sandbox import SECRET, SIGNING_KEY, Sandbox  # noqa: E402
 
-INK = ("color", "background-color", "font-size", "font-weight", "text-align", "opacity", "outline-style")
+INK = ("color", "background-color", "font-size", "font-weight", "text-align", "opacity", "outline-style", "cursor")
+SIDES = ("top", "right", "bottom", "left")
+EDGE = (*(f"border-{side}-{what}" for side in SIDES for what in ("width", "color")),
+        "border-top-left-radius", "box-shadow", "text-overflow", "content")
 ATTRIBUTES = ("aria-activedescendant aria-posinset aria-setsize placeholder title type min max inputmode list href "
               "datetime scope tabindex autocomplete spellcheck alt lang").split()
 STATES = ("busy checked disabled expanded focused hasPopup invalid level live orientation pressed readonly required "
@@ -91,7 +95,7 @@ class Player:
 
     def cdp(self, command, **parameters):
         given = {"sessionId": self.browser.session_id, "cmd": command, "params": parameters}
-        answer = self.browser.command_executor.execute("executeCdpCommand", given)  # not searched for elements, as it is long
+        answer = self.browser.command_executor.execute("executeCdpCommand", given)  # it is long: not searched for elements
         self.browser.error_handler.check_response(answer)
         return answer["value"]
 
@@ -108,11 +112,20 @@ class Player:
         digest = hashlib.sha256(text.encode()).hexdigest()[:8]
         return text if len(text) < 1200 else f"{text[:400]} ... {len(text)} characters, digest {digest}"
 
+    @staticmethod
+    def edge(styles):
+        """What is drawn around a part."""
+        borders = [f"{width} {colour}" for width, colour in zip(styles[:8:2], styles[1:8:2])]
+        named = {"border": borders[0]} if len(set(borders)) == 1 else dict(zip(SIDES, borders))
+        named.update(zip(("round", "shadow", "cut", "says"), styles[8:]))
+        drawn = {name: what for name, what in named.items() if not re.match(r"0px|none|clip|normal|.*rgba\(0, 0, 0, 0\)", what)}
+        return "".join(f"; {name} {what}" for name, what in drawn.items())
+
     def page(self):
         """A line for each part that is seen or heard, in the order of the document."""
         heard = {node.get("backendDOMNodeId"): node for node in self.cdp("Accessibility.getFullAXTree")["nodes"]
                  if not node["ignored"]}
-        shot = self.cdp("DOMSnapshot.captureSnapshot", computedStyles=list(INK))
+        shot = self.cdp("DOMSnapshot.captureSnapshot", computedStyles=[*INK, *EDGE])
         texts, document = shot["strings"], shot["documents"][0]
         nodes, layout = document["nodes"], document["layout"]
         drawn = {n: (bounds, [texts[style] for style in styles])
@@ -121,16 +134,19 @@ class Player:
         for n, parent in enumerate(nodes["parentIndex"]):
             depth, outer, ink, ground, said = around.get(parent, (0, (0, 0), [], "", ""))
             bounds, styles = drawn.get(n, (None, ink))
+            edge = self.edge(styles[len(INK):]) if bounds and nodes["nodeType"][n] == 1 else ""
+            styles = styles[:len(INK)]
             ground = styles[1] if styles and styles[1] != "rgba(0, 0, 0, 0)" else ground
             styles = styles and [styles[0], ground, *styles[2:]]
             around[n] = depth, outer, ink, ground, said
             node = heard.get(nodes["backendNodeId"][n], {})
             value = lambda what: str(node.get(what, {}).get("value", ""))  # noqa: E731
             text = texts[nodes["nodeValue"][n]].strip() if nodes["nodeType"][n] == 3 and bounds else ""
-            if text == said if text else value("role") in ("", *PLAIN):
+            is_plain = not text and value("role") in ("", *PLAIN)
+            if text == said if text else is_plain and not edge and texts[nodes["nodeName"][n]] != "IMG":
                 continue
-            line = "  " * depth + (text or f"{value('role')} {value('name')!r}")
-            if not text:
+            line = "  " * depth + (text or ("box" if is_plain else f"{value('role')} {value('name')!r}"))
+            if not text and not is_plain:
                 pairs = iter(texts[word] for word in nodes["attributes"][n])
                 attributes = dict(zip(pairs, pairs))
                 states = {each["name"]: each["value"].get("value") for each in node.get("properties", [])}
@@ -144,7 +160,7 @@ class Player:
                 x, y, *size = (round(a - b) for a, b in zip(bounds, (*outer[:2], 0, 0)))
                 masked += f" @{x},{y}" + ("" if text else " {}x{}".format(*size))
             inks = [new for new, old in zip(styles, ink or [""] * len(INK)) if new != old] if bounds else []
-            lines.append(masked + "".join(f"; {each}" for each in inks))
+            lines.append(masked + "".join(f"; {each}" for each in inks) + edge)
         return lines
 
     def told(self):
@@ -172,10 +188,13 @@ class Player:
         verb, _, rest = step.partition(" ")
         self.answers = []
         self.browser.execute_script("window.told = []")
-        getattr(self, {"pass": "pass_"}.get(verb, verb))(*([rest] if rest else []))
+        try:
+            getattr(self, {"pass": "pass_"}.get(verb, verb))(*([rest] if rest else []))
+        except WebDriverException as error:  # nothing is there to be clicked
+            self.answers.append(error.msg.splitlines()[0])
         if verb == "start":
             self.has_places = f"! {self.answers[0]}" in approved or approving
-        self.browser.execute_async_script("rest().then(arguments[0])")
+        self.answers += filter(None, [self.browser.execute_async_script("rest(20000).then(arguments[0])")])
         self.before, lines = self.told()
         return list(difflib.unified_diff(self.held(approved), self.held(lines), "approved", "now", "", "", 0, "")), lines
 
@@ -197,7 +216,7 @@ class Player:
         self.sandbox.close()
 
     def again(self):
-        self.sandbox = Sandbox(self.program, "--page", str(self.sandbox.page))
+        self.sandbox = Sandbox(self.program, "--port", str(self.sandbox.port), "--page", str(self.sandbox.page))
 
     def open(self, view=""):
         self.browser.get("about:blank")  # else it only moves within the page
