@@ -55,6 +55,12 @@ std::string inShellQuotes(const std::string &text)
 }
 }
 
+std::chrono::microseconds ageOf(const Exchange &exchange)
+{
+    return std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::system_clock::now() - exchange.time);
+}
+
 Exchange exchangeOf(const httplib::Request &request, const std::string &call)
 {
     // The library's own, not of the wire.

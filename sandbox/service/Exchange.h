@@ -50,6 +50,9 @@ struct Exchange {
     bool answerEncrypted = false;
 };
 
+/// Since \p exchange came.
+std::chrono::microseconds ageOf(const Exchange &exchange);
+
 /// What came, now; what came of it is still to be said.
 Exchange exchangeOf(const httplib::Request &request, const std::string &call);
 

@@ -26,7 +26,7 @@ void routeOutcomes(Routes &routes)
     });
     routes.post("/sandbox/outcomes", [&sandbox](const Request &request, Response &response) {
         try {
-            const auto given = json::parse(request.body);
+            const auto given = jsonIn(request.body);
             sandbox.outcomes.replace(readOutcomes({ given, "outcomes" }));
             sandbox.console.say("outcomes", "set");
             answer(response, 200, json::object());

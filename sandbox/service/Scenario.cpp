@@ -211,15 +211,9 @@ Scenario Scenario::fromJson(const json &given)
 
 Scenario Scenario::fromText(const std::string &text)
 {
-    try {
-        auto scenario = fromJson(json::parse(text));
-        scenario.source = text;
-        return scenario;
-    } catch (const json::exception &error) { // a number out of range is no parse error
-        // The library's own code and class lead its message; the place and the complaint follow.
-        const std::string what = error.what();
-        throw ScenarioError(what.substr(what.find("] ") + 2));
-    }
+    auto scenario = fromJson(jsonIn(text));
+    scenario.source = text;
+    return scenario;
 }
 
 Scenario Scenario::fromFile(const std::string &path)

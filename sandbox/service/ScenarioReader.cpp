@@ -7,6 +7,17 @@
 
 namespace sandbox {
 
+nlohmann::json jsonIn(const std::string &text)
+{
+    try {
+        return nlohmann::json::parse(text);
+    } catch (const nlohmann::json::exception &error) { // a number out of range is no parse error
+        // The library's own code and class lead its message; the place and the complaint follow.
+        const std::string what = error.what();
+        throw ScenarioError(what.substr(what.find("] ") + 2));
+    }
+}
+
 ScenarioReader::ScenarioReader(const nlohmann::json &value, std::string path)
     : m_value(value)
     , m_path(std::move(path))

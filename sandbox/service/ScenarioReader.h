@@ -10,6 +10,9 @@
 
 namespace sandbox {
 
+/// \throws ScenarioError saying where \p text is no JSON
+nlohmann::json jsonIn(const std::string &text);
+
 /// \brief One value of a scenario together with its path, which every complaint names.
 ///
 /// Borrows the value: it lives no longer than the document.

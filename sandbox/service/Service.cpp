@@ -234,8 +234,7 @@ void Service::send(httplib::Response &response, Exchange &exchange, const json &
     auto body = textOf(envelope, fault);
     exchange.status = outcome.status;
     exchange.answer = body;
-    exchange.duration = std::chrono::duration_cast<std::chrono::microseconds>(
-        std::chrono::system_clock::now() - exchange.time);
+    exchange.duration = ageOf(exchange);
     m_sandbox.journal.put(exchange);
     if (exchange.answerEncrypted)
         body =
@@ -260,6 +259,7 @@ void Service::sendIcon(const httplib::Request &request, httplib::Response &respo
     exchange.verdict = icon.empty() ? Exchange::Verdict::refused : Exchange::Verdict::accepted;
     exchange.status = icon.empty() ? 404 : 200;
     exchange.fault = outcome.fault.text;
+    exchange.duration = ageOf(exchange);
     m_sandbox.journal.put(exchange);
     m_sandbox.console.say(exchange.call, exchange.reason + outcome.fault.note());
     if (outcome.fault)

@@ -81,6 +81,7 @@ void receiveMessage(Sandbox &sandbox, const Request &request, Response &response
         exchange.verdict = verdict;
         exchange.status = status;
         exchange.reason = reason;
+        exchange.duration = ageOf(exchange);
         sandbox.journal.put(exchange);
         const auto refused = verdict == Exchange::Verdict::refused;
         sandbox.console.say("message", (refused ? "refused: " : "") + reason);
