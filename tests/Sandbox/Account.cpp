@@ -204,7 +204,7 @@ void Account::answered(const std::string &bytes, const std::string &target)
 
 void Account::noted(const Sandbox &sandbox, const std::string &said)
 {
-    const auto page =
+    auto page =
         sandbox.get("/sandbox/journal?view=list&limit=50&after=" + std::to_string(m_revision));
     if (page["status"] != 200)
         return line("it no longer answers");
@@ -214,7 +214,8 @@ void Account::noted(const Sandbox &sandbox, const std::string &said)
 }
 
 /// What could not be known from the request, the answer and the console.
-void Account::tellEntry(const json &row, json entry, const std::string &said)
+/// Of copies, in which what is missing is null.
+void Account::tellEntry(json row, json entry, const std::string &said)
 {
     const auto text =
         "= " + orText(row["call"]) + " " + orText(row["verdict"]) + " " + row["status"].dump();
@@ -222,7 +223,7 @@ void Account::tellEntry(const json &row, json entry, const std::string &said)
     auto request = entry["request"];
     static const std::set<std::string> ofCurl { "Connection", "Content-Length", "Host" };
     auto headers = json::array();
-    for (const auto &header : request["headers"]) {
+    for (auto header : request["headers"]) {
         const auto line = orText(header["name"]) + ": " + orText(header["value"]);
         if (!ofCurl.contains(orText(header["name"])))
             replaceEach(curl, " -H '" + line + "'", "");
@@ -248,7 +249,7 @@ void Account::tellEntry(const json &row, json entry, const std::string &said)
         entry.erase("reason");
     if (distanceOf(entry["time"]) == "(now)")
         entry.erase("time");
-    if (entry["durationMs"] >= 0 && entry["durationMs"] < 60000)
+    if (entry["durationMs"] >= m_sent.value("lasts", 0.001) && entry["durationMs"] < 60000)
         entry.erase("durationMs");
     for (const auto *dull :
         { "id", "revision", "call", "verdict", "status", "curl", "request", "answer" })

@@ -33,7 +33,7 @@ public:
 private:
     std::string masked(std::string text);
     std::string once(const char *series, const std::string &text);
-    void tellEntry(const json &row, json entry, const std::string &said);
+    void tellEntry(json row, json entry, const std::string &said);
 
     std::string m_lines;
     std::map<std::string, std::string> m_meant; ///< names, and what they stand for

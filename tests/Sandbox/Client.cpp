@@ -29,9 +29,11 @@ std::string decrypted(const std::string &base64, const std::string &key)
 {
     // Before a block of padding that is right all is text: a fault may have spoilt the other.
     const auto bytes = sandbox::fromBase64(base64).value_or("") + sandbox::encrypt("", key);
-    auto plain = sandbox::decrypt(bytes, key).value_or(" ");
-    plain.resize(plain.size() - std::min<std::size_t>(plain.back(), plain.size()));
-    return plain;
+    const auto plain = sandbox::decrypt(bytes, key).value_or(" ");
+    const auto padding = plain.empty() ? '\0' : plain.back();
+    return padding > 0 && padding <= 16 && plain.ends_with(std::string(padding, padding))
+        ? plain.substr(0, plain.size() - padding)
+        : plain + "(not padded)";
 }
 
 std::string signature(const std::string &timeStamp, const std::string &signedJson)
