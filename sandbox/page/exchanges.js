@@ -166,8 +166,7 @@ async function listen() {
       if (signal.aborted) return;
       const isSentAway = parts.has('wait') && page.exchanges.length === 0 && page.revision === revision
         && performance.now() - asked < rest;
-      if (first || page.run !== run) {
-        if (!first) return restart(); // the service was started again
+      if (first || page.run !== run) { // or the service was started again, and tells all
         rows = [];
         run = page.run;
         drawn.forEach((row) => row.element.remove());
