@@ -230,7 +230,6 @@ void Account::tellEntry(json row, json entry, const std::string &said)
         if (header["value"] != "") // older libraries let go of such
             headers.push_back(line);
     }
-    std::sort(headers.begin(), headers.end());
     request["headers"] = headers;
     entry["content"] = entry["answer"]["content"];
     entry["plain"] = !entry["answer"]["encrypted"].get<bool>();
