@@ -51,7 +51,7 @@ TEST_P(NetworkStates, MakeTheFlags)
     const auto described = [&] {
         return reachability->description() == QString::fromLatin1(GetParam().description);
     };
-    EXPECT_TRUE(QTest::qWaitFor(described, 30'000))
+    EXPECT_TRUE(QTest::qWaitFor(described, 10'000))
         << reachability->description().toStdString() << " is not " << GetParam().description;
 }
 
@@ -116,7 +116,7 @@ TEST(NetworkGate, IsOpenUntilTheNetworkIsKnownAndGoesWithIt)
     };
     for (const auto &[commands, isOpen] : changes) {
         ASSERT_TRUE(ip(commands));
-        ASSERT_TRUE(QTest::qWaitFor([&, open = isOpen] { return gate == open; }, 20'000))
+        ASSERT_TRUE(QTest::qWaitFor([&, open = isOpen] { return gate == open; }, 10'000))
             << commands.constData();
     }
 }

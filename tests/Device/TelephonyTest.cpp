@@ -74,12 +74,12 @@ TEST(ModemService, TellsOfWhatMayBringAnotherSimAndOfNothingElse)
         (void)service.operatorIdentifier(nullptr); // by then the bus knows what is listened for
         bus.play(change);
         EXPECT_TRUE(service.connect(nullptr)); // anew, where the bus is another
-        EXPECT_EQ(service.operatorIdentifier(nullptr), identifier) << change.constData();
-        EXPECT_EQ(QTest::qWaitFor([&] { return isHeard.load(); }, isTold ? patience : 0), isTold)
+        ASSERT_EQ(service.operatorIdentifier(nullptr), identifier) << change.constData();
+        ASSERT_EQ(QTest::qWaitFor([&] { return isHeard.load(); }, isTold ? patience : 0), isTold)
             << change.constData();
         if (change.startsWith("end bus")) {
             bus.play("end service");
-            EXPECT_TRUE(QTest::qWaitFor([&] { return isHeard.load(); }, patience)) << "deaf since";
+            ASSERT_TRUE(QTest::qWaitFor([&] { return isHeard.load(); }, patience)) << "deaf since";
         }
     }
 }

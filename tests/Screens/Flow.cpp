@@ -55,8 +55,9 @@ TEST_F(Flow, OpensTheAppWhereTheSessionsBusIsSilent)
     ASSERT_TRUE(bus.listen(folder.filePath(u"bus"_s)));
     const QByteArray before = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + bus.fullServerName().toUtf8());
-    presentStarted(); // in five seconds
+    const std::string log = printedBy([this] { presentStarted(); }); // in five seconds
     qputenv("DBUS_SESSION_BUS_ADDRESS", before);
+    EXPECT_EQ(log.find("Cannot open"), std::string::npos) << log.substr(0, 4000);
 }
 
 TEST_F(Flow, PrintsWhyAnAppCannotBeStarted)

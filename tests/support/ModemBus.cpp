@@ -2,6 +2,7 @@
 
 #include "Parloquin/Platform/Telephony.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QProcess>
 
 #include <gtest/gtest.h>
@@ -18,7 +19,10 @@ ModemBus::ModemBus()
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + m_folder.filePath(u"bus"_s).toUtf8());
 }
 
-ModemBus::~ModemBus() = default;
+ModemBus::~ModemBus()
+{
+    EXPECT_FALSE(QFile::exists(m_folder.filePath(u"bus-started"_s))) << "by the kit";
+}
 
 void ModemBus::start(const QString &program)
 {
