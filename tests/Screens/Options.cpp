@@ -26,12 +26,12 @@ TEST(Options, OfTheLastKitHoldForTheProcess)
         QList<ParloquinOptions> given; ///< one kit after the other; none: the one without options
         std::optional<Style> shared;
         bool logActive;
-        Style style;
+        int style; ///< as a shell reads it
     } rows[] = {
-        { {}, {}, true, Style::lightContent },
-        { { options(false, Qt::red, Style::standard) }, Style::standard, false, Style::standard },
+        { {}, {}, true, 1 },
+        { { options(false, Qt::red, Style::standard) }, Style::standard, false, 0 },
         { { options(false, Qt::red, Style::standard), options(true, Qt::red, Style::lightContent) },
-            Style::lightContent, true, Style::lightContent },
+            Style::lightContent, true, 1 },
     };
     for (const auto &row : rows) {
         for (const ParloquinOptions &given : row.given)
@@ -40,7 +40,7 @@ TEST(Options, OfTheLastKitHoldForTheProcess)
         const auto &shared = ParloquinSingleton::shared().options;
         EXPECT_EQ(shared ? std::optional(shared->theme.statusBarColor) : std::nullopt, row.shared);
         EXPECT_EQ(LogManager::shared().isActive, row.logActive);
-        EXPECT_EQ(kit->property("preferredStatusBarStyle").toInt(), static_cast<int>(row.style));
+        EXPECT_EQ(kit->property("preferredStatusBarStyle").toInt(), row.style);
         EXPECT_EQ(printedBy([] {
             LogManager::shared().log(u"m"_s, false);
             LogManager::shared().log(u"e"_s, true);
