@@ -18,7 +18,7 @@ function compared(comparison) {
   const { expected, received } = comparison;
   if (received === null) return [el('pre', {}, expected)];
   let at = 0;
-  while (at < expected.length && at < received.length && expected[at] === received[at]) ++at;
+  while (at < expected.length && expected[at] === received[at]) ++at;
   const marked = (text) => el('pre', { tabindex: '0' }, text.slice(0, at),
     el('mark', {}, text.slice(at, at + 1) || '⏎'), el('span', { class: 'rest' }, text.slice(at + 1)));
   return [el('dl', { class: 'compared' },

@@ -6,6 +6,8 @@
 #include "support/Hands.h"
 #include "support/RawServer.h"
 
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
 #include <QtCore/QTranslator>
 #include <QtWidgets/QApplication>
 
@@ -114,6 +116,30 @@ TEST_F(ApprovedMessenger, InEachLanguage)
         open(u"wrenly"_s, 320, u"Anmeldung der Beispielgesellschaft mbH & Co."_s,
             u"Code AB2C-3D4E "_s + QString(50, u'w'));
         lookAtTheRoad(language);
+
+        // So does the program, to a person of that language.
+        QFont font;
+        font.setFamilies({ u"Inter"_s, u"Noto Sans Arabic"_s });
+        QApplication::setFont(font);
+        open(u"wrenly"_s, 390, u"A"_s, u"B"_s);
+        window->resize(390, 844);
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(u"seen.png"_s);
+        qputenv("LC_ALL", language);
+        qputenv("PARLOQUIN_MESSENGER_PICTURE", file.toUtf8());
+        QProcess program;
+        program.start(u"" MESSENGER ""_s, { u"wrenly://send?app=wrenly&to=A&text=B"_s });
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                return QImage(file).convertToFormat(QImage::Format_RGB32)
+                    == window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+            },
+            15000))
+            << language;
+        qunsetenv("LC_ALL");
+        program.kill();
+        program.waitForFinished();
+        approved::setFont();
     }
 }
 

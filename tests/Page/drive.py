@@ -135,6 +135,7 @@ class Page(unittest.TestCase):
         rate = 300 / (time.monotonic() - start)
         self.wait(lambda: len(self.script("return window.late")) >= 300)
         late = sorted(self.script("return window.late"))
+        self.assertEqual(self.script("return document.querySelector('.row').ariaSetSize"), "10000")
         middle, most = late[len(late) // 2], late[int(len(late) * 0.99) - 1]
         print(f"\n{rate:.0f} a second beside 10000: on screen after {middle} ms, 99 of 100 after {most} ms; "
               f"the service holds {memory >> 20} MiB", flush=True)

@@ -57,7 +57,7 @@ let asked = null; // the question that waits for news
 let known = null; // what came last of the journal
 window.hold = () => { held = []; };
 window.arrive = (path) => {
-  if (path) return held.findLast((each) => each.path.endsWith(path)).come();
+  if (path) return held.findLast((each) => each.path.includes(path)).come();
   held.forEach(({ come }) => come());
   held = null;
 };

@@ -10,9 +10,8 @@ It is read once nothing more comes by itself (inside.js).
   call NAME {} [seconds], later    a right call, or one that is signed so; one that is held back
   ask PATH {}, get PATH         of the page's calls, by somebody else; get tells the answer
   raw GET / HTTP/1.1, many 4000    at the service; refused at once
-  hold, arrive [PATH]           the page's answers, until they may come: the last of that path, or all
-  pass 4000                     so many ms, for all that takes a second or longer
-  do, until SCRIPT              within the page
+  do, until SCRIPT              within the page, which has pass(4000) for so many ms of all that takes a second or
+    longer, hold() for the answers to come, and arrive() for all of them or arrive('PATH') for the last of that path
 """
 
 import base64, contextlib, difflib, hashlib, hmac, json, pathlib, re, socket, sys, threading, time
@@ -189,7 +188,7 @@ class Player:
         self.answers = []
         self.browser.execute_script("window.told = []")
         try:
-            getattr(self, {"pass": "pass_"}.get(verb, verb))(*([rest] if rest else []))
+            getattr(self, verb)(*([rest] if rest else []))
         except WebDriverException as error:  # nothing is there to be clicked
             self.answers.append(error.msg.splitlines()[0])
         if verb == "start":
@@ -282,15 +281,6 @@ class Player:
 
     def many(self, count):
         fill(self.sandbox, int(count))
-
-    def hold(self):
-        self.do("hold()")
-
-    def arrive(self, path=""):
-        self.do(f"arrive('{path}')")
-
-    def pass_(self, milliseconds):
-        self.do(f"pass({milliseconds})")
 
     def do(self, script):
         self.answers += filter(None, [self.browser.execute_script(script)])

@@ -50,16 +50,22 @@ TEST(SandboxExec, EndsAsTheHostDoes)
 
 TEST(SandboxExec, GivesTheHostAServiceAndAMessenger)
 {
-    auto words =
-        shell("env; python3 -c 'import os, urllib.request as web; print(web.urlopen(\"http://\""
-              " + os.environ[\"PARLOQUIN_SERVICE_HOST\"] + \"/sandbox/health\").read())';"
-              "for app in parlo kite murmur wrenly hushbell; do gio mime x-scheme-handler/$app"
-              " | grep -c '^D.*: parloquin-messenger.desktop'; done | tr -d '\n';"
-              "command -v parloquin-messenger; "
-              "parloquin-messenger x:");
-    words.insert(words.begin(), { "/usr/bin/env", "QT_LOGGING_RULES=mine=true" });
+    auto words = shell(
+        "env; grep Exec= ${XDG_DATA_DIRS%%:*}/applications/*; grep ^Sig[BI] /proc/self/status;"
+        "for call in outcomes health; do python3 -c 'import sys, urllib.request as web;"
+        "print(web.urlopen(sys.argv[1], b\"{}\" if \"outcomes\" in sys.argv[1] else None).read())'"
+        " http://$PARLOQUIN_SERVICE_HOST/sandbox/$call; done;"
+        "for app in parlo kite murmur wrenly hushbell; do gio mime x-scheme-handler/$app"
+        " | grep -c '^D.*: parloquin-messenger.desktop'; done | tr -d '\n';"
+        "command -v parloquin-messenger; "
+        "parloquin-messenger x:");
+    words.insert(words.begin(), { "/usr/bin/env", "QT_LOGGING_RULES=mine=true", "XDG_DATA_DIRS=" });
     const auto output = expectEnd(words, 2); // the messenger's, of a bad link
-    for (const auto *part : { R"({"status":"running"})", "11111", MESSENGER_PROGRAM })
+    const auto signals = expectEnd({ "/bin/sh", "-c", "grep ^Sig[BI] /proc/self/status" }, 0);
+    const auto opening =
+        "Exec=parloquin-messenger --service " + valueOf("PARLOQUIN_SERVICE_HOST", output) + " %u";
+    for (const std::string &part : std::vector<std::string> { R"({"status":"running"})",
+             "outcomes    set", opening, signals, "11111", MESSENGER_PROGRAM })
         EXPECT_TRUE(holds(output, part));
     EXPECT_EQ(valueOf("QT_LOGGING_RULES", output), "parloquin*=true;mine=true");
 
@@ -132,7 +138,11 @@ TEST(SandboxExec, FindsTheMessengerBesideItselfOrInThePath)
 
 TEST(SandboxExec, EndsWhatTheHostLeavesBehind)
 {
-    const auto output = expectEnd(shell("setsid sleep 1000 & echo left=$!"), EXIT_SUCCESS, "left=");
+    const TemporaryFile starting; // also what does not end when it is asked to
+    const auto script = "setsid sh -c 'trap \"echo asked\" TERM; rm " + starting.path()
+        + "; while :; do sleep 0.05; done' & echo left=$!; while [ -e " + starting.path()
+        + " ]; do :; done";
+    const auto output = expectEnd(shell(script), EXIT_SUCCESS, "asked");
     EXPECT_TRUE(ends(std::stoi(valueOf("left", output)))) << output;
 }
 
@@ -141,7 +151,8 @@ TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
     const auto waiting =
         shell("echo host=$$; trap 'exit 5' TERM INT HUP; echo ready; while :; do sleep 0.05; done");
     for (const int signal : { SIGTERM, SIGINT, SIGHUP }) {
-        Process asked(waiting);
+        // What the host waits for is asked as well.
+        Process asked(shell("trap 'exit 5' TERM INT HUP; (echo ready; exec sleep 1000); exit 6"));
         asked.waitForOutput("ready\n");
         asked.signal(signal);
         EXPECT_EQ(asked.waitForEnd(), 5) << signal;
@@ -166,22 +177,33 @@ TEST(SandboxExec, MakesARouteWhereThereIsNoneOrTellsTheHostOfOne)
     // As the only user of a place of their own, whose limits are not the machine's.
     const auto inside = [](const std::string &script) {
         return std::vector<std::string> { "/usr/bin/unshare", "--map-root-user", "--net", "/bin/sh",
-            "-ec", script + "; exec \"$@\"", "sh" };
+            "-ec", script + " \"$@\"", "sh" };
     };
-    const std::string forbidden = "ip link set lo up; echo 0 >/proc/sys/user/max_net_namespaces";
+    const std::string up = "ip link set lo up; ";
     const std::tuple<std::string, std::string, const char *> rows[] = {
-        { "true", "running in a private network", "lo\t00000000" },
-        { forbidden, "nor a private network (unshare: ", "told=default" },
+        { "exec", "running in a private network", "lo\t00000000" },
+        { up + "ip route add unreachable default; exec", "in a private network", "lo\t00000000" },
+        { "exec unshare --map-user=7 --map-group=7 --net", "running in a private network",
+            "user=7" },
+        { up + "echo 0 >/proc/sys/user/max_net_namespaces; exec",
+            "nor a private network (unshare: ", "told=default" },
+        { up
+                + "ip link add net0 type veth peer name net1; ip link set net0 up; ip link set "
+                  "net1 up;"
+                  "ip -6 route add default dev net0; exec",
+            "", "told=\n" },
     };
     for (const auto &[script, words, heard] : rows) {
         auto probe = inside(script);
         probe.emplace_back("true");
         if (Process(probe).waitForEnd() != EXIT_SUCCESS)
             GTEST_SKIP() << "no network of one's own is allowed here";
-        auto command = shell("cat /proc/net/route; echo told=$PARLOQUIN_ROUTE");
+        auto command = shell("cat /proc/net/route; echo user=$(id -u); echo told=$PARLOQUIN_ROUTE");
         const auto own = inside(script);
         command.insert(command.begin(), own.begin(), own.end());
-        EXPECT_TRUE(holds(expectEnd(command, EXIT_SUCCESS, words), heard)) << words;
+        const auto output = expectEnd(command, EXIT_SUCCESS, words);
+        EXPECT_TRUE(holds(output, heard)) << words;
+        EXPECT_EQ(output.find("no default route") == output.npos, words.empty()) << output;
     }
 }
 
