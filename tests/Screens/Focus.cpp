@@ -1,5 +1,6 @@
 // Where the keyboard is, in every kind of host, whatever happens; and what is the host's stays so.
 #include "Screens/Hosts.h"
+#include "support/Face.h"
 
 #include <QtGui/QAccessible>
 #include <QtWidgets/QDockWidget>
@@ -40,6 +41,12 @@ TEST_P(Focus, IsWhereItWasWhenTheContainerComesBack)
             QCoreApplication::processEvents();
             EXPECT_EQ(focusName(), name) << way;
             EXPECT_EQ(visible("focusRing") != nullptr, rings) << way;
+            const bool isWindow = container->isWindow(); // it opens whole, its title bar included
+            EXPECT_EQ(container->sizeHint(), QSize(390, isWindow ? 760 : 800)) << way;
+            const QString words =
+                face::wordsOf(QAccessible::queryAccessibleInterface(container.get()));
+            EXPECT_TRUE(words.startsWith(isWindow ? u"Window \"Parloquin\""_s : u"Pane \"\""_s))
+                << words.toStdString();
         };
         QWidget other;
         move(&other);

@@ -94,9 +94,17 @@ TEST_F(MessageCode, StandsBelowThePageAndIsFilledInByTabAndEnter)
     type(u"1"_s);
     EXPECT_EQ(boxes(), u"1|[]|");
     hands::key(Qt::Key_Tab);
+    EXPECT_TRUE(button()->hasFocus());
+    hands::key(Qt::Key_Backtab);
+    hands::key(Qt::Key_End); // wherever one types, it is the next
+    hands::key(Qt::Key_Tab);
     hands::key(Qt::Key_Return);
     EXPECT_EQ(boxes(), u"7|K|2");
     EXPECT_EQ(button(), nullptr);
+    EXPECT_TRUE(isOffered(u"7K2"_s)) << "another message may bring the same";
+    container->hide();
+    container->show();
+    EXPECT_EQ(button(), nullptr) << "offered before it was hidden";
 }
 
 TEST_F(MessageCode, IsTakenOnceFromWholeReceivedMessagesForThisHostAlone)
