@@ -125,6 +125,9 @@ TEST_F(SignIn, FailsByAWrongCodeAndThenSucceeds)
     heard->verificationDidFail(ParloquinError::serverError);
     expectComplaint({ "another outcome came: failure" },
         [this] { return heard->failure(ParloquinError::authorizationError); });
+    heard->verificationDidSucceed(u"another"_s);
+    expectComplaint({ "another outcome came: success" },
+        [this] { return heard->failure(ParloquinError::serverError); });
     expectComplaint({ "no outcome in 10 ms" }, [this] { return heard->success(10ms); });
     heard->verificationDidFail(ParloquinError::serverError);
     EXPECT_TRUE(heard->failure(ParloquinError::serverError));
@@ -190,6 +193,10 @@ TEST(Sandbox, SteersTheKitNoLongerThanItLives)
         EXPECT_NE(qgetenv(variables[0]), "127.0.0.1:1");
         host = sandbox.host();
         EXPECT_EQ(http(host, "/sandbox/health").status, 200);
+        EXPECT_EQ(sandbox.report(), u"  nothing\n"_s);
+        for (int i = 0; i < 101; ++i) // more than comes at once, and than is told unasked
+            (void)http(host, "/sandbox/messages", QByteArray(20000, ' '));
+        EXPECT_EQ(sandbox.journal().size(), 101);
         EXPECT_DEATH({ const Sandbox another; }, "make one at a time");
         for (const char *variable : variables)
             EXPECT_TRUE(qEnvironmentVariableIsSet(variable)) << variable;
