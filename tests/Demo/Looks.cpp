@@ -112,6 +112,8 @@ TEST_F(ApprovedDemo, AtItsStart)
     server.play({ RawServer::read(), RawServer::hold() }); // which is noticed after five seconds
     ASSERT_TRUE(QTest::qWaitFor([=] { return !verify->isEnabled(); }, 15000));
     look("start, not running", { "btnVerify", "lblStatus" });
+    server.play({});
+    ASSERT_SOON(verify->isEnabled());
 }
 
 TEST_F(ApprovedDemo, OnItsWay)
