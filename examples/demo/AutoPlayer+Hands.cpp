@@ -2,8 +2,8 @@
 
 #include "DemoWindow.h"
 
-#include <QtCore/QDeadlineTimer>
 #include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
 #include <QtGui/QWheelEvent>
@@ -32,16 +32,16 @@ QString bare(QString text)
 
 } // namespace
 
-bool AutoPlayer::waitQuietlyFor(
-    const QString &what, const Condition &come, std::chrono::milliseconds patience)
+bool AutoPlayer::waitQuietlyFor(const QString &what, const Condition &come, int patiences)
 {
-    const QDeadlineTimer deadline(patience);
+    QElapsedTimer since;
+    since.start();
     QEventLoop loop;
     QTimer look;
     bool came = false;
     connect(&look, &QTimer::timeout, &loop, [&] {
         came = m_window.isVisible() && come();
-        if (came || deadline.hasExpired() || !m_window.isVisible())
+        if (came || since.hasExpired((patiences * m_patience).count()) || !m_window.isVisible())
             loop.quit();
     });
     look.start(glance);
@@ -49,14 +49,15 @@ bool AutoPlayer::waitQuietlyFor(
     if (!came && !m_window.isVisible())
         return fail(tr("the window was closed while waiting: %1").arg(what));
     if (!came)
-        return fail(tr("not within %1 s: %2").arg(double(patience.count()) / 1000).arg(what));
+        return fail(tr("not within %1 s: %2")
+                        .arg(double((patiences * m_patience).count()) / 1000)
+                        .arg(what));
     return true;
 }
 
-bool AutoPlayer::waitFor(
-    const QString &what, const Condition &come, std::chrono::milliseconds patience)
+bool AutoPlayer::waitFor(const QString &what, const Condition &come, int patiences)
 {
-    if (!waitQuietlyFor(what, come, patience))
+    if (!waitQuietlyFor(what, come, patiences))
         return false;
     step(what);
     return true;
@@ -84,6 +85,12 @@ QWidget *AutoPlayer::visible(const QString &name) const
             return widget;
     }
     return nullptr;
+}
+
+QString AutoPlayer::toldBy(const QString &name) const
+{
+    const QWidget *part = visible(name);
+    return part ? part->property("text").toString() : QString();
 }
 
 AutoPlayer::Condition AutoPlayer::shown(const QString &name) const

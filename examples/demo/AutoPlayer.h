@@ -30,6 +30,10 @@ public:
     /// \return true once the back end has confirmed a session on each road
     [[nodiscard]] bool play();
 
+    /// \brief How long a step may take; heeded by the one under way too. The messenger, which is a
+    /// program to be started, may take twice as long.
+    void setPatience(std::chrono::milliseconds patience) { m_patience = patience; }
+
 private:
     [[nodiscard]] bool playMessaging();
     [[nodiscard]] bool playSms();
@@ -45,11 +49,9 @@ private:
 
     // The player's eyes and hands. Each that returns a bool names the step at fault when false.
     using Condition = std::function<bool()>;
-    static constexpr std::chrono::seconds usualPatience { 30 }; // busy machines are slow
-    [[nodiscard]] bool waitFor(const QString &what, const Condition &come,
-        std::chrono::milliseconds patience = usualPatience);
-    [[nodiscard]] bool waitQuietlyFor(const QString &what, const Condition &come,
-        std::chrono::milliseconds patience = usualPatience);
+    [[nodiscard]] bool waitFor(const QString &what, const Condition &come, int patiences = 1);
+    [[nodiscard]] bool waitQuietlyFor(
+        const QString &what, const Condition &come, int patiences = 1);
     [[nodiscard]] bool see(const QString &name, QWidget *&found);
     /// Waits until it may be tapped, taps, and waits for what comes of it.
     [[nodiscard]] bool tap(const QString &name, const QString &effect, const Condition &come);
@@ -65,6 +67,7 @@ private:
     void step(const QString &words) const;
 
     [[nodiscard]] QWidget *visible(const QString &name) const;
+    [[nodiscard]] QString toldBy(const QString &name) const; // empty where it is not to be seen
     [[nodiscard]] Condition shown(const QString &name) const;
     [[nodiscard]] Condition focused(const QString &name) const;
     [[nodiscard]] QWidget *visibleWithText(
@@ -75,6 +78,7 @@ private:
     DemoWindow &m_window;
     QString m_pictures;
     std::chrono::milliseconds m_leisure;
+    std::chrono::milliseconds m_patience { 30000 }; // busy machines are slow
     int m_number = 0; // of the next picture
     bool m_left = false; // another program came to the front
     QImage m_frame; // the last one looked at

@@ -35,7 +35,9 @@ void BackEnd::get(const QString &path, Done done)
     connect(reply, &QNetworkReply::finished, this, [reply, done = std::move(done)] {
         reply->deleteLater();
         const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        done(status, QJsonDocument::fromJson(reply->readAll()).object());
+        const QByteArray body =
+            reply->isOpen() ? reply->readAll() : QByteArray(); // given up: closed
+        done(status, QJsonDocument::fromJson(body).object());
     });
 }
 

@@ -58,21 +58,33 @@ const Screen screens[] = {
     { "14-verified-by-code", 6 },
 };
 
-class DemoPlay : public testing::TestWithParam<const char *> { };
+class DemoPlay : public testing::TestWithParam<const char *> {
+protected:
+    void play(const QString &language, const QString &scenario)
+    {
+        m_play.start(QStringLiteral(DEMO),
+            { QStringLiteral("--headless"), QStringLiteral("--port"), QStringLiteral("0"),
+                QStringLiteral("--built"), QStringLiteral(BUILT), QStringLiteral("--lang"),
+                language, QStringLiteral("--scenario"), QStringLiteral(SCENARIOS) + scenario,
+                QStringLiteral("--out"), folder.path() });
+        // Each of its steps has a limit, of all together CTest's.
+        ASSERT_TRUE(m_play.waitForFinished(-1));
+        said = QString::fromUtf8(m_play.readAllStandardError());
+        code = m_play.exitCode();
+    }
+    QTemporaryDir folder;
+    QString said;
+    int code = -1;
+
+private:
+    QProcess m_play;
+};
 
 TEST_P(DemoPlay, VerifiesByBothRoadsAndLeavesWholePictures)
 {
     const QString language = QString::fromLatin1(GetParam());
-    QTemporaryDir folder;
-    QProcess play;
-    play.setProcessChannelMode(QProcess::ForwardedChannels);
-    play.start(QStringLiteral(DEMO),
-        { QStringLiteral("--headless"), QStringLiteral("--port"), QStringLiteral("0"),
-            QStringLiteral("--built"), QStringLiteral(BUILT), QStringLiteral("--lang"), language,
-            QStringLiteral("--scenario"), QStringLiteral(SCENARIO), QStringLiteral("--out"),
-            folder.path() });
-    ASSERT_TRUE(play.waitForFinished(-1)); // each of its steps has a limit, of all together CTest's
-    ASSERT_EQ(play.exitCode(), 0);
+    play(language, QStringLiteral("/slow.json"));
+    ASSERT_EQ(code, 0) << qPrintable(said);
 
     for (const Screen &screen : screens) {
         SCOPED_TRACE(screen.file);
@@ -82,6 +94,18 @@ TEST_P(DemoPlay, VerifiesByBothRoadsAndLeavesWholePictures)
         EXPECT_FALSE(hasSliver(picture));
         EXPECT_GE(bandsOf(picture), screen.bands);
     }
+}
+
+TEST_P(DemoPlay, EndsByAFaultWhereTheBackEndConfirmsNothing)
+{
+    play(QString::fromLatin1(GetParam()), QStringLiteral("/refused.json"));
+    EXPECT_EQ(code, 1);
+    const bool isArabic = GetParam() == std::string("ar_EG");
+    for (const char *words : { "demo: tapped the row of Parlo\n",
+             isArabic ? "FAILED: لم تُؤكَّد الجلسة: " : "FAILED: Not confirmed: ", GetParam(),
+             " run failed at the step named above." })
+        EXPECT_TRUE(said.contains(QString::fromUtf8(words)))
+            << words << " is not in " << qPrintable(said);
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, DemoPlay, testing::Values("en_US", "ar_EG"),
