@@ -155,7 +155,7 @@ TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
         Process asked(shell("trap 'exit 5' TERM INT HUP; (echo ready; exec sleep 1000); exit 6"));
         asked.waitForOutput("ready\n");
         asked.signal(signal);
-        EXPECT_EQ(asked.waitForEnd(), 5) << signal;
+        ASSERT_EQ(asked.waitForEnd(), 5) << signal;
     }
 
     Process deaf(shell("trap 'echo no' TERM; echo ready; while :; do sleep 0.05; done"));
