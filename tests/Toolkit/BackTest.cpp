@@ -25,6 +25,7 @@ protected:
         released += int(event->key() != Qt::Key_Alt);
     }
     void mousePressEvent(QMouseEvent *) override { ++heard; }
+    void mouseMoveEvent(QMouseEvent *) override { ++heard; }
     void wheelEvent(QWheelEvent *) override { ++heard; }
     void mouseReleaseEvent(QMouseEvent *) override { ++released; }
 };
@@ -134,6 +135,8 @@ TEST_F(Back, AnEmptyTableKeepsItsKeysAndItsWheel)
 // X11 repeats by releases and presses, and Qt does not always tell that these are one key held.
 TEST_F(Back, AHeldKeyOfX11DoesWhatOnePressDoes)
 {
+    begin(false);
+    ASSERT_TRUE(comesToFront(*controller)); // another, before
     present(false);
     quint64 time = 0; // ms
     const auto send = [&time](QEvent::Type type, Qt::Key key, int later) {
@@ -249,6 +252,7 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     ASSERT_TRUE(rests());
     EXPECT_TRUE(below->isVisible());
     EXPECT_EQ(below->pos(), QPoint());
+    EXPECT_SOON(controller->findChildren<Page *>().size() == 2) << "it lies over what is below";
     finger.pace = 10;
     drag(100);
     finger.drag(by(40), 1);

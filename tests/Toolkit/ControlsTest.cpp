@@ -114,6 +114,11 @@ TEST(TextField, CaretStandsStillAndKeepsOffTheDigits)
     EXPECT_EQ(caret("88"), empty) << "not on the first digit";
     EXPECT_EQ(caret("88", 1).x(), caret("8", 1).x() - 2) << "amid the gap";
     EXPECT_EQ(caret(""), empty) << "it blinks, asked to stand still";
+    QApplication::setCursorFlashTime(100);
+    page.field->setText(u"8"_s); // shows it
+    const QImage shown = page.field->grab().toImage();
+    EXPECT_SOON(page.field->grab().toImage() != shown) << "it does not blink";
+    EXPECT_SOON(page.field->grab().toImage() == shown);
 }
 
 TEST(TextField, ShowsWhatIsNotCommittedYetAsWhatIs)

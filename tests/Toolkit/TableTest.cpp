@@ -28,7 +28,9 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
     const int y = headerHeight + rowHeight + 5;
     hands::click(table.get(), middle(y));
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 1 } }));
-    hands::press(table.get(), middle(y));
+    hands::press(table.get(), middle(y + 2 * rowHeight));
+    hands::moveTo(table.get(), middle(y + 2 * rowHeight + 5));
+    EXPECT_TRUE(table->cellForRow({ 0, 3 })->isPressed()) << "by a finger that trembles";
     hands::moveTo(table.get(), middle(y + 10));
     EXPECT_FALSE(table->cellForRow({ 0, 1 })->isPressed());
     hands::release(table.get(), middle(y));
@@ -180,14 +182,22 @@ TEST_F(Table, TheFirstKeyShowsWhichRowItIs)
 
 TEST_F(Table, APauseBeginsTheLettersAnew)
 {
-    QGuiApplication::styleHints()->setKeyboardInputInterval(20);
     show();
     focusByTab();
-    type(u"m"_s);
-    const QDeadlineTimer pause(25);
-    EXPECT_SOON(pause.hasExpired());
-    type(u"c"_s);
+    const auto typeSlowly = [this](const QString &letters, int interval, int pause) {
+        QGuiApplication::styleHints()->setKeyboardInputInterval(interval);
+        for (const QChar letter : letters) {
+            const QDeadlineTimer end(pause);
+            EXPECT_SOON(end.hasExpired());
+            type(letter);
+        }
+    };
+    typeSlowly(u"mc"_s, 20, 25);
     EXPECT_EQ(place(ringed()), "2/0");
+    typeSlowly(u"d"_s, 20, 25);
+    typeSlowly(u"b "_s, 1000, 550); // it counts from the last letter, or a blank would choose
+    EXPECT_EQ(place(ringed()), "3/1");
+    EXPECT_TRUE(source.selected.isEmpty());
     QGuiApplication::styleHints()->setKeyboardInputInterval(400);
 }
 
