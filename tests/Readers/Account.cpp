@@ -23,6 +23,8 @@ QString lineOf(const QWidget *top, QAccessibleInterface *node)
     const auto *const widget = qobject_cast<QWidget *>(node->object());
     const auto *const item = qobject_cast<const BarButtonItem *>(widget);
     line += item && item->hasKeyboardFocus() ? u" rings"_s : QString();
+    const auto *const tapped = qobject_cast<const Tappable *>(widget);
+    line += tapped && tapped->isDown() ? u" down"_s : QString();
     if (widget && widget->cursor().shape() != Qt::ArrowCursor)
         line += u' ' + face::nameOf(widget->cursor().shape());
     if (node->role() != QAccessible::StaticText) // letters differ, frames of what is touched do not
@@ -34,6 +36,7 @@ QString lineOf(const QWidget *top, QAccessibleInterface *node)
                 continue;
             cells << frameOf(top, { cell->mapToGlobal(QPoint()), cell->size() });
             cells.last() += cell->hasKeyboardFocus() ? u" rings"_s : QString();
+            cells.last() += cell->isPressed() ? u" down"_s : QString();
             for (const auto *label : cell->findChildren<Label *>())
                 cells.last() += label->isVisible() ? u' ' + label->text() : QString();
             const auto *const icon = cell->findChild<ImageView *>(u"imgKitIcon"_s);

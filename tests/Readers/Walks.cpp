@@ -96,6 +96,7 @@ void Transcript::command(const QString &name, const QString &rest)
         { u"commit"_s, [&] { hands::commit(QString(rest).replace(u'_', u' ')); } },
         { u"paste"_s, [&] { QApplication::clipboard()->setText(rest); hands::key(Qt::Key_V, Qt::ControlModifier); } },
         { u"key"_s, [&] { hands::key(keyOf(rest).key(), keyOf(rest).keyboardModifiers()); } },
+        { u"menu"_s, [&] { hands::menuKey(); hands::key(keyOf(rest).key()); EXPECT_SOON(QGuiApplication::focusWindow()); } },
         { u"held"_s, [&] { hands::hold(keyOf(rest).key()); } },
         { u"hold"_s, [&] { holdOn(rest); } },
         { u"finger"_s, [&] { touch(rest, false); } },
