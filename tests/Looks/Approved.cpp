@@ -183,6 +183,14 @@ void Approved::takeFurther()
     tap("btnContinue");
     ASSERT_SOON(find("txtCode0") && find("txtCode0")->hasFocus() && !overlayIsUp());
     expectApproved("code entry, again");
+    answer("/v1.0/country",
+        R"({"result":{"list":[{"title":"A country of a name that no field of any phone holds"}]}})");
+    tap("btnBack");
+    ASSERT_TRUE(seen("viewCountryBack"));
+    tap("viewCountryBack");
+    tap(row("tblCountries", 0, 0));
+    ASSERT_TRUE(seen("viewCountryBack"));
+    expectApproved("phone entry, of a long name");
 }
 
 // What moves, at the beginning and at parts of its way.
