@@ -147,6 +147,7 @@ private:
         QJsonObject message;
         for (const auto &key : { u"app"_s, u"text"_s })
             message[key] = query.queryItemValue(key, QUrl::FullyDecoded);
+        QCoreApplication::sendPostedEvents(); // the reference of the start is kept behind the link
         Q_EMIT qApp->applicationStateChanged(Qt::ApplicationInactive);
         (void)ParloquinTest::http(
             m_sandbox->host(), "/sandbox/messages", QJsonDocument(message).toJson());
