@@ -130,6 +130,7 @@ private:
                     { u"fault"_s, u"json:result.sessionId=\"%1\""_s.arg(lastSession()) } });
         } else {
             player.setPatience(1s);
+            QTimer::singleShot(20s, &window, &QWidget::close); // if it waits all the same
         }
         if (what == u"end"_s)
             m_sandbox.reset();
