@@ -1,4 +1,5 @@
-// Lines at the ratio that the process runs with: whole pixels of the device, each like the others.
+// Lines at the ratio that the process runs with: whole pixels of the device, each like the others;
+// and a press, on an app of any colour.
 #include "Looks/Walk.h"
 
 #include <QtCore/QtMath>
@@ -122,6 +123,22 @@ TEST_F(Lines, OfAPageThatIsInsetReachNoFurther)
     EXPECT_LE(container->sizeHint().height(), container->screen()->availableSize().height() - 27)
         << "of a window with a title bar and a border";
     EXPECT_EQ(container->sizeHint().width(), 390);
+}
+
+using Press = Walk;
+
+TEST_F(Press, ShowsOnWhateverColourAnAppHas)
+{
+    answer("/v1.0/init", R"({"result":{"list":[{"bgColour":"000000"},{"bgColour":"3f3f3f"},
+        {"bgColour":"404040"},{"bgColour":"ffffff"}]}})");
+    presentLoaded();
+    int at = 0;
+    for (const int pressed : { 51, 101, 51, 204 }) { // the darkest become lighter
+        auto *const app = row("tblKits", 0, at++);
+        hands::press(app);
+        EXPECT_EQ(qRed(app->grab().toImage().pixel(200, 40)), pressed) << "row " << at;
+        hands::release(app);
+    }
 }
 
 } // namespace
