@@ -4,7 +4,7 @@
 //   "outcomes", "apps", ...  as in a scenario; "service": where it is looked for
 //   "window": "behind"       others; "messenger": false, none opens; "modem": true, the code comes by SMS
 //   "after": once this was said ("times"), the play has little patience and
-//   "then": "hide" or "disable" the "part", "end" of the sandbox; or, patient still, "close"
+//   "then": "hide", "move" away or "disable" the "part", "end" of the sandbox; or, patient still, "close"
 //           the window, "remove" the pictures' folder, "accept" or "lose" what is checked, "repeat" the session
 // clang-format on
 #include "AutoPlayer.h"
@@ -135,7 +135,9 @@ private:
         if (what == u"end"_s)
             m_sandbox.reset();
         for (auto *part : window.findChildren<QWidget *>(m_around[u"part"_s].toString(u"none"_s)))
-            what == u"hide"_s ? part->hide() : part->setEnabled(false);
+            what == u"hide"_s       ? part->hide()
+                : what == u"move"_s ? part->move(2000, 0)
+                                    : part->setEnabled(false);
     }
     /// As the messenger does, and the person in front of it.
     void sendMessage(const demo::DemoWindow &window)
