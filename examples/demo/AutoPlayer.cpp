@@ -143,7 +143,9 @@ bool AutoPlayer::presentKit()
     return waitFor(tr("the sandbox is running"),
                [this, &button] {
                    button = visible(QStringLiteral("btnVerify"));
-                   return button && button->isEnabled();
+                   return button && button->isEnabled() // also while nobody has answered yet
+                       && toldBy(QStringLiteral("lblStatus"))
+                       == QCoreApplication::translate("demo::StartPage", "Sandbox is running");
                })
         && picture(QStringLiteral("start")) && openKit(QStringLiteral("btnVerify"));
 }
