@@ -106,7 +106,8 @@ TEST(Reachability, SaysWhatTheFlagsMean)
         { reachable | transientConnection | isLocalAddress, "WiFi -R -t---l-" },
     };
     for (const auto &[flags, words] : rows) {
-        Script script { flags };
+        Script script;
+        script.flags = flags;
         const auto watched = watch(script);
         EXPECT_EQ(watched->description(), QStringLiteral("unavailable flags"));
         const std::string connection = watched->currentReachabilityString().toStdString();
