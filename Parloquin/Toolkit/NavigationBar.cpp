@@ -22,7 +22,6 @@ public:
     explicit FadingLook(QWidget *bar)
         : Pane(bar)
     {
-        setAttribute(Qt::WA_TransparentForMouseEvents);
         hide();
         m_animation.setStartValue(1.0);
         m_animation.setEndValue(0.0);

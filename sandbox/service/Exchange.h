@@ -18,7 +18,7 @@ namespace sandbox {
 struct Comparison {
     std::string of; ///< in words: what both texts are
     std::string expected;
-    std::optional<std::string> received; ///< nothing when it cannot be known
+    std::string received;
     std::string note; ///< what the difference means, in words; may be empty
 };
 
