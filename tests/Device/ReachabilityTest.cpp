@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <future>
 #include <thread>
 
@@ -126,6 +127,11 @@ TEST(Reachability, WatchesAHostByItsNameAlone)
         { longest, QString(), u"a b"_s, u"a/b"_s, QString(1, QChar::Null), longest + u'a' }) {
         const auto made = Reachability::create(host, QualityOfService::utility, nullptr, nullptr);
         EXPECT_EQ(made.index(), host == longest ? 0U : 1U) << host.toStdString();
+    }
+    for (const auto &[address, error] : { std::pair(ReachabilityAddress { .address = 1 }, EINVAL),
+             std::pair(ReachabilityAddress { .family = 10 }, EAFNOSUPPORT) }) {
+        EXPECT_EQ(ReachabilityTarget::createWithAddress(address), nullptr);
+        EXPECT_EQ(ReachabilityTarget::lastError(), error);
     }
 }
 

@@ -177,6 +177,9 @@ void Approved::takeFurther()
     server.proceed();
     ASSERT_TRUE(waitForOverlay(false));
     expectApproved("code entry, refused");
+    tap("txtCode1");
+    hands::compose(u"W"_s);
+    expectApproved("code entry, composing");
     tap("btnBack");
     ASSERT_TRUE(seen("txtPhoneNumber"));
     expectApproved("phone entry, again");

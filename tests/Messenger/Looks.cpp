@@ -86,10 +86,13 @@ TEST_F(ApprovedMessenger, InEachState)
         look(name + ", drawn off", place);
         hands::release(button, { 0, -60 });
     }
-    for (const auto *button : { window->btnSend, window->btnClose }) {
-        hands::key(Qt::Key_Tab);
-        look(button == window->btnSend ? "send, ring" : "close, ring", placeOf(button));
-    }
+    const QRect both = placeOf(window->btnSend) | placeOf(window->btnClose);
+    hands::key(Qt::Key_Tab);
+    look("send, ring", both);
+    hands::key(Qt::Key_Tab);
+    look("close, ring", both);
+    hands::key(Qt::Key_Backtab);
+    look("send, ring", both);
 }
 
 TEST_F(ApprovedMessenger, OfEachApp)

@@ -39,7 +39,7 @@ TEST(UrlSession, FetchesWhatHttpBringsAndNoMoreThanAllowed)
     };
     for (const auto &[url, outcome] : rows) {
         Get get(url);
-        EXPECT_EQ(get.outcome(), outcome) << url.toStdString();
+        ASSERT_EQ(get.outcome(), outcome) << url.toStdString();
         EXPECT_EQ(get.count(), 1);
     }
     for (const RawRequest &request : server.requests())

@@ -3,6 +3,7 @@
 #include "Screens/Hosts.h"
 
 #include <QtGui/QAccessible>
+#include <QtWidgets/QPushButton>
 
 namespace {
 
@@ -86,6 +87,19 @@ TEST_P(Reader, WalksBothRoadsOnePageAtATimeAndPressesNothingUnderTheOverlay)
     press(await(u"Back"_s));
     press(await(u"Close"_s));
     EXPECT_FALSE(container->isVisible());
+}
+
+TEST_P(Reader, FindsTheHostsOwnBoxesAsBefore)
+{
+    open();
+    QWidget window;
+    auto *const box = new QWidget(&window);
+    const auto *const settings = new QPushButton(u"Settings"_s, box);
+    int pages = 0;
+    const auto *found = find(QAccessible::queryAccessibleInterface(&window), u"Settings"_s, pages);
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->object(), settings);
+    EXPECT_EQ(found->parent()->object(), box);
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Reader, everyHost, byHost);

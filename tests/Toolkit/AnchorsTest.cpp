@@ -95,9 +95,10 @@ TEST_F(Anchors, StopTheProgramOverAFaultNamingTheWidget)
         activate(page, rows);
         layOut();
     };
-    EXPECT_DEATH(layOutBy({ leading(box) == leading(page), trailing(box) == trailing(page),
-                     width(box) == 100, top(box) == top(page), height(box) == 1 }),
-        "viewBox is given two places");
+    for (const int wide : { 100, 1000 })
+        EXPECT_DEATH(layOutBy({ leading(box) == leading(page), trailing(box) == trailing(page),
+                         width(box) == wide, top(box) == top(page), height(box) == 1 }),
+            "viewBox is given two places");
     EXPECT_DEATH(
         layOutBy({ width(box) == 100, top(box) == top(page), bottom(box) == bottom(page) }),
         "nothing fixes where viewBox stands from side to side");

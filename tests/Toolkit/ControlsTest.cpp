@@ -11,17 +11,20 @@ TEST(Label, TakesTheSpacingOfItsLines)
     const struct {
         int pixels;
         int limit;
-        const char *text;
+        QByteArray text;
         int height; ///< at a width of 300
     } rows[] = { { 18, 0, "", 0 }, { 16, 0, "one", 20 }, { 17, 1, "one", 22 }, { 20, 1, "one", 25 },
         { 16, 0, "رمز", 28 }, { 16, 0, "one\ntwo\nthree", 60 }, { 16, 2, "one\ntwo\nthree", 40 },
-        { 16, 2, "one\ntwo\n", 40 }, { 16, 1, "one\n", 20 }, { 16, 0, "<b>one</b><br>two", 20 } };
+        { 16, 2, "one\ntwo\n", 40 }, { 16, 1, "one\n", 20 }, { 16, 0, "<b>one</b><br>two", 20 },
+        { 16, 0, QByteArray("i\n").repeated(2047), 20 * 2048 }, // all of it, and no more than that
+        { 16, 0, QByteArray("i\n").repeated(2060), 20 * 2049 } };
     for (const auto &[pixels, limit, text, height] : rows) {
         Label label;
         label.setFontSize(pixels);
         label.setNumberOfLines(limit);
         label.setText(QString::fromUtf8(text));
-        EXPECT_EQ(label.heightForWidth(300), height) << text << ", " << limit << " of " << pixels;
+        EXPECT_EQ(label.heightForWidth(300), height)
+            << text.left(40).data() << ", " << limit << " of " << pixels;
     }
 }
 

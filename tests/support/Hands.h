@@ -4,6 +4,7 @@
 #include <QtGui/QGuiApplication>
 #include <QtGui/QInputMethodEvent>
 #include <QtGui/QPointingDevice>
+#include <QtGui/QTextCharFormat>
 #include <QtGui/QWheelEvent>
 #include <QtGui/QWindow>
 #include <QtTest/QTest>
@@ -111,6 +112,15 @@ inline void commit(const QString &text)
 {
     QInputMethodEvent event;
     event.setCommitString(text);
+    QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
+}
+/// What it would enter, underlined.
+inline void compose(const QString &text)
+{
+    QTextCharFormat look;
+    look.setFontUnderline(true);
+    QInputMethodEvent event(
+        text, { { QInputMethodEvent::TextFormat, 0, static_cast<int>(text.size()), look } });
     QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
 }
 
