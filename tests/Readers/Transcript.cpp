@@ -23,6 +23,23 @@ QStringList without(const QStringList &lines, const QStringList &others, const Q
     return left;
 }
 
+/// Writes what the kit leaves to its host.
+class Left : public QObject {
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Wheel)
+            Heard::events << u"the host's wheel"_s;
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const auto *const press = static_cast<QKeyEvent *>(event);
+        const bool isAside = press->key() == Qt::Key_Left || press->key() == Qt::Key_Right;
+        if (press->key() < Qt::Key_Shift || press->key() > Qt::Key_ScrollLock)
+            Heard::events << u"the host's key "_s
+                    + (isAside ? u"aside"_s : QKeySequence(press->keyCombination()).toString());
+        return false;
+    }
+} left;
+
 } // namespace
 
 void Transcript::SetUp()
@@ -35,6 +52,7 @@ void Transcript::SetUp()
     answerBothRoads();
     modem.play("start bus; start service; await; modem 0 20801");
     m_heard = std::make_unique<Heard>();
+    page.installEventFilter(&left);
     auto *const own = new QShortcut(Qt::Key_Escape, &page);
     QObject::connect(
         own, &QShortcut::activated, [] { Heard::events << u"the host's own Escape"_s; });

@@ -154,6 +154,6 @@ TEST_P(Transcript, OfEachWalkIsTheApprovedOne)
     open();
     proceed();
     const QDir walks(QStringLiteral(APPROVED "/walks"));
-    for (const QString &file : walks.entryList({ u"*.txt"_s }))
+    for (const QString &file : walks.entryList({ qEnvironmentVariable("WALK", u"*.txt"_s) }))
         walk(walks.filePath(file).toStdString());
 }
