@@ -53,9 +53,11 @@ void Transcript::SetUp()
     modem.play("start bus; start service; await; modem 0 20801");
     m_heard = std::make_unique<Heard>();
     page.installEventFilter(&left);
-    auto *const own = new QShortcut(Qt::Key_Escape, &page);
-    QObject::connect(
-        own, &QShortcut::activated, [] { Heard::events << u"the host's own Escape"_s; });
+    for (const auto key : { Qt::Key_Escape, Qt::Key_Down, Qt::Key_M }) {
+        const QString name = u"the host's own "_s + QKeySequence(key).toString();
+        QObject::connect(
+            new QShortcut(key, &page), &QShortcut::activated, [name] { Heard::events << name; });
+    }
 }
 
 void Transcript::TearDown()

@@ -55,6 +55,7 @@ private:
 
     const DeveloperWords m_words;
     std::unique_ptr<Heard> m_heard;
+    std::unique_ptr<hands::Finger> m_finger;
     QStringList m_state;
     size_t m_sent = 0;
     qsizetype m_told = 0;

@@ -16,6 +16,7 @@ protected:
     /// By its name, read as a reader does: down and up again.
     static QAccessibleInterface *find(QAccessibleInterface *node, const QString &name, int &pages)
     {
+        EXPECT_TRUE(node->isValid()) << name.toStdString();
         auto *found = node->text(QAccessible::Name) == name ? node : nullptr;
         pages += int(qobject_cast<Screen *>(node->object()) != nullptr);
         for (int i = 0; i < node->childCount(); ++i) {

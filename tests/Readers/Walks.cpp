@@ -48,13 +48,12 @@ void Transcript::touch(const QString &ways, bool isCancelled)
         const QRect part = frame(hands::there(visible(latin(from))));
         at = { part.center().x(), std::clamp(part.center().y(), 50, kit.bottom() - 4) };
     }
-    hands::Finger finger;
-    finger.down(container.get(), at);
+    m_finger->down(container.get(), at);
     for (const QString &way : ways.split(u' ').mid(1))
-        finger.drag(mirrored(pointOf(way)));
+        m_finger->drag(mirrored(pointOf(way)));
     if (isCancelled)
-        finger.cancel(); // and what Qt makes of it
-    finger.up();
+        m_finger->cancel(); // and what Qt makes of it
+    m_finger->up();
 }
 
 /// Held on until what comes of it has come, and longer: "KEY REQUESTS PART".
@@ -141,6 +140,7 @@ void Transcript::walk(const std::string &file)
             continue;
         }
         step(line, [&] {
+            m_finger = std::make_unique<hands::Finger>(); // quick within a step alone
             for (const QString &each : line.split(u" ; "_s))
                 command(each.section(u' ', 0, 0), each.section(u' ', 1));
         });

@@ -170,7 +170,9 @@ class Edge : public Back, public testing::WithParamInterface<std::tuple<bool, bo
 protected:
     void SetUp() override
     {
-        QApplication::setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
+        // The page's own counts, whatever the application's is.
+        QApplication::setLayoutDirection(mirrored() ? Qt::LeftToRight : Qt::RightToLeft);
+        host.setLayoutDirection(mirrored() ? Qt::RightToLeft : Qt::LeftToRight);
     }
 
     // From the leading edge, in pixels inwards.
