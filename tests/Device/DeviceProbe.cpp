@@ -1,5 +1,6 @@
 // Prints, for each argument, what the kit finds on this device under that name, one a line.
 // "pause": goes on once there is a line on standard input.
+#include "Parloquin/Manager/EncryptManager.h"
 #include "Parloquin/Platform/Device.h"
 #include "Parloquin/Platform/InfoDictionary.h"
 
@@ -16,7 +17,9 @@ int main(int argc, char **argv)
     const QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationDomain(qEnvironmentVariable("PROBE_DOMAIN"));
     const QHash<QString, QString (*)()> finders { { u"identifier"_s, Device::identifierForVendor },
-        { u"version"_s, Device::systemVersion }, { u"name"_s, Device::name } };
+        { u"version"_s, Device::systemVersion }, { u"name"_s, Device::name },
+        { u"encrypted"_s,
+            [] { return EncryptManager::shared().encrypt({}).value_or(QString()); } } };
     const auto arguments = QCoreApplication::arguments().mid(1);
     for (const QString &name : arguments) {
         if (name == u"pause"_s) {

@@ -46,15 +46,18 @@ protected:
 TEST_F(ProgramWithList, ReadsItAnewWhenItHasChanged)
 {
     const auto put = [this](const char *value) {
-        write(dictionary(QByteArray("<key>key</key><string>") + value + "</string>"));
+        write(dictionary(QByteArray("<key>key</key><string>") + value
+            + "</string><key>ParloquinSecret</key><string>" + QByteArray(64, *value)
+            + "</string>"));
     };
     const QString key = QStringLiteral("key");
     const QString pause = QStringLiteral("pause");
-    put("one");
+    const QString encrypted = QStringLiteral("encrypted");
+    put("a");
     QProcess process;
-    process.start(program, { key, key, pause, key, pause, key });
+    process.start(program, { key, key, encrypted, pause, key, encrypted, pause, key });
     QByteArray said;
-    for (const auto &change : { std::function<void()>([&] { put("two"); }),
+    for (const auto &change : { std::function<void()>([&] { put("b"); }),
              std::function<void()>([&] { QFile::remove(path); }) }) {
         const qsizetype lines = said.count('\n') + 1;
         while (said.count('\n') < lines && process.waitForReadyRead(10000))
@@ -63,7 +66,12 @@ TEST_F(ProgramWithList, ReadsItAnewWhenItHasChanged)
         process.write("\n");
     }
     ASSERT_TRUE(process.waitForFinished(10000));
-    EXPECT_EQ(said + process.readAllStandardOutput(), "one\none\ntwo\n(absent)\n");
+    auto lines = (said + process.readAllStandardOutput()).split('\n');
+    ASSERT_EQ(lines.size(), 7);
+    EXPECT_NE(lines.at(2), lines.at(4)) << "by another secret";
+    lines.remove(4);
+    lines.remove(2);
+    EXPECT_EQ(lines.join(' '), "a a b (absent) ");
 }
 
 class PropertyList : public ProgramWithList, public testing::WithParamInterface<ListRow> { };

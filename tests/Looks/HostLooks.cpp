@@ -110,7 +110,7 @@ TEST_P(HostLooks, LeaveEveryScreenAsItIs)
     };
     take(look);
     takeEmpty(look);
-    ASSERT_EQ(plain.size(), 17);
+    ASSERT_EQ(plain.size(), 18);
 
     dress(GetParam());
     const Stop compare = [&](const std::string &stop) {

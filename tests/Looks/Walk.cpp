@@ -125,6 +125,11 @@ void Walk::toTheCode(const Stop &stop)
     offer->show();
     QCoreApplication::sendPostedEvents(); // it is as high as its text needs
     stop("code entry, offered");
+    hands::wheel(container.get(), beside, {}, { 0, -60 });
+    container->resize(size - QSize(0, 3));
+    stop("code entry, offered, scrolled");
+    hands::wheel(container.get(), beside, {}, { 0, 1200 });
+    container->resize(size);
     hands::key(Qt::Key_Tab); // it is the next
     hands::press(offer);
     stop("code entry, offer pressed");

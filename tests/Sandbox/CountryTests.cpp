@@ -55,3 +55,13 @@ TEST(SandboxLanguage, SortsCountriesByTheirNames)
     in = places("tr");
     EXPECT_LT(in["KG"], in["KI"]) << "Kırgızistan, Kiribati";
 }
+
+TEST(SandboxCountries, StayInTheOrderOfAScenarioWhateverTheirNumber)
+{
+    const auto listOf = [](const Sandbox &sandbox) {
+        return sandbox.call("country", json::object(), "de").result().at("list");
+    };
+    json own = listOf(Sandbox());
+    std::reverse(own.begin(), own.end());
+    EXPECT_EQ(listOf(Sandbox(json { { "countries", own } })), own);
+}

@@ -22,7 +22,8 @@ namespace {
 
 class SignIn : public testing::Test {
 protected:
-    SignIn()
+    explicit SignIn(const QStringList &arguments = {})
+        : sandbox(QStringLiteral(PARLOQUIN_SANDBOX_PROGRAM), arguments)
     {
         switchMotionOff();
         container.reset(Parloquin().viewControllerForLogin());
@@ -69,6 +70,16 @@ TEST_F(SignIn, ByMessage)
     (void)http(sandbox.host(), "/sandbox/sessions", R"({"state":"expired"})");
     EXPECT_FALSE(sandbox.confirms(sandbox.sessions().at(0)[u"sessionId"_s].toString()));
 }
+
+class SignInWithOwnWords : public SignIn {
+protected:
+    SignInWithOwnWords()
+        : SignIn({ u"--scenario"_s, u"" WORDS ""_s })
+    {
+    }
+};
+
+TEST_F(SignInWithOwnWords, SendsThemAsTheyAre) { EXPECT_TRUE(person().sendsFrom(u"Kite"_s)); }
 
 TEST_F(SignIn, ByCodeInAWindowOfTheApp)
 {
