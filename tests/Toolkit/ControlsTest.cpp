@@ -3,6 +3,7 @@
 #include "support/Widgets.h"
 
 #include <QtGui/QAccessible>
+#include <QtWidgets/QProxyStyle>
 
 namespace {
 
@@ -197,6 +198,30 @@ TEST(TextField, ADragThroughItIsNoLongPress)
     hands::moveTo(page.other, { 50, 20 });
     EXPECT_FALSE(toMenu->isActive()) << "its menu comes all the same";
     EXPECT_EQ(page.other->selectedText(), u"412"_s);
+}
+
+TEST(TextField, AsksForAnOnScreenKeyboardAsAFingerTapsIt)
+{
+    class Asked : public QProxyStyle {
+        int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+            QStyleHintReturn *more) const override
+        {
+            count += hint == SH_RequestSoftwareInputPanel ? 1 : 0;
+            return QProxyStyle::styleHint(hint, option, widget, more);
+        }
+
+    public:
+        mutable int count = 0;
+    } style;
+    ControlsPage page;
+    page.field->setStyle(&style);
+    hands::Finger finger;
+    finger.down(page.field, { 60, 20 });
+    finger.drag({ 0, 40 });
+    finger.up();
+    EXPECT_EQ(style.count, 0) << "it was on its way elsewhere";
+    finger.tap(page.field);
+    EXPECT_GT(style.count, 0);
 }
 
 TEST(ImageView, StopsOverAnUnknownName)
