@@ -66,6 +66,16 @@ TEST_F(PhoneEntry, AFingerOnTheFieldTypesOrPastes)
     sendsOnly(u"+4741 23"_s); // what was pasted has counted
 }
 
+TEST_F(PhoneEntry, TheMenuGoesWithTheKit)
+{
+    tap("txtPhoneNumber");
+    hands::keys(u"4123"_s);
+    hands::menuKey();
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    container.reset(); // a host may, at any time
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
 TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
 {
     auto *const field = part<QLineEdit>("txtPhoneNumber");
