@@ -1,5 +1,6 @@
 #include "Parloquin/Toolkit/NavigationController.h"
 
+#include "Parloquin/Toolkit/EditMenu.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/NavigationControllerPrivate.h"
 #include "Parloquin/Toolkit/Pane.h"
@@ -140,6 +141,9 @@ NavigationController::~NavigationController()
 {
     // A motion under way must not report to what is half gone.
     delete d->slide;
+    // Nor a menu, which gives the keyboard back to its field.
+    for (EditMenu *menu : findChildren<EditMenu *>())
+        delete menu;
     delete d->keyboard;
 }
 

@@ -1,7 +1,6 @@
 #include "Parloquin/Toolkit/TextField.h"
 
 #include "Parloquin/Toolkit/DevicePixels.h"
-#include "Parloquin/Toolkit/EditMenu.h"
 #include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextBlock.h"
@@ -117,14 +116,6 @@ TextField::TextField(QWidget *parent)
     followDirection();
     QInputMethodEvent none;
     TextField::inputMethodEvent(&none); // hides the cursor
-}
-
-// Its menu goes first, while there is a window that Qt can take the keyboard from; and nobody is
-// told, as who listens may be half gone.
-TextField::~TextField()
-{
-    const QSignalBlocker silence(this);
-    delete findChild<EditMenu *>({}, Qt::FindDirectChildrenOnly);
 }
 
 void TextField::setFontSize(int pixels, QFont::Weight weight)

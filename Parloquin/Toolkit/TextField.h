@@ -20,7 +20,6 @@ class TextField : public QLineEdit, public Holdable {
     Q_OBJECT
 public:
     explicit TextField(QWidget *parent);
-    ~TextField() override;
 
     void setFontSize(int pixels, QFont::Weight weight = QFont::Normal);
     void setPlaceholderText(const QString &text);

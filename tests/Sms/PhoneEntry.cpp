@@ -13,6 +13,15 @@ protected:
         ASSERT_EQ(bodies("send-otp").size(), 1);
         EXPECT_EQ(bodies("send-otp").constFirst()[u"phoneNumber"].toString(), number);
     }
+    void deletesTheKitUnderItsMenu() // as a host may, at any time
+    {
+        tap("txtPhoneNumber");
+        hands::keys(u"4123"_s);
+        hands::menuKey();
+        ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+        container.reset();
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    }
 };
 
 TEST_F(PhoneEntry, AFingerOnTheFieldTypesOrPastes)
@@ -66,14 +75,16 @@ TEST_F(PhoneEntry, AFingerOnTheFieldTypesOrPastes)
     sendsOnly(u"+4741 23"_s); // what was pasted has counted
 }
 
-TEST_F(PhoneEntry, TheMenuGoesWithTheKit)
+TEST_F(PhoneEntry, TheMenuGoesWithTheKit) { deletesTheKitUnderItsMenu(); }
+
+TEST_F(PhoneEntry, TheMenuGoesWithTheKitOfAPage)
 {
-    tap("txtPhoneNumber");
-    hands::keys(u"4123"_s);
-    hands::menuKey();
-    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
-    container.reset(); // a host may, at any time
-    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    QWidget page;
+    container->setParent(&page);
+    container->show();
+    page.show();
+    ASSERT_TRUE(comesToFront(page));
+    deletesTheKitUnderItsMenu();
 }
 
 TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
