@@ -254,7 +254,7 @@ TEST_P(Edge, ADragFromItGoesBackAndGivenUpChangesNothing)
     ASSERT_TRUE(rests());
     EXPECT_TRUE(below->isVisible());
     EXPECT_EQ(below->pos(), QPoint());
-    EXPECT_SOON(controller->findChildren<Page *>().size() == 2) << "it lies over what is below";
+    EXPECT_SOON(controller->findChildren<Screen *>().size() == 2) << "it lies over what is below";
     finger.pace = 10;
     drag(100);
     finger.drag(by(40), 1);
