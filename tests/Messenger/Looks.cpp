@@ -99,6 +99,7 @@ TEST_F(ApprovedMessenger, OfEachApp)
 {
     for (const QString &app : AppLook::apps().mid(1)) {
         EXPECT_EQ(AppLook::of(app).icon(20, 2).size(), QSize(40, 40));
+        EXPECT_EQ(AppLook::of(app).icon(20, 2).devicePixelRatio(), 2);
         open(app);
         server.pause();
         hands::click(window->btnSend);
@@ -119,6 +120,8 @@ TEST_F(ApprovedMessenger, InEachLanguage)
         open(u"wrenly"_s, 320, u"Anmeldung der Beispielgesellschaft mbH & Co."_s,
             u"Code AB2C-3D4E "_s + QString(50, u'w'));
         lookAtTheRoad(language);
+        open(u"kite"_s, 320, u"تسجيل الدخول إلى خدمات شركة المثال المحدودة للاتصالات"_s, u"B"_s);
+        look(std::string(language) + ", an Arabic name");
 
         // So does the program, to a person of that language.
         QFont font;
