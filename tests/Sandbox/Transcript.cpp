@@ -113,7 +113,10 @@ private:
 
     void ask()
     {
+        const auto begun = std::chrono::steady_clock::now();
         m_account.answered(exchange(wire()), m_step.value("get", ""));
+        if (std::chrono::steady_clock::now() - begun > std::chrono::seconds(8))
+            m_account.line("only after a while");
         const auto said = m_sandbox->process().takeOutput();
         m_account.lines(said);
         if (!m_step.contains("unread")) // else nobody knows how far it came
