@@ -21,6 +21,7 @@ TEST(HOST, SendsANullBodyThatIsSignedAllTheSame)
     EXPECT_EQ(console.count("Encrypt Error: 'Encrypt key null'"), 1);
     EXPECT_EQ(request.header("X-TRZ-Encrypted"), "1");
     EXPECT_EQ(request.header("X-TRZ-Req-Signature").value_or("").size(), 44);
+    EXPECT_EQ(request.timeout.count(), 60'000) << "ms, which a slow network needs";
     // Sent empty, not left out: a null value would be dropped by the network stack.
     const auto clientKey = request.header("X-TRZ-Client-Key");
     ASSERT_TRUE(clientKey);

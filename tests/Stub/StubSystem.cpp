@@ -39,5 +39,6 @@ TEST(StubSystem, CarriesTheWholeKitToWhereItWasBuiltToGo)
     EXPECT_EQ(requests[0].header("X-TRZ-Client-Key"), "stub");
     EXPECT_EQ(requests[0].header("X-TRZ-Client-Device-Id"),
         parloquin::Device::identifierForVendor().toUtf8());
+    EXPECT_FALSE(requests[0].parameters().isEmpty()) << "not encrypted with the stub's secret";
     EXPECT_EQ(parloquin::serviceTimeout().count(), 60000) << "ms, which a slow network needs";
 }
