@@ -1,9 +1,11 @@
 #include "Parloquin/Networking/Router/ServiceEndpoint.h"
 #include "Parloquin/Parloquin.h"
+#include "Parloquin/Platform/Crypto.h"
 #include "Parloquin/Platform/Device.h"
 #include "Parloquin/Toolkit/TableView.h"
 #include "support/RawServer.h"
 
+#include <QtCore/QJsonDocument>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
@@ -39,6 +41,9 @@ TEST(StubSystem, CarriesTheWholeKitToWhereItWasBuiltToGo)
     EXPECT_EQ(requests[0].header("X-TRZ-Client-Key"), "stub");
     EXPECT_EQ(requests[0].header("X-TRZ-Client-Device-Id"),
         parloquin::Device::identifierForVendor().toUtf8());
-    EXPECT_FALSE(requests[0].parameters().isEmpty()) << "not encrypted with the stub's secret";
+    const auto data = QJsonDocument::fromJson(requests[0].body)[u"data"].toString().toLatin1();
+    EXPECT_TRUE(
+        parloquin::Crypto::aesDecrypt(QByteArray::fromBase64(data), QByteArray(32, 0)).has_value())
+        << "with the stub's secret, of zeros";
     EXPECT_EQ(parloquin::serviceTimeout().count(), 60000) << "ms, which a slow network needs";
 }
