@@ -2,6 +2,7 @@
 #include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTimer>
+#include <QtNetwork/QLocalSocket>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QProxyStyle>
@@ -62,6 +63,10 @@ private:
 TEST_F(SignIn, ByMessage)
 {
     sandbox.hasApps({ u"kite"_s });
+    QLocalSocket desktop; // opened by the host itself
+    desktop.connectToServer(qEnvironmentVariable("PARLOQUIN_DESKTOP"));
+    desktop.write("open kite://send?app=kite&to=a&text=AB2C-3D4E\n");
+    ASSERT_TRUE(desktop.waitForReadyRead());
     ASSERT_TRUE(person().sendsFrom(u"Kite"_s));
     ASSERT_TRUE(heard->success());
     EXPECT_TRUE(sandbox.confirms(heard->sessionId()));
