@@ -26,22 +26,16 @@ int main(int argc, char **argv)
     arguments.setApplicationDescription(
         QStringLiteral("A host of the Parloquin kit; talks to the sandbox at " DEMO_BACK_END "."));
     arguments.addHelpOption();
-    const QCommandLineOption automatic(
-        QStringLiteral("auto"), QStringLiteral("Play both roads without hands, then end."));
-    const QCommandLineOption pictures(QStringLiteral("pictures"),
-        QStringLiteral("Folder for the pictures of --auto."), QStringLiteral("folder"),
-        QStringLiteral("."));
+    const QCommandLineOption automatic(QStringLiteral("auto"),
+        QStringLiteral("Play both roads without hands, with pictures into this folder, then end."),
+        QStringLiteral("folder"));
     const QCommandLineOption record(QStringLiteral("record"),
         QStringLiteral("Folder for the frames of --auto, played at leisure."),
         QStringLiteral("folder"));
-    const QCommandLineOption language(QStringLiteral("lang"),
-        QStringLiteral("Language instead of the system's, as \"ar\"."), QStringLiteral("name"));
-    arguments.addOptions({ automatic, pictures, record, language });
+    arguments.addOptions({ automatic, record });
     arguments.process(app);
 
-    const QLocale locale =
-        arguments.isSet(language) ? QLocale(arguments.value(language)) : QLocale::system();
-    QLocale::setDefault(locale);
+    const QLocale locale;
     QApplication::setLayoutDirection(locale.textDirection());
     // The kit's few texts and our own; in a language that neither has, both are English.
     QTranslator kitTexts;
@@ -63,7 +57,7 @@ int main(int argc, char **argv)
     if (!arguments.isSet(automatic))
         return QApplication::exec();
 
-    const QString folder = arguments.value(pictures);
+    const QString folder = arguments.value(automatic);
     if (!QDir().mkpath(folder)) {
         std::fprintf(stderr, "demo: cannot make the folder %s\n", qPrintable(folder));
         return 1;

@@ -103,7 +103,7 @@ def play(row):
     instance = os.path.join(os.environ["XDG_RUNTIME_DIR"], ".flatpak", "1")
     os.makedirs(instance, exist_ok=True)
     script = f'exec bwrap "$@" {modem} {network} --seccomp 9 --info-fd 8 ' \
-        f'{HOST}/examples/demo/parloquin-demo --auto --pictures "{folder}" ' \
+        f'{HOST}/examples/demo/parloquin-demo --auto "{folder}" ' \
         f'9<"{rules}" 8>{instance}/bwrapinfo.json'
     if row.declares:
         for name, text in ("links.desktop", ENTRY), ("mimeapps.list", DEFAULTS):
