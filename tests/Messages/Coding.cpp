@@ -112,8 +112,12 @@ TEST(Decoding, ReadsStrictlyAndNamesTheFieldAtFault)
         R"({"x":)" + QByteArray(100000, '[') + QByteArray(100000, ']') + '}' };
     for (const QByteArray &body : others)
         EXPECT_TRUE(check(body).startsWith("body: no JSON")) << body.left(200).constData();
-    for (qsizetype size = 0; size < wholeStart.size(); ++size)
+    for (qsizetype size = 0; size < wholeStart.size(); ++size) {
         ASSERT_TRUE(start(wholeStart.first(size)).startsWith("body: no JSON")) << size;
+        const QByteArray text = QByteArray(size, 'a') + "\xC3\xA9" + QByteArray(size % 17, 'a');
+        const QByteArray late = R"({"result":{"sessionId":")" + text + R"("}})";
+        ASSERT_EQ(check(late), late);
+    }
 }
 
 TEST(RawValue, IsExactlyOneOfItsTable)
