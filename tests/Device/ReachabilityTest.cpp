@@ -4,14 +4,18 @@
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <ctime>
 #include <future>
 #include <thread>
 
 using namespace parloquin;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -139,16 +143,27 @@ TEST(SerialQueue, RunsInOrderOnItsOwnThread)
 {
     std::vector<int> order;
     {
-        SerialQueue queue(QStringLiteral("queue"));
+        SerialQueue queue(u"the queue of this test"_s, QualityOfService::background);
         EXPECT_FALSE(queue.isCurrent());
         queue.asyncAfter(std::chrono::hours(1), [&] { order.push_back(1000); });
         const auto begun = std::chrono::steady_clock::now();
-        std::promise<std::chrono::steady_clock::duration> ran;
-        queue.asyncAfter(std::chrono::milliseconds(50),
-            [&] { ran.set_value(std::chrono::steady_clock::now() - begun); });
+        const auto passed = [&] { return (std::chrono::steady_clock::now() - begun) / 1ms; };
+        const std::clock_t worked = std::clock();
+        std::promise<std::int64_t> ran;
+        queue.asyncAfter(10ms, [] {});
+        queue.asyncAfter(210ms, [&] { ran.set_value(passed()); });
         auto waited = ran.get_future();
-        ASSERT_EQ(waited.wait_for(std::chrono::seconds(20)), std::future_status::ready);
-        EXPECT_GE(waited.get() / std::chrono::milliseconds(1), 50);
+        ASSERT_EQ(waited.wait_for(20s), std::future_status::ready);
+        EXPECT_GE(waited.get(), 210);
+        EXPECT_LT(std::clock() - worked, CLOCKS_PER_SEC / 50) << "it rests until something is due";
+        char name[16] = {};
+        for (int i = 0; i < 5; ++i)
+            queue.sync([&] {
+                pthread_getname_np(pthread_self(), name, sizeof name);
+                EXPECT_GE(getpriority(PRIO_PROCESS, static_cast<id_t>(gettid())), 10);
+            });
+        EXPECT_STREQ(name, "ue of this test");
+        EXPECT_LT(passed(), 3000) << "each is due at once";
         for (int i = 0; i < 100; ++i)
             queue.async([&order, i] { order.push_back(i); });
         queue.sync([&] { queue.sync([&] { order.push_back(100); }); });
