@@ -110,7 +110,7 @@ TEST(SandboxExec, GivesTheTerminalToAHostThatIsInFrontAndTakesItBack)
         except OSError:  # so a terminal ends
             pass)",
         "/bin/bash", "-c", R"("$@"; read line; echo after=$line
-            set -m; "$@" >$0 & until grep -q up $0; do :; done; read line; echo beside=$line
+            set -m; "$@" >$0 & until [[ $(<$0) == *up* ]]; do :; done; read line; echo beside=$line
             kill %1; wait %1; echo ended=$?)",
         said.path() };
     words.insert(words.end(), own.begin(), own.end());
