@@ -19,6 +19,7 @@ public:
     /// Reads output and errors until \p text stands there. \return all of it so far
     std::string waitForOutput(const std::string &text);
     void signal(int number) const;
+    pid_t id() const { return m_pid; }
     /// \return the exit code; nothing when it still runs after \p patience, -N when signal N ended
     /// it
     std::optional<int> waitForEnd(std::chrono::milliseconds patience = std::chrono::seconds(20));

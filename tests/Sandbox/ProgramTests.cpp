@@ -43,6 +43,17 @@ TEST(SandboxProgram, IsStartedAgainAtOnceAtItsPorts)
     EXPECT_TRUE(holds(again.waitForOutput("/\n"), "listens at 127.0.0.1:" + port));
 }
 
+TEST(SandboxProgram, ServesOnAfterMoreCallersThanItHasDescriptorsFor)
+{
+    Sandbox sandbox;
+    expectEnd({ "/bin/bash", "-ec", R"(prlimit --pid=$1 --nofile=40
+        for i in {1..60}; do exec {each}<>/dev/tcp/127.0.0.1/$0; done
+        until [ -e /proc/$1/fd/39 ]; do :; done)",
+                  std::to_string(sandbox.port()), std::to_string(sandbox.process().id()) },
+        EXIT_SUCCESS);
+    EXPECT_EQ(sandbox.call("country").status, 200);
+}
+
 // Editors write a file in place, or put another in its place.
 TEST(SandboxProgram, ReadsItsScenarioAgainWhenItChanges)
 {
