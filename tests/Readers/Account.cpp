@@ -53,10 +53,12 @@ void read(const QWidget *top, QAccessibleInterface *node, int depth, QStringList
     const QString line = lineOf(top, node);
     lines << QString(2 * depth, u' ') + line;
     for (int i = 0; i < node->childCount(); ++i) {
-        EXPECT_EQ(node->child(i)->parent(), node) << line.toStdString();
-        EXPECT_EQ(node->indexOfChild(node->child(i)), i) << line.toStdString();
-        if (node->childCount() < 60 || !node->child(i)->state().offscreen) // else too much to read
-            read(top, node->child(i), depth + 1, lines);
+        auto *const below = node->child(i);
+        ASSERT_TRUE(below) << "nothing at " << i << " in " << line.toStdString();
+        EXPECT_EQ(below->parent(), node) << line.toStdString();
+        EXPECT_EQ(node->indexOfChild(below), i) << line.toStdString();
+        if (node->childCount() < 60 || !below->state().offscreen) // else too much to read
+            read(top, below, depth + 1, lines);
     }
 }
 
