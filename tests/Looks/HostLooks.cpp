@@ -16,6 +16,7 @@ struct Look {
     bool dark = false;
     const char *style = "Windows";
     int points = 0;
+    Qt::LayoutDirection direction = Qt::LeftToRight; // of all but the dialog
 };
 
 constexpr const char *sizes = "* { min-height: 60px; min-width: 90px; margin: 5px; padding: 3px;"
@@ -41,6 +42,7 @@ const Look looks[] = {
     { "DarkPalette", "", Place::application, true },
     { "Fusion", "", Place::application, false, "Fusion" },
     { "LargeFont", "", Place::application, false, "Windows", 20 },
+    { "Mirrored", "", Place::application, false, "Windows", 0, Qt::RightToLeft },
 };
 // clang-format on
 
@@ -51,6 +53,7 @@ protected:
         Walk::SetUp();
         page = new QWidget(&dialog);
         page->resize(size);
+        dialog.setLayoutDirection(Qt::LeftToRight);
         undress();
         dialog.resize(size);
         dialog.show();
@@ -59,6 +62,7 @@ protected:
     void dress(const Look &look)
     {
         QApplication::setStyle(new ParloquinTest::PacedStyle(0, QLatin1String(look.style)));
+        QApplication::setLayoutDirection(look.direction);
         if (look.dark)
             QApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20), QColor(0x10, 0x10, 0x10)));
         if (look.points > 0) {
@@ -76,6 +80,7 @@ protected:
         static const QPalette palette = QApplication::palette();
         static const QFont font = QApplication::font();
         setSheet({});
+        QApplication::setLayoutDirection(Qt::LeftToRight);
         QApplication::setStyle(new ParloquinTest::PacedStyle(0, u"Windows"_s));
         QApplication::setPalette(palette);
         QApplication::setFont(font);

@@ -99,7 +99,7 @@ void Walk::toTheCode(const Stop &stop)
     tap(row("tblCountries", 3, 0));
     ASSERT_SOON(!find("tblCountries"));
     stop("phone entry, back in it");
-    const bool mirrored = QApplication::isRightToLeft();
+    const bool mirrored = container->isRightToLeft();
     hands::Finger finger;
     finger.down(container.get(), { mirrored ? size.width() - 4 : 4, 300 });
     finger.drag({ mirrored ? -120 : 120, 0 });
