@@ -92,6 +92,7 @@ TEST_F(Lines, CoverWholePixelsOfTheDevice)
 
 TEST_F(Lines, OfAnEmptyListKeepClearOfTheOverlaysPlate)
 {
+    answer("/v1.0/init", R"({"result":{}})");
     server.pause();
     present();
     ASSERT_TRUE(waitForOverlay(true));
@@ -102,11 +103,17 @@ TEST_F(Lines, OfAnEmptyListKeepClearOfTheOverlaysPlate)
             const auto *const symbol = visible("imgEmpty");
             const QRect seen = frame(find("lblEmpty")) | (symbol ? frame(symbol) : QRect());
             EXPECT_FALSE(frame(find("loadingView")).intersects(seen)) << width << " x " << height;
+            EXPECT_EQ(frame(find("container")), container->rect()) << "the overlay";
             const QRect list = frame(find("tblKits"));
             EXPECT_TRUE(height < 355 ? list.intersects(seen) : list.contains(seen))
                 << width << " x " << height;
         }
     }
+    container->hide(); // as it says another
+    server.proceed();
+    ASSERT_SOON(textOf(find("lblEmpty")) == u"No apps to show");
+    container->show();
+    EXPECT_EQ(frame(find("lblEmpty")).y(), 204);
 }
 
 TEST_F(Lines, OfAPageThatIsInsetReachNoFurther)

@@ -58,18 +58,6 @@ protected:
     QLineEdit *field = nullptr;
 };
 
-TEST_F(Overlay, CoversTheNavigationControllerAndFollowsItsSize)
-{
-    show();
-    ASSERT_TRUE(comesUp());
-    for (const QSize size : { QSize(700, 500), QSize(901, 333) }) {
-        host.resize(size);
-        QCoreApplication::processEvents();
-        EXPECT_EQ(veil()->parentWidget(), navigation);
-        EXPECT_EQ(veil()->geometry(), navigation->rect());
-    }
-}
-
 TEST_F(Overlay, ComesAndGoesInTheOrderOfCallsFromAnyThread)
 {
     const auto elsewhere = [](const std::function<void()> &calls) { std::thread(calls).join(); };
