@@ -264,6 +264,7 @@ void Approved::takeMotion()
     expectParts("given up", "tblCountries", 93);
     ends("tblCountries");
     tap(row("tblCountries", 1, 0));
+    EXPECT_SOON(!isAtRest()) << "it slides out";
     ends("viewCountryBack");
     expectFade("button", visible("btnContinue"));
     expectFade("back", visible("btnBack"));
