@@ -47,15 +47,16 @@ TEST(NavigationBar, GivesItsTitleTheRoomBesideAButtonAndShrinksIt)
         const int taken = button->sizeHint().width();
         bar.setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
         auto *const label = bar.findChild<Label *>(u"lblTitle"_s);
-        item.setTitle(u"A title"_s);
+        item.setTitle(u"A title of more words"_s);
         bar.show(&item, false);
         bar.show(); // hidden it would put off what a size brings
         const int wanted = label->sizeHint().width();
+        bar.resize(taken, 48); // none at first
         bar.resize(taken + wanted + 20, 48);
         EXPECT_EQ(label->geometry(), QRect(mirrored ? 16 : taken, 0, wanted + 4, 48)) << mirrored;
         bar.resize(taken + 16 + wanted * 4 / 5, 48);
         const QImage drawn = label->grab().toImage();
-        item.setTitle(u"A titlf"_s);
+        item.setTitle(u"A title of more wordt"_s);
         EXPECT_TRUE(label->grab().toImage() != drawn) << "cut, where smaller it fits";
     }
 }

@@ -26,11 +26,10 @@ TEST_F(Table, ATapSelectsAndAMovedFingerDoesNot)
 {
     show();
     const int y = headerHeight + rowHeight + 5;
-    hands::click(table.get(), middle(y));
+    hands::press(table.get(), middle(y));
+    hands::release(table.get(), middle(y - 6)); // trembles over its edge
     EXPECT_EQ(source.selected, QList<IndexPath>({ { 0, 1 } }));
     hands::press(table.get(), middle(y + 2 * rowHeight));
-    hands::moveTo(table.get(), middle(y + 2 * rowHeight + 5));
-    EXPECT_TRUE(table->cellForRow({ 0, 3 })->isPressed()) << "by a finger that trembles";
     hands::moveTo(table.get(), middle(y + 10));
     EXPECT_FALSE(table->cellForRow({ 0, 1 })->isPressed());
     hands::release(table.get(), middle(y));
