@@ -10,6 +10,7 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QScopeGuard>
 #include <QtGui/QShortcut>
+#include <QtGui/QStyleHints>
 
 namespace {
 
@@ -47,17 +48,16 @@ void Transcript::SetUp()
     ContainerTest::SetUp();
     QApplication::setStyle(new ParloquinTest::PacedStyle(0));
     QApplication::setCursorFlashTime(0);
+    QGuiApplication::styleHints()->setKeyboardInputInterval(600000); // a word is one, if slow
     QApplication::setFont(QFont(u"Noto Sans"_s));
     QApplication::setLayoutDirection(GetParam());
     answerBothRoads();
     modem.play("start bus; start service; await; modem 0 20801");
     m_heard = std::make_unique<Heard>();
     page.installEventFilter(&left);
-    for (const auto key : { Qt::Key_Escape, Qt::Key_Down, Qt::Key_M }) {
-        const QString name = u"the host's own "_s + QKeySequence(key).toString();
-        QObject::connect(
-            new QShortcut(key, &page), &QShortcut::activated, [name] { Heard::events << name; });
-    }
+    for (const auto key : { Qt::Key_Escape, Qt::Key_Down, Qt::Key_M })
+        QObject::connect(new QShortcut(key, &page), &QShortcut::activated,
+            [key] { Heard::events << u"the host's own "_s + QKeySequence(key).toString(); });
 }
 
 void Transcript::TearDown()
