@@ -28,8 +28,7 @@ QImage Walk::picture() const
         if (each->isAnimating())
             each->startAnimating(); // where each turn begins
     }
-    QCoreApplication::sendPostedEvents(); // layouts that are still to be made
-    return container->grab().toImage();
+    return onScreen(*container);
 }
 
 void Walk::presentWaiting(const Stop &stop)

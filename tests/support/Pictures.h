@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QColor>
 #include <QtGui/QImage>
+#include <QtGui/QScreen>
+#include <QtWidgets/QWidget>
 
 #include <gtest/gtest.h>
 
@@ -47,4 +50,17 @@ inline QRect around(const QImage &image, bool (*isSuch)(QRgb))
     }
     EXPECT_FALSE(found.isEmpty()) << "nothing is drawn";
     return found;
+}
+
+/// \brief What stands on the screen: grab() draws anew, also what nobody asked to be drawn again.
+inline QImage onScreen(QWidget &widget)
+{
+    QCoreApplication::sendPostedEvents(); // layouts and drawing that are still to be done
+    const QWidget *const window = widget.window();
+    const QRect place(widget.mapTo(window, QPoint()), widget.size());
+    return window->devicePixelRatio() > 1 // which the screen of tests cannot tell
+        ? widget.grab().toImage()
+        : window->screen()
+              ->grabWindow(window->winId(), place.x(), place.y(), place.width(), place.height())
+              .toImage();
 }
