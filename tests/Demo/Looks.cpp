@@ -51,12 +51,11 @@ protected:
         approved::expect(
             name,
             [&, this] {
-                QCoreApplication::sendPostedEvents(); // layouts that are still to be made
                 QRect place;
                 for (const char *each : parts)
                     place |= QRect(part(each)->mapTo(window.get(), QPoint(-16, 0)),
                         part(each)->size() + QSize(16, 0));
-                return window->grab((parts.empty() ? window->rect() : place) & within).toImage();
+                return onScreen(*window).copy((parts.empty() ? window->rect() : place) & within);
             },
             [this] { return face::of(window.get()); });
     }

@@ -40,10 +40,7 @@ protected:
     {
         approved::expect(
             name,
-            [&, this] {
-                QCoreApplication::sendPostedEvents(); // layouts that are still to be made
-                return window->grab(place.isNull() ? window->rect() : place).toImage();
-            },
+            [&, this] { return onScreen(*window).copy(place.isNull() ? window->rect() : place); },
             [this] { return face::of(window.get()); });
     }
     [[nodiscard]] QRect placeOf(const QWidget *part) const
