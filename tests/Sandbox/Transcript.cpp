@@ -10,7 +10,8 @@
 //   { "raw": "GET / ..." }                  with ~XX for a byte
 //   { "interrupt": 2, "call": "start" }     Ctrl-C while so many such calls wait
 // With any request: "stalls", "unread", "said": until that is said; "probed": also whether the other
-// side is gone; "at": another address than 127.0.0.1; "lasts": at least so many milliseconds.
+// side is gone; "at": another address than 127.0.0.1; "lasts": at least so many milliseconds,
+// "within": at most.
 // clang-format on
 #include "Account.h"
 #include "sandbox/service/Cipher.h"
@@ -115,7 +116,8 @@ private:
     {
         const auto begun = std::chrono::steady_clock::now();
         m_account.answered(exchange(wire()), m_step.value("get", ""));
-        if (std::chrono::steady_clock::now() - begun > std::chrono::seconds(8))
+        if (std::chrono::steady_clock::now() - begun
+            > std::chrono::milliseconds(m_step.value("within", 60000)))
             m_account.line("only after a while");
         const auto said = m_sandbox->process().takeOutput();
         m_account.lines(said);
