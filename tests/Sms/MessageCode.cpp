@@ -116,6 +116,7 @@ TEST_F(MessageCode, IsTakenOnceFromWholeReceivedMessagesForThisHostAlone)
     send(uR"(<b>%s"$(true)`\u202e\u0007`</b>)"_s.repeated(1000) + bound(u"4444"_s));
     bus.tell({ u"sms"_s, u"0"_s, u"own"_s, u"3"_s, bound(u"555"_s), u"false"_s });
     bus.tell({ u"sms"_s, u"1"_s, u"parts"_s, u"2"_s, bound(u"660"_s) });
+    bus.tell({ u"complete"_s, u"parts"_s, bound(u"661"_s), u"2"_s });
     send(bound(u"665"_s));
     EXPECT_TRUE(isShown(u"665"_s, 20000)); // so that the part that came before was looked at
     bus.tell({ u"complete"_s, u"parts"_s, u"x"_s.repeated(9000) + bound(u"666"_s) });
