@@ -279,7 +279,13 @@ void Approved::takeMotion()
 
 TEST_P(Approved, AlongTheRoads)
 {
-    const Stop stop = [this](const std::string &name) { expectApproved(name); };
+    const bool turns = GetParam().name == "RightToLeft"; // by the host, while the kit is open
+    const Stop stop = [=, this](const std::string &name) {
+        QApplication::setLayoutDirection(GetParam().direction);
+        expectApproved(name);
+        if (turns && name != "phone entry, back in it") // where a finger begins to draw it
+            QApplication::setLayoutDirection(Qt::LeftToRight);
+    };
     take(stop);
     takeEmpty(stop);
 }
