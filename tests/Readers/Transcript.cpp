@@ -55,7 +55,7 @@ void Transcript::SetUp()
     modem.play("start bus; start service; await; modem 0 20801");
     m_heard = std::make_unique<Heard>();
     page.installEventFilter(&left);
-    for (const auto key : { Qt::Key_Escape, Qt::Key_Down, Qt::Key_M })
+    for (const auto key : { Qt::Key_Escape, Qt::Key_Return, Qt::Key_Down, Qt::Key_M })
         QObject::connect(new QShortcut(key, &page), &QShortcut::activated,
             [key] { Heard::events << u"the host's own "_s + QKeySequence(key).toString(); });
 }

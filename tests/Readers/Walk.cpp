@@ -102,6 +102,9 @@ TEST_P(Reader, FindsTheHostsOwnBoxesAsBefore)
     ASSERT_NE(found, nullptr);
     EXPECT_EQ(found->object(), settings);
     EXPECT_EQ(found->parent()->object(), box);
+    QPushButton help(u"Help"_s, container.get());
+    help.show();
+    EXPECT_NE(find(kit(), u"Help"_s, pages), nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(Hosts, Reader, everyHost, byHost);
