@@ -113,6 +113,8 @@ TEST_F(ApprovedDemo, AtItsStart)
     look("start, not running", { "btnVerify", "lblStatus" });
     server.play({});
     ASSERT_SOON(verify->isEnabled());
+    server.answer("/sandbox/health", RawServer::http(200, "{}")); // of another server
+    ASSERT_SOON(!verify->isEnabled());
 }
 
 TEST_F(ApprovedDemo, OnItsWay)
