@@ -18,8 +18,11 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationDomain(qEnvironmentVariable("PROBE_DOMAIN"));
     const QHash<QString, QString (*)()> finders { { u"identifier"_s, Device::identifierForVendor },
         { u"version"_s, Device::systemVersion }, { u"name"_s, Device::name },
-        { u"encrypted"_s,
-            [] { return EncryptManager::shared().encrypt({}).value_or(QString()); } } };
+        { u"encrypted"_s, [] {
+             const EncryptManager &keys = EncryptManager::shared();
+             const QString text = keys.encrypt({}).value_or(QString());
+             return keys.decrypt(text.toLatin1()) == "{}" ? text : QString();
+         } } };
     const auto arguments = QCoreApplication::arguments().mid(1);
     for (const QString &name : arguments) {
         if (name == u"pause"_s) {
