@@ -59,7 +59,9 @@ TEST(SandboxExec, GivesTheHostAServiceAndAMessenger)
         " | grep -c '^D.*: parloquin-messenger.desktop'; done | tr -d '\n';"
         "command -v parloquin-messenger; "
         "parloquin-messenger x:");
-    words.insert(words.begin(), { "/usr/bin/env", "QT_LOGGING_RULES=mine=true", "XDG_DATA_DIRS=" });
+    words.insert(words.begin(),
+        { "/usr/bin/env", "QT_LOGGING_RULES=mine=true",
+            "XDG_DATA_DIRS=", "PARLOQUIN_SERVICE_HOST=127.0.0.1:1" });
     const auto output = expectEnd(words, 2); // the messenger's, of a bad link
     const auto signals = expectEnd({ "/bin/sh", "-c", "grep ^Sig[BI] /proc/self/status" }, 0);
     const auto opening =
