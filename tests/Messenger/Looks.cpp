@@ -95,8 +95,8 @@ TEST_F(ApprovedMessenger, InEachState)
 TEST_F(ApprovedMessenger, OfEachApp)
 {
     for (const QString &app : AppLook::apps().mid(1)) {
-        EXPECT_EQ(AppLook::of(app).icon(20, 2).size(), QSize(40, 40));
-        EXPECT_EQ(AppLook::of(app).icon(20, 2).devicePixelRatio(), 2);
+        const QPixmap icon = AppLook::of(app).icon(20, 2);
+        EXPECT_TRUE(icon.width() == 40 && icon.devicePixelRatio() == 2) << icon.width();
         open(app);
         server.pause();
         hands::click(window->btnSend);

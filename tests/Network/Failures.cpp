@@ -99,9 +99,8 @@ std::vector<Weather> weathers()
             { "MoreFieldsThanAreLookedThrough", answered(json(200, success, fields(498, 0))) },
         });
     // Known for none of HTTP at once, whatever is still to come.
-    for (const char *line :
-        { "SSH-2.0-server", "HTTP/1.1 099 X", "HTTP/1.1 2000", "HTTP/1.1x200 OK", "HTTP/1.x 200 OK",
-            "HTTP/2.0 200 OK", "HTTP/1.1 2x0 OK", "HTTP/1.1 20" })
+    for (const char *line : { "HTTP/2.0 200 OK", "HTTP/1.1 099 X", "HTTP/1.1 2000",
+             "HTTP/1.1x200 OK", "HTTP/1.x 200 OK", "HTTP/1.1 20" })
         add("general", "",
             { { "StatusLine" + std::to_string(rows.size()),
                 reads({ S::send(QByteArray(line) + "\r\n\r\n"), S::hold() }), nullptr, 5s } });

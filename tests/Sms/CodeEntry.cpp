@@ -29,12 +29,4 @@ TEST_F(CodeEntry, AHostMayDeleteTheContainerOverAMissingNetwork)
     ApiSessionHelper::shared().isNetworkReachable = true; // for whoever comes in this process
 }
 
-TEST_F(CodeEntry, TryAgainLooksUnpressed)
-{
-    auto *const link = part("btnTryAgain");
-    const QImage before = link->grab().toImage();
-    hands::press(link);
-    EXPECT_EQ(difference(link->grab().toImage(), before), "");
-}
-
 } // namespace
