@@ -65,9 +65,12 @@ protected:
         if (m_around[u"window"_s] == u"behind"_s)
             window.setWindowFlags(Qt::ToolTip); // which nothing brings to the front
         demo::AutoPlayer player(window, m_folder.path(), 0ms);
+        const QString after = m_around[u"after"_s].toString();
+        m_isAfter = after.isEmpty(); // and so from the start
+        if (m_isAfter)
+            then(window, player);
         QTimer others;
         others.callOnTimeout(&window, [&] {
-            const QString after = m_around[u"after"_s].toString();
             if (!m_isAfter && said().count(after) >= m_around[u"times"_s].toInt(1)) {
                 m_isAfter = true;
                 then(window, player);
