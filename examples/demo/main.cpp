@@ -35,7 +35,8 @@ int main(int argc, char **argv)
     arguments.addOptions({ automatic, record });
     arguments.process(app);
 
-    const QLocale locale;
+    const QLocale locale = QLocale::system();
+    QLocale::setDefault(locale);
     QApplication::setLayoutDirection(locale.textDirection());
     // The kit's few texts and our own; in a language that neither has, both are English.
     QTranslator kitTexts;
