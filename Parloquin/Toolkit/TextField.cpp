@@ -366,7 +366,7 @@ bool TextField::event(QEvent *event)
     }
     const bool handled = QLineEdit::event(event);
     if (event->type() == QEvent::FontChange && !m_dressing)
-        dress(); // the application's family may be another now
+        dress();
     return handled;
 }
 
@@ -374,6 +374,9 @@ bool TextField::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == parentWidget() && event->type() == QEvent::LayoutDirectionChange)
         followDirection();
+    // The application's family may be another now; the field's own sheet hides that from it.
+    if (watched == parentWidget() && event->type() == QEvent::FontChange)
+        dress();
     return QLineEdit::eventFilter(watched, event);
 }
 

@@ -71,14 +71,40 @@ protected:
             approved::expect(GetParam().name + '-' + stop, [this] { return picture(); });
     }
 
+    void expectChanged(const std::string &stop) const;
     void answerMuch();
     void presentMuch();
     void takeFurther();
     void takeMotion();
 
+    bool isHeld = false; ///< by a finger: the host changes nothing
+    bool isScrolled = false; ///< it changes nothing that scrolls
+
 private:
     QTranslator m_texts;
 };
+
+/// As expectApproved(), and until the next stop its host has changed what it may at any time.
+void Approved::expectChanged(const std::string &stop) const
+{
+    const auto &[name, direction, size, language] = GetParam();
+    QApplication::setLayoutDirection(direction);
+    approved::setFont();
+    qApp->setStyleSheet({});
+    container->setContentsMargins(0, 44, 0, 0);
+    QCoreApplication::sendPostedEvents();
+    expectApproved(stop);
+    if (isHeld)
+        return;
+    if (name == "RightToLeft" && !isScrolled)
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+    else if (language)
+        qApp->setStyleSheet(u"* { font: bold 20px; color: red; padding: 9px; min-height: 70px }"_s);
+    else if (name == "LeftToRight" && !isScrolled)
+        container->setContentsMargins(5, 60, 9, 40);
+    else
+        QApplication::setFont({ u"Noto Serif"_s });
+}
 
 /// Apps and countries that fill more than a screen.
 void Approved::answerMuch()
@@ -123,36 +149,37 @@ void Approved::presentMuch()
 void Approved::takeFurther()
 {
     presentMuch();
-    expectApproved("many apps");
+    isScrolled = true;
+    expectChanged("many apps");
     // It would go by the clock, and a busy machine be late to look.
     auto *const thumb = visible("tblKits")->findChild<TableThumb *>();
     ASSERT_NE(thumb, nullptr);
     thumb->findChild<QTimer *>()->setInterval(1h);
     hands::key(Qt::Key_End);
-    expectApproved("many apps, the last");
+    expectChanged("many apps, the last");
     hands::key(Qt::Key_Home);
-    expectApproved("many apps, the first");
+    expectChanged("many apps, the first");
 
     tap("viewAlternativeKit");
     ASSERT_TRUE(seen("viewCountryBack"));
     for (const char *field : { "country", "number", "continue", "back" }) {
         hands::key(Qt::Key_Tab);
-        expectApproved(std::string("phone entry, ring at ") + field);
+        expectChanged(std::string("phone entry, ring at ") + field);
     }
     tap("viewCountryBack");
     (void)row("tblCountries", 1, 0);
-    expectApproved("countries");
+    expectChanged("countries");
     const QWidget *const list = visible("tblCountries");
     hands::wheel(list, { 100, 200 }, {}, { 0, -1000 });
-    expectApproved("countries, amid");
+    expectChanged("countries, amid");
     hands::key(Qt::Key_End);
-    expectApproved("countries, the last");
+    expectChanged("countries, the last");
     hands::key(Qt::Key_Home);
     hands::key(Qt::Key_Down);
-    expectApproved("countries, the second");
+    expectChanged("countries, the second");
     hands::key(Qt::Key_Return);
     ASSERT_TRUE(seen("viewCountryBack"));
-    expectApproved("phone entry, chosen");
+    expectChanged("phone entry, chosen");
     tap("viewCountryBack");
     (void)row("tblCountries", 1, 0);
     hands::key(Qt::Key_Escape);
@@ -161,34 +188,34 @@ void Approved::takeFurther()
     hands::keys(u"41234567"_s);
     hands::key(Qt::Key_A, Qt::ControlModifier);
     hands::press(visible("btnContinue"));
-    expectApproved("phone entry, pressed");
+    expectChanged("phone entry, pressed");
     hands::release(visible("btnContinue"));
     ASSERT_SOON(find("txtCode0") && find("txtCode0")->hasFocus() && !overlayIsUp());
     hands::keys(u"7K2"_s);
-    expectApproved("code entry, whole");
+    expectChanged("code entry, whole");
     for (const char *button : { "again", "back" }) {
         hands::key(Qt::Key_Tab);
-        expectApproved(std::string("code entry, ring at ") + button);
+        expectChanged(std::string("code entry, ring at ") + button);
     }
     hands::press(visible("btnTryAgain"));
-    expectApproved("code entry, ring at back"); // a link shows no press
+    expectChanged("code entry, ring at back"); // a link shows no press
     hands::release(container.get(), { size.width() / 2, 60 });
     server.pause();
     tap("btnCheck");
     ASSERT_TRUE(waitForOverlay(true));
-    expectApproved("code entry, waiting");
+    expectChanged("code entry, waiting");
     server.proceed();
     ASSERT_TRUE(waitForOverlay(false));
-    expectApproved("code entry, refused");
+    expectChanged("code entry, refused");
     tap("txtCode1");
     hands::compose(u"W"_s);
-    expectApproved("code entry, composing");
+    expectChanged("code entry, composing");
     tap("btnBack");
     ASSERT_TRUE(seen("txtPhoneNumber"));
-    expectApproved("phone entry, again");
+    expectChanged("phone entry, again");
     tap("btnContinue");
     ASSERT_SOON(find("txtCode0") && find("txtCode0")->hasFocus() && !overlayIsUp());
-    expectApproved("code entry, again");
+    expectChanged("code entry, again");
     answer("/v1.0/country",
         R"({"result":{"list":[{"title":"A country of a name that no field of any phone holds"}]}})");
     tap("btnBack");
@@ -196,7 +223,7 @@ void Approved::takeFurther()
     tap("viewCountryBack");
     tap(row("tblCountries", 0, 0));
     ASSERT_TRUE(seen("viewCountryBack"));
-    expectApproved("phone entry, of a long name");
+    expectChanged("phone entry, of a long name");
 }
 
 // What moves, at the beginning and at parts of its way.
@@ -282,12 +309,9 @@ void Approved::takeMotion()
 
 TEST_P(Approved, AlongTheRoads)
 {
-    const bool turns = GetParam().name == "RightToLeft"; // by the host, while the kit is open
-    const Stop stop = [=, this](const std::string &name) {
-        QApplication::setLayoutDirection(GetParam().direction);
-        expectApproved(name);
-        if (turns && name != "phone entry, back in it") // where a finger begins to draw it
-            QApplication::setLayoutDirection(Qt::LeftToRight);
+    const Stop stop = [this](const std::string &name) {
+        isHeld = name == "phone entry, back in it"; // a finger begins to draw it
+        expectChanged(name);
     };
     take(stop);
     takeEmpty(stop);

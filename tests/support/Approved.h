@@ -4,9 +4,9 @@
 
 #include <QtCore/QDir>
 #include <QtGui/QFont>
-#include <QtGui/QGuiApplication>
 #include <QtGui/QPainter>
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 
 #include <functional>
 
@@ -20,7 +20,7 @@ inline void setFont()
     QFont font;
     font.setFamilies({ QStringLiteral("Noto Sans"), QStringLiteral("Noto Sans Arabic"),
         QStringLiteral("Noto Sans Symbols2") });
-    QGuiApplication::setFont(font);
+    QApplication::setFont(font);
 }
 
 /// Of 255, where the same draws that drew the pictures: one processor rounds otherwise than
