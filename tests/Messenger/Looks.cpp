@@ -21,7 +21,7 @@ protected:
     void SetUp() override
     {
         approved::setFont();
-        answer(404, R"({"error":"no verification waits for this message"})");
+        answer(404, R"({"error":"no <b>verification</b> waits for this message"})");
     }
     void answer(int status, const QByteArray &body = "{}")
     {
@@ -97,7 +97,7 @@ TEST_F(ApprovedMessenger, OfEachApp)
     for (const QString &app : AppLook::apps().mid(1)) {
         const QPixmap icon = AppLook::of(app).icon(20, 2);
         EXPECT_TRUE(icon.width() == 40 && icon.devicePixelRatio() == 2) << icon.width();
-        open(app);
+        open(app, 390, u"A <i>& B"_s);
         server.pause();
         hands::click(window->btnSend);
         look(app.toStdString());

@@ -150,8 +150,6 @@ TEST(SandboxExec, EndsWhatTheHostLeavesBehind)
 
 TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
 {
-    const auto waiting =
-        shell("echo host=$$; trap 'exit 5' TERM INT HUP; echo ready; while :; do sleep 0.05; done");
     for (const int signal : { SIGTERM, SIGINT, SIGHUP }) {
         // What the host waits for is asked as well.
         Process asked(shell("trap 'exit 5' TERM INT HUP; (echo ready; exec sleep 1000); exit 6"));
@@ -167,8 +165,11 @@ TEST(SandboxExec, PassesSignalsOnAndTakesTheHostAlong)
     }
     EXPECT_EQ(deaf.waitForEnd(), 128 + SIGKILL) << "who asks twice means it";
 
-    Process killed(waiting);
+    Process killed(
+        shell("echo host=$$; echo service=$PARLOQUIN_SERVICE_HOST; echo ready; exec sleep 1000"));
     const auto output = killed.waitForOutput("ready\n");
+    httplib::Client("http://" + valueOf("service", output)).Get("/");
+    killed.waitForOutput("expected POST"); // what the service says comes while the host runs
     killed.signal(SIGKILL);
     EXPECT_EQ(killed.waitForEnd(), -SIGKILL);
     EXPECT_TRUE(ends(std::stoi(valueOf("host", output)))) << output;
@@ -185,8 +186,8 @@ TEST(SandboxExec, MakesARouteWhereThereIsNoneOrTellsTheHostOfOne)
     const std::tuple<std::string, std::string, const char *> rows[] = {
         { "exec", "running in a private network", "lo\t00000000" },
         { up + "ip route add unreachable default; exec", "in a private network", "lo\t00000000" },
-        { "exec unshare --map-user=7 --map-group=7 --net", "running in a private network",
-            "user=7" },
+        { "exec unshare --map-user=7 --map-group=8 --net", "running in a private network",
+            "user=7:8" },
         { up + "echo 0 >/proc/sys/user/max_net_namespaces; exec",
             "nor a private network (unshare: ", "told=default" },
         { up
@@ -200,7 +201,8 @@ TEST(SandboxExec, MakesARouteWhereThereIsNoneOrTellsTheHostOfOne)
         probe.emplace_back("true");
         if (Process(probe).waitForEnd() != EXIT_SUCCESS)
             GTEST_SKIP() << "no network of one's own is allowed here";
-        auto command = shell("cat /proc/net/route; echo user=$(id -u); echo told=$PARLOQUIN_ROUTE");
+        auto command =
+            shell("cat /proc/net/route; echo user=$(id -u):$(id -g); echo told=$PARLOQUIN_ROUTE");
         const auto own = inside(script);
         command.insert(command.begin(), own.begin(), own.end());
         const auto output = expectEnd(command, EXIT_SUCCESS, words);
