@@ -8,6 +8,7 @@
 #include <QtCore/QDir>
 #include <QtGui/QClipboard>
 #include <QtGui/QKeySequence>
+#include <QtWidgets/QDialog>
 
 namespace {
 
@@ -76,6 +77,7 @@ void Transcript::holdOn(const QString &words)
 // clang-format off
 void Transcript::command(const QString &name, const QString &rest)
 {
+    const auto mirror = GetParam() == Qt::LeftToRight ? Qt::RightToLeft : Qt::LeftToRight;
     const std::map<QString, std::function<void()>> commands {
         // The kit anew, and what the service brings from now on: "answer CALL STATUS JSON", or no STATUS where it hangs up.
         { u"kit"_s, [&] { answerBothRoads(); again(); } },
@@ -84,8 +86,8 @@ void Transcript::command(const QString &name, const QString &rest)
         { u"answer"_s, [&] { server.answer("/v1.0/" + latin(word(rest, 0)), word(rest, 1).isEmpty() ? QByteArray() : RawServer::http(word(rest, 1).toInt(), rest.section(u' ', 2).toUtf8())); } },
         { u"network"_s, [&] { ApiSessionHelper::shared().isNetworkReachable = rest == u"on"; } },
         { u"unheard"_s, [&] { container->setKitDelegate(nullptr); } },
-        { u"pause"_s, [&] { server.pause(); } },
-        { u"proceed"_s, [&] { server.proceed(); } },
+        { u"pause"_s, [&] { server.pause(); m_waits = true; } },
+        { u"proceed"_s, [&] { server.proceed(); m_waits = false; } },
         // What a person does.
         { u"tap"_s, [&] { tap(latin(rest)); } },
         { u"app"_s, [&] { tapRow(rest.toInt()); } },
@@ -105,6 +107,17 @@ void Transcript::command(const QString &name, const QString &rest)
         // What the host does.
         { u"resize"_s, [&] { container->resize(word(rest, 0).toInt(), word(rest, 1).toInt()); } },
         { u"focus"_s, [&] { hands::there(visible(latin(rest))); visible(latin(rest))->setFocus(Qt::TabFocusReason); } },
+        { u"dialog"_s, [&] { QDialog above(&page); above.open(); EXPECT_SOON(above.isActiveWindow()); above.close(); EXPECT_SOON(page.isActiveWindow()); } },
+        { u"covered"_s, [&] { QWidget other; other.show(); other.activateWindow(); EXPECT_SOON(other.isActiveWindow()); page.activateWindow(); EXPECT_SOON(page.isActiveWindow()); } },
+        { u"hide"_s, [&] { container->hide(); } },
+        { u"show"_s, [&] { container->show(); } },
+        { u"disable"_s, [&] { page.setEnabled(false); } },
+        { u"enable"_s, [&] { page.setEnabled(true); } },
+        { u"sheet"_s, [&] { qApp->setStyleSheet(rest); } },
+        { u"family"_s, [&] { QApplication::setFont(QFont(rest)); } },
+        { u"margins"_s, [&] { container->setContentsMargins(0, word(rest, 0).toInt(), 0, word(rest, 1).toInt()); } },
+        { u"mirror"_s, [&] { container->setLayoutDirection(rest == u"on" ? mirror : GetParam()); } },
+        { u"look"_s, [&] { QApplication::setStyle(new ParloquinTest::PacedStyle(0)); } },
         // What is waited for.
         { u"sent"_s, [&] { EXPECT_SOON(server.requests().size() >= m_sent + rest.toUInt()); } },
         { u"told"_s, [&] { EXPECT_TRUE(waitForOutcomes(static_cast<int>(m_told) + rest.toInt())); } },
