@@ -48,10 +48,35 @@ QString lineOf(const QWidget *top, QAccessibleInterface *node)
     return line;
 }
 
+// What readers ask of a text agrees with what it is, character by character.
+void expectText(const QWidget &field, QAccessibleInterface *node, const std::string &line)
+{
+    auto *const text = node->textInterface();
+    const QString value = node->text(QAccessible::Value);
+    EXPECT_EQ(text->text(0, text->characterCount()), value) << line;
+    const bool isPlain = QString::fromLatin1(value.toLatin1()) == value; // each is a character
+    for (int i = 0; i < value.size(); ++i) {
+        EXPECT_EQ(text->text(i, i + 1), value.mid(i, 1)) << line;
+        const int found = text->offsetAtPoint(text->characterRect(i).center());
+        EXPECT_TRUE(found == i || !isPlain) << line << ": finds " << found << " at " << i;
+    }
+    const int caret = field.inputMethodQuery(Qt::ImCursorPosition).toInt();
+    const int anchor = field.inputMethodQuery(Qt::ImAnchorPosition).toInt();
+    EXPECT_EQ(text->cursorPosition(), caret) << line;
+    EXPECT_EQ(text->selectionCount(), int(caret != anchor)) << line;
+    int start = -1;
+    int end = -1;
+    text->selection(0, &start, &end);
+    EXPECT_EQ(start, caret == anchor ? 0 : std::min(caret, anchor)) << line;
+    EXPECT_EQ(end, caret == anchor ? 0 : std::max(caret, anchor)) << line;
+}
+
 void read(const QWidget *top, QAccessibleInterface *node, int depth, QStringList &lines)
 {
     const QString line = lineOf(top, node);
     lines << QString(2 * depth, u' ') + line;
+    if (node->textInterface())
+        expectText(*qobject_cast<QWidget *>(node->object()), node, line.toStdString());
     for (int i = 0; i < node->childCount(); ++i) {
         auto *const below = node->child(i);
         ASSERT_TRUE(below) << "nothing at " << i << " in " << line.toStdString();
@@ -71,8 +96,11 @@ QStringList account::stateOf(QWidget *top)
         return { u"the kit is closed"_s };
     read(top, QAccessible::queryAccessibleInterface(top), 0, lines);
     for (const auto *label : top->findChildren<Label *>()) {
-        if (qobject_cast<NavigationBar *>(label->parentWidget()) && label->isVisible())
-            lines << u"title "_s + label->text();
+        const auto *const bar = qobject_cast<NavigationBar *>(label->parentWidget());
+        if (!bar || !label->isVisible())
+            continue;
+        lines << u"title "_s + label->text();
+        EXPECT_EQ(label->geometry().bottom(), bar->rect().bottom()) << label->text().toStdString();
     }
     const auto *const focused = QApplication::focusWidget();
     lines << u"keyboard at "_s + (focused ? focused->objectName() : u"nothing"_s);
@@ -86,6 +114,8 @@ QStringList account::stateOf(QWidget *top)
         if (ring->isVisible())
             lines << u"ring"_s + frameOf(top, { ring->mapToGlobal(QPoint()), ring->size() });
     }
+    if (auto *const popup = QApplication::activePopupWidget())
+        read(popup, QAccessible::queryAccessibleInterface(popup), 0, lines);
     return lines;
 }
 
@@ -117,6 +147,8 @@ void account::expectDrawn(QWidget *window, const QString &step)
         const QPixmap shot = window->screen()->grabWindow(window->winId());
         seen = shot.toImage().convertToFormat(QImage::Format_RGB32);
         fresh = window->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        if (auto *const popup = QApplication::activePopupWidget())
+            popup->render(&fresh, window->mapFromGlobal(popup->pos()));
         return seen == fresh;
     };
     if (QTest::qWaitFor(isDrawn, 1000))

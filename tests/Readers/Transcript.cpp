@@ -347,7 +347,6 @@ TEST_P(Transcript, IsTheApprovedOne)
     codeEntry();
     hosts();
     far();
-    byReader();
     onTheWay();
     expectApproved(APPROVED "/Transcript.txt");
 }

@@ -24,7 +24,6 @@ protected:
     void codeEntry();
     void hosts();
     void far();
-    void byReader();
     void onTheWay();
     void hold();
     void proceed();

@@ -78,6 +78,8 @@ void Transcript::holdOn(const QString &words)
 void Transcript::command(const QString &name, const QString &rest)
 {
     const auto mirror = GetParam() == Qt::LeftToRight ? Qt::RightToLeft : Qt::LeftToRight;
+    const auto field = [&] { return QAccessible::queryAccessibleInterface(find(latin(word(rest, 0)))); };
+    const auto number = [&](int at) { return word(rest, at).toInt(); };
     const std::map<QString, std::function<void()>> commands {
         // The kit anew, and what the service brings from now on: "answer CALL STATUS JSON", or no STATUS where it hangs up.
         { u"kit"_s, [&] { answerBothRoads(); again(); } },
@@ -97,13 +99,27 @@ void Transcript::command(const QString &name, const QString &rest)
         { u"commit"_s, [&] { hands::commit(QString(rest).replace(u'_', u' ')); } },
         { u"paste"_s, [&] { QApplication::clipboard()->setText(rest); hands::key(Qt::Key_V, Qt::ControlModifier); } },
         { u"key"_s, [&] { hands::key(keyOf(rest).key(), keyOf(rest).keyboardModifiers()); } },
-        { u"menu"_s, [&] { hands::menuKey(); hands::key(keyOf(rest).key()); EXPECT_SOON(QGuiApplication::focusWindow()); } },
+        { u"menu"_s, [&] { hands::menuKey(); if (!rest.isEmpty()) hands::key(keyOf(rest).key()); EXPECT_SOON(QGuiApplication::focusWindow()); } },
         { u"held"_s, [&] { hands::hold(keyOf(rest).key()); } },
         { u"hold"_s, [&] { holdOn(rest); } },
         { u"finger"_s, [&] { touch(rest, false); } },
         { u"cancelled"_s, [&] { touch(rest, true); } },
         { u"wheel"_s, [&] { hands::wheel(container.get(), { 100, 200 }, {}, { 0, rest.toInt() }); } },
         { u"returns"_s, [&] { comeBack(); } },
+        // What a reader does, to a field.
+        { u"reader-writes"_s, [&] { field()->editableTextInterface()->insertText(number(1), word(rest, 2)); } },
+        { u"reader-deletes"_s, [&] { field()->editableTextInterface()->deleteText(number(1), number(2)); } },
+        { u"reader-replaces"_s, [&] { field()->editableTextInterface()->replaceText(number(1), number(2), word(rest, 3)); } },
+        { u"reader-selects"_s, [&] { field()->textInterface()->setSelection(number(3), number(1), number(2)); } },
+        { u"reader-adds"_s, [&] { field()->textInterface()->addSelection(number(1), number(2)); } },
+        { u"reader-unselects"_s, [&] { field()->textInterface()->removeSelection(number(1)); } },
+        { u"reader-moves"_s, [&] { field()->textInterface()->setCursorPosition(number(1)); } },
+        { u"reader-shows"_s, [&] { field()->textInterface()->scrollToSubstring(number(1), number(2)); } },
+        { u"reader-feels"_s, [&] {
+            const QPoint at = container->mapToGlobal(frame(visible(latin(rest))).center());
+            for (auto *found = QAccessible::queryAccessibleInterface(container.get()); found; found = found->childAt(at.x(), at.y()))
+                Heard::events << u"under the finger "_s + found->text(QAccessible::Name);
+        } },
         // What the host does.
         { u"resize"_s, [&] { container->resize(word(rest, 0).toInt(), word(rest, 1).toInt()); } },
         { u"focus"_s, [&] { hands::there(visible(latin(rest))); visible(latin(rest))->setFocus(Qt::TabFocusReason); } },
@@ -117,7 +133,7 @@ void Transcript::command(const QString &name, const QString &rest)
         { u"family"_s, [&] { QApplication::setFont(QFont(rest)); } },
         { u"margins"_s, [&] { container->setContentsMargins(0, word(rest, 0).toInt(), 0, word(rest, 1).toInt()); } },
         { u"mirror"_s, [&] { container->setLayoutDirection(rest == u"on" ? mirror : GetParam()); } },
-        { u"look"_s, [&] { QApplication::setStyle(new ParloquinTest::PacedStyle(0)); } },
+        { u"look"_s, [&] { QApplication::setStyle(new ParloquinTest::PacedStyle(number(0))); } }, // %, of motion
         // What is waited for.
         { u"sent"_s, [&] { EXPECT_SOON(server.requests().size() >= m_sent + rest.toUInt()); } },
         { u"told"_s, [&] { EXPECT_TRUE(waitForOutcomes(static_cast<int>(m_told) + rest.toInt())); } },
