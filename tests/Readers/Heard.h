@@ -24,6 +24,10 @@ private:
         const auto *interface = event->accessibleInterface();
         if (!interface || !interface->isValid())
             return;
+        const auto *top = interface;
+        while (top->parent())
+            top = top->parent();
+        EXPECT_EQ(top->role(), QAccessible::Application) << "of no window, so it is not read";
         const bool isSaid = interface->role() == QAccessible::Notification;
         const QHash<int, QString> kinds { { QAccessible::Focus, u"focus"_s },
             { QAccessible::Alert, u"alert"_s }, { QAccessible::TableModelChanged, u"other rows"_s },

@@ -112,6 +112,7 @@ TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
         EXPECT_TRUE(container->geometry().contains(menu()->geometry())) << "cut at " << width;
         const auto *const cut = menu()->findChild<QWidget *>(u"btnCut"_s);
         const auto *const copy = menu()->findChild<QWidget *>(u"btnCopy"_s);
+        EXPECT_EQ(menu()->rect(), menu()->childrenRect()) << "no entry is cut";
         EXPECT_FALSE(menu()->geometry().intersects(at)) << "over the field";
         EXPECT_EQ(menu()->y() > at.y(), y < 0) << "it goes where there is room";
         EXPECT_EQ(cut->x() <= copy->x(), direction == Qt::LeftToRight);
