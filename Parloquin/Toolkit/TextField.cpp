@@ -1,7 +1,6 @@
 #include "Parloquin/Toolkit/TextField.h"
 
 #include "Parloquin/Toolkit/DevicePixels.h"
-#include "Parloquin/Toolkit/Keys.h"
 #include "Parloquin/Toolkit/Style.h"
 #include "Parloquin/Toolkit/TextBlock.h"
 
@@ -359,11 +358,6 @@ void TextField::drawComposed(QPainter &painter, QPointF base) const
 
 bool TextField::event(QEvent *event)
 {
-    if (event->type() == QEvent::ShortcutOverride
-        && Keys::isEnter(*static_cast<QKeyEvent *>(event))) {
-        event->accept(); // not a shortcut of the host's
-        return true;
-    }
     const bool handled = QLineEdit::event(event);
     if (event->type() == QEvent::FontChange && !m_dressing)
         dress();
