@@ -141,6 +141,7 @@ public:
         listen(QHostAddress::LocalHost);
         connect(this, &QTcpServer::pendingConnectionAvailable, this, [this] {
             auto *peer = static_cast<QSslSocket *>(nextPendingConnection());
+            peer->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, 1); // in pieces
             connect(peer, &QIODevice::readyRead, this, [this, peer] {
                 ++requests;
                 peer->write(answer);
