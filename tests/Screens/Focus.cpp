@@ -57,6 +57,10 @@ TEST_P(Focus, IsWhereItWasWhenTheContainerComesBack)
         container->window()->setEnabled(false);
         QCoreApplication::processEvents();
         EXPECT_FALSE(QApplication::focusWidget());
+        QLineEdit question; // of the host's, over it
+        EXPECT_TRUE(comesToFront(question) && question.hasFocus());
+        question.hide();
+        EXPECT_TRUE(comesToFront(*container->window()));
         container->window()->setEnabled(true);
         expectIt("enabled");
     };
@@ -177,6 +181,10 @@ TEST_F(InHost, StandsInTheOrderThatAHostGivesIt)
     goToNumber();
     goToCode(first);
     EXPECT_TRUE(first->hasFocus());
+    window.setEnabled(false);
+    window.setEnabled(true);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(container->isAncestorOf(QApplication::focusWidget())) << "it was the host's";
 }
 
 TEST_F(InHost, HasItsPlaceAgainInASubWindowThatComesToTheFront)
