@@ -123,14 +123,14 @@ void Approved::answerMuch()
                 .arg(QString::number(i), ground, inks[i % 3], server.url(u"/icon.png"_s),
                     i % 2 == 0 ? uR"(\n)"_s : uR"(\u2028)"_s));
     }
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 75; ++i) {
         const QString code = i == 4 ? QString() : u"\"countryCode\":\"C%1\","_s.arg(i); // ticked
         countries.append(uR"({"title":"%1land %2",%3"phoneCode":"+%4"})"_s.arg(
             QString(QChar(u'A' + i / 3)), QString::number(i), code, QString::number(30 + i * 7)));
     }
     answer("/v1.0/init",
         uR"({"result":{"alternativeValidation":"otp",
-            "description":"Pick the app that you use most. Its message is ready, you only send it from there.",
+            "description":"Pick the app that you use most. Its message is ready, you only send\nit from there.",
             "alternativeValidationDescription":"Get a code by SMS instead","list":[%1]}})"_s
             .arg(apps.join(u','))
             .toUtf8());
