@@ -30,15 +30,21 @@ class Left : public QObject {
     {
         if (event->type() == QEvent::Wheel)
             Heard::events << u"the host's wheel"_s;
+        if (event->type() == QEvent::ShortcutOverride)
+            m_offered = static_cast<QKeyEvent *>(event)->keyCombination();
         if (event->type() != QEvent::KeyPress)
             return false;
         const auto *const press = static_cast<QKeyEvent *>(event);
         const bool isAside = press->key() == Qt::Key_Left || press->key() == Qt::Key_Right;
+        const bool isKept = std::exchange(m_offered, {}) != press->keyCombination();
         if (press->key() < Qt::Key_Shift || press->key() > Qt::Key_ScrollLock)
             Heard::events << u"the host's key "_s
-                    + (isAside ? u"aside"_s : QKeySequence(press->keyCombination()).toString());
+                    + (isAside ? u"aside"_s : QKeySequence(press->keyCombination()).toString())
+                    + (isKept ? u", kept from its shortcuts"_s : QString());
         return false;
     }
+
+    QKeyCombination m_offered; // to its shortcuts
 } left;
 
 } // namespace

@@ -16,24 +16,6 @@ void Transcript::far()
     step(u"another, of many countries"_s, [this] { container->setParent(nullptr); present(&page); }, 1);
     tapped(u"on to the number"_s, "viewAlternativeKit");
     step(u"far too many countries"_s, [this] { openPicker(); (void)row("tblCountries", 0, 0); }, 1);
-    const auto hearTop = [this](int letter) {
-        const auto *const list = qobject_cast<TableView *>(visible("tblCountries"));
-        Heard::events << u"letter %1 at %2, "_s.arg(letter).arg(list->contentOffset()) + titleOf(list->visibleCells().constFirst());
-    };
-    const auto letter = [this](int at) { return QPoint(12, visible("sectionIndex")->height() / 2 + (at - 13) * 20 + 10); };
-    step(u"each letter"_s, [&] {
-        for (int i = 0; i < 26; ++i)
-            hands::click(visible("sectionIndex"), letter(i)), hearTop(i);
-    });
-    step(u"drawn along the letters"_s, [&] {
-        hands::press(visible("sectionIndex"), letter(25));
-        for (int i = 24; i >= 0; i -= 3)
-            hands::moveTo(visible("sectionIndex"), letter(i)), hearTop(i);
-        const int inwards = GetParam() == Qt::LeftToRight ? -1 : 1;
-        for (const auto &[i, astray] : { std::pair(6, 27), { 9, 52 } }) // a little, and too far
-            hands::moveTo(visible("sectionIndex"), letter(i) + QPoint(inwards * astray, 0)), hearTop(i);
-        hands::release(visible("sectionIndex"), letter(1));
-    });
     step(u"Down, held"_s, [] { hands::hold(Qt::Key_Down, 40); });
     step(u"thrown, and stopped at the end"_s, [this] {
         hands::Finger finger;
