@@ -76,7 +76,10 @@ TEST(Verification, IsOneKitHoweverOftenItIsOpened)
             element->setProperty("window", QVariant::fromValue(&named));
         EXPECT_EQ(element->property("over").isNull(), round < 2) << "a binding is told of it";
     }
-    EXPECT_EQ(kitsAfter("open"), 1);
+    for (const char *call : { "open", "close", "open" }) // at once, as after a failure
+        kitsAfter(call);
+    EXPECT_EQ(closed.count(), 4);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return kitsAfter("open") == 1; }));
     const QPointer last(kit);
     element.reset();
     EXPECT_TRUE(last.isNull()) << "it stays when its element goes";

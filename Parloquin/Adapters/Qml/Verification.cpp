@@ -43,6 +43,9 @@ void Verification::open()
                             "Widgets, in place of the QGuiApplication";
         return;
     }
+    // One that was closed just now has not told yet, and shows nothing any more.
+    if (m_container && !m_container->isVisible())
+        letGo(m_container);
     if (m_container) {
         m_container->raise();
         m_container->activateWindow();
@@ -54,13 +57,8 @@ void Verification::open()
     connect(outcome, &ParloquinSignals::failed, this,
         [this](auto error) { Q_EMIT failed(static_cast<Error>(error)); });
     // Deleted by that, not on close: the outcome would go with it before it has told.
-    connect(outcome, &ParloquinSignals::closed, this, [this] {
-        if (m_container)
-            m_container->deleteLater();
-        m_container.clear();
-        Q_EMIT activeChanged();
-        Q_EMIT closed();
-    });
+    connect(outcome, &ParloquinSignals::closed, this,
+        [this, container = m_container.data()] { letGo(container); });
 
     // A window of its own: as a child of the Qt Quick window it would never get the keyboard.
     m_container->winId();
@@ -73,6 +71,16 @@ void Verification::open()
     m_container->show();
     m_container->activateWindow();
     Q_EMIT activeChanged();
+}
+
+void Verification::letGo(ParloquinViewController *container)
+{
+    container->deleteLater();
+    if (m_container != container)
+        return; // another has come
+    m_container.clear();
+    Q_EMIT activeChanged();
+    Q_EMIT closed();
 }
 
 void Verification::close()

@@ -64,6 +64,8 @@ Q_SIGNALS:
     void activeChanged(); ///< the kit was opened or is gone
 
 private:
+    void letGo(ParloquinViewController *container);
+
     QPointer<QWindow> m_window;
     QPointer<ParloquinViewController> m_container;
 };
