@@ -50,7 +50,6 @@ bool Sheet::isMoving() const { return m_motion.state() == QAbstractAnimation::Ru
 
 void Sheet::run(qreal to, std::chrono::milliseconds duration, std::function<void()> then)
 {
-    m_then = {};
     m_motion.stop();
     m_then = std::move(then);
     const bool animated = m_page->style()->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
