@@ -1,5 +1,6 @@
 // What the kit tells the host's developer, and when; never a key, number, code or session id.
 #include "Network/Network.h"
+#include "Parloquin/Manager/LogManager.h"
 #include "Parloquin/Manager/URLSchemeManager.h"
 #include "Parloquin/Networking/Router/ApiModels.h"
 #include "support/DeveloperWords.h"
@@ -29,6 +30,11 @@ const QStringList calls = u"check-otp check country init send-otp start"_s.split
 QStringList ofEveryCall(const QString &words)
 {
     return QStringList(calls).replaceInStrings(QRegularExpression(u"$"_s), words);
+}
+
+TEST(DeveloperLog, HasItsLineBeforeTheAppCrashes)
+{
+    EXPECT_DEATH((::dup2(STDERR_FILENO, STDOUT_FILENO), print(u"said"_s), std::abort()), "said");
 }
 
 TEST(DeveloperLog, TellsWhatThePersonIsNotTold)
