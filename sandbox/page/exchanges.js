@@ -8,6 +8,7 @@ const pause = 30; // ms between two questions, so that a storm of news comes in 
 const rest = 1000; // ms, where the service lets no more pages wait
 
 let rows = []; // summaries, the oldest first
+let newest = 0; // id of what came last, also before the list was asked for anew
 let chosen = 0; // id
 let run = '';
 let revision = 0;
@@ -127,7 +128,7 @@ function take(page) {
   for (const exchange of page.exchanges) {
     if (rows.length === 0 || exchange.id > rows[rows.length - 1].id) {
       rows.push(exchange);
-      ++added;
+      if (exchange.id > newest) ++added;
     } else {
       const index = indexOf(exchange.id);
       if (index >= 0) rows[index] = exchange;
@@ -137,6 +138,7 @@ function take(page) {
   const gone = rows.findIndex((each) => each.id >= page.oldest);
   if (page.held === 0 || gone < 0) rows = page.held === 0 ? [] : rows;
   else if (gone > 0) rows.splice(0, gone);
+  newest = Math.max(newest, ...rows.slice(-1).map((each) => each.id));
   revision = page.revision;
   byId('count-exchanges').textContent = page.held;
   byId('gone').hidden = page.dropped === 0;
@@ -168,6 +170,7 @@ async function listen() {
         && performance.now() - asked < rest;
       if (first || page.run !== run) { // or the service was started again, and tells all
         rows = [];
+        if (page.run !== run) newest = 0;
         run = page.run;
         drawn.forEach((row) => row.element.remove());
         drawn.clear();
@@ -197,6 +200,11 @@ function restart() {
   if (!paused) listen();
 }
 
+function sift() {
+  list.scrollTop = 0;
+  restart();
+}
+
 function move(event) {
   const page = Math.max(1, Math.floor(list.clientHeight / rowHeight()) - 1);
   const steps = { ArrowDown: 1, ArrowUp: -1, PageDown: page, PageUp: -page, Home: -most, End: most };
@@ -212,10 +220,10 @@ export function start(news) {
   onNews = news;
   let later = 0;
   byId('filters').addEventListener('submit', (event) => event.preventDefault());
-  for (const name of ['call', 'verdict']) byId(name).addEventListener('change', restart);
+  for (const name of ['call', 'verdict']) byId(name).addEventListener('change', sift);
   byId('search').addEventListener('input', () => {
     clearTimeout(later);
-    later = setTimeout(restart, 150);
+    later = setTimeout(sift, 150);
   });
   byId('pause').addEventListener('click', (event) => {
     paused = !paused;

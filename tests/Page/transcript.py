@@ -227,7 +227,7 @@ class Player:
         width, height = map(int, size.split("x"))
         self.cdp("Emulation.setEmulatedMedia", features=[
             {"name": "prefers-color-scheme", "value": scheme}, {"name": "prefers-reduced-motion", "value": "reduce"}])
-        self.cdp("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=False)
+        self.cdp("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=width < 600)
 
     def look(self, view):
         """At every width, in light and dark: tells what cannot be read or reached."""
