@@ -25,6 +25,7 @@ void Walk::answerWell()
 QImage Walk::picture() const
 {
     for (auto *const each : container->findChildren<ActivityIndicator *>()) {
+        EXPECT_TRUE(each->isVisible() || !each->isAnimating()) << "nobody sees it turn";
         if (each->isAnimating())
             each->startAnimating(); // where each turn begins
     }
