@@ -64,8 +64,16 @@ void expectText(const QWidget &field, QAccessibleInterface *node, const std::str
     const int anchor = field.inputMethodQuery(Qt::ImAnchorPosition).toInt();
     EXPECT_EQ(text->cursorPosition(), caret) << line;
     EXPECT_EQ(text->selectionCount(), int(caret != anchor)) << line;
+    // Beside its caret, by which the others are measured, stands what is behind it.
+    const QPoint behind = field.mapFromGlobal(text->characterRect(caret).topLeft());
+    const auto at = field.inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    EXPECT_TRUE(caret == value.size() || std::abs(behind.x() - at.x()) <= 1) << line;
+    EXPECT_TRUE(text->characterRect(int(value.size())).isEmpty()) << line;
+    EXPECT_TRUE(node->state().selectableText) << line;
     int start = -1;
     int end = -1;
+    text->attributes(0, &start, &end);
+    EXPECT_EQ(end, value.size()) << line;
     text->selection(0, &start, &end);
     EXPECT_EQ(start, caret == anchor ? 0 : std::min(caret, anchor)) << line;
     EXPECT_EQ(end, caret == anchor ? 0 : std::max(caret, anchor)) << line;

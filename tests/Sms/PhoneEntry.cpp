@@ -100,8 +100,7 @@ TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
     for (const auto &[direction, width, y, onwards, back] :
         { std::tuple(Qt::LeftToRight, 195, 0, Qt::Key_Down, Qt::Key_Up),
             { Qt::RightToLeft, 390, -200, Qt::Key_Left, Qt::Key_Right },
-            { Qt::LeftToRight, 390, 0, Qt::Key_Right, Qt::Key_Left },
-            { Qt::LeftToRight, 390, 0, Qt::Key_Tab, Qt::Key_Backtab } }) {
+            { Qt::LeftToRight, 390, 0, Qt::Key_Right, Qt::Key_Left } }) {
         if (menu())
             hands::key(Qt::Key_Escape);
         container->setLayoutDirection(direction);
@@ -113,6 +112,7 @@ TEST_F(PhoneEntry, TheMenuOpensAndIsUsedByKeysAlone)
         const auto *const cut = menu()->findChild<QWidget *>(u"btnCut"_s);
         const auto *const copy = menu()->findChild<QWidget *>(u"btnCopy"_s);
         EXPECT_EQ(menu()->rect(), menu()->childrenRect()) << "no entry is cut";
+        EXPECT_EQ(cut->width() == copy->width(), width < 390) << "a column is one block";
         EXPECT_FALSE(menu()->geometry().intersects(at)) << "over the field";
         EXPECT_EQ(menu()->y() > at.y(), y < 0) << "it goes where there is room";
         EXPECT_EQ(cut->x() <= copy->x(), direction == Qt::LeftToRight);
