@@ -104,7 +104,7 @@ QStringList Transcript::whatCame(const QString &printed)
     for (const QString &each : m_isBrief ? QStringList() : account::said(printed))
         lines << u"log "_s + each;
     if (m_isBrief && !handlerArguments().isEmpty())
-        lines << u"opened "_s + handlerArguments().join(u' ');
+        lines << u"opened "_s.repeated(takeHandlerStarts()) + handlerArguments().join(u' ');
     forgetHandlerArguments();
     for (const QString &each : std::as_const(Heard::events)) {
         const QString line = u"heard "_s + each;

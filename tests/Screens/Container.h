@@ -90,8 +90,8 @@ public:
     /// \return what the messaging app was started with; empty while it was not
     [[nodiscard]] static QStringList handlerArguments();
     static void forgetHandlerArguments();
-    /// \return how often it was started, with this link or any, since this was asked last
-    [[nodiscard]] static int takeHandlerStarts(const QByteArray &link = {});
+    /// \return how often it was started since this was asked last
+    [[nodiscard]] static int takeHandlerStarts();
 
     RawServer server;
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();

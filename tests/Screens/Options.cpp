@@ -41,6 +41,7 @@ TEST(Options, OfTheLastKitHoldForTheProcess)
         EXPECT_EQ(shared ? std::optional(shared->theme.statusBarColor) : std::nullopt, row.shared);
         EXPECT_EQ(LogManager::shared().isActive, row.logActive);
         EXPECT_EQ(kit->property("preferredStatusBarStyle").toInt(), row.style);
+        EXPECT_EQ(kit->size(), kit->sizeHint());
         EXPECT_EQ(printedBy([] {
             LogManager::shared().log(u"m"_s, false);
             LogManager::shared().log(u"e"_s, true);
