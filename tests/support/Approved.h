@@ -118,7 +118,8 @@ inline void expect(
     };
     const std::string told = text.open(QIODevice::ReadOnly) ? text.readAll().toStdString() : "";
     const auto isTold = [&] { return said() == told; };
-    if (QTest::qWaitFor([&] { return stray(look()).empty() && isTold(); }))
+    const int patience = testing::Test::HasFailure() ? 500 : 5000; // one has told already
+    if (QTest::qWaitFor([&] { return stray(look()).empty() && isTold(); }, patience))
         return;
     const QImage seen = look();
     seen.save(name + QStringLiteral(".png"));
