@@ -88,7 +88,7 @@ void Transcript::command(const QString &name, const QString &rest)
         { u"answer"_s, [&] { server.answer("/v1.0/" + latin(word(rest, 0)), word(rest, 1).isEmpty() ? QByteArray() : RawServer::http(word(rest, 1).toInt(), rest.section(u' ', 2).toUtf8())); } },
         { u"network"_s, [&] { ApiSessionHelper::shared().isNetworkReachable = rest == u"on"; } },
         { u"unheard"_s, [&] { container->setKitDelegate(nullptr); } },
-        { u"pause"_s, [&] { server.pause(); m_waits = true; } },
+        { u"pause"_s, [&] { server.pause(latin(rest)); m_waits = true; } },
         { u"proceed"_s, [&] { server.proceed(); m_waits = false; } },
         // What a person does.
         { u"tap"_s, [&] { tap(latin(rest)); } },

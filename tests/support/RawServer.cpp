@@ -83,7 +83,7 @@ struct RawServer::Private {
     mutable std::mutex mutex; // of all below
     mutable std::condition_variable changed;
     bool stopping = false;
-    bool paused = false;
+    std::optional<QByteArray> held; // what is in the paths that wait
     Script script;
     std::map<QByteArray, QByteArray> answers;
     int connections = 0;
@@ -125,7 +125,7 @@ void RawServer::Private::serve(int fd)
         play(fd, steps);
     } else if (const auto request = readRequest(fd, &pending)) {
         lock.lock();
-        changed.wait(lock, [this] { return !paused || stopping; });
+        changed.wait(lock, [&] { return !held || !request->path().contains(*held) || stopping; });
         const auto found = answers.find(request->path());
         const QByteArray bytes = found == answers.end()
             ? http(404, R"({"meta":{"httpStatusCode":404}})")
@@ -245,16 +245,17 @@ void RawServer::answer(const QByteArray &path, const QByteArray &httpAnswer)
     d->answers[path] = httpAnswer;
 }
 
-void RawServer::pause()
+void RawServer::pause(const QByteArray &path)
 {
     const std::lock_guard lock(d->mutex);
-    d->paused = true;
+    d->held = path;
+    d->changed.notify_all();
 }
 
 void RawServer::proceed()
 {
     const std::lock_guard lock(d->mutex);
-    d->paused = false;
+    d->held.reset();
     d->changed.notify_all();
 }
 

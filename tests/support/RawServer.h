@@ -25,12 +25,10 @@ struct RawRequest {
 /// \brief A small TCP server for tests, on 127.0.0.1 and a free port, that does as it is told.
 ///
 /// Two ways to use it:
-/// - As a stand-in for the service: `answer("/v1.0/init", envelope)` and the like say what each
-/// path
-///   brings; other paths bring 404. pause() holds every answer back until proceed().
-/// - As bad weather: `play({ RawServer::read(), RawServer::send("HTTP/1.1 2"), RawServer::reset()
-/// })`
-///   is done to every connection.
+/// - As a stand-in for the service: `answer("/v1.0/init", envelope)` and the like say what a path
+///   brings; other paths bring 404. pause() holds what they bring back until proceed().
+/// - As bad weather: `play({ RawServer::read(), RawServer::reset() })` is done to every
+///   connection.
 ///
 /// Point the kit at it by `setServiceHost(server.hostAndPort())`. A program that encrypts, and
 /// every call to the service does, adds `support/HostKeys.qrc` to its sources: the test's key.
@@ -70,7 +68,7 @@ public:
     void answer(const QByteArray &path, const QJsonObject &envelope);
     /// The same with any bytes, a whole HTTP answer: see http().
     void answer(const QByteArray &path, const QByteArray &httpAnswer);
-    void pause();
+    void pause(const QByteArray &path = {}); ///< that is in theirs; others go on
     void proceed();
 
     [[nodiscard]] int connections() const;
