@@ -27,6 +27,7 @@ QPoint Transcript::mirrored(QPoint way) const
 QKeyCombination Transcript::keyOf(const QString &name) const
 {
     const QKeyCombination key = QKeySequence(name)[0];
+    EXPECT_NE(key.key(), Qt::Key_unknown) << name.toStdString();
     const bool turns = GetParam() == Qt::RightToLeft && key.keyboardModifiers() == Qt::NoModifier;
     if (turns && key.key() == Qt::Key_Left)
         return Qt::Key_Right;

@@ -2,7 +2,6 @@
 #include "Parloquin/Toolkit/TappableView.h"
 #include "support/Widgets.h"
 
-#include <QtGui/QAccessible>
 #include <QtWidgets/QProxyStyle>
 
 namespace {
