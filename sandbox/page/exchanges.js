@@ -8,7 +8,6 @@ const pause = 30; // ms between two questions, so that a storm of news comes in 
 const rest = 1000; // ms, where the service lets no more pages wait
 
 let rows = []; // summaries, the oldest first
-let newest = 0; // id of what came last, also before the list was asked for anew
 let chosen = 0; // id
 let run = '';
 let revision = 0;
@@ -22,7 +21,8 @@ const spacer = byId('spacer');
 const drawn = new Map(); // id to element
 
 const rowHeight = () => parseFloat(getComputedStyle(list).getPropertyValue('--row'));
-const indexOf = (id) => {
+// Where it stands, or would.
+const indexFor = (id) => {
   let low = 0;
   let high = rows.length;
   while (low < high) {
@@ -30,18 +30,19 @@ const indexOf = (id) => {
     if (rows[middle].id < id) low = middle + 1;
     else high = middle;
   }
-  return rows[low]?.id === id ? low : -1;
+  return low;
 };
+const indexOf = (id) => (rows[indexFor(id)]?.id === id ? indexFor(id) : -1);
 // The newest stands first.
 const placeOf = (index) => rows.length - 1 - index;
 
-function query() {
+const filters = () => ['search', 'call', 'verdict'].filter((name) => byId(name).value);
+
+function query(names = filters()) {
   const parts = new URLSearchParams({ view: 'list', limit: most });
-  for (const name of ['search', 'call', 'verdict']) if (byId(name).value) parts.set(name, byId(name).value);
+  for (const name of names) parts.set(name, byId(name).value);
   return parts;
 }
-
-const isFiltered = () => ['search', 'call', 'verdict'].some((name) => byId(name).value);
 
 function rowOf(exchange) {
   const reason = el('span', { class: 'reason' }, exchange.reason || exchange.fault || '');
@@ -98,7 +99,7 @@ function draw() {
 }
 
 function tellEmpty() {
-  byId('empty').replaceChildren(...(isFiltered()
+  byId('empty').replaceChildren(...(filters().length > 0
     ? [el('p', {}, 'No exchange matches.')]
     : [el('p', {}, el('strong', {}, 'Nothing has come yet.')),
         el('p', {}, 'Start your app against this sandbox, or try:'),
@@ -121,24 +122,22 @@ export function leave() {
   list.focus();
 }
 
-function take(page) {
+function take(page, isWhole, belongs) {
   const height = rowHeight();
   const atTop = list.scrollTop < height;
-  let added = 0;
+  const place = Math.floor(list.scrollTop / height);
+  const read = rows[placeOf(place)]?.id; // the first that is seen
+  if (isWhole) {
+    rows = [];
+    drawn.forEach((row) => row.element.remove());
+    drawn.clear();
+  }
   for (const exchange of page.exchanges) {
-    if (rows.length === 0 || exchange.id > rows[rows.length - 1].id) {
-      rows.push(exchange);
-      if (exchange.id > newest) ++added;
-    } else {
-      const index = indexOf(exchange.id);
-      if (index >= 0) rows[index] = exchange;
-    }
+    const index = indexFor(exchange.id); // an old one may match only once it is answered, or no more
+    rows.splice(index, rows[index]?.id === exchange.id ? 1 : 0, ...(belongs(exchange) ? [exchange] : []));
     if (exchange.id === chosen) show(chosen);
   }
-  const gone = rows.findIndex((each) => each.id >= page.oldest);
-  if (page.held === 0 || gone < 0) rows = page.held === 0 ? [] : rows;
-  else if (gone > 0) rows.splice(0, gone);
-  newest = Math.max(newest, ...rows.slice(-1).map((each) => each.id));
+  rows.splice(0, page.held === 0 ? rows.length : indexFor(page.oldest));
   revision = page.revision;
   byId('count-exchanges').textContent = page.held;
   byId('gone').hidden = page.dropped === 0;
@@ -150,7 +149,7 @@ function take(page) {
   tellEmpty();
   draw();
   // What a person reads stays where it is while news comes in above, once there is room to go on.
-  if (!atTop && added > 0) list.scrollTop += added * height;
+  if (!atTop && indexOf(read) >= 0) list.scrollTop += (placeOf(indexOf(read)) - place) * height;
 }
 
 async function listen() {
@@ -159,28 +158,34 @@ async function listen() {
   let reached = false; // that the service is there again is told at once, not when it has news
   while (!signal.aborted) {
     try {
-      const parts = query();
+      const parts = first ? query() : query([]); // the count and the other views show all that comes
       if (!first) parts.set('after', revision);
       if (reached) parts.set('wait', 25);
       parts.set('run', run);
       const asked = performance.now();
-      const page = await get(`journal?${parts}`, signal);
+      const news = await get(`journal?${parts}`, signal);
       if (signal.aborted) return;
-      const isSentAway = parts.has('wait') && page.exchanges.length === 0 && page.revision === revision
+      const isSentAway = parts.has('wait') && news.exchanges.length === 0 && news.revision === revision
         && performance.now() - asked < rest;
-      if (first || page.run !== run) { // or the service was started again, and tells all
-        rows = [];
-        if (page.run !== run) newest = 0;
-        run = page.run;
-        drawn.forEach((row) => row.element.remove());
-        drawn.clear();
+      let belongs = () => true;
+      if (!first && filters().length > 0 && news.exchanges.length > 0) {
+        const matching = query();
+        matching.set('after', revision);
+        matching.set('run', run);
+        const { run: same, exchanges } = await get(`journal?${matching}`, signal);
+        if (signal.aborted) return;
+        if (same !== news.run) continue; // started again between both questions
+        const ids = new Set(exchanges.map(({ id }) => id));
+        belongs = ({ id }) => ids.has(id) || id === chosen; // what is read stays
       }
+      if (news.run !== run) list.scrollTop = 0; // the service was started again, and tells all
+      take(news, first || news.run !== run, belongs);
+      run = news.run;
       first = false;
       reached = true;
-      take(page);
       byId('state').textContent = 'live';
       byId('state').className = 'state live';
-      if (page.exchanges.length > 0 || lost) onNews(page.exchanges, lost);
+      if (news.exchanges.length > 0 || lost) onNews(news.exchanges, lost);
       lost = false;
       await new Promise((done) => setTimeout(done, isSentAway ? rest : pause));
     } catch (error) {
