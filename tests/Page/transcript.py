@@ -190,7 +190,7 @@ class Player:
         try:
             getattr(self, verb)(*([rest] if rest else []))
         except WebDriverException as error:  # nothing is there to be clicked
-            self.answers.append(error.msg.splitlines()[0])
+            self.answers.append((error.msg or "never so").splitlines()[0])
         if verb == "start":
             self.has_places = f"! {self.answers[0]}" in approved or approving
         self.answers += filter(None, [self.browser.execute_async_script("rest(20000).then(arguments[0])")])
