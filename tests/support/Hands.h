@@ -77,6 +77,7 @@ inline void wheel(const QWidget *widget, QPoint at, QPoint pixels, QPoint angle)
 inline void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
     QTest::keyClick(QGuiApplication::focusWindow(), key, modifiers);
+    QTest::qSleep(1); // what came at one time with it would be a repeat of a held key
 }
 inline void keys(const QString &text)
 {
@@ -92,6 +93,7 @@ inline void keyDown(Qt::Key key, bool isRepeat = false, Qt::KeyboardModifiers mo
 inline void keyUp(Qt::Key key)
 {
     QTest::simulateEvent(QGuiApplication::focusWindow(), false, key, {}, {}, false);
+    QTest::qSleep(1); // as above
 }
 /// Held until it has repeated some times; let go of after that.
 inline void hold(Qt::Key key, int repeats = 5)
